@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RunReport.h"
+
+#include "cli/TerminalText.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brevant {
+
+namespace {
+
+QString counted(qint64 count)
+{
+    return count == 1 ? QStringLiteral("1 file")
+                      : QStringLiteral("%1 files").arg(TerminalText::grouped(count));
+}
+
+QJsonValue orNull(std::optional<qint64> number)
+{
+    return number ? QJsonValue(*number) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonObject toObject(const EntryResult &result)
+{
+    const bool done = result.outcome == EntryResult::Outcome::Done;
+    QJsonObject object{
+        {QStringLiteral("source"), result.source},
+        {QStringLiteral("output"), result.output ? QJsonValue(*result.output) : QJsonValue(QJsonValue::Null)},
+        {QStringLiteral("sizeBefore"), orNull(result.sizeBefore)},
+        {QStringLiteral("sizeAfter"), orNull(result.sizeAfter)},
+        {QStringLiteral("gzipSize"), orNull(result.gzipSize)},
+        {QStringLiteral("seconds"), std::round(result.seconds * 1000) / 1000},
+        {QStringLiteral("outcome"), done ? QStringLiteral("done") : QStringLiteral("failed")},
+    };
+    if (!done)
+        object.insert(QStringLiteral("reason"), result.reason());
+    return object;
+}
+
+} // namespace
+
+void RunReport::finish(MinifyJob::End end, const std::vector<QString> &entries)
+{
+    m_end = end;
+    if (entries.size() > m_results.size())
+        m_notRun.assign(entries.begin() + static_cast<std::ptrdiff_t>(m_results.size()), entries.end());
+}
+
+int RunReport::doneCount() const
+{
+    return static_cast<int>(std::ranges::count(m_results, EntryResult::Outcome::Done, &EntryResult::outcome));
+}
+
+bool RunReport::isAllDone() const
+{
+    return m_end == MinifyJob::End::Completed && static_cast<std::size_t>(doneCount()) == m_results.size();
+}
+
+QString RunReport::summary() const
+{
+    qint64 before = 0;
+    qint64 after = 0;
+    for (const EntryResult &result : m_results) {
+        if (result.outcome == EntryResult::Outcome::Done) {
+            before += result.sizeBefore.value_or(0);
+            after += result.sizeAfter.value_or(0);
+        }
+    }
+    QString text = QStringLiteral("%1: %2 -> %3 bytes, %4 % saved")
+                       .arg(counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
+                            TerminalText::percentSaved(before, after));
+    const auto failed = static_cast<qint64>(m_results.size()) - doneCount();
+    if (failed > 0)
+        text += QStringLiteral("; %1 failed").arg(TerminalText::grouped(failed));
+    text += QStringLiteral(".\n");
+    if (!m_notRun.empty())
+        text += QStringLiteral("Stopped before %1; %2 not minified.\n")
+                    .arg(TerminalText::printable(m_notRun.front()),
+                         counted(static_cast<qint64>(m_notRun.size())));
+    return text;
+}
+
+QString RunReport::failures() const
+{
+    QString text;
+    for (const EntryResult &result : m_results) {
+        if (result.outcome != EntryResult::Outcome::Done)
+            text += QStringLiteral("Failed: %1: %2\n")
+                        .arg(TerminalText::printable(result.source), result.reason());
+    }
+    return text;
+}
+
+QByteArray RunReport::toJson() const
+{
+    QJsonArray files;
+    for (const EntryResult &result : m_results)
+        files.append(toObject(result));
+    for (const QString &entry : m_notRun)
+        files.append(QJsonObject{{QStringLiteral("source"), entry},
+                                 {QStringLiteral("outcome"), QStringLiteral("not run")}});
+    const QJsonObject report{
+        {QStringLiteral("brevant"), QStringLiteral(BREVANT_VERSION)},
+        {QStringLiteral("done"), doneCount()},
+        {QStringLiteral("failed"), static_cast<qint64>(m_results.size()) - doneCount()},
+        {QStringLiteral("notRun"), static_cast<qint64>(m_notRun.size())},
+        {QStringLiteral("files"), files},
+    };
+    return QJsonDocument(report).toJson();
+}
+
+} // namespace brevant

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/StopSignals.h"
+
+#include <csignal>
+#include <string_view>
+
+#include <unistd.h>
+
+namespace brevant::StopSignals {
+
+namespace {
+
+constexpr int signalStatus = 128; // as the shells count, bash(1)
+
+std::atomic<bool> stopRequested = false;
+std::atomic<int> stopSignal = 0;
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+
+extern "C" void handleStopSignal(int number)
+{
+    if (stopRequested.exchange(true))
+        ::_exit(signalStatus + number);
+    stopSignal = number;
+    constexpr std::string_view words = "\nStopping after this file; once more to end at once.\n";
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
+}
+
+} // namespace
+
+void catchAll()
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        if (::sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            continue;
+        action = {};
+        action.sa_handler = handleStopSignal;
+        action.sa_flags = SA_RESTART;
+        ::sigaction(number, &action, nullptr);
+    }
+    // A reader that goes away must not end a run between two files.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+const std::atomic<bool> &requested()
+{
+    return stopRequested;
+}
+
+int exitStatus()
+{
+    return signalStatus + stopSignal;
+}
+
+} // namespace brevant::StopSignals

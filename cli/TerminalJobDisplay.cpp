@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/TerminalJobDisplay.h"
+
+#include "cli/RunReport.h"
+#include "cli/TerminalText.h"
+#include "engine/EntryResult.h"
+#include "queue/FileQueue.h"
+#include "queue/PathString.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace brevant {
+
+namespace {
+
+constexpr int barWidth = 20;
+constexpr int usualColumns = 80;
+const QString eraseLineAbove =
+    QStringLiteral("\x1b[A\r\x1b[K"); // ECMA-48: CUU, cursor up; EL, erase to the end
+
+int terminalColumns()
+{
+    winsize size{};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualColumns;
+}
+
+} // namespace
+
+TerminalJobDisplay::TerminalJobDisplay(const FileQueue &queue, RunReport &report, Style style)
+    : m_queue(queue), m_report(report), m_style(style)
+{
+}
+
+TerminalJobDisplay::Style TerminalJobDisplay::styleOfStandardOutput()
+{
+    const char *terminal = std::getenv("TERM");
+    const bool canErase = terminal != nullptr && std::string_view(terminal) != "dumb";
+    return ::isatty(STDOUT_FILENO) != 0 && canErase ? Style::Live : Style::Lines;
+}
+
+void TerminalJobDisplay::setStatusText(const QString &text)
+{
+    m_statusText = text;
+    m_fileName.clear();
+}
+
+void TerminalJobDisplay::selectRow(int row)
+{
+    m_fileName = PathString::lastComponent(m_queue.entryAt(row).value_or(QString())).toString();
+    if (m_style == Style::Live)
+        drawLiveLine();
+}
+
+void TerminalJobDisplay::unlockControls()
+{
+    if (m_style != Style::Quiet)
+        TerminalText::print(stdout, takeLiveLine() + m_statusText + u'\n');
+}
+
+void TerminalJobDisplay::entryEnded(const EntryResult &result)
+{
+    ++m_done;
+    m_report.add(result);
+    // A compressor that fails has just printed why below the live line, which stays as the heading of that.
+    if (result.outcome != EntryResult::Outcome::Done)
+        m_liveLineShown = false;
+    if (m_style == Style::Lines)
+        TerminalText::print(stdout, lineFor(result));
+}
+
+QString TerminalJobDisplay::lineFor(const EntryResult &result) const
+{
+    const QString source = TerminalText::printable(result.source);
+    if (result.outcome != EntryResult::Outcome::Done)
+        return QStringLiteral("%1 %2: %3\n").arg(m_statusText, source, result.reason());
+    return QStringLiteral("%1 %2 -> %3, %4 -> %5 bytes\n")
+        .arg(m_statusText, source, TerminalText::printable(*result.output),
+             TerminalText::grouped(result.sizeBefore.value_or(0)),
+             TerminalText::grouped(result.sizeAfter.value_or(0)));
+}
+
+void TerminalJobDisplay::drawLiveLine()
+{
+    // The cursor waits below the line, so that what a compressor prints begins on a line of its own.
+    const QString line = TerminalText::fitted(progress(), terminalColumns() - 1);
+    TerminalText::print(stdout, takeLiveLine() + line + u'\n');
+    m_liveLineShown = true;
+}
+
+QString TerminalJobDisplay::takeLiveLine()
+{
+    return std::exchange(m_liveLineShown, false) ? eraseLineAbove : QString();
+}
+
+QString TerminalJobDisplay::progress() const
+{
+    const int total = std::max(m_queue.count(), 1);
+    const int filled = barWidth * m_done / total;
+    QString line = QStringLiteral("[%1%2] %3/%4  %5  %6")
+                       .arg(QString(filled, u'#'), QString(barWidth - filled, u'-'))
+                       .arg(m_done)
+                       .arg(total)
+                       .arg(m_statusText, TerminalText::printable(m_fileName));
+    if (m_done > 0) {
+        const double passed = std::chrono::duration<double>(Clock::now() - m_start).count();
+        line += QStringLiteral("  %1 left").arg(TerminalText::duration(passed / m_done * (total - m_done)));
+    }
+    return line;
+}
+
+} // namespace brevant

@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/TerminalRun.h"
+
+#include "cli/RunReport.h"
+#include "cli/StopSignals.h"
+#include "cli/TerminalJobDisplay.h"
+#include "cli/TerminalText.h"
+#include "engine/CompressorCommand.h"
+#include "engine/GzipCopy.h"
+#include "queue/AddFiles.h"
+#include "queue/FileQueue.h"
+#include "queue/OutputPath.h"
+#include "queue/PathString.h"
+#include "settings/DurableFile.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+namespace brevant {
+
+namespace {
+
+void printError(const QString &text)
+{
+    TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(text));
+}
+
+/// The path as the compressors, which run elsewhere, need it: from the root, and else as it was typed.
+QString absolutePath(const QString &path)
+{
+    if (path.startsWith(u'/'))
+        return path;
+    QString relative = path;
+    while (relative.startsWith(QLatin1StringView("./")))
+        relative.remove(0, 2);
+    if (relative.isEmpty() || relative == u'.')
+        return QDir::currentPath();
+    return PathString::join(QDir::currentPath(), relative);
+}
+
+/// Why that settings file cannot be used; empty if it can.
+QString settingsFileError(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
+        return QStringLiteral("the settings file %1 cannot be read").arg(TerminalText::printable(fileName));
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (document.isObject())
+        return {};
+    return QStringLiteral("the settings file %1 holds no JSON object (%2)")
+        .arg(TerminalText::printable(fileName),
+             document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
+}
+
+/// What is wrong with the files that the command line names; empty if nothing is.
+QString inputError(const CommandLine &line)
+{
+    if (!line.settingsFile.isEmpty()) {
+        if (const QString error = settingsFileError(line.settingsFile); !error.isEmpty())
+            return error;
+    }
+    for (const QString &path : line.paths) {
+        const QFileInfo file(path);
+        if (!file.exists() && !file.isSymLink())
+            return QStringLiteral("%1 does not exist").arg(TerminalText::printable(path));
+    }
+    return {};
+}
+
+QString whyNothingIsListed(const SettingsStore &settings)
+{
+    QStringList reasons;
+    const auto off = [&](QLatin1StringView key, const QString &kinds) {
+        if (!settings.boolForKey(key))
+            reasons.append(QStringLiteral("%1 files are off (%2)").arg(kinds, key));
+    };
+    off(enableHTMLCheckerKeyString, QStringLiteral("HTML"));
+    off(enablePHPCheckerKeyString, QStringLiteral("PHP and PHTML"));
+    if (settings.boolForKey(filterCheckerKeyString))
+        reasons.append(QStringLiteral("files named .min are skipped (%1)").arg(filterCheckerKeyString));
+    QString text = QStringLiteral("Nothing to minify: no file of a kind that is on was found");
+    if (!reasons.isEmpty())
+        text += QStringLiteral("; %1").arg(reasons.join(QLatin1StringView(", ")));
+    return text + QStringLiteral(".\n");
+}
+
+void printList(const FileQueue &queue, const SettingsStore &settings)
+{
+    OutputPath outputPath(settings);
+    for (const QString &entry : queue.entries()) {
+        const std::optional<QString> output = outputPath.next(entry);
+        TerminalText::print(stdout, QStringLiteral("%1\t%2\n")
+                                        .arg(TerminalText::printable(entry),
+                                             TerminalText::printable(output.value_or(QString()))));
+    }
+}
+
+/// The commands of a run as a script: they are run in the tools folder, one after the other.
+void printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
+{
+    TerminalText::print(stdout, TerminalText::commandLine(QStringLiteral("cd"), {tools.folder}) + u'\n');
+    OutputPath outputPath(settings);
+    const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
+    for (const QString &entry : queue.entries()) {
+        const std::optional<QString> output = outputPath.next(entry);
+        const QStringList arguments = compressorArguments(entry, output, options);
+        TerminalText::print(stdout, TerminalText::commandLine(tools.java, arguments) + u'\n');
+        if (!settings.boolForKey(gzipCheckerKeyString))
+            continue;
+        for (const GzipStep &step : gzipSteps(output))
+            TerminalText::print(stdout, TerminalText::commandLine(step.program, step.arguments) + u'\n');
+    }
+}
+
+int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
+{
+    if (const QString missing = tools.missing(); !missing.isEmpty()) {
+        printError(missing);
+        return static_cast<int>(ExitStatus::NoTools);
+    }
+    StopSignals::catchAll();
+    RunReport report;
+    TerminalJobDisplay display(queue, report,
+                               line.quiet ? TerminalJobDisplay::Style::Quiet
+                                          : TerminalJobDisplay::styleOfStandardOutput());
+    const MinifyJob::End end = MinifyJob(queue, settings, tools, display).run(StopSignals::requested());
+    report.finish(end, queue.entries());
+    if (!line.quiet)
+        TerminalText::print(stdout, report.summary());
+    TerminalText::print(stderr, report.failures());
+    bool reported = true;
+    if (!line.reportFile.isEmpty()) {
+        const QString error = DurableFile::replace(line.reportFile, report.toJson());
+        reported = error.isEmpty();
+        if (!reported)
+            printError(QStringLiteral("the report %1 cannot be written: %2")
+                           .arg(TerminalText::printable(line.reportFile), error));
+    }
+    if (end == MinifyJob::End::Stopped)
+        return StopSignals::exitStatus();
+    if (end == MinifyJob::End::JavaNotStarted)
+        return static_cast<int>(ExitStatus::NoTools);
+    return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+}
+
+} // namespace
+
+int reportUsageError(const UsageError &error)
+{
+    printError(error.text);
+    TerminalText::print(stderr, QStringLiteral("Try: brevant-cli --help\n"));
+    return static_cast<int>(ExitStatus::WrongUsage);
+}
+
+int runTerminal(const CommandLine &line, const Tools &tools)
+{
+    if (line.action == CommandLine::Action::Help || line.action == CommandLine::Action::Version) {
+        TerminalText::print(stdout, line.action == CommandLine::Action::Help ? helpText() : versionText());
+        return static_cast<int>(ExitStatus::AllDone);
+    }
+    if (const QString error = inputError(line); !error.isEmpty()) {
+        printError(error);
+        return static_cast<int>(ExitStatus::WrongUsage);
+    }
+
+    SettingsStore settings(line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
+                                                       : line.settingsFile);
+    settings.registerDefaults(registeredDefaults());
+    for (const auto &[key, value] : line.settings)
+        settings.setOverride(value, key);
+
+    FileQueue queue;
+    for (const QString &path : line.paths)
+        addTopLevelPath(absolutePath(path), queue, settings);
+    if (queue.isEmpty()) {
+        TerminalText::print(stderr, whyNothingIsListed(settings));
+        return static_cast<int>(ExitStatus::AllDone);
+    }
+    if (line.action == CommandLine::Action::List)
+        printList(queue, settings);
+    else if (line.action == CommandLine::Action::DryRun)
+        printCommands(queue, settings, tools);
+    else
+        return minify(line, tools, queue, settings);
+    return static_cast<int>(ExitStatus::AllDone);
+}
+
+} // namespace brevant

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/TerminalText.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <cmath>
+#include <cwchar>
+
+namespace brevant::TerminalText {
+
+namespace {
+
+bool isSafeInShell(QChar character)
+{
+    const char16_t code = character.unicode();
+    return (code >= u'a' && code <= u'z') || (code >= u'A' && code <= u'Z') ||
+           (code >= u'0' && code <= u'9') || QStringView(u"_@%+=:,./-").contains(character);
+}
+
+} // namespace
+
+QString printable(const QString &text)
+{
+    QString visible;
+    for (const QChar character : text) {
+        if (character == u'\n')
+            visible += QLatin1StringView("\\n");
+        else if (character == u'\t')
+            visible += QLatin1StringView("\\t");
+        else if (character.category() == QChar::Other_Control)
+            visible += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            visible += character;
+    }
+    return visible;
+}
+
+QString shellQuoted(const QString &argument)
+{
+    if (!argument.isEmpty() && std::ranges::all_of(argument, isSafeInShell))
+        return argument;
+    QString quoted = argument;
+    quoted.replace(u'\'', QLatin1StringView("'\\''"));
+    return u'\'' + quoted + u'\'';
+}
+
+QString commandLine(const QString &program, const QStringList &arguments)
+{
+    QString line = shellQuoted(program);
+    for (const QString &argument : arguments)
+        line += u' ' + shellQuoted(argument);
+    return line;
+}
+
+QString grouped(qint64 number)
+{
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::DefaultNumberOptions); // the C locale leaves the groups out
+    return locale.toString(number);
+}
+
+QString percentSaved(qint64 before, qint64 after)
+{
+    if (before == 0)
+        return QStringLiteral("0");
+    const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
+    return QString::number(std::round(percent * 10) / 10);
+}
+
+QString duration(double seconds)
+{
+    const auto whole = static_cast<qint64>(std::ceil(seconds));
+    const QLatin1Char zero('0');
+    if (whole < 3600)
+        return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, zero);
+    return QStringLiteral("%1:%2:%3")
+        .arg(whole / 3600)
+        .arg(whole / 60 % 60, 2, 10, zero)
+        .arg(whole % 60, 2, 10, zero);
+}
+
+QString fitted(const QString &text, int columns)
+{
+    QString kept;
+    int used = 0;
+    for (const char32_t character : text.toUcs4()) {
+        const int width = std::max(0, ::wcwidth(static_cast<wchar_t>(character)));
+        if (used + width > columns)
+            break;
+        used += width;
+        kept += QString::fromUcs4(&character, 1);
+    }
+    return kept;
+}
+
+void print(std::FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+} // namespace brevant::TerminalText

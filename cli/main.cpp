@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandLine.h"
+#include "cli/TerminalRun.h"
+#include "engine/Tools.h"
+
+#include <QFile>
+
+#include <clocale>
+
+int main(int argc, char *argv[])
+{
+    using namespace brevant;
+
+    // For the width of characters alone; the environment, which the compressors inherit, stays as it is.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+
+    const auto parsed = parseCommandLine(arguments);
+    if (const auto *error = std::get_if<UsageError>(&parsed))
+        return reportUsageError(*error);
+    return runTerminal(std::get<CommandLine>(parsed), Tools::inResources(findResourceFolder()));
+}

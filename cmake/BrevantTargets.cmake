@@ -1,0 +1,46 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# What every target of ours is compiled with: strict Qt, warnings, the chosen sanitizer.
+add_library(brevant_options INTERFACE)
+target_compile_definitions(brevant_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_KEYWORDS
+    QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+target_compile_options(brevant_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+if(BREVANT_WERROR)
+    target_compile_options(brevant_options INTERFACE -Werror)
+endif()
+if(BREVANT_SANITIZE)
+    target_compile_options(brevant_options INTERFACE
+        -fsanitize=${BREVANT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(brevant_options INTERFACE -fsanitize=${BREVANT_SANITIZE})
+endif()
+
+# One static library per folder. Headers are included by their path from the top: "queue/FileQueue.h".
+function(brevant_add_library name)
+    add_library(${name} STATIC ${ARGN})
+    target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
+    target_link_libraries(${name} PRIVATE brevant_options)
+endfunction()
+
+# One test program per tst_*.cpp. LIBRARIES: what it links. ARGN after that: extra sources.
+function(brevant_add_test source)
+    cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES;SOURCES;LABELS;ENVIRONMENT" ${ARGN})
+    get_filename_component(name "${source}" NAME_WE)
+    add_executable(${name} ${source} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
+    target_link_libraries(${name} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
+    add_test(NAME ${name} COMMAND ${name})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT}
+        LABELS "${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/EntryResult.h"
+
+#include "queue/FileKind.h"
+#include "queue/PathString.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+
+namespace brevant {
+
+namespace {
+
+constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+
+QString gzipPath(const QString &output)
+{
+    return PathString::withExtension(output, u"gz");
+}
+
+/// Whether an empty source of this kind is minified to an empty output.
+bool mayBeEmpty(const QString &source)
+{
+    const std::optional<FileKind> kind = kindOf(source);
+    return kind && *kind != FileKind::Js;
+}
+
+} // namespace
+
+EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &output)
+{
+    m_result.source = source;
+    m_result.output = output;
+    if (const std::optional<State> state = stateOf(source))
+        m_result.sizeBefore = state->size;
+    if (output) {
+        m_outputBefore = stateOf(*output);
+        m_gzipBefore = stateOf(gzipPath(*output));
+    }
+}
+
+std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return State{status.st_ino, status.st_size,
+                 status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
+}
+
+EntryResult::Outcome EntryWatch::judge(const ChildExit &exit) const
+{
+    if (exit.crashed)
+        return EntryResult::Outcome::CompressorKilled;
+    if (!exit.isSuccess())
+        return EntryResult::Outcome::CompressorFailed;
+    const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
+    if (!written || written == m_outputBefore)
+        return EntryResult::Outcome::NoOutput;
+    if (written->size == 0 && (m_result.sizeBefore != 0 || !mayBeEmpty(m_result.source)))
+        return EntryResult::Outcome::EmptyOutput;
+    return EntryResult::Outcome::Done;
+}
+
+void EntryWatch::compressorEnded(const ChildExit &exit)
+{
+    m_result.status = exit.code;
+    m_result.outcome = judge(exit);
+}
+
+EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
+{
+    m_result.seconds = seconds;
+    if (!m_result.output)
+        return m_result;
+    if (const std::optional<State> state = stateOf(*m_result.output))
+        m_result.sizeAfter = state->size;
+    if (gzipWanted) {
+        const std::optional<State> copy = stateOf(gzipPath(*m_result.output));
+        if (copy && copy != m_gzipBefore)
+            m_result.gzipSize = copy->size;
+        if (m_result.outcome == EntryResult::Outcome::Done && (!m_result.gzipSize || !m_result.sizeAfter))
+            m_result.outcome = EntryResult::Outcome::NoGzipCopy;
+    }
+    return m_result;
+}
+
+QString EntryResult::reason() const
+{
+    switch (outcome) {
+    case Outcome::Done:
+        return {};
+    case Outcome::CompressorFailed:
+        return QStringLiteral("the compressor ended with status %1").arg(status);
+    case Outcome::CompressorKilled:
+        return QStringLiteral("the compressor was ended by signal %1").arg(status);
+    case Outcome::NoOutput:
+        return QStringLiteral("the compressor wrote no output");
+    case Outcome::EmptyOutput:
+        return QStringLiteral("the compressor left an empty output");
+    case Outcome::NoGzipCopy:
+        return QStringLiteral("the gzip copy could not be made");
+    }
+    return {};
+}
+
+} // namespace brevant

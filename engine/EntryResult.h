@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/ChildProcess.h"
+
+#include <QString>
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <optional>
+
+namespace brevant {
+
+/// What became of one entry. The job itself never looks at it: the end state of a run does not depend on it.
+struct EntryResult {
+    enum class Outcome {
+        Done,
+        CompressorFailed, ///< it ended with another status than 0
+        CompressorKilled, ///< a signal ended it
+        NoOutput,         ///< it left no output, or only the one from before
+        EmptyOutput,      ///< it left an empty output of a source that gives none
+        NoGzipCopy,       ///< minified, but the copy was not made
+    };
+
+    QString source;
+    std::optional<QString> output;
+    Outcome outcome = Outcome::NoOutput;
+    int status = 0;                   ///< the compressor's exit status, or the signal that ended it
+    double seconds = 0;               ///< for the compressor and the gzip copy
+    std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
+    std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
+    std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
+
+    /// The outcome in words, as the end of "FILE: …"; empty if all went well.
+    [[nodiscard]] QString reason() const;
+};
+
+/// Watches one entry being worked on: made before its compressor starts, asked after.
+class EntryWatch final {
+public:
+    EntryWatch(const QString &source, const std::optional<QString> &output);
+
+    /// To be called between the compressor and the gzip copy.
+    void compressorEnded(const ChildExit &exit);
+
+    /// The result, when everything is done for this entry.
+    [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);
+
+private:
+    /// One state of a file; its change time tells a file written again from the one before.
+    struct State {
+        ino_t inode = 0;
+        qint64 size = 0;
+        std::int64_t changedAt = 0;
+        bool operator==(const State &) const = default;
+    };
+    [[nodiscard]] static std::optional<State> stateOf(const QString &path);
+    [[nodiscard]] EntryResult::Outcome judge(const ChildExit &exit) const;
+
+    EntryResult m_result;
+    std::optional<State> m_outputBefore;
+    std::optional<State> m_gzipBefore;
+};
+
+} // namespace brevant

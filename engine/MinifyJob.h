@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/ChildProcess.h"
+#include "engine/CompressorCommand.h"
+#include "engine/Tools.h"
+#include "queue/OutputPath.h"
+
+#include <QString>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+namespace brevant {
+
+class FileQueue;
+class JobDisplay;
+class SettingsStore;
+
+/// One run over the queue, from its first entry to its last, one compressor at a time, on the calling thread.
+///
+/// The queue may change meanwhile: its count is read again after every file, so entries appended are worked
+/// on too, and a queue that shrinks ends the run early. What the compressors do, or fail to do, changes
+/// nothing in the run. Several jobs may run at once, each with an object of its own.
+class MinifyJob final {
+public:
+    enum class End {
+        Completed,
+        Stopped,        ///< on request, after the file being worked on
+        JavaNotStarted, ///< the Java runtime could not be started
+    };
+
+    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, JobDisplay &display);
+
+    /// Runs to the end. `stop` is looked at before each file. The display is told of the end exactly once.
+    End run(const std::atomic<bool> &stop);
+
+private:
+    [[nodiscard]] End runEntries(const std::atomic<bool> &stop);
+    [[nodiscard]] bool runEntry(const QString &entry, const std::optional<QString> &output);
+    [[nodiscard]] QString startFailure(const ChildExit &exit) const;
+
+    const FileQueue &m_queue;
+    const SettingsStore &m_settings;
+    const Tools m_tools;
+    JobDisplay &m_display;
+    OutputPath m_outputPath;
+    CompressorOptions m_options;
+    std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
+};
+
+} // namespace brevant

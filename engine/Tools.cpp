@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/Tools.h"
+
+#include "queue/PathString.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace brevant {
+
+Tools Tools::inResources(const QString &resourceFolder)
+{
+    Tools tools;
+    tools.folder = resourceFolder + QLatin1StringView("/lib");
+    return tools;
+}
+
+QString Tools::yuiCompressor()
+{
+    return QStringLiteral("yuicompressor-2.4.8.jar");
+}
+
+QString Tools::htmlCompressor()
+{
+    return QStringLiteral("htmlcompressor-1.5.3.jar");
+}
+
+QString Tools::missing() const
+{
+    if (!QFileInfo(java).isExecutable())
+        return QStringLiteral("Java was not found at %1. Install it, on Debian with: sudo apt install "
+                              "default-jre-headless")
+            .arg(java);
+    for (const QString &archive : {yuiCompressor(), htmlCompressor()}) {
+        const QString path = PathString::join(folder, archive);
+        if (!QFileInfo(path).isFile())
+            return QStringLiteral(
+                       "The compressor %1 is missing. Install Brevant again, or fetch it into that "
+                       "folder with: scripts/fetch-compressors")
+                .arg(path);
+    }
+    return {};
+}
+
+QString findResourceFolder()
+{
+    const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    const QDir folder = QFileInfo(program).dir();
+    const QString beside = folder.filePath(QStringLiteral("resources"));
+    if (QFileInfo(beside).isDir())
+        return beside;
+    return QDir::cleanPath(folder.filePath(QStringLiteral(BREVANT_INSTALLED_RESOURCES)));
+}
+
+} // namespace brevant

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace brevant {
+
+/// Calls `visit` with the path, relative to `top`, of every entry below it: folders before their contents,
+/// hidden entries too, nothing sorted, symbolic links to folders yielded and not descended into. For what is
+/// no folder nothing is yielded. Folders that cannot be read and entries that vanish are passed over.
+///
+/// Neither the depth nor the length of a path is limited: the walk holds a bounded number of open folders and
+/// goes from one to the next without naming a whole path to the system.
+void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit);
+
+} // namespace brevant

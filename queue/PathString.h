@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+/// The one place that cuts and joins paths. A path is a text and stays as it is: nothing is normalised, no
+/// "~" is expanded, the disk is never asked. A "/" at the end is not part of the last component. A name that
+/// begins with "." and has no other "." has no extension.
+namespace brevant::PathString {
+
+/// "/w/site.min.css" and "/w/site.min.css/" give "site.min.css"; "/" gives "/".
+[[nodiscard]] QStringView lastComponent(QStringView path);
+
+/// What follows the last "." of the last component, without the dot; empty if there is none.
+[[nodiscard]] QStringView extension(QStringView path);
+
+/// The path without its extension and the dot before it: "/w/site.min.css" gives "/w/site.min".
+[[nodiscard]] QStringView stem(QStringView path);
+
+/// The path without its last component: "/w/a.css" gives "/w", "/a.css" gives "/", "a.css" gives "".
+[[nodiscard]] QStringView folder(QStringView path);
+
+/// The two with exactly one separator between them.
+[[nodiscard]] QString join(QStringView folder, QStringView name);
+
+/// The path with "." and the extension behind it: "/w/a.css" and "gz" give "/w/a.css.gz".
+[[nodiscard]] QString withExtension(QStringView path, QStringView extension);
+
+/// The path with a leading "~" or "~/" replaced by the user's home folder.
+[[nodiscard]] QString expandTilde(const QString &path);
+
+} // namespace brevant::PathString

@@ -1,0 +1,92 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+# What the scripts here share. Sourced, never run; nothing in it changes the caller's folder.
+
+root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)
+self=${0##*/}
+
+say() {
+    printf '==> %s: %s\n' "$self" "$*"
+}
+
+# complain TEXT: one line on stderr. die STATUS TEXT: the same, and the end.
+complain() {
+    printf '%s: %s\n' "$self" "$*" >&2
+}
+
+die() {
+    local status=$1
+    shift
+    complain "$*"
+    exit "$status"
+}
+
+# The build folder of a preset, as CMakePresets.json has it.
+build_folder() {
+    case $1 in
+    release) printf '%s\n' "$root/build" ;;
+    *) printf '%s\n' "$root/build/$1" ;;
+    esac
+}
+
+# cached FOLDER NAME: the value of a CMake cache entry, or nothing.
+cached() {
+    [[ -f $1/CMakeCache.txt ]] || return 0
+    sed -n "s|^$2:[A-Z]*=||p" "$1/CMakeCache.txt"
+}
+
+# configure_preset PRESET [CMAKE ARGUMENT…]. A build folder that was configured for a checkout
+# somewhere else (a copied or renamed one) is configured anew.
+configure_preset() {
+    local preset=$1 folder home
+    shift
+    folder=$(build_folder "$preset")
+    home=$(cached "$folder" CMAKE_HOME_DIRECTORY)
+    if [[ -n $home && $home != "$root" ]]; then
+        set -- --fresh "$@"
+    fi
+    if command -v ccache >/dev/null; then
+        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+    fi
+    say "configuring the preset $preset"
+    (cd -- "$root" && cmake --preset "$preset" --log-level=WARNING "$@" >/dev/null)
+}
+
+# build_preset PRESET [CMAKE --build ARGUMENT…]
+build_preset() {
+    local preset=$1 folder
+    shift
+    folder=$(build_folder "$preset")
+    say "building the preset $preset in ${folder#"$root"/}"
+    cmake --build "$folder" "$@"
+}
+
+# Both archives into the build folder. Where neither npm nor the downloads give them, npm is
+# installed and asked.
+fetch_compressors() {
+    local status=0
+    "$root/scripts/fetch-compressors" || status=$?
+    if [[ $status -eq 3 ]] && ! command -v npm >/dev/null; then
+        say "the archives could not be downloaded; trying with npm"
+        "$root/scripts/setup" fetch && "$root/scripts/fetch-compressors"
+        return
+    fi
+    return "$status"
+}
+
+# The project's own files whose path matches one of the patterns, each ended by a NUL.
+list_files() {
+    (
+        cd -- "$root" || exit
+        if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+            git ls-files -z --cached --others --exclude-standard -- "$@"
+        else
+            local pattern tests=()
+            for pattern in "$@"; do
+                tests+=(-o -path "./$pattern")
+            done
+            find . -path ./build -prune -o -type f \( "${tests[@]:1}" \) -print0
+        fi
+    )
+}

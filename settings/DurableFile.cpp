@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/DurableFile.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brevant {
+
+namespace {
+
+constexpr int maximumLinks = 40; // as many as Linux follows, path_resolution(7)
+
+QByteArray folderOf(const QByteArray &path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    if (slash < 0)
+        return QByteArrayLiteral(".");
+    return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
+}
+
+/// The path at the end of a chain of symbolic links; the file itself need not exist.
+QByteArray linkTarget(QByteArray path)
+{
+    QByteArray buffer(PATH_MAX, Qt::Uninitialized);
+    for (int step = 0; step < maximumLinks; ++step) {
+        const ssize_t length =
+            ::readlink(path.constData(), buffer.data(), static_cast<std::size_t>(buffer.size()));
+        if (length < 0)
+            break;
+        const QByteArray next = buffer.left(length);
+        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
+    }
+    return path;
+}
+
+/// Repeats a system call for as long as a signal interrupts it.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+bool flushFolder(const QByteArray &folder)
+{
+    const int descriptor =
+        uninterrupted([&] { return ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (descriptor < 0)
+        return false;
+    const bool flushed = uninterrupted([&] { return ::fsync(descriptor); }) == 0;
+    ::close(descriptor);
+    return flushed;
+}
+
+} // namespace
+
+DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
+
+DurableFile::~DurableFile()
+{
+    discard();
+}
+
+bool DurableFile::open()
+{
+    struct stat old {};
+    const bool exists = ::stat(m_target.constData(), &old) == 0;
+    if (exists && !S_ISREG(old.st_mode)) {
+        errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
+        return fail();
+    }
+    // O_EXCL finds a free name; a new file gets 0666 less the umask, a replaced one its own mode below.
+    do {
+        m_temporary = folderOf(m_target) + "/.brevant-" +
+                      QByteArray::number(QRandomGenerator::global()->generate64(), 36) + ".tmp";
+        m_descriptor = uninterrupted([&] {
+            return ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                          exists ? 0600 : 0666);
+        });
+    } while (m_descriptor < 0 && errno == EEXIST);
+    if (m_descriptor < 0) {
+        m_temporary.clear();
+        return fail();
+    }
+    if (exists) {
+        // Another owner can be given by root only; anybody else keeps the mode at least.
+        [[maybe_unused]] const int owned = ::fchown(m_descriptor, old.st_uid, old.st_gid);
+        if (::fchmod(m_descriptor, old.st_mode & 07777) != 0)
+            return fail();
+    }
+    return true;
+}
+
+bool DurableFile::write(QByteArrayView bytes)
+{
+    if (m_descriptor < 0 && !open())
+        return false;
+    while (!bytes.isEmpty()) {
+        const ssize_t written = uninterrupted(
+            [&] { return ::write(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size())); });
+        if (written < 0)
+            return fail();
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
+bool DurableFile::commit()
+{
+    if (m_descriptor < 0 && !open())
+        return false;
+    if (uninterrupted([&] { return ::fsync(m_descriptor); }) != 0)
+        return fail();
+    const int closed = ::close(m_descriptor); // never repeated: the descriptor is gone even after an error
+    m_descriptor = -1;
+    if (closed != 0 && errno != EINTR)
+        return fail();
+    if (::rename(m_temporary.constData(), m_target.constData()) != 0)
+        return fail();
+    m_temporary.clear();
+    // The new file is complete and in its place; that the folder could not be flushed changes nothing of it.
+    flushFolder(folderOf(m_target));
+    return true;
+}
+
+QString DurableFile::replace(const QString &path, QByteArrayView bytes)
+{
+    DurableFile file(path);
+    return file.write(bytes) && file.commit() ? QString() : file.errorText();
+}
+
+bool DurableFile::fail()
+{
+    m_errorText = qt_error_string(errno);
+    discard();
+    return false;
+}
+
+void DurableFile::discard()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+    m_descriptor = -1;
+    if (!m_temporary.isEmpty())
+        ::unlink(m_temporary.constData());
+    m_temporary.clear();
+}
+
+} // namespace brevant

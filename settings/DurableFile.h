@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace brevant {
+
+/// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
+/// complete new one.
+///
+/// The bytes go to a temporary file in the same folder, which is flushed to the disk and then renamed over
+/// the target; the folder is flushed too. A symbolic link is followed: what it points at is replaced. The
+/// target keeps its mode and, where the process may set it, its owner; a new file gets the usual mode.
+class DurableFile final {
+public:
+    explicit DurableFile(const QString &path);
+
+    /// Drops what has been written and not committed.
+    ~DurableFile();
+
+    DurableFile(const DurableFile &) = delete;
+    DurableFile &operator=(const DurableFile &) = delete;
+
+    /// Appends `bytes` to the temporary file, which the first call makes. False on failure.
+    [[nodiscard]] bool write(QByteArrayView bytes);
+
+    /// Puts what has been written into the target's place. False on failure, and then the target is as it
+    /// was.
+    [[nodiscard]] bool commit();
+
+    /// Why the last call failed, in words.
+    [[nodiscard]] const QString &errorText() const { return m_errorText; }
+
+    /// Writes a whole file in one step. Returns the reason of a failure, or an empty text.
+    [[nodiscard]] static QString replace(const QString &path, QByteArrayView bytes);
+
+private:
+    [[nodiscard]] bool open();
+    [[nodiscard]] bool fail();
+    void discard();
+
+    QByteArray m_target;
+    QByteArray m_temporary;
+    QString m_errorText;
+    int m_descriptor = -1;
+};
+
+} // namespace brevant

@@ -1,0 +1,254 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/SettingsFile.h"
+
+#include "settings/DurableFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brevant {
+
+namespace {
+
+constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+// Change times advance with the kernel's timer, every 10 ms at the slowest (CONFIG_HZ=100).
+constexpr std::int64_t stampResolution = 20'000'000;
+
+std::int64_t nanoseconds(const timespec &time)
+{
+    return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
+}
+
+void report(const QString &line)
+{
+    std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(line));
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(const QString &path, std::function<void()> changed)
+    : m_path(path), m_encodedPath(QFile::encodeName(path)), m_changed(std::move(changed))
+{
+    const std::lock_guard lock(m_mutex);
+    static_cast<void>(refreshLocked()); // the first reading is no change
+}
+
+SettingsFile::~SettingsFile()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stop = true;
+    }
+    m_wake.notify_all();
+    if (m_writer.joinable())
+        m_writer.join();
+}
+
+SettingsFile::Stamp SettingsFile::stampOf(const QByteArray &path)
+{
+    struct stat status {};
+    if (::stat(path.constData(), &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
+}
+
+SettingsFile::Reading SettingsFile::read(const QByteArray &path)
+{
+    Reading reading;
+    // Not blocking, so that a pipe in the file's place stops nobody.
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        reading.content = errno == ENOENT ? Content::Missing : Content::Unreadable;
+        reading.stamp = stampOf(path);
+        return reading;
+    }
+    struct stat status {};
+    ::fstat(descriptor, &status);
+    reading.stamp = {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    const std::int64_t age = nanoseconds(now) - reading.stamp.changedAt;
+    reading.fresh = age >= 0 && age < stampResolution;
+
+    QFile file;
+    if (!S_ISREG(status.st_mode) ||
+        !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        reading.content = Content::Unreadable;
+        return reading;
+    }
+    reading.bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        reading.content = Content::Unreadable;
+        return reading;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(reading.bytes);
+    reading.content = document.isObject() ? Content::Values : Content::Bad;
+    reading.values = document.object();
+    return reading;
+}
+
+QJsonObject SettingsFile::merged(QJsonObject values) const
+{
+    for (auto it = m_pending.begin(); it != m_pending.end(); ++it)
+        values.insert(it.key(), it.value());
+    return values;
+}
+
+bool SettingsFile::refreshLocked()
+{
+    if (!m_reading.fresh && stampOf(m_encodedPath) == m_reading.stamp)
+        return false;
+    Reading reading = read(m_encodedPath);
+    const bool differs = merged(reading.values) != merged(m_reading.values);
+    if (reading.content == Content::Bad)
+        keepBadFile(reading.bytes);
+    else
+        m_badBytes.reset();
+    if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
+        report(QStringLiteral("the settings in %1 cannot be read; the defaults are used").arg(m_path));
+    m_reading = std::move(reading);
+    return differs;
+}
+
+void SettingsFile::keepBadFile(const QByteArray &bytes)
+{
+    if (m_badBytes == bytes)
+        return;
+    m_badBytes = bytes;
+    const QString bad = m_path + QLatin1StringView(".bad");
+    // An empty file, which somebody may be about to fill, must not replace bad content kept before.
+    const bool kept =
+        (bytes.isEmpty() && QFileInfo::exists(bad)) || DurableFile::replace(bad, bytes).isEmpty();
+    report(kept ? QStringLiteral("%1 holds no settings; the defaults are used, and the file is kept as %2")
+                      .arg(m_path, bad)
+                : QStringLiteral("%1 holds no settings; the defaults are used").arg(m_path));
+}
+
+QJsonValue SettingsFile::value(QLatin1StringView key)
+{
+    QJsonValue found(QJsonValue::Undefined);
+    bool differs = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        differs = refreshLocked();
+        const auto pending = m_pending.constFind(key);
+        found = pending != m_pending.constEnd() ? *pending : m_reading.values.value(key);
+    }
+    if (differs)
+        m_changed();
+    return found;
+}
+
+void SettingsFile::refresh()
+{
+    bool differs = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        differs = refreshLocked();
+    }
+    if (differs)
+        m_changed();
+}
+
+void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_pending.insert(key, value);
+        ++m_setCount;
+        if (!m_writer.joinable())
+            m_writer = std::thread([this] { writeBehind(); });
+    }
+    m_wake.notify_all();
+}
+
+void SettingsFile::synchronize()
+{
+    std::unique_lock lock(m_mutex);
+    m_written.wait(lock, [this] { return m_writtenCount == m_setCount; });
+}
+
+void SettingsFile::writeBehind()
+{
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_wake.wait(lock, [this] { return m_stop || m_writtenCount != m_setCount; });
+        if (m_writtenCount == m_setCount)
+            return;
+        const QJsonObject changes = m_pending;
+        const std::uint64_t count = m_setCount;
+        lock.unlock();
+        const QString error = writeOnce(changes);
+        lock.lock();
+        const bool differs = settle(changes, error);
+        m_writtenCount = count;
+        m_written.notify_all();
+        if (differs) {
+            lock.unlock();
+            m_changed();
+            lock.lock();
+        }
+    }
+}
+
+bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
+{
+    if (!error.isEmpty()) {
+        if (!std::exchange(m_writeFailureReported, true))
+            report(QStringLiteral("%1 cannot be written (%2); the settings hold until the program ends")
+                       .arg(m_path, error));
+        return false;
+    }
+    m_writeFailureReported = false;
+    const QJsonObject before = merged(m_reading.values);
+    static_cast<void>(refreshLocked());
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        // What was set again meanwhile stays pending.
+        if (m_pending.value(it.key()) == it.value())
+            m_pending.remove(it.key());
+    }
+    return merged(m_reading.values) != before;
+}
+
+QString SettingsFile::writeOnce(const QJsonObject &changes)
+{
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(m_encodedPath.toStdString()).parent_path(),
+                                        error);
+    if (error)
+        return QString::fromStdString(error.message());
+    while (true) {
+        Reading current = read(m_encodedPath);
+        if (current.content == Content::Unreadable)
+            return QStringLiteral("it cannot be read");
+        if (current.content == Content::Bad) {
+            const std::lock_guard lock(m_mutex);
+            keepBadFile(current.bytes);
+        }
+        for (auto it = changes.begin(); it != changes.end(); ++it)
+            current.values.insert(it.key(), it.value());
+        DurableFile file(m_path);
+        if (!file.write(QJsonDocument(current.values).toJson()))
+            return file.errorText();
+        // Somebody else wrote meanwhile: once more, from what is there now.
+        if (stampOf(m_encodedPath) != current.stamp)
+            continue;
+        return file.commit() ? QString() : file.errorText();
+    }
+}
+
+} // namespace brevant

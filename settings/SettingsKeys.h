@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include <array>
+
+namespace brevant {
+
+// The text of each constant is the key as it is stored. Nothing spells a key anew.
+inline constexpr QLatin1StringView suffixKeyString{"suffixKeyString"};
+inline constexpr QLatin1StringView suffixSwitcherKeyString{"suffixSwitcherKeyString"};
+inline constexpr QLatin1StringView lineBreakKeyString{"lineBreakKeyString"};
+inline constexpr QLatin1StringView lineBreakSwitcherKeyString{"lineBreakSwitcherKeyString"};
+inline constexpr QLatin1StringView nomungeSwitcherKeyString{"nomungeSwitcherKeyString"};
+inline constexpr QLatin1StringView preserveSemiSwitcherKeyString{"preserveSemiSwitcherKeyString"};
+inline constexpr QLatin1StringView disableOptimizationsSwitcherKeyString{
+    "disableOptimizationsSwitcherKeyString"};
+inline constexpr QLatin1StringView sameFolderKeyString{"sameFolderKeyString"};
+inline constexpr QLatin1StringView selectedFolderKeyString{"selectedFolderKeyString"};
+inline constexpr QLatin1StringView soundCheckerKeyString{"soundCheckerKeyString"};
+inline constexpr QLatin1StringView filterCheckerKeyString{"filterCheckerKeyString"};
+inline constexpr QLatin1StringView autoMinifyCheckerKeyString{"autoMinifyCheckerKeyString"};
+inline constexpr QLatin1StringView selectedEncodingKeyString{"selectedEncodingKeyString"};
+inline constexpr QLatin1StringView enableHTMLCheckerKeyString{"enableHTMLCheckerKeyString"};
+inline constexpr QLatin1StringView enablePHPCheckerKeyString{"enablePHPCheckerKeyString"};
+inline constexpr QLatin1StringView badgeCheckerKeyString{"badgeCheckerKeyString"};
+inline constexpr QLatin1StringView gzipCheckerKeyString{"gzipCheckerKeyString"};
+inline constexpr QLatin1StringView keepXMLSpaceCheckerKeyString{"keepXMLSpaceCheckerKeyString"};
+
+/// What a setting holds when the application wrote it.
+enum class SettingType { Boolean, Text };
+
+/// One setting: its key, its type and the value that answers while the user has set none.
+struct SettingKey {
+    QLatin1StringView key;
+    SettingType type;
+    QLatin1StringView defaultText; ///< of a text
+    bool defaultState;             ///< of a boolean
+};
+
+/// All eighteen settings, in the order in which their defaults are registered.
+[[nodiscard]] const std::array<SettingKey, 18> &allSettingKeys();
+
+/// The setting of that name, or null if there is none.
+[[nodiscard]] const SettingKey *findSettingKey(QStringView key);
+
+/// The table of defaults, as SettingsStore::registerDefaults takes it.
+[[nodiscard]] QJsonObject registeredDefaults();
+
+} // namespace brevant

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/SettingsStore.h"
+
+#include "settings/SettingsFile.h"
+
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QLocale>
+#include <QStandardPaths>
+
+#include <cmath>
+
+namespace brevant {
+
+namespace {
+
+constexpr double exactIntegers = 9007199254740992.0; // 2^53, up to which a double holds every integer
+
+QString numberText(double number)
+{
+    if (std::trunc(number) == number && std::abs(number) <= exactIntegers)
+        return QString::number(static_cast<qint64>(number));
+    return QString::number(number, 'g', QLocale::FloatingPointShortest);
+}
+
+std::optional<QString> textOf(const QJsonValue &value)
+{
+    if (value.isString())
+        return value.toString();
+    if (value.isDouble())
+        return numberText(value.toDouble());
+    return std::nullopt;
+}
+
+bool truthOf(const QString &text)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    if (isNumber)
+        return number != 0;
+    return text.compare(QLatin1StringView("true"), Qt::CaseInsensitive) == 0 ||
+           text.compare(QLatin1StringView("yes"), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+SettingsStore::SettingsStore(const QString &filePath, QObject *parent)
+    : QObject(parent)
+      // Told later, in the store's own thread: a reader must not find itself in the midst of a notice.
+      ,
+      m_file(std::make_unique<SettingsFile>(filePath, [this] {
+          QMetaObject::invokeMethod(this, &SettingsStore::didChange, Qt::QueuedConnection);
+      }))
+{
+}
+
+SettingsStore::~SettingsStore() = default;
+
+QString SettingsStore::defaultFilePath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QLatin1StringView("/brevant/settings.json");
+}
+
+void SettingsStore::registerDefaults(const QJsonObject &defaults)
+{
+    const std::lock_guard lock(m_mutex);
+    m_defaults = defaults;
+}
+
+void SettingsStore::setOverride(const QJsonValue &value, QLatin1StringView key)
+{
+    const std::lock_guard lock(m_mutex);
+    m_overrides.insert(key, value);
+}
+
+QJsonValue SettingsStore::objectForKey(QLatin1StringView key) const
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_overrides.constFind(key);
+        if (found != m_overrides.constEnd())
+            return *found;
+    }
+    if (QJsonValue set = m_file->value(key); !set.isUndefined() && !set.isNull())
+        return set;
+    const std::lock_guard lock(m_mutex);
+    return m_defaults.value(key);
+}
+
+std::optional<QString> SettingsStore::stringForKey(QLatin1StringView key) const
+{
+    if (std::optional<QString> text = textOf(objectForKey(key)))
+        return text;
+    const std::lock_guard lock(m_mutex);
+    return textOf(m_defaults.value(key));
+}
+
+bool SettingsStore::boolForKey(QLatin1StringView key) const
+{
+    const QJsonValue value = objectForKey(key);
+    if (value.isBool())
+        return value.toBool();
+    if (value.isDouble())
+        return value.toDouble() != 0;
+    return value.isString() && truthOf(value.toString());
+}
+
+bool SettingsStore::isTrue(QLatin1StringView key) const
+{
+    const QJsonValue value = objectForKey(key);
+    return value.isBool() && value.toBool();
+}
+
+bool SettingsStore::isFalse(QLatin1StringView key) const
+{
+    const QJsonValue value = objectForKey(key);
+    return value.isBool() && !value.toBool();
+}
+
+void SettingsStore::setObject(const QJsonValue &value, QLatin1StringView key)
+{
+    m_file->setValue(key, value);
+    Q_EMIT didChange();
+}
+
+void SettingsStore::setBool(bool state, QLatin1StringView key)
+{
+    setObject(state, key);
+}
+
+void SettingsStore::synchronize()
+{
+    m_file->synchronize();
+}
+
+void SettingsStore::watchFile()
+{
+    if (m_watcher != nullptr)
+        return;
+    m_watcher = new QFileSystemWatcher(this);
+    // A file that is replaced, or made anew, is another one to watch; its folder tells.
+    const auto watchAgain = [this] {
+        const QFileInfo file(m_file->path());
+        m_watcher->addPath(file.absolutePath());
+        if (file.exists()) {
+            m_watcher->addPath(file.absoluteFilePath());
+            m_watcher->addPath(QFileInfo(file.canonicalFilePath()).absolutePath());
+        }
+        m_file->refresh();
+    };
+    connect(m_watcher, &QFileSystemWatcher::fileChanged, this, watchAgain);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, watchAgain);
+    connect(this, &SettingsStore::didChange, m_watcher, watchAgain);
+    watchAgain();
+}
+
+} // namespace brevant

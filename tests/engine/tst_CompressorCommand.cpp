@@ -1,0 +1,248 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CompressorCommand.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace brevant;
+
+namespace {
+
+/// "10?1": line break on, nomunge off, preserve-semi undecided, disable-optimizations on.
+CompressorOptions options(const char *switches, bool keepSpace = false)
+{
+    const auto state = [](char c) {
+        return c == '1' ? SwitchState::On : c == '0' ? SwitchState::Off : SwitchState::Undecided;
+    };
+    CompressorOptions result;
+    result.lineBreakColumn = QStringLiteral("500");
+    result.encoding = QStringLiteral("utf-8");
+    result.lineBreak = state(switches[0]);
+    result.nomunge = state(switches[1]);
+    result.preserveSemi = state(switches[2]);
+    result.disableOptimizations = state(switches[3]);
+    result.keepXMLSpace = keepSpace;
+    return result;
+}
+
+QStringList words(const char *line)
+{
+    return QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class tst_CompressorCommand final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wholeLines_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<CompressorOptions>("with");
+        QTest::addColumn<QStringList>("expected");
+        const auto row = [](const char *entry, const char *output, const char *switches, bool keep,
+                            const char *line) {
+            QTest::addRow("%s L,N,S,D=%s K=%d", entry, switches, keep)
+                << QString::fromUtf8(entry) << QString::fromUtf8(output) << options(switches, keep)
+                << words(line);
+        };
+        const auto css = [&](const char *switches, const char *line) {
+            row("/w/a.css", "/w/a.min.css", switches, false, line);
+        };
+        const auto js = [&](const char *switches, const char *line) {
+            row("/w/a.js", "/w/a.min.js", switches, false, line);
+        };
+
+        const char *plainCss = "-jar yuicompressor-2.4.8.jar /w/a.css -o /w/a.min.css --charset utf-8";
+        const char *brokenCss =
+            "-jar yuicompressor-2.4.8.jar --line-break 500 /w/a.css -o /w/a.min.css --charset utf-8";
+        for (const char *any : {"0000", "0001", "0010", "0011", "0100", "0101", "0110", "0111", "0???"})
+            css(any, plainCss);
+        for (const char *any : {"1000", "1001", "1010", "1011", "1100", "1101", "1110", "1111", "1???"})
+            css(any, brokenCss);
+        css("?000", "");
+
+        js("0000", "-jar yuicompressor-2.4.8.jar /w/a.js -o /w/a.min.js --charset utf-8");
+        js("0001",
+           "-jar yuicompressor-2.4.8.jar --disable-optimizations /w/a.js -o /w/a.min.js --charset utf-8");
+        js("0010", "-jar yuicompressor-2.4.8.jar --preserve-semi /w/a.js -o /w/a.min.js --charset utf-8");
+        js("0011", "-jar yuicompressor-2.4.8.jar --preserve-semi --disable-optimizations /w/a.js -o "
+                   "/w/a.min.js --charset utf-8");
+        js("0100", "-jar yuicompressor-2.4.8.jar --nomunge /w/a.js -o /w/a.min.js --charset utf-8");
+        js("0101", "-jar yuicompressor-2.4.8.jar --nomunge --disable-optimizations /w/a.js -o /w/a.min.js "
+                   "--charset utf-8");
+        js("0110",
+           "-jar yuicompressor-2.4.8.jar --nomunge --preserve-semi /w/a.js -o /w/a.min.js --charset utf-8");
+        js("0111", "-jar yuicompressor-2.4.8.jar --nomunge --preserve-semi --disable-optimizations /w/a.js "
+                   "-o /w/a.min.js --charset utf-8");
+        js("1000", "-jar yuicompressor-2.4.8.jar --line-break 500 /w/a.js -o /w/a.min.js --charset utf-8");
+        js("1001", "-jar yuicompressor-2.4.8.jar --line-break 500 --disable-optimizations /w/a.js -o "
+                   "/w/a.min.js --charset utf-8");
+        js("1010", "-jar yuicompressor-2.4.8.jar --line-break 500 --preserve-semi /w/a.js -o /w/a.min.js "
+                   "--charset utf-8");
+        js("1011", "-jar yuicompressor-2.4.8.jar --line-break 500 --preserve-semi --disable-optimizations "
+                   "/w/a.js -o /w/a.min.js --charset utf-8");
+        js("1100",
+           "-jar yuicompressor-2.4.8.jar --line-break 500 --nomunge /w/a.js -o /w/a.min.js --charset utf-8");
+        js("1101", "-jar yuicompressor-2.4.8.jar --line-break 500 --nomunge --disable-optimizations /w/a.js "
+                   "-o /w/a.min.js --charset utf-8");
+        js("1110", "-jar yuicompressor-2.4.8.jar --line-break 500 --nomunge --preserve-semi /w/a.js -o "
+                   "/w/a.min.js --charset utf-8");
+        js("1111", "-jar yuicompressor-2.4.8.jar --line-break 500 --nomunge --preserve-semi "
+                   "--disable-optimizations /w/a.js -o /w/a.min.js --charset utf-8");
+        for (const char *undecided : {"?000", "0?00", "00?0", "000?", "1?11", "11?1", "111?", "?111"})
+            js(undecided, "");
+        row("/w/App.JS", "/w/App.min.js", "0000", false,
+            "-jar yuicompressor-2.4.8.jar /w/App.JS -o /w/App.min.js --charset utf-8");
+
+        for (const char *kind : {"html", "phtml", "php", "HTML"}) {
+            const QByteArray entry = QByteArray("/w/a.") + kind;
+            const QByteArray output = QByteArray("/w/a.min.") + QByteArray(kind).toLower();
+            const QByteArray head =
+                "-jar htmlcompressor-1.5.3.jar --charset utf-8 --type html --compress-js --compress-css ";
+            for (const char *any : {"0000", "1111", "????"}) {
+                row(entry, output, any, false, head + "--remove-intertag-spaces " + entry + " -o " + output);
+                row(entry, output, any, true, head + "--preserve-intertag-spaces " + entry + " -o " + output);
+            }
+        }
+        row("/w/a.txt", "/w/a.min.css", "0000", false, "");
+        row("/w/Makefile", "/w/a.min.css", "1111", true, "");
+        row("/w/.css", "/w/a.min.css", "0000", false, "");
+    }
+
+    void wholeLines()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, output);
+        QFETCH(CompressorOptions, with);
+        QFETCH(QStringList, expected);
+        QCOMPARE(compressorArguments(entry, output, with), expected);
+    }
+
+    void absentValuesEndTheList_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("absent");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("css, no output")
+            << "/w/a.css"
+            << "output" << words("-jar yuicompressor-2.4.8.jar --line-break 500 /w/a.css -o");
+        QTest::newRow("html, no output")
+            << "/w/a.html"
+            << "output"
+            << words("-jar htmlcompressor-1.5.3.jar --charset utf-8 --type html --compress-js "
+                     "--compress-css --remove-intertag-spaces /w/a.html -o");
+        QTest::newRow("js, no encoding")
+            << "/w/a.js"
+            << "encoding" << words("-jar yuicompressor-2.4.8.jar --line-break 500 /w/a.js -o /w/o --charset");
+        QTest::newRow("php, no encoding") << "/w/a.php"
+                                          << "encoding" << words("-jar htmlcompressor-1.5.3.jar --charset");
+        QTest::newRow("css, no column") << "/w/a.css"
+                                        << "column" << words("-jar yuicompressor-2.4.8.jar --line-break");
+        QTest::newRow("html, no column")
+            << "/w/a.html"
+            << "column"
+            << words("-jar htmlcompressor-1.5.3.jar --charset utf-8 --type html --compress-js "
+                     "--compress-css --remove-intertag-spaces /w/a.html -o /w/o");
+    }
+
+    void absentValuesEndTheList()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, absent);
+        CompressorOptions with = options("1000");
+        std::optional<QString> output = QStringLiteral("/w/o");
+        if (absent == u"output")
+            output.reset();
+        else if (absent == u"encoding")
+            with.encoding.reset();
+        else
+            with.lineBreakColumn.reset();
+        QTEST(compressorArguments(entry, output, with), "expected");
+    }
+
+    void textsArePassedAsTheyStand()
+    {
+        CompressorOptions with = options("1000");
+        with.lineBreakColumn = QStringLiteral("eighty columns");
+        with.encoding = QString();
+        QCOMPARE(compressorArguments(QStringLiteral("/w/a \"b\".css"), QStringLiteral("/o u t"), with),
+                 QStringList({QStringLiteral("-jar"), QStringLiteral("yuicompressor-2.4.8.jar"),
+                              QStringLiteral("--line-break"), QStringLiteral("eighty columns"),
+                              QStringLiteral("/w/a \"b\".css"), QStringLiteral("-o"),
+                              QStringLiteral("/o u t"), QStringLiteral("--charset"), QString()}));
+    }
+
+    void switchesAreReadStrictly_data()
+    {
+        QTest::addColumn<QJsonValue>("stored");
+        QTest::addColumn<SwitchState>("strict");
+        QTest::addColumn<bool>("flag");
+        QTest::newRow("true") << QJsonValue(true) << SwitchState::On << true;
+        QTest::newRow("false") << QJsonValue(false) << SwitchState::Off << false;
+        QTest::newRow("1") << QJsonValue(1) << SwitchState::Undecided << true;
+        QTest::newRow("0") << QJsonValue(0) << SwitchState::Undecided << false;
+        QTest::newRow("text") << QJsonValue(QStringLiteral("true")) << SwitchState::Undecided << true;
+        QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << SwitchState::Undecided << false;
+    }
+
+    void switchesAreReadStrictly()
+    {
+        QFETCH(QJsonValue, stored);
+        QFETCH(SwitchState, strict);
+        QFETCH(bool, flag);
+        const QTemporaryDir folder;
+        SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+        if (!stored.isUndefined()) {
+            for (const SettingKey &setting : allSettingKeys())
+                settings.setOverride(stored, setting.key);
+        }
+        const CompressorOptions read = CompressorOptions::atStartOfRun(settings);
+        QCOMPARE(read.lineBreak, strict);
+        QCOMPARE(read.nomunge, strict);
+        QCOMPARE(read.preserveSemi, strict);
+        QCOMPARE(read.disableOptimizations, strict);
+        QCOMPARE(read.keepXMLSpace, flag);
+        QCOMPARE(read.encoding.has_value(), stored.isString() || stored.isDouble());
+    }
+
+    void everyOptionHasItsKey()
+    {
+        const QTemporaryDir folder;
+        SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+        settings.registerDefaults(registeredDefaults());
+        const std::pair<QLatin1StringView, SwitchState CompressorOptions::*> switches[] = {
+            {lineBreakSwitcherKeyString, &CompressorOptions::lineBreak},
+            {nomungeSwitcherKeyString, &CompressorOptions::nomunge},
+            {preserveSemiSwitcherKeyString, &CompressorOptions::preserveSemi},
+            {disableOptimizationsSwitcherKeyString, &CompressorOptions::disableOptimizations},
+        };
+        CompressorOptions read = CompressorOptions::atStartOfRun(settings);
+        QCOMPARE(read.lineBreakColumn, QStringLiteral("500"));
+        QCOMPARE(read.encoding, QStringLiteral("utf-8"));
+        for (const auto &[key, member] : switches) {
+            QCOMPARE(read.*member, SwitchState::Off);
+            settings.setOverride(true, key);
+            for (const auto &[otherKey, other] : switches) {
+                const CompressorOptions now = CompressorOptions::atStartOfRun(settings);
+                QCOMPARE(now.*other, key == otherKey ? SwitchState::On : SwitchState::Off);
+            }
+            settings.setOverride(false, key);
+        }
+        settings.setOverride(72, lineBreakKeyString);
+        settings.setOverride(QStringLiteral("gbk"), selectedEncodingKeyString);
+        read.readSwitches(settings);
+        QCOMPARE(read.lineBreakColumn, QStringLiteral("500")); // read at the start of a run alone
+        read = CompressorOptions::atStartOfRun(settings);
+        QCOMPARE(read.lineBreakColumn, QStringLiteral("72"));
+        QCOMPARE(read.encoding, QStringLiteral("gbk"));
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_CompressorCommand)
+#include "tst_CompressorCommand.moc"
