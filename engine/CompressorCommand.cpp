@@ -14,9 +14,11 @@ namespace {
 
 SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
 {
-    if (settings.isTrue(key))
-        return SwitchState::On;
-    return settings.isFalse(key) ? SwitchState::Off : SwitchState::Undecided;
+    // Read once: a switch that the user turns between two readings would be neither on nor off.
+    const QJsonValue value = settings.objectForKey(key);
+    if (!value.isBool())
+        return SwitchState::Undecided;
+    return value.toBool() ? SwitchState::On : SwitchState::Off;
 }
 
 /// The list for CSS and JavaScript: the encoding stands at the very end.

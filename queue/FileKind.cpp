@@ -38,7 +38,8 @@ std::optional<FileKind> kindOf(QStringView path)
 {
     const QStringView extension = PathString::extension(path);
     for (const FileKind kind : kinds) {
-        if (extension.compare(extensionOf(kind), Qt::CaseInsensitive) == 0)
+        const QLatin1StringView own = extensionOf(kind);
+        if (extension.size() == own.size() && extension.compare(own, Qt::CaseInsensitive) == 0)
             return kind;
     }
     return std::nullopt;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileQueue.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace brevant {
 
@@ -23,9 +23,7 @@ std::optional<QString> FileQueue::entryAt(int index) const
 int FileQueue::indexOf(const QString &path) const
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_known.contains(path))
-        return -1;
-    return static_cast<int>(std::ranges::find(m_entries, path) - m_entries.begin());
+    return m_index.find(path, m_entries);
 }
 
 std::vector<QString> FileQueue::entries() const
@@ -37,12 +35,11 @@ std::vector<QString> FileQueue::entries() const
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
-    const qsizetype before = m_known.size();
-    m_known.insert(path);
-    if (m_known.size() == before)
-        return false;
     m_entries.push_back(path);
-    return true;
+    if (m_index.insertLast(m_entries))
+        return true;
+    m_entries.pop_back();
+    return false;
 }
 
 void FileQueue::removeAt(const std::vector<int> &indexes)
@@ -55,19 +52,18 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
     }
     std::vector<QString> kept;
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
-        if (removed[i])
-            m_known.remove(m_entries[i]);
-        else
+        if (!removed[i])
             kept.push_back(std::move(m_entries[i]));
     }
     m_entries = std::move(kept);
+    m_index.rebuild(m_entries);
 }
 
 void FileQueue::clear()
 {
     const std::lock_guard lock(m_mutex);
     m_entries.clear();
-    m_known.clear();
+    m_index.rebuild(m_entries);
 }
 
 } // namespace brevant

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QSet>
+#include "queue/EntryIndex.h"
+
 #include <QString>
 
 #include <mutex>
@@ -23,7 +24,7 @@ public:
     /// The entry at `index`, or nothing if there is none (any more).
     [[nodiscard]] std::optional<QString> entryAt(int index) const;
 
-    /// The index of the entry equal to `path`, or -1.
+    /// The index of the entry equal to `path`, or -1. Constant time.
     [[nodiscard]] int indexOf(const QString &path) const;
 
     /// All entries as they stand.
@@ -41,7 +42,7 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::vector<QString> m_entries;
-    QSet<QString> m_known; ///< the same texts, shared
+    EntryIndex m_index;
 };
 
 } // namespace brevant

@@ -23,9 +23,14 @@ namespace {
 // Open folders kept along one branch; those further up are opened again through ".." on the way back.
 constexpr std::size_t openLevels = 32;
 
+constexpr std::size_t bufferSize = 65536; // of names at a time
+
 class Walker final {
 public:
-    explicit Walker(const std::function<void(const QString &)> &visit) : m_visit(visit) {}
+    explicit Walker(const QByteArray &top, const std::function<void(const QString &)> &visit)
+        : m_top(top), m_visit(visit)
+    {
+    }
 
     Walker(const Walker &) = delete;
     Walker &operator=(const Walker &) = delete;
@@ -38,9 +43,9 @@ public:
         }
     }
 
-    void walk(const QByteArray &top)
+    void walk()
     {
-        enter(AT_FDCWD, top.constData(), 0, 0);
+        enter(AT_FDCWD, m_top.constData(), 0, 0);
         while (!m_levels.empty())
             step();
     }
@@ -50,7 +55,8 @@ private:
         int descriptor = -1; ///< -1: closed for now
         dev_t device = 0;
         ino_t inode = 0;
-        std::size_t next = 0;     ///< the entry to visit next, an offset into names
+        std::size_t visited = 0;  ///< the entry visited last, an offset into names
+        std::size_t next = 0;     ///< the entry to visit next, likewise
         qsizetype pathLength = 0; ///< of the path up to this folder, its "/" included
         std::vector<char> names;  ///< type, name and a zero byte, one entry after the other
     };
@@ -60,16 +66,10 @@ private:
     {
         const int descriptor =
             ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | extraFlags);
-        if (descriptor < 0)
-            return;
         struct stat status {};
-        // fdopendir takes the descriptor it is given, and the level needs one of its own.
-        const int own = ::fstat(descriptor, &status) == 0 ? ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0) : -1;
-        DIR *folder = own < 0 ? nullptr : ::fdopendir(own);
-        if (folder == nullptr) {
-            if (own >= 0)
-                ::close(own);
-            ::close(descriptor);
+        if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
+            if (descriptor >= 0)
+                ::close(descriptor);
             return;
         }
         Level level;
@@ -77,18 +77,30 @@ private:
         level.device = status.st_dev;
         level.inode = status.st_ino;
         level.pathLength = pathLength;
-        while (const dirent *entry = ::readdir(folder)) {
-            const std::string_view entryName(entry->d_name);
-            if (entryName == "." || entryName == "..")
-                continue;
-            level.names.push_back(static_cast<char>(entry->d_type));
-            level.names.insert(level.names.end(), entryName.begin(), entryName.end());
-            level.names.push_back('\0');
-        }
-        ::closedir(folder);
+        readNames(level);
         m_levels.push_back(std::move(level));
         if (m_levels.size() > openLevels)
             close(m_levels[m_levels.size() - 1 - openLevels]);
+    }
+
+    /// Asks the system itself: readdir(3) would need a descriptor and a buffer of its own for each folder.
+    void readNames(Level &level)
+    {
+        while (true) {
+            const ssize_t size = ::getdents64(level.descriptor, m_buffer.data(), m_buffer.size());
+            if (size <= 0)
+                return;
+            for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+                const auto *const entry = reinterpret_cast<const dirent64 *>(m_buffer.data() + at);
+                at += entry->d_reclen;
+                const std::string_view name(entry->d_name);
+                if (name == "." || name == "..")
+                    continue;
+                level.names.push_back(static_cast<char>(entry->d_type));
+                level.names.insert(level.names.end(), name.begin(), name.end());
+                level.names.push_back('\0');
+            }
+        }
     }
 
     void step()
@@ -101,6 +113,7 @@ private:
         const auto type = static_cast<unsigned char>(level.names[level.next]);
         const char *name = &level.names[level.next + 1];
         const std::size_t length = std::strlen(name);
+        level.visited = level.next;
         level.next += length + 2;
 
         m_path.truncate(level.pathLength);
@@ -126,23 +139,51 @@ private:
         const Level left = std::move(m_levels.back());
         m_levels.pop_back();
         if (!m_levels.empty() && m_levels.back().descriptor < 0 && !reopen(m_levels.back(), left.descriptor))
-            m_levels.clear(); // the branch was moved away meanwhile: nothing above it can be reached
+            findBack();
         ::close(left.descriptor);
     }
 
     [[nodiscard]] static bool reopen(Level &level, int child)
     {
         const int descriptor = ::openat(child, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        struct stat status {};
         if (descriptor < 0)
             return false;
-        if (::fstat(descriptor, &status) != 0 || status.st_dev != level.device ||
-            status.st_ino != level.inode) {
+        if (!isAt(level, descriptor)) {
             ::close(descriptor);
             return false;
         }
         level.descriptor = descriptor;
         return true;
+    }
+
+    /// The branch was moved away meanwhile, so that ".." leads elsewhere. From the top again, as far down as
+    /// the folders are those that were entered; what lies deeper has vanished.
+    void findBack()
+    {
+        constexpr int flags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+        std::size_t found = 0;
+        int last = -1;
+        int descriptor = ::open(m_top.constData(), flags);
+        while (descriptor >= 0 && isAt(m_levels[found], descriptor)) {
+            if (last >= 0)
+                ::close(last);
+            last = descriptor;
+            const char *name = &m_levels[found].names[m_levels[found].visited + 1];
+            ++found;
+            descriptor = found < m_levels.size() ? ::openat(last, name, flags | O_NOFOLLOW) : -1;
+        }
+        if (descriptor >= 0)
+            ::close(descriptor);
+        m_levels.erase(m_levels.begin() + static_cast<std::ptrdiff_t>(found), m_levels.end());
+        if (found > 0)
+            m_levels.back().descriptor = last;
+    }
+
+    [[nodiscard]] static bool isAt(const Level &level, int descriptor)
+    {
+        struct stat status {};
+        return ::fstat(descriptor, &status) == 0 && status.st_dev == level.device &&
+               status.st_ino == level.inode;
     }
 
     static void close(Level &level)
@@ -152,16 +193,19 @@ private:
         level.descriptor = -1;
     }
 
+    const QByteArray m_top;
     const std::function<void(const QString &)> &m_visit;
     std::vector<Level> m_levels;
     QString m_path;
+    std::vector<char> m_buffer =
+        std::vector<char>(bufferSize); // aligned for any type, as all memory of new is
 };
 
 } // namespace
 
 void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit)
 {
-    Walker(visit).walk(QFile::encodeName(top));
+    Walker(QFile::encodeName(top), visit).walk();
 }
 
 } // namespace brevant

@@ -14,9 +14,11 @@ std::optional<QString> OutputPath::next(const QString &entry)
     if (const std::optional<FileKind> kind = kindOf(entry))
         m_extension = extensionOf(*kind);
 
-    const bool withSuffix = m_settings.isTrue(suffixSwitcherKeyString);
-    if (!withSuffix && !m_settings.isFalse(suffixSwitcherKeyString))
+    // Read once: a switch that the user turns between two readings would be neither true nor false.
+    const QJsonValue suffixSwitch = m_settings.objectForKey(suffixSwitcherKeyString);
+    if (!suffixSwitch.isBool())
         return m_path;
+    const bool withSuffix = suffixSwitch.toBool();
     if (!m_extension) {
         m_path.reset();
         return m_path;

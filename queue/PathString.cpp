@@ -80,6 +80,21 @@ QString withExtension(QStringView path, QStringView extension)
     return whole;
 }
 
+QString absolute(const QString &path)
+{
+    if (path.startsWith(separator))
+        return path;
+    QStringView relative = path;
+    while (relative.startsWith(QLatin1StringView("./"))) {
+        relative = relative.sliced(2);
+        while (relative.startsWith(separator))
+            relative = relative.sliced(1);
+    }
+    if (relative.isEmpty() || relative == u'.')
+        return QDir::currentPath();
+    return join(QDir::currentPath(), relative);
+}
+
 QString expandTilde(const QString &path)
 {
     if (path == u'~' || path.startsWith(QLatin1StringView("~/")))

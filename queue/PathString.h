@@ -28,6 +28,9 @@ namespace brevant::PathString {
 /// The path with "." and the extension behind it: "/w/a.css" and "gz" give "/w/a.css.gz".
 [[nodiscard]] QString withExtension(QStringView path, QStringView extension);
 
+/// The path as it is if it begins at the root; else joined to the working folder, without "." at its start.
+[[nodiscard]] QString absolute(const QString &path);
+
 /// The path with a leading "~" or "~/" replaced by the user's home folder.
 [[nodiscard]] QString expandTilde(const QString &path);
 

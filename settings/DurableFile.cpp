@@ -80,6 +80,8 @@ bool DurableFile::open()
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         return fail();
     }
+    if (!exists && errno != ENOENT) // links in a circle, for one: not to be mistaken for a name that is free
+        return fail();
     // O_EXCL finds a free name; a new file gets 0666 less the umask, a replaced one its own mode below.
     do {
         m_temporary = folderOf(m_target) + "/.brevant-" +
@@ -106,6 +108,7 @@ bool DurableFile::write(QByteArrayView bytes)
 {
     if (m_descriptor < 0 && !open())
         return false;
+    m_flushed = false;
     while (!bytes.isEmpty()) {
         const ssize_t written = uninterrupted(
             [&] { return ::write(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size())); });
@@ -116,12 +119,20 @@ bool DurableFile::write(QByteArrayView bytes)
     return true;
 }
 
-bool DurableFile::commit()
+bool DurableFile::flush()
 {
     if (m_descriptor < 0 && !open())
         return false;
-    if (uninterrupted([&] { return ::fsync(m_descriptor); }) != 0)
+    if (!m_flushed && uninterrupted([&] { return ::fsync(m_descriptor); }) != 0)
         return fail();
+    m_flushed = true;
+    return true;
+}
+
+bool DurableFile::commit()
+{
+    if (!flush())
+        return false;
     const int closed = ::close(m_descriptor); // never repeated: the descriptor is gone even after an error
     m_descriptor = -1;
     if (closed != 0 && errno != EINTR)

@@ -26,6 +26,9 @@ public:
     /// Appends `bytes` to the temporary file, which the first call makes. False on failure.
     [[nodiscard]] bool write(QByteArrayView bytes);
 
+    /// Waits until what has been written is on the disk, which commit() then need not do. False on failure.
+    [[nodiscard]] bool flush();
+
     /// Puts what has been written into the target's place. False on failure, and then the target is as it
     /// was.
     [[nodiscard]] bool commit();
@@ -45,6 +48,7 @@ private:
     QByteArray m_temporary;
     QString m_errorText;
     int m_descriptor = -1;
+    bool m_flushed = false;
 };
 
 } // namespace brevant

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,6 +37,28 @@ void report(const QString &line)
 {
     std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(line));
 }
+
+/// Makes the programs of ours that write into one folder take turns. Where locks are not to be had, it does
+/// nothing.
+class FolderLock final {
+public:
+    explicit FolderLock(const std::filesystem::path &folder)
+        : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        while (m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    ~FolderLock()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    FolderLock(const FolderLock &) = delete;
+    FolderLock &operator=(const FolderLock &) = delete;
+
+private:
+    const int m_descriptor;
+};
 
 } // namespace
 
@@ -68,11 +91,13 @@ SettingsFile::Stamp SettingsFile::stampOf(const QByteArray &path)
 SettingsFile::Reading SettingsFile::read(const QByteArray &path)
 {
     Reading reading;
+    // Taken first: should the file appear, or become readable, right after the failure, its stamp must
+    // differ.
+    reading.stamp = stampOf(path);
     // Not blocking, so that a pipe in the file's place stops nobody.
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         reading.content = errno == ENOENT ? Content::Missing : Content::Unreadable;
-        reading.stamp = stampOf(path);
         return reading;
     }
     struct stat status {};
@@ -179,7 +204,8 @@ void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
 void SettingsFile::synchronize()
 {
     std::unique_lock lock(m_mutex);
-    m_written.wait(lock, [this] { return m_writtenCount == m_setCount; });
+    const std::uint64_t count = m_setCount; // others may go on to set values for ever
+    m_written.wait(lock, [this, count] { return m_writtenCount >= count; });
 }
 
 void SettingsFile::writeBehind()
@@ -192,7 +218,8 @@ void SettingsFile::writeBehind()
         const QJsonObject changes = m_pending;
         const std::uint64_t count = m_setCount;
         lock.unlock();
-        const QString error = writeOnce(changes);
+        // Nothing is left to write if the same value was set twice, and the first write took it.
+        const QString error = changes.isEmpty() ? QString() : writeOnce(changes);
         lock.lock();
         const bool differs = settle(changes, error);
         m_writtenCount = count;
@@ -226,23 +253,28 @@ bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
 
 QString SettingsFile::writeOnce(const QJsonObject &changes)
 {
+    std::filesystem::path folder = std::filesystem::path(m_encodedPath.toStdString()).parent_path();
+    if (folder.empty())
+        folder = ".";
     std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(m_encodedPath.toStdString()).parent_path(),
-                                        error);
+    std::filesystem::create_directories(folder, error);
     if (error)
         return QString::fromStdString(error.message());
+    const FolderLock lock(folder);
     while (true) {
         Reading current = read(m_encodedPath);
         if (current.content == Content::Unreadable)
             return QStringLiteral("it cannot be read");
         if (current.content == Content::Bad) {
-            const std::lock_guard lock(m_mutex);
+            const std::lock_guard guard(m_mutex);
             keepBadFile(current.bytes);
         }
         for (auto it = changes.begin(); it != changes.end(); ++it)
             current.values.insert(it.key(), it.value());
         DurableFile file(m_path);
-        if (!file.write(QJsonDocument(current.values).toJson()))
+        // The slow part comes before the look at the file, so that little time is left between that and the
+        // commit.
+        if (!file.write(QJsonDocument(current.values).toJson()) || !file.flush())
             return file.errorText();
         // Somebody else wrote meanwhile: once more, from what is there now.
         if (stampOf(m_encodedPath) != current.stamp)

@@ -4,6 +4,7 @@
 
 #include "settings/SettingsFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QLocale>
@@ -15,12 +16,13 @@ namespace brevant {
 
 namespace {
 
-constexpr double exactIntegers = 9007199254740992.0; // 2^53, up to which a double holds every integer
-
-QString numberText(double number)
+QString numberText(const QJsonValue &value)
 {
-    if (std::trunc(number) == number && std::abs(number) <= exactIntegers)
-        return QString::number(static_cast<qint64>(number));
+    // Integers first: a double would not keep every digit of a large one.
+    const double number = value.toDouble();
+    const qint64 integer = value.toInteger(); // 0 if it is none
+    if (integer != 0 || number == 0)
+        return QString::number(integer);
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
@@ -29,7 +31,7 @@ std::optional<QString> textOf(const QJsonValue &value)
     if (value.isString())
         return value.toString();
     if (value.isDouble())
-        return numberText(value.toDouble());
+        return numberText(value);
     return std::nullopt;
 }
 
@@ -38,7 +40,7 @@ bool truthOf(const QString &text)
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
     if (isNumber)
-        return number != 0;
+        return number != 0 && !std::isnan(number);
     return text.compare(QLatin1StringView("true"), Qt::CaseInsensitive) == 0 ||
            text.compare(QLatin1StringView("yes"), Qt::CaseInsensitive) == 0;
 }
@@ -143,7 +145,11 @@ void SettingsStore::watchFile()
     // A file that is replaced, or made anew, is another one to watch; its folder tells.
     const auto watchAgain = [this] {
         const QFileInfo file(m_file->path());
-        m_watcher->addPath(file.absolutePath());
+        // A folder that is not there yet is told of by the one it will be made in.
+        QDir folder = file.absoluteDir();
+        while (!folder.exists() && !folder.isRoot())
+            folder.setPath(QFileInfo(folder.path()).path());
+        m_watcher->addPath(folder.path());
         if (file.exists()) {
             m_watcher->addPath(file.absoluteFilePath());
             m_watcher->addPath(QFileInfo(file.canonicalFilePath()).absolutePath());

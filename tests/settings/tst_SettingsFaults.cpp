@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+#include "tests/settings/TestFiles.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace brevant;
+using namespace brevant::test;
+
+/// Files that hold no settings, and places where none can be read or written.
+class tst_SettingsFaults final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void badFile_data();
+    void badFile();
+    void badFileWhileRunning();
+    void secondBadFileIsReportedToo();
+    void emptyFileKeepsTheEarlierBadFile();
+    void placeThatCannotBeRead_data();
+    void placeThatCannotBeRead();
+    void fileThatMayNotBeRead();
+    void placeThatCannotBeWritten_data();
+    void placeThatCannotBeWritten();
+    void folderThatMayNotBeWritten();
+    void writesAgainOnceItCan();
+
+private:
+    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
+    {
+        auto store = std::make_unique<SettingsStore>(m_path);
+        store->registerDefaults(registeredDefaults());
+        return store;
+    }
+    [[nodiscard]] QString badPath() const { return m_path + QLatin1StringView(".bad"); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+};
+
+void tst_SettingsFaults::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    m_path = m_folder->filePath(QStringLiteral("settings.json"));
+}
+
+void tst_SettingsFaults::badFile_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("blank") << QByteArray("\n");
+    QTest::newRow("truncated") << QByteArray("{\"suffixKeyString\": \"-x\", \"gzi");
+    QTest::newRow("truncated by one") << QByteArray("{\"suffixKeyString\": \"-x\"");
+    QTest::newRow("array") << QByteArray("[{\"suffixKeyString\": \"-x\"}]");
+    QTest::newRow("text after the object") << QByteArray("{\"suffixKeyString\": \"-x\"} x");
+    QTest::newRow("binary") << QByteArray("\x00\xff\xfe{}\x01\n\x80", 8);
+    QTest::newRow("zeros") << QByteArray(4096, '\0');
+    QTest::newRow("ini") << QByteArray("[General]\nsuffixKeyString=-x\n");
+    QTest::newRow("not UTF-8") << QByteArray("{\"suffixKeyString\": \"\xfc\"}");
+}
+
+void tst_SettingsFaults::badFile()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(writeFile(m_path, bytes));
+    const CapturedStandardError standardError;
+    {
+        const auto store = makeStore();
+        store->watchFile();
+        for (int reader = 0; reader < 3; ++reader)
+            QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+        QVERIFY(store->isFalse(gzipCheckerKeyString));
+        QCOMPARE(readFile(badPath()), bytes);
+        QCOMPARE(readFile(m_path), bytes);
+        QCOMPARE(standardError.lineCount(), 1);
+        QVERIFY(standardError.text().contains(QFile::encodeName(m_path)));
+
+        store->setBool(true, gzipCheckerKeyString);
+        store->synchronize();
+        QVERIFY(store->isTrue(gzipCheckerKeyString));
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+    }
+    const QJsonObject expected{{gzipCheckerKeyString, true}};
+    QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected);
+    QVERIFY(makeStore()->isTrue(gzipCheckerKeyString));
+    QCOMPARE(readFile(badPath()), bytes);
+    QCOMPARE(standardError.lineCount(), 1);
+}
+
+void tst_SettingsFaults::badFileWhileRunning()
+{
+    const auto store = makeStore();
+    store->setObject(QStringLiteral("-x"), suffixKeyString);
+    store->synchronize();
+    const CapturedStandardError standardError;
+    QVERIFY(replaceFile(m_path, "garbage"));
+    // The writer is the first to find it.
+    store->setBool(true, gzipCheckerKeyString);
+    store->synchronize();
+    QCOMPARE(readFile(badPath()), QByteArray("garbage"));
+    QCOMPARE(standardError.lineCount(), 1);
+    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+    QVERIFY(store->isTrue(gzipCheckerKeyString));
+}
+
+void tst_SettingsFaults::secondBadFileIsReportedToo()
+{
+    const CapturedStandardError standardError;
+    QVERIFY(writeFile(m_path, "one"));
+    const auto store = makeStore();
+    QVERIFY(replaceFile(m_path, "two"));
+    QVERIFY(store->isTrue(soundCheckerKeyString));
+    QCOMPARE(readFile(badPath()), QByteArray("two"));
+    QCOMPARE(standardError.lineCount(), 2);
+}
+
+void tst_SettingsFaults::emptyFileKeepsTheEarlierBadFile()
+{
+    const CapturedStandardError standardError;
+    QVERIFY(writeFile(m_path, "precious"));
+    const auto store = makeStore();
+    QVERIFY(writeFile(m_path, ""));
+    QVERIFY(store->isTrue(soundCheckerKeyString));
+    QCOMPARE(readFile(badPath()), QByteArray("precious"));
+}
+
+void tst_SettingsFaults::placeThatCannotBeRead_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<int>("linesOfReading");
+    QTest::newRow("folder") << QStringLiteral("folder") << 1;
+    QTest::newRow("pipe") << QStringLiteral("pipe") << 1;
+    QTest::newRow("link to itself") << QStringLiteral("loop") << 0; // nothing is there
+}
+
+void tst_SettingsFaults::placeThatCannotBeRead()
+{
+    QFETCH(QString, form);
+    QFETCH(int, linesOfReading);
+    if (form == QLatin1StringView("folder"))
+        QVERIFY(QDir().mkdir(m_path));
+    else if (form == QLatin1StringView("pipe"))
+        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+    else
+        QVERIFY(makeLink(QStringLiteral("settings.json"), m_path));
+    struct stat before {};
+    QCOMPARE(::lstat(QFile::encodeName(m_path).constData(), &before), 0);
+
+    const CapturedStandardError standardError;
+    const auto store = makeStore();
+    for (int reader = 0; reader < 3; ++reader)
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+    QCOMPARE(standardError.lineCount(), linesOfReading);
+    for (int i = 0; i < 20; ++i) {
+        store->setObject(QString::number(i), suffixKeyString);
+        store->synchronize();
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QString::number(i)));
+    }
+    QCOMPARE(standardError.lineCount(), linesOfReading + 1); // and one that it cannot be written
+    struct stat after {};
+    QCOMPARE(::lstat(QFile::encodeName(m_path).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
+    QVERIFY(!QFile::exists(badPath()));
+}
+
+void tst_SettingsFaults::fileThatMayNotBeRead()
+{
+    m_folder.reset();
+    const OrdinaryUser user;
+    if (!user.isReady())
+        QSKIP("cannot become an ordinary user here");
+    m_folder = std::make_unique<QTemporaryDir>();
+    if (!m_folder->isValid())
+        QSKIP("an ordinary user may not make a folder here");
+    m_path = m_folder->filePath(QStringLiteral("settings.json"));
+    QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
+    QVERIFY(setMode(m_path, 0));
+    const CapturedStandardError standardError;
+    const auto store = makeStore();
+    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+    store->setBool(true, gzipCheckerKeyString);
+    store->synchronize();
+    QVERIFY(store->isTrue(gzipCheckerKeyString));
+    QCOMPARE(standardError.lineCount(), 2);
+
+    // What could not be read was not replaced, and counts again as soon as it can be read.
+    QVERIFY(setMode(m_path, 0600));
+    QCOMPARE(readFile(m_path), QByteArray(R"({"suffixKeyString": "-x"})"));
+    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral("-x")));
+    store->setBool(false, soundCheckerKeyString);
+    store->synchronize();
+    const QJsonObject expected{{suffixKeyString, QStringLiteral("-x")},
+                               {gzipCheckerKeyString, true},
+                               {soundCheckerKeyString, false}};
+    QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected);
+    m_folder.reset();
+}
+
+void tst_SettingsFaults::placeThatCannotBeWritten_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("below a plain file") << QStringLiteral("%1/plain/settings.json");
+    QTest::newRow("deep below a plain file") << QStringLiteral("%1/plain/a/b/settings.json");
+    QTest::newRow("in a folder of the kernel") << QStringLiteral("/proc/brevant/settings.json");
+    QTest::newRow("link into a missing folder") << QStringLiteral("%1/link");
+}
+
+void tst_SettingsFaults::placeThatCannotBeWritten()
+{
+    QFETCH(QString, path);
+    QVERIFY(writeFile(m_folder->filePath(QStringLiteral("plain")), "plain"));
+    QVERIFY(makeLink(QStringLiteral("missing/settings.json"), m_folder->filePath(QStringLiteral("link"))));
+    m_path = path.startsWith(u'%') ? path.arg(m_folder->path()) : path;
+    const CapturedStandardError standardError;
+    {
+        const auto store = makeStore();
+        QCOMPARE(standardError.text(), QByteArray());
+        for (int i = 0; i < 20; ++i) {
+            store->setObject(QString::number(i), suffixKeyString);
+            store->synchronize();
+        }
+        store->setBool(true, gzipCheckerKeyString);
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral("19")));
+        QVERIFY(store->isTrue(gzipCheckerKeyString));
+    }
+    QCOMPARE(standardError.lineCount(), 1);
+    QCOMPARE(makeStore()->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
+}
+
+void tst_SettingsFaults::folderThatMayNotBeWritten()
+{
+    m_folder.reset();
+    const OrdinaryUser user;
+    if (!user.isReady())
+        QSKIP("cannot become an ordinary user here");
+    m_folder = std::make_unique<QTemporaryDir>();
+    if (!m_folder->isValid())
+        QSKIP("an ordinary user may not make a folder here");
+    m_path = m_folder->filePath(QStringLiteral("settings.json"));
+    QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
+    QVERIFY(setMode(m_folder->path(), 0555));
+    const CapturedStandardError standardError;
+    const auto store = makeStore();
+    for (int i = 0; i < 20; ++i) {
+        store->setObject(i, lineBreakKeyString);
+        store->synchronize();
+    }
+    QCOMPARE(store->stringForKey(lineBreakKeyString), std::optional(QStringLiteral("19")));
+    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral("-x")));
+    QCOMPARE(standardError.lineCount(), 1);
+    QCOMPARE(readFile(m_path), QByteArray(R"({"suffixKeyString": "-x"})"));
+    QVERIFY(setMode(m_folder->path(), 0755));
+    m_folder.reset();
+}
+
+void tst_SettingsFaults::writesAgainOnceItCan()
+{
+    const QString folder = m_folder->filePath(QStringLiteral("plain"));
+    QVERIFY(writeFile(folder, "in the way"));
+    m_path = folder + QLatin1StringView("/settings.json");
+    const CapturedStandardError standardError;
+    const auto store = makeStore();
+    store->setObject(QStringLiteral("-x"), suffixKeyString);
+    store->synchronize();
+    QCOMPARE(standardError.lineCount(), 1);
+
+    QVERIFY(QFile::remove(folder));
+    store->setBool(true, gzipCheckerKeyString);
+    store->synchronize();
+    const QJsonObject expected{{suffixKeyString, QStringLiteral("-x")}, {gzipCheckerKeyString, true}};
+    QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected); // what failed before as well
+    QCOMPARE(standardError.lineCount(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_SettingsFaults)
+#include "tst_SettingsFaults.moc"
