@@ -8,6 +8,7 @@
 #include <QCommandLineOption>
 #include <QCommandLineParser>
 
+#include <cmath>
 #include <optional>
 
 namespace brevant {
@@ -32,7 +33,7 @@ std::optional<QJsonValue> booleanValue(const QString &text)
         return false;
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
-    return isNumber ? std::optional<QJsonValue>(number) : std::nullopt;
+    return isNumber && std::isfinite(number) ? std::optional<QJsonValue>(number) : std::nullopt;
 }
 
 std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(const QString &assignment)

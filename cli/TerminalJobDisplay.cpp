@@ -3,6 +3,7 @@
 #include "cli/TerminalJobDisplay.h"
 
 #include "cli/RunReport.h"
+#include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
 #include "engine/EntryResult.h"
 #include "queue/FileQueue.h"
@@ -97,7 +98,8 @@ void TerminalJobDisplay::drawLiveLine()
 
 QString TerminalJobDisplay::takeLiveLine()
 {
-    return std::exchange(m_liveLineShown, false) ? eraseLineAbove : QString();
+    // Where a stop was asked for, its words stand right above the cursor, and stay.
+    return std::exchange(m_liveLineShown, false) && !StopSignals::requested() ? eraseLineAbove : QString();
 }
 
 QString TerminalJobDisplay::progress() const

@@ -24,6 +24,9 @@ public:
     /// What standard output is: a terminal that can show a live line, or something else.
     [[nodiscard]] static Style styleOfStandardOutput();
 
+    /// The last status of the run.
+    [[nodiscard]] const QString &statusText() const { return m_statusText; }
+
     void lockControls() override {}
     void setStatusText(const QString &text) override;
     void selectRow(int row) override;

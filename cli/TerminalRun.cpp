@@ -16,7 +16,6 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -28,19 +27,6 @@ namespace {
 void printError(const QString &text)
 {
     TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(text));
-}
-
-/// The path as the compressors, which run elsewhere, need it: from the root, and else as it was typed.
-QString absolutePath(const QString &path)
-{
-    if (path.startsWith(u'/'))
-        return path;
-    QString relative = path;
-    while (relative.startsWith(QLatin1StringView("./")))
-        relative.remove(0, 2);
-    if (relative.isEmpty() || relative == u'.')
-        return QDir::currentPath();
-    return PathString::join(QDir::currentPath(), relative);
 }
 
 /// Why that settings file cannot be used; empty if it can.
@@ -118,6 +104,18 @@ void printCommands(const FileQueue &queue, const SettingsStore &settings, const 
     }
 }
 
+/// Writes the report that was asked for; false, and said why, if that fails.
+bool writeReport(const CommandLine &line, const RunReport &report)
+{
+    if (line.reportFile.isEmpty())
+        return true;
+    const QString error = DurableFile::replace(line.reportFile, report.toJson());
+    if (!error.isEmpty())
+        printError(QStringLiteral("the report %1 cannot be written: %2")
+                       .arg(TerminalText::printable(line.reportFile), error));
+    return error.isEmpty();
+}
+
 int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
 {
     if (const QString missing = tools.missing(); !missing.isEmpty()) {
@@ -133,20 +131,22 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     report.finish(end, queue.entries());
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());
+    else if (end == MinifyJob::End::JavaNotStarted)
+        printError(display.statusText());
     TerminalText::print(stderr, report.failures());
-    bool reported = true;
-    if (!line.reportFile.isEmpty()) {
-        const QString error = DurableFile::replace(line.reportFile, report.toJson());
-        reported = error.isEmpty();
-        if (!reported)
-            printError(QStringLiteral("the report %1 cannot be written: %2")
-                           .arg(TerminalText::printable(line.reportFile), error));
-    }
+    const bool reported = writeReport(line, report);
     if (end == MinifyJob::End::Stopped)
         return StopSignals::exitStatus();
     if (end == MinifyJob::End::JavaNotStarted)
         return static_cast<int>(ExitStatus::NoTools);
     return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+}
+
+/// Sets what holds for this run only. The compressors run elsewhere, so a folder counts from here.
+void overrideSetting(SettingsStore &settings, QLatin1StringView key, const QJsonValue &value)
+{
+    const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
+    settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
 }
 
 } // namespace
@@ -173,14 +173,15 @@ int runTerminal(const CommandLine &line, const Tools &tools)
                                                        : line.settingsFile);
     settings.registerDefaults(registeredDefaults());
     for (const auto &[key, value] : line.settings)
-        settings.setOverride(value, key);
+        overrideSetting(settings, key, value);
 
     FileQueue queue;
     for (const QString &path : line.paths)
-        addTopLevelPath(absolutePath(path), queue, settings);
+        addTopLevelPath(PathString::absolute(path), queue, settings);
     if (queue.isEmpty()) {
         TerminalText::print(stderr, whyNothingIsListed(settings));
-        return static_cast<int>(ExitStatus::AllDone);
+        const bool reported = line.action != CommandLine::Action::Minify || writeReport(line, RunReport());
+        return static_cast<int>(reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
     }
     if (line.action == CommandLine::Action::List)
         printList(queue, settings);

@@ -66,7 +66,9 @@ QString percentSaved(qint64 before, qint64 after)
     if (before == 0)
         return QStringLiteral("0");
     const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
-    return QString::number(std::round(percent * 10) / 10);
+    const qint64 tenths = std::llround(percent * 10); // an integer knows no "-0"
+    return tenths % 10 == 0 ? QString::number(tenths / 10)
+                            : QString::number(static_cast<double>(tenths) / 10, 'f', 1);
 }
 
 QString duration(double seconds)

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/MountNamespace.h"
+
+#include <QFile>
+
+#include <unistd.h>
+
+namespace brevant::test {
+
+namespace {
+
+/// Runs `program` where `replacement` is mounted over /usr/bin/java.
+Ended runInNamespace(const Sandbox &sandbox, const QString &replacement, const QStringList &command)
+{
+    const QString options = ::geteuid() == 0 ? QStringLiteral("-m") : QStringLiteral("-rm");
+    const QStringList arguments{options, QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                                QStringLiteral("mount --bind \"$0\" /usr/bin/java && exec \"$@\""),
+                                replacement};
+    return sandbox.runProgram(QStringLiteral("/usr/bin/unshare"), arguments + command);
+}
+
+} // namespace
+
+QString noMountNamespace()
+{
+    const Sandbox sandbox;
+    const Ended ended = runInNamespace(sandbox, QStringLiteral("/dev/null"), {QStringLiteral("/bin/true")});
+    return ended.status == 0 ? QString()
+                             : QStringLiteral("no mount namespace of our own here: %1")
+                                   .arg(QString::fromUtf8(ended.err).trimmed());
+}
+
+Ended runWithJava(const Sandbox &sandbox, const QString &replacement, const QStringList &arguments)
+{
+    return runInNamespace(sandbox, replacement, QStringList(cliProgram()) + arguments);
+}
+
+QString addScript(const Sandbox &sandbox, const QString &name, const QByteArray &lines)
+{
+    const QString path = sandbox.add(name, lines);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return path;
+}
+
+} // namespace brevant::test

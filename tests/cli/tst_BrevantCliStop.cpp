@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/CliRun.h"
+#include "tests/cli/Pty.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <csignal>
+
+using namespace brevant::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString java = u"/usr/bin/java"_s;
+const QByteArray css("a { b : c ; }");
+
+/// Three files, the second of which takes a second or two.
+void addFiles(const Sandbox &sandbox, const QByteArray &second)
+{
+    sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"b.js"_s, second);
+    sandbox.add(u"c.css"_s, css);
+}
+
+const QStringList files{u"a.css"_s, u"b.js"_s, u"c.css"_s};
+
+/// Waits until the compressor of the second file runs; its process id, or -1.
+pid_t waitForSecondFile(Pty &terminal)
+{
+    pid_t child = -1;
+    const bool found = terminal.waitUntil([&] {
+        if (terminal.output().contains("Minified 2 of 3 items."))
+            child = childRunning(terminal.processId(), java);
+        return child > 0;
+    });
+    return found ? child : -1;
+}
+
+bool isAlive(pid_t process)
+{
+    return ::kill(process, 0) == 0;
+}
+
+} // namespace
+
+/// Ctrl+C and other signals, with the real compressors.
+class tst_BrevantCliStop final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void finishesTheFile_data();
+    void finishesTheFile();
+    void secondTimeEndsAtOnce();
+    void ignoredStaysIgnored_data();
+    void ignoredStaysIgnored();
+    void duringTheLastFile();
+
+private:
+    QByteArray m_source = manyFunctions(1500);
+    QByteArray m_minified;
+};
+
+void tst_BrevantCliStop::initTestCase()
+{
+    QCOMPARE(missingCompressors(), QString());
+    const Sandbox sandbox;
+    m_minified = bareOutput(sandbox.add(u"b.js"_s, m_source));
+    QVERIFY(m_minified.size() > 50'000);
+}
+
+void tst_BrevantCliStop::finishesTheFile_data()
+{
+    QTest::addColumn<int>("signal"); // 0: Ctrl+C is typed
+    QTest::addColumn<int>("status");
+
+    QTest::newRow("Ctrl+C") << 0 << 130;
+    QTest::newRow("SIGTERM") << SIGTERM << 143;
+    QTest::newRow("SIGHUP") << SIGHUP << 129;
+}
+
+void tst_BrevantCliStop::finishesTheFile()
+{
+    QFETCH(int, signal);
+    const Sandbox sandbox;
+    addFiles(sandbox, m_source);
+    Pty terminal(sandbox, QStringList{u"--report"_s, u"r.json"_s} + files);
+    const pid_t child = waitForSecondFile(terminal);
+    QVERIFY2(child > 0, terminal.output());
+    for (const char *stream : {"0", "1", "2"}) {
+        const QString link = u"/proc/%1/fd/%2"_s.arg(child).arg(QLatin1StringView(stream));
+        QCOMPARE(QFile::symLinkTarget(link), terminal.device());
+    }
+    if (signal == 0)
+        terminal.type("\x03");
+    else
+        ::kill(terminal.processId(), signal);
+    QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
+    QVERIFY(isAlive(child));
+
+    QTEST(terminal.waitForEnd(), "status");
+    QVERIFY(!isAlive(child));
+    QVERIFY(sandbox.has(u"a.min.css"_s));
+    QVERIFY(sandbox.read(u"b.min.js"_s) == m_minified);
+    QVERIFY(!sandbox.has(u"c.min.css"_s));
+    const QByteArray next = QFile::encodeName(sandbox.path(u"c.css"_s));
+    QVERIFY2(terminal.output().contains("\n2 files: "), terminal.output());
+    QVERIFY2(terminal.output().endsWith("Stopped before " + next + "; 1 file not minified.\r\n"),
+             terminal.output());
+    QVERIFY(!terminal.output().contains("Well done!"));
+    const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
+    QCOMPARE(report[u"done"_s].toInt(), 2);
+    QCOMPARE(report[u"notRun"_s].toInt(), 1);
+}
+
+void tst_BrevantCliStop::secondTimeEndsAtOnce()
+{
+    const Sandbox sandbox;
+    addFiles(sandbox, manyFunctions(5000));
+    Pty terminal(sandbox, files);
+    const pid_t child = waitForSecondFile(terminal);
+    QVERIFY2(child > 0, terminal.output());
+    terminal.type("\x03");
+    QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
+    QElapsedTimer timer;
+    timer.start();
+    terminal.type("\x03");
+    QCOMPARE(terminal.waitForEnd(), 130);
+    const qint64 milliseconds = timer.elapsed();
+    QVERIFY2(isAlive(child), "the compressor was done too early for this test to tell");
+    QVERIFY2(milliseconds < 1000, qPrintable(QString::number(milliseconds)));
+    QVERIFY(!terminal.output().contains("Stopped before"));
+    // The compressor goes on, and its output is complete in the end.
+    QTRY_VERIFY_WITH_TIMEOUT(!isAlive(child), 60'000);
+    QVERIFY(sandbox.read(u"b.min.js"_s).endsWith(";"));
+    QVERIFY(!sandbox.has(u"c.min.css"_s));
+}
+
+void tst_BrevantCliStop::ignoredStaysIgnored_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void tst_BrevantCliStop::ignoredStaysIgnored()
+{
+    QFETCH(int, signal);
+    const Sandbox sandbox;
+    sandbox.add(u"a.js"_s, manyFunctions(500));
+    sandbox.add(u"b.css"_s, css);
+    const auto inChild = [signal] { ::signal(signal, SIG_IGN); };
+    bool sent = false;
+    const auto whenStarted = [&](qint64 process) {
+        sent = QTest::qWaitFor([&] { return childRunning(static_cast<pid_t>(process), java) > 0; }, 30'000);
+        ::kill(static_cast<pid_t>(process), signal);
+    };
+    const Ended ended = sandbox.runProgram(cliProgram(), {u"a.js"_s, u"b.css"_s}, inChild, whenStarted);
+    QVERIFY(sent);
+    QCOMPARE(ended.err, QByteArray());
+    QCOMPARE(ended.status, 0);
+    QVERIFY(sandbox.has(u"a.min.js"_s));
+    QVERIFY(sandbox.has(u"b.min.css"_s));
+}
+
+void tst_BrevantCliStop::duringTheLastFile()
+{
+    // Nothing is left to stop: the run is complete.
+    const Sandbox sandbox;
+    sandbox.add(u"b.js"_s, manyFunctions(500));
+    Pty terminal(sandbox, {u"b.js"_s});
+    QVERIFY(terminal.waitUntil([&] { return childRunning(terminal.processId(), java) > 0; }));
+    terminal.type("\x03");
+    QCOMPARE(terminal.waitForEnd(), 0);
+    QVERIFY2(terminal.output().contains("Well done!"), terminal.output());
+    QVERIFY(!terminal.output().contains("Stopped before"));
+}
+
+QTEST_GUILESS_MAIN(tst_BrevantCliStop)
+#include "tst_BrevantCliStop.moc"

@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RunReport.h"
+
+#include "cli/CommandLine.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace brevant;
+using namespace Qt::StringLiterals;
+using End = MinifyJob::End;
+using Outcome = EntryResult::Outcome;
+
+namespace {
+
+EntryResult result(const QString &source, Outcome outcome, std::optional<qint64> before = {},
+                   std::optional<qint64> after = {}, int status = 0)
+{
+    EntryResult made;
+    made.source = source;
+    made.output = source + u".out"_s;
+    made.outcome = outcome;
+    made.status = status;
+    made.sizeBefore = before;
+    made.sizeAfter = after;
+    return made;
+}
+
+QJsonObject parsed(const RunReport &report)
+{
+    return QJsonDocument::fromJson(report.toJson()).object();
+}
+
+} // namespace
+
+class tst_RunReport final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothing();
+    void allDone();
+    void oneFile();
+    void someFailed();
+    void stopped();
+    void javaNotStarted();
+    void failuresInWords_data();
+    void failuresInWords();
+    void namesAreMadeVisible();
+    void json();
+    void jsonOfAStop();
+};
+
+void tst_RunReport::nothing()
+{
+    RunReport report;
+    report.finish(End::Completed, {});
+    QCOMPARE(report.summary(), u"0 files: 0 -> 0 bytes, 0 % saved.\n"_s);
+    QCOMPARE(report.failures(), QString());
+    QVERIFY(report.isAllDone());
+}
+
+void tst_RunReport::allDone()
+{
+    RunReport report;
+    report.add(result(u"/w/a.css"_s, Outcome::Done, 1000, 500));
+    report.add(result(u"/w/b.css"_s, Outcome::Done, 1000, 700));
+    report.finish(End::Completed, {u"/w/a.css"_s, u"/w/b.css"_s});
+    QCOMPARE(report.doneCount(), 2);
+    QVERIFY(report.isAllDone());
+    QCOMPARE(report.summary(), u"2 files: 2,000 -> 1,200 bytes, 40 % saved.\n"_s);
+    QCOMPARE(report.failures(), QString());
+}
+
+void tst_RunReport::oneFile()
+{
+    RunReport report;
+    report.add(result(u"/w/a.css"_s, Outcome::Done, 4, 3));
+    report.finish(End::Completed, {u"/w/a.css"_s});
+    QCOMPARE(report.summary(), u"1 file: 4 -> 3 bytes, 25 % saved.\n"_s);
+}
+
+void tst_RunReport::someFailed()
+{
+    RunReport report;
+    report.add(result(u"/w/a.js"_s, Outcome::CompressorFailed, 900, 800, 2));
+    report.add(result(u"/w/b.css"_s, Outcome::Done, 10, 5));
+    report.add(result(u"/w/c.html"_s, Outcome::NoOutput, 70, {}));
+    report.finish(End::Completed, {u"/w/a.js"_s, u"/w/b.css"_s, u"/w/c.html"_s});
+    QCOMPARE(report.doneCount(), 1);
+    QVERIFY(!report.isAllDone());
+    // What failed counts neither before nor after.
+    QCOMPARE(report.summary(), u"1 file: 10 -> 5 bytes, 50 % saved; 2 failed.\n"_s);
+    QCOMPARE(report.failures(), u"Failed: /w/a.js: the compressor ended with status 2\n"
+                                "Failed: /w/c.html: the compressor wrote no output\n"_s);
+}
+
+void tst_RunReport::stopped()
+{
+    RunReport report;
+    report.add(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
+    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s});
+    QVERIFY(!report.isAllDone());
+    QCOMPARE(report.summary(), u"1 file: 10 -> 5 bytes, 50 % saved.\n"
+                               "Stopped before /w/b.css; 2 files not minified.\n"_s);
+}
+
+void tst_RunReport::javaNotStarted()
+{
+    RunReport report;
+    report.finish(End::JavaNotStarted, {u"/w/a.css"_s});
+    QVERIFY(!report.isAllDone());
+    QCOMPARE(report.summary(), u"0 files: 0 -> 0 bytes, 0 % saved.\n"
+                               "Stopped before /w/a.css; 1 file not minified.\n"_s);
+}
+
+void tst_RunReport::failuresInWords_data()
+{
+    QTest::addColumn<Outcome>("outcome");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("failed") << Outcome::CompressorFailed << 74 << u"the compressor ended with status 74"_s;
+    QTest::newRow("killed") << Outcome::CompressorKilled << 9 << u"the compressor was ended by signal 9"_s;
+    QTest::newRow("no output") << Outcome::NoOutput << 0 << u"the compressor wrote no output"_s;
+    QTest::newRow("empty") << Outcome::EmptyOutput << 0 << u"the compressor left an empty output"_s;
+    QTest::newRow("no copy") << Outcome::NoGzipCopy << 0 << u"the gzip copy could not be made"_s;
+}
+
+void tst_RunReport::failuresInWords()
+{
+    QFETCH(Outcome, outcome);
+    QFETCH(int, status);
+    QFETCH(QString, reason);
+    RunReport report;
+    report.add(result(u"/w/a.js"_s, outcome, 5, 5, status));
+    report.finish(End::Completed, {u"/w/a.js"_s});
+    QCOMPARE(report.failures(), u"Failed: /w/a.js: %1\n"_s.arg(reason));
+    const QJsonObject file = parsed(report)[u"files"_s][0].toObject();
+    QCOMPARE(file[u"outcome"_s].toString(), u"failed"_s);
+    QCOMPARE(file[u"reason"_s].toString(), reason);
+}
+
+void tst_RunReport::namesAreMadeVisible()
+{
+    RunReport report;
+    report.add(result(u"/w/\x1b[2J%1\n.js"_s, Outcome::NoOutput));
+    report.finish(End::Stopped, {u"/w/\x1b[2J%1\n.js"_s, u"/w/%2\r.js"_s});
+    QCOMPARE(report.failures(), u"Failed: /w/\\x1b[2J%1\\n.js: the compressor wrote no output\n"_s);
+    QVERIFY2(report.summary().endsWith(u"Stopped before /w/%2\\x0d.js; 1 file not minified.\n"_s),
+             qPrintable(report.summary()));
+    // Machines get the names as they are.
+    QCOMPARE(parsed(report)[u"files"_s][0][u"source"_s].toString(), u"/w/\x1b[2J%1\n.js"_s);
+}
+
+void tst_RunReport::json()
+{
+    RunReport report;
+    EntryResult done = result(u"/w/a.css"_s, Outcome::Done, 5'000'000'000, 20);
+    done.gzipSize = 30;
+    done.seconds = 0.12345;
+    report.add(done);
+    EntryResult failed = result(u"/w/b.js"_s, Outcome::CompressorFailed, std::nullopt, std::nullopt, 1);
+    failed.output.reset();
+    report.add(failed);
+    report.finish(End::Completed, {u"/w/a.css"_s, u"/w/b.js"_s});
+
+    const QString version = versionText().section(u' ', 1).trimmed();
+    const QJsonObject expected{
+        {u"brevant"_s, version},
+        {u"done"_s, 1},
+        {u"failed"_s, 1},
+        {u"notRun"_s, 0},
+        {u"files"_s,
+         QJsonArray{
+             QJsonObject{{u"source"_s, u"/w/a.css"_s},
+                         {u"output"_s, u"/w/a.css.out"_s},
+                         {u"sizeBefore"_s, qint64(5'000'000'000)},
+                         {u"sizeAfter"_s, 20},
+                         {u"gzipSize"_s, 30},
+                         {u"seconds"_s, 0.123},
+                         {u"outcome"_s, u"done"_s}},
+             QJsonObject{{u"source"_s, u"/w/b.js"_s},
+                         {u"output"_s, QJsonValue::Null},
+                         {u"sizeBefore"_s, QJsonValue::Null},
+                         {u"sizeAfter"_s, QJsonValue::Null},
+                         {u"gzipSize"_s, QJsonValue::Null},
+                         {u"seconds"_s, 0},
+                         {u"outcome"_s, u"failed"_s},
+                         {u"reason"_s, u"the compressor ended with status 1"_s}},
+         }},
+    };
+    QCOMPARE(parsed(report), expected);
+    QVERIFY(report.toJson().contains("5000000000")); // and not 5e+09
+}
+
+void tst_RunReport::jsonOfAStop()
+{
+    RunReport report;
+    report.add(result(u"/w/a.css"_s, Outcome::Done, 2, 1));
+    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s});
+    const QJsonObject object = parsed(report);
+    QCOMPARE(object[u"notRun"_s].toInt(), 1);
+    QCOMPARE(object[u"files"_s].toArray().size(), 2);
+    QCOMPARE(object[u"files"_s][1].toObject(),
+             (QJsonObject{{u"source"_s, u"/w/b.css"_s}, {u"outcome"_s, u"not run"_s}}));
+}
+
+QTEST_GUILESS_MAIN(tst_RunReport)
+#include "tst_RunReport.moc"

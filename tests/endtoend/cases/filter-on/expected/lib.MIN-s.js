@@ -1,0 +1,1 @@
+function total(d,e){var c=0;var a="it's put together";for(var b=0;b<d.length;b++){c+=d[b]["price"]*d[b].count}if(e){return c*(1-e)}return c}var shop={total:total,name:"Käse & Brot"};
