@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/TextCodec.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace brevant {
+
+/// What a refused combine tells the user.
+struct CombineAlert {
+    QString title;
+    QString message;
+
+    bool operator==(const CombineAlert &) const = default;
+};
+
+/// The kind of the selected `entries`: the extension of the first one as it is spelt there, or "NO" if the
+/// others do not all have the same one, case ignored. It is the type that the combined file may have.
+[[nodiscard]] QString combineKind(const std::vector<QString> &entries);
+
+/// Why the selected `entries`, in the order of their rows, may not be combined; nothing if they may.
+[[nodiscard]] std::optional<CombineAlert> combineRefusal(const std::vector<QString> &entries);
+
+/// How a combine ended.
+struct CombineResult {
+    enum class Outcome {
+        Aborted,    ///< a file could not be read or was not valid; nothing may change, the queue neither
+        Written,    ///< the target holds the combined text
+        WriteFailed ///< the texts are good, and the target is as it was; the queue changes as if it were
+                    ///< written
+    };
+
+    Outcome outcome;
+    QString
+        errorText; ///< one line that names the file, and the byte if it was reading that failed; else empty
+};
+
+/// Writes the texts of `paths`, each followed by one line feed, to `target`, which may be one of them. Read
+/// and written in `encoding`; a leading "~" of the paths is expanded. The target is replaced as a whole at
+/// the end, or not at all. Takes as long as the files are; may be called in any thread.
+[[nodiscard]] CombineResult combine(const std::vector<QString> &paths, const QString &target,
+                                    TextEncoding encoding);
+
+} // namespace brevant

@@ -1,0 +1,300 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/TextCodec.h"
+
+#include <QByteArray>
+
+#include <unicode/ucnv.h>
+#include <unicode/uset.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace brevant {
+
+namespace {
+
+constexpr char16_t byteOrderMark = 0xFEFF;
+constexpr std::size_t pieceSize = 8192; ///< what one call of a converter gives at most
+
+struct NamedEncoding {
+    QLatin1StringView choice; ///< as the setting holds it
+    TextEncoding encoding;
+    const char *converter; ///< the table of ICU's
+    QLatin1StringView name;
+};
+
+// In the order of the enumeration. What files in GBK, Big5 and Shift JIS hold is what the code pages 936, 950
+// and 932 define, so those tables are taken.
+constexpr std::array<NamedEncoding, 9> encodings{{
+    {QLatin1StringView("utf-8"), TextEncoding::Utf8, "UTF-8", QLatin1StringView("UTF-8")},
+    {QLatin1StringView("gb2312"), TextEncoding::Gb2312, "ibm-1383_P110-1999",
+     QLatin1StringView("GB 2312-80")},
+    {QLatin1StringView("gbk"), TextEncoding::Gbk, "windows-936-2000", QLatin1StringView("GBK")},
+    {QLatin1StringView("gb18030"), TextEncoding::Gb18030, "gb18030", QLatin1StringView("GB 18030-2000")},
+    {QLatin1StringView("big5"), TextEncoding::Big5, "windows-950-2000", QLatin1StringView("Big5")},
+    {QLatin1StringView("big5-hkscs"), TextEncoding::Big5Hkscs, "ibm-1375_P100-2008",
+     QLatin1StringView("Big5-HKSCS")},
+    {QLatin1StringView("shift-jis"), TextEncoding::ShiftJis, "ibm-943_P15A-2003",
+     QLatin1StringView("Shift JIS")},
+    {QLatin1StringView("iso-2022-jp"), TextEncoding::Iso2022Jp, "ISO-2022-JP",
+     QLatin1StringView("ISO-2022-JP")},
+    {QLatin1StringView("iso-2022-kr"), TextEncoding::Iso2022Kr, "ISO_2022,locale=ko,version=1",
+     QLatin1StringView("ISO-2022-KR")},
+}};
+
+const NamedEncoding &entryOf(TextEncoding encoding)
+{
+    return encodings[static_cast<std::size_t>(encoding)];
+}
+
+/// A shift that is followed by another one at once carries no text and is allowed; all else stops the
+/// converter.
+void stopDecoding(const void *, UConverterToUnicodeArgs *, const char *, int32_t,
+                  UConverterCallbackReason reason, UErrorCode *status)
+{
+    if (reason == UCNV_IRREGULAR)
+        *status = U_ZERO_ERROR;
+}
+
+/// The callback of ICU's own that stops lets invisible characters fall through the cracks; this one does not.
+void stopEncoding(const void *, UConverterFromUnicodeArgs *, const char16_t *, int32_t, UChar32,
+                  UConverterCallbackReason, UErrorCode *)
+{
+}
+
+UConverter *openConverter(TextEncoding encoding)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    UConverter *converter = ucnv_open(entryOf(encoding).converter, &status);
+    if (U_FAILURE(status))
+        qFatal("The table of %s is missing: %s", entryOf(encoding).converter, u_errorName(status));
+    ucnv_setToUCallBack(converter, stopDecoding, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(converter, stopEncoding, nullptr, nullptr, nullptr, &status);
+    return converter;
+}
+
+/// The tables take more than the encodings have: vendors' own characters, single bytes that begin none. A
+/// text with such bytes is not valid.
+USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
+{
+    using namespace std::string_view_literals;
+    // Row 94 of the vendor's table of GB 2312, which ends with row 87.
+    constexpr auto rowOfVendor =
+        u"\u2010\u2025\u2121\u2170\u2171\u2172\u2173\u2174\u2175\u2176\u2177\u2178\u2179"
+        u"\u25BC\u25BD\u3006\u3007\u3012\u309B\u309C\u309D\u309E\u30FC\u30FD\u30FE"
+        u"\u3231\uFF07\uFFE2\uFFE4"sv;
+    constexpr UChar32 privateUse = 0xE000;
+    constexpr UChar32 privateUseEnd = 0xF8FF;
+
+    const auto set = [](std::initializer_list<std::array<UChar32, 2>> ranges) {
+        USet *characters = uset_openEmpty();
+        for (const auto &range : ranges)
+            uset_addRange(characters, range[0], range[1]);
+        return characters;
+    };
+    switch (encoding) {
+    case TextEncoding::Gb2312: {
+        USet *characters = set({{0x80, 0x9F}, {privateUse, privateUseEnd}});
+        uset_addAllCodePoints(characters, rowOfVendor.data(), static_cast<int32_t>(rowOfVendor.size()));
+        return characters;
+    }
+    case TextEncoding::Gbk:
+    case TextEncoding::Iso2022Kr:
+        return set({{privateUse, privateUseEnd}});
+    case TextEncoding::Big5:
+        return set({{privateUse, 0xF6B0}, {0xF849, privateUseEnd}}); // between the two: C6A1 to C8FE
+    case TextEncoding::Big5Hkscs:
+        return set({{0xEEB8, 0xF12B}}); // 8140 to 84FE
+    case TextEncoding::Iso2022Jp: {
+        // Half-width kana and some kanji are read and could not be written again.
+        USet *characters = uset_openEmpty();
+        UErrorCode status = U_ZERO_ERROR;
+        ucnv_getUnicodeSet(converter, characters, UCNV_ROUNDTRIP_SET, &status);
+        uset_complement(characters);
+        return characters;
+    }
+    case TextEncoding::Utf8:
+    case TextEncoding::Gb18030:
+    case TextEncoding::ShiftJis:
+        break;
+    }
+    return nullptr;
+}
+
+unsigned char byteAt(const char *bytes, qsizetype index)
+{
+    return static_cast<unsigned char>(bytes[index]);
+}
+
+/// What may follow the first byte of a character outside ASCII: the table of well-formed sequences of
+/// Unicode.
+struct Utf8Lead {
+    qsizetype length; ///< of the character, or 0 if none begins so
+    unsigned char secondFrom = 0x80;
+    unsigned char secondTo = 0xBF;
+};
+
+Utf8Lead utf8Lead(unsigned char lead)
+{
+    if (lead < 0xC2 || lead > 0xF4) // continuations, overlong forms, beyond the last plane
+        return {0};
+    if (lead < 0xE0)
+        return {2};
+    if (lead < 0xF0) {
+        if (lead == 0xE0)
+            return {3, 0xA0, 0xBF}; // no overlong forms
+        if (lead == 0xED)
+            return {3, 0x80, 0x9F}; // no surrogates
+        return {3};
+    }
+    if (lead == 0xF0)
+        return {4, 0x90, 0xBF}; // no overlong forms
+    if (lead == 0xF4)
+        return {4, 0x80, 0x8F}; // nothing above U+10FFFF
+    return {4};
+}
+
+/// The number of bytes below 80 at the beginning.
+qsizetype asciiPrefix(const char *bytes, qsizetype size)
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080U;
+    qsizetype index = 0;
+    for (std::uint64_t word = 0; index + qsizetype(sizeof word) <= size; index += qsizetype(sizeof word)) {
+        std::memcpy(&word, bytes + index, sizeof word);
+        if ((word & highBits) != 0)
+            break;
+    }
+    while (index < size && byteAt(bytes, index) < 0x80)
+        ++index;
+    return index;
+}
+
+} // namespace
+
+TextEncoding textEncodingNamed(const std::optional<QString> &name)
+{
+    if (name) {
+        const auto found = std::ranges::find_if(
+            encodings, [&](const NamedEncoding &entry) { return *name == entry.choice; });
+        if (found != encodings.end())
+            return found->encoding;
+    }
+    return TextEncoding::Utf8;
+}
+
+QLatin1StringView nameOf(TextEncoding encoding)
+{
+    return entryOf(encoding).name;
+}
+
+Utf8Prefix validUtf8Prefix(QByteArrayView bytes)
+{
+    const char *const data = bytes.data();
+    const qsizetype size = bytes.size();
+    qsizetype index = 0;
+    while ((index += asciiPrefix(data + index, size - index)) < size) {
+        // A run without ASCII.
+        while (index < size && byteAt(data, index) >= 0x80) {
+            const Utf8Lead lead = utf8Lead(byteAt(data, index));
+            for (qsizetype place = 1; place < lead.length; ++place) {
+                if (index + place == size)
+                    return {index, true};
+                const unsigned char byte = byteAt(data, index + place);
+                if (place == 1 ? byte < lead.secondFrom || byte > lead.secondTo : (byte & 0xC0) != 0x80)
+                    return {index, false};
+            }
+            if (lead.length == 0)
+                return {index, false};
+            index += lead.length;
+        }
+    }
+    return {size, false};
+}
+
+TextDecoder::TextDecoder(TextEncoding encoding)
+    : m_converter(openConverter(encoding), ucnv_close),
+      m_foreign(foreignCharacters(encoding, m_converter.get()), uset_close), m_units(pieceSize),
+      m_offsets(m_foreign ? pieceSize : 0)
+{
+    if (m_foreign)
+        uset_freeze(m_foreign.get());
+}
+
+TextDecoder::~TextDecoder() = default;
+
+void TextDecoder::begin(QByteArrayView bytes)
+{
+    ucnv_resetToUnicode(m_converter.get());
+    m_bytes = bytes;
+    m_position = 0;
+    m_fault.reset();
+    m_ended = false;
+}
+
+std::optional<QStringView> TextDecoder::next()
+{
+    if (m_ended)
+        return std::nullopt;
+    UErrorCode status = U_ZERO_ERROR;
+    const bool atStart = m_position == 0;
+    char16_t *end = m_units.data();
+    const char *source = m_bytes.data() + m_position;
+    ucnv_toUnicode(m_converter.get(), &end, m_units.data() + m_units.size(), &source,
+                   m_bytes.data() + m_bytes.size(), m_foreign ? m_offsets.data() : nullptr, true, &status);
+    m_ended = status != U_BUFFER_OVERFLOW_ERROR;
+    m_fault = foreignCharacter(end);
+    m_position = source - m_bytes.data();
+    if (!m_fault && m_ended && U_FAILURE(status)) {
+        std::array<char, 32> invalid;
+        auto length = static_cast<int8_t>(invalid.size());
+        UErrorCode ignored = U_ZERO_ERROR;
+        ucnv_getInvalidChars(m_converter.get(), invalid.data(), &length, &ignored);
+        m_fault = TextFault{m_position - length, status == U_TRUNCATED_CHAR_FOUND ? TextFault::Kind::Truncated
+                                                                                  : TextFault::Kind::Invalid};
+    }
+    if (m_fault) {
+        m_ended = true;
+        return std::nullopt;
+    }
+    const bool marked = atStart && end != m_units.data() && m_units.front() == byteOrderMark;
+    return QStringView(m_units.data() + (marked ? 1 : 0), end);
+}
+
+std::optional<TextFault> TextDecoder::foreignCharacter(const char16_t *end) const
+{
+    if (!m_foreign)
+        return std::nullopt;
+    const char16_t *const foreign = std::find_if(m_units.data(), end, [this](char16_t unit) {
+        return unit >= 0x80 && uset_contains(m_foreign.get(), unit);
+    });
+    if (foreign == end)
+        return std::nullopt;
+    const int32_t offset = m_offsets[static_cast<std::size_t>(foreign - m_units.data())];
+    return TextFault{m_position + offset, TextFault::Kind::Invalid};
+}
+
+TextEncoder::TextEncoder(TextEncoding encoding) : m_converter(openConverter(encoding), ucnv_close) {}
+
+TextEncoder::~TextEncoder() = default;
+
+bool TextEncoder::encode(QStringView text, bool last, QByteArray &bytes)
+{
+    const char16_t *source = text.utf16();
+    const char16_t *const end = source + text.size();
+    std::array<char, pieceSize> buffer;
+    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+    while (status == U_BUFFER_OVERFLOW_ERROR) {
+        status = U_ZERO_ERROR;
+        char *target = buffer.data();
+        ucnv_fromUnicode(m_converter.get(), &target, buffer.data() + buffer.size(), &source, end, nullptr,
+                         last, &status);
+        bytes.append(buffer.data(), target - buffer.data());
+    }
+    return U_SUCCESS(status);
+}
+
+} // namespace brevant
