@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/BVImageView.h"
+
+#include <QEvent>
+#include <QFile>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <algorithm>
+
+namespace brevant {
+
+namespace {
+
+constexpr int margin = 16;
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+} // namespace
+
+BVImageView::BVImageView(QWidget *parent) : QWidget(parent)
+{
+    setAccessibleName(tr("Drop CSS, JavaScript or HTML files here"));
+}
+
+BVImageView::~BVImageView() = default;
+
+void BVImageView::setImageNamed(const QString &name)
+{
+    constexpr QLatin1StringView ending(".png");
+    const QString plain = name.endsWith(ending) ? name.chopped(ending.size()) : name;
+    if (plain == m_imageName)
+        return;
+    m_imageName = plain;
+    load();
+}
+
+void BVImageView::load()
+{
+    const QString path = QStringLiteral(":/%1.svg").arg(m_imageName);
+    const QString darkPath = QStringLiteral(":/%1-dark.svg").arg(m_imageName);
+    m_image = std::make_unique<QSvgRenderer>();
+    if (QFile::exists(path))
+        m_image->load(isDark(palette()) && QFile::exists(darkPath) ? darkPath : path);
+    m_image->setAspectRatioMode(Qt::KeepAspectRatio);
+    updateGeometry();
+    update();
+}
+
+QRectF BVImageView::imageRect() const
+{
+    if (!m_image || !m_image->isValid())
+        return {};
+    const QSizeF full = m_image->defaultSize();
+    const QSizeF room = QSizeF(size()) - QSizeF(2 * margin, 2 * margin);
+    const qreal scale = std::min({1.0, room.width() / full.width(), room.height() / full.height()});
+    if (scale <= 0)
+        return {};
+    QRectF rect(QPointF(), full * scale);
+    rect.moveCenter(QRectF(this->rect()).center());
+    // On whole pixels, so that the straight lines of the picture stay crisp at its full size.
+    rect.moveTopLeft(rect.topLeft().toPoint());
+    return rect;
+}
+
+QSize BVImageView::sizeHint() const
+{
+    if (!m_image || !m_image->isValid())
+        return QWidget::sizeHint();
+    return m_image->defaultSize() + QSize(2 * margin, 2 * margin);
+}
+
+void BVImageView::startWindowMove()
+{
+    WindowDrag::start(*this);
+}
+
+void BVImageView::paintEvent(QPaintEvent *)
+{
+    const QRectF rect = imageRect();
+    if (rect.isEmpty())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    m_image->render(&painter, rect);
+}
+
+void BVImageView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange && !m_imageName.isEmpty())
+        load();
+    QWidget::changeEvent(event);
+}
+
+void BVImageView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && mouseDownCanMoveWindow())
+        m_windowDrag.press(event->globalPosition().toPoint());
+    else
+        QWidget::mousePressEvent(event);
+}
+
+void BVImageView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_windowDrag.move(event->globalPosition().toPoint()))
+        startWindowMove();
+}
+
+void BVImageView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_windowDrag.release();
+}
+
+} // namespace brevant

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "queue/view/WindowDrag.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class QSvgRenderer;
+
+namespace brevant {
+
+/// The drop-zone picture: a named picture of the application's resources in the middle of the view.
+///
+/// It is drawn sharp at any scale, never larger than it was made and smaller where there is no room. If the
+/// window is dark and the picture has a twin whose name ends in "-dark", the twin is shown.
+class BVImageView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BVImageView(QWidget *parent = nullptr);
+    ~BVImageView() override;
+
+    /// Shows the picture `name`, "dropN" and "dropN.png" being the same. A name without a picture shows none.
+    void setImageNamed(const QString &name);
+
+    /// The name of the picture, without an ending.
+    [[nodiscard]] const QString &imageName() const { return m_imageName; }
+
+    /// Yes: a drag that starts on the picture moves the window.
+    [[nodiscard]] bool mouseDownCanMoveWindow() const { return true; }
+
+    /// Where the picture is drawn; empty if none is shown.
+    [[nodiscard]] QRectF imageRect() const;
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    /// Hands the window to the window manager to be moved.
+    virtual void startWindowMove();
+
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    void load();
+
+    QString m_imageName;
+    std::unique_ptr<QSvgRenderer> m_image;
+    WindowDrag m_windowDrag;
+};
+
+} // namespace brevant

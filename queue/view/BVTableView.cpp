@@ -1,0 +1,324 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/BVTableView.h"
+
+#include "queue/PathString.h"
+#include "queue/view/BVImageView.h"
+#include "queue/view/FilesTableModel.h"
+
+#include <QHeaderView>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace brevant {
+
+namespace {
+
+constexpr int rowPitch = 40;
+constexpr int textTop =
+    5; ///< from a row's top edge to that of its cell, so that the two lines stand in the middle
+constexpr QRgb selectionFill = qRgb(204, 238, 255);
+
+using RowRange = std::pair<int, int>;
+
+/// The selected rows as ranges that neither overlap nor are out of order.
+std::vector<RowRange> rangesOf(const QItemSelection &selection)
+{
+    std::vector<RowRange> ranges;
+    ranges.reserve(static_cast<std::size_t>(selection.size()));
+    for (const QItemSelectionRange &range : selection)
+        ranges.emplace_back(range.top(), range.bottom());
+    std::ranges::sort(ranges);
+    std::vector<RowRange> merged;
+    for (const RowRange &range : ranges) {
+        if (!merged.empty() && range.first <= merged.back().second)
+            merged.back().second = std::max(merged.back().second, range.second);
+        else
+            merged.push_back(range);
+    }
+    return merged;
+}
+
+/// What can be seen of what `painter` paints.
+QRect paintableRect(const QPainter &painter)
+{
+    const QRect device = painter.transform().inverted().mapRect(painter.viewport());
+    return painter.hasClipping() ? device & painter.clipBoundingRect().toAlignedRect() : device;
+}
+
+} // namespace
+
+BVTableView::BVTableView(QWidget *parent) : QTableView(parent)
+{
+    setUp();
+}
+
+void BVTableView::setUp()
+{
+    setAccessibleName(tr("Files"));
+    setFrameShape(QFrame::NoFrame);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setCornerButtonEnabled(false);
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    horizontalHeader()->hide();
+    horizontalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(rowPitch);
+    setDragDropMode(DropOnly);
+    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true);
+    setBackgroundColor(std::nullopt);
+}
+
+void BVTableView::setDropView(BVImageView *dropView)
+{
+    DropView = dropView;
+}
+
+BVImageView *BVTableView::dropView() const
+{
+    return DropView;
+}
+
+void BVTableView::setBackgroundColor(const std::optional<QColor> &color)
+{
+    m_backgroundColor = color;
+    QPalette ground = palette();
+    ground.setColor(viewport()->backgroundRole(), color.value_or(QColor(Qt::transparent)));
+    viewport()->setPalette(ground);
+    viewport()->setAutoFillBackground(color.has_value());
+    viewport()->update();
+}
+
+int BVTableView::rowCount() const
+{
+    return model() ? model()->rowCount() : 0;
+}
+
+void BVTableView::reloadData()
+{
+    auto *const files = qobject_cast<FilesTableModel *>(model());
+    if (!files)
+        return;
+    const std::vector<int> selectedBefore = selectedRowIndexes();
+    const int lastBefore = m_selectedRow;
+    const int currentBefore = currentIndex().row();
+    const int positionBefore = verticalScrollBar()->value();
+    const std::vector<int> newRows = files->reload();
+    viewport()->update();
+    if (newRows.empty())
+        return;
+
+    const auto newRow = [&newRows](int row) { return row < 0 ? -1 : newRows[static_cast<std::size_t>(row)]; };
+    std::vector<int> selected;
+    for (const int row : selectedBefore) {
+        if (newRow(row) >= 0)
+            selected.push_back(newRow(row));
+    }
+    m_reloading = true;
+    if (currentBefore >= 0) {
+        // A current row that is gone leaves its place to the next one.
+        const auto gone = std::count(newRows.begin(), newRows.begin() + currentBefore, -1);
+        setCurrentRow(std::min(currentBefore - static_cast<int>(gone), rowCount() - 1));
+    }
+    selectRows(selected, false);
+    m_reloading = false;
+    const int last = newRow(lastBefore);
+    m_selectedRow = last >= 0 ? last : (selected.empty() ? -1 : selected.back());
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(positionBefore);
+    if (selected != selectedBefore)
+        Q_EMIT selectionDidChange();
+}
+
+/// Asking the selection model costs some time if there are tens of thousands of ranges, so not at each frame.
+const std::vector<BVTableView::RowRange> &BVTableView::selectedRanges() const
+{
+    if (!m_selectedRanges)
+        m_selectedRanges =
+            selectionModel() ? rangesOf(selectionModel()->selection()) : std::vector<RowRange>();
+    return *m_selectedRanges;
+}
+
+void BVTableView::reset()
+{
+    QTableView::reset();
+    m_selectedRanges.reset();
+}
+
+std::vector<int> BVTableView::selectedRowIndexes() const
+{
+    std::vector<int> rows;
+    for (const auto &[first, last] : selectedRanges()) {
+        for (int row = first; row <= last; ++row)
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+int BVTableView::selectedRow() const
+{
+    return m_selectedRow;
+}
+
+void BVTableView::selectRows(const std::vector<int> &rows, bool byExtendingSelection)
+{
+    QItemSelection selection;
+    for (std::size_t i = 0; i < rows.size();) {
+        std::size_t end = i + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1)
+            ++end;
+        selection.append(QItemSelectionRange(model()->index(rows[i], 0), model()->index(rows[end - 1], 0)));
+        i = end;
+    }
+    selectionModel()->select(selection, byExtendingSelection ? QItemSelectionModel::Select
+                                                             : QItemSelectionModel::ClearAndSelect);
+}
+
+void BVTableView::selectRowIndexes(const std::vector<int> &rows, bool byExtendingSelection)
+{
+    if (!selectionModel())
+        return;
+    std::vector<int> present;
+    std::ranges::copy_if(rows, std::back_inserter(present),
+                         [count = rowCount()](int row) { return row >= 0 && row < count; });
+    const int last = present.empty() ? -1 : present.back();
+    std::ranges::sort(present);
+    present.erase(std::ranges::unique(present).begin(), present.end());
+    if (last >= 0)
+        setCurrentRow(last);
+    selectRows(present, byExtendingSelection);
+    if (last >= 0)
+        m_selectedRow = last;
+}
+
+void BVTableView::deselectAll()
+{
+    clearSelection();
+}
+
+void BVTableView::setCurrentRow(int row)
+{
+    // Without this the view would scroll to it.
+    const bool scrolls = hasAutoScroll();
+    setAutoScroll(false);
+    selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::NoUpdate);
+    setAutoScroll(scrolls);
+}
+
+void BVTableView::scrollRowToVisible(int row)
+{
+    if (model())
+        scrollTo(model()->index(row, 0));
+}
+
+void BVTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    m_selectedRanges.reset();
+    if (m_reloading || (selected.isEmpty() && deselected.isEmpty()))
+        return;
+    const int current = currentIndex().row();
+    if (!selected.isEmpty()) {
+        const bool holdsCurrent = std::ranges::any_of(selected, [current](const QItemSelectionRange &r) {
+            return current >= r.top() && current <= r.bottom();
+        });
+        m_selectedRow = holdsCurrent ? current : rangesOf(selected).back().second;
+    } else if (m_selectedRow < 0 || !selectionModel()->isSelected(model()->index(m_selectedRow, 0))) {
+        m_selectedRow = selectedRanges().empty() ? -1 : selectedRanges().back().second;
+    }
+    Q_EMIT selectionDidChange();
+}
+
+QRect BVTableView::rectOfRow(int row) const
+{
+    return model() ? visualRect(model()->index(row, 0)) : QRect();
+}
+
+QRect BVTableView::frameOfCell(int row) const
+{
+    const QRect rect = rectOfRow(row);
+    return rect.isValid() ? rect.adjusted(0, textTop, 0, 0) : QRect();
+}
+
+QRect BVTableView::frameOfCellOnScreen(int row) const
+{
+    const QRect frame = frameOfCell(row);
+    return frame.isValid() ? QRect(viewport()->mapToGlobal(frame.topLeft()), frame.size()) : QRect();
+}
+
+void BVTableView::highlightSelectionInClipRect(QPainter &painter, const QRect &clipRect) const
+{
+    const int atBottom = rowAt(clipRect.bottom());
+    const int limit = atBottom >= 0 ? atBottom + 1 : (rowAt(clipRect.top()) >= 0 ? rowCount() : 0);
+    if (limit <= 0)
+        return;
+    // Every selected row from 0 on is due; those that cannot be seen are left out, however many they are.
+    const QRect paintable = paintableRect(painter);
+    const int firstSeen = std::max((paintable.top() - rectOfRow(0).top()) / rowPitch, 0);
+    const std::vector<RowRange> &ranges = selectedRanges();
+    auto range = std::ranges::lower_bound(ranges, firstSeen, {}, &RowRange::second);
+    for (; range != ranges.end(); ++range) {
+        const int end = std::min(range->second + 1, limit);
+        for (int row = std::max(range->first, firstSeen); row < end; ++row) {
+            const QRect rect = rectOfRow(row);
+            if (rect.top() > paintable.bottom())
+                return;
+            painter.fillRect(rect.adjusted(2, 1, -2, -1), QColor(selectionFill));
+        }
+        if (range->first >= limit)
+            return;
+    }
+}
+
+void BVTableView::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(viewport());
+    highlightSelectionInClipRect(painter, event->rect());
+    paintRows(painter, event->rect());
+    paintRing(painter);
+}
+
+void BVTableView::paintRows(QPainter &painter, const QRect &clipRect)
+{
+    const int first = rowAt(clipRect.top());
+    if (first < 0)
+        return;
+    const int atBottom = rowAt(clipRect.bottom());
+    const int last = atBottom >= 0 ? atBottom : rowCount() - 1;
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    for (int row = first; row <= last; ++row) {
+        const QModelIndex index = model()->index(row, 0);
+        option.rect = frameOfCell(row);
+        itemDelegateForIndex(index)->paint(&painter, option, index);
+    }
+}
+
+/// Round the whole table: while a drag is over its rows, and when the keyboard has brought the focus here.
+void BVTableView::paintRing(QPainter &painter) const
+{
+    const bool isDropRing = m_dragIsOver && m_backgroundColor.has_value();
+    if (!isDropRing && !m_keyboardFocus)
+        return;
+    const int width = isDropRing ? 3 : 2;
+    painter.setPen(
+        QPen(palette().color(QPalette::Highlight), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.setBrush(Qt::NoBrush);
+    const qreal half = width / 2.0;
+    painter.drawRect(QRectF(viewport()->rect()).adjusted(half, half, -half, -half));
+}
+
+} // namespace brevant

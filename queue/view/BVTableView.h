@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "queue/view/WindowDrag.h"
+
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QPointer>
+#include <QTableView>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace brevant {
+
+class BVImageView;
+class DropTarget;
+
+/// The list of queued files: one column as wide as the view, over the drop-zone picture.
+///
+/// It paints its selection by itself and has no ground of its own until it is given a colour. Rows are
+/// numbered as in the model; frames are in the coordinates of viewport().
+class BVTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit BVTableView(QWidget *parent = nullptr);
+
+    /// The picture behind the table.
+    void setDropView(BVImageView *dropView);
+    [[nodiscard]] BVImageView *dropView() const;
+
+    /// Who is asked about drags and drops; none are taken without one. Must outlive the table.
+    void setDropTarget(DropTarget *target) { m_dropTarget = target; }
+
+    /// The menu that menuForEvent() answers with. The table does not take it over.
+    void setMenu(QMenu *menu) { m_menu = menu; }
+
+    /// What is behind the rows; nothing lets the picture show.
+    void setBackgroundColor(const std::optional<QColor> &color);
+    [[nodiscard]] const std::optional<QColor> &backgroundColor() const { return m_backgroundColor; }
+
+    /// Brings the rows of its FilesTableModel up to date. An entry that is still there stays selected,
+    /// wherever its row is now; the selection never passes to another entry.
+    void reloadData();
+
+    [[nodiscard]] std::vector<int> selectedRowIndexes() const; ///< ascending
+    [[nodiscard]] int selectedRow() const; ///< the one selected, or added to the selection, last; -1 if none
+    void selectRowIndexes(const std::vector<int> &rows,
+                          bool byExtendingSelection); ///< passes over rows that are not there
+    void selectAllRows() { selectAll(); }
+    void deselectAll();
+    void scrollRowToVisible(int row);
+
+    /// Where the cell of `row` is drawn; empty if there is no such row.
+    [[nodiscard]] QRect frameOfCell(int row) const;
+    [[nodiscard]] QRect frameOfCellOnScreen(int row) const;
+
+    /// Fills the rectangles of the selected rows, from row 0 to the last one that `clipRect` touches.
+    void highlightSelectionInClipRect(QPainter &painter, const QRect &clipRect) const;
+
+    /// The menu of a right click: adds the row under it to the selection. No row, no menu.
+    [[nodiscard]] QMenu *menuForEvent(const QContextMenuEvent &event);
+
+    /// Yes: a drag that starts on the empty background moves the window.
+    [[nodiscard]] bool mouseDownCanMoveWindow() const { return true; }
+
+    /// Without a selected row no key does anything. Space asks for the preview; all others do what they do in
+    /// any table. For key events of the preview panel, too.
+    void keyDown(QKeyEvent *event);
+
+    /// Looks for a file name that begins with what is typed.
+    void keyboardSearch(const QString &search) override;
+
+Q_SIGNALS:
+    void selectionDidChange(); ///< by the user, by a call or by a reload
+    void doubleAction();       ///< a double click, on a row or not
+    void togglePreviewPanel(); ///< the space bar
+
+protected:
+    void draggingExited(QDragLeaveEvent *event);
+    void concludeDragOperation();
+
+    /// Hands the window to the window manager to be moved.
+    virtual void startWindowMove();
+
+    QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
+    void reset() override;
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+
+private:
+    using RowRange = std::pair<int, int>; ///< first and last
+
+    void setUp();
+    [[nodiscard]] QRect rectOfRow(int row) const;
+    [[nodiscard]] int rowCount() const;
+    [[nodiscard]] const std::vector<RowRange> &selectedRanges() const;
+    void selectRows(const std::vector<int> &rows, bool byExtendingSelection);
+    void setCurrentRow(int row);
+    void paintRows(QPainter &painter, const QRect &clipRect);
+    void paintRing(QPainter &painter) const;
+    void setDragIsOver(bool isOver);
+    void validateDrag(QDragMoveEvent *event);
+
+    QPointer<BVImageView> DropView;
+    DropTarget *m_dropTarget = nullptr;
+    QPointer<QMenu> m_menu;
+    std::optional<QColor> m_backgroundColor;
+    mutable std::optional<std::vector<RowRange>>
+        m_selectedRanges; ///< ascending; nothing: to be asked for anew
+    int m_selectedRow = -1;
+    bool m_reloading = false;
+    bool m_dragIsOver = false;
+    bool m_keyboardFocus = false; ///< the focus came by a key
+    QString m_searched;
+    QElapsedTimer m_sinceSearch;
+    WindowDrag m_windowDrag;
+};
+
+} // namespace brevant

@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/PathString.h"
+#include "queue/view/BVImageView.h"
+#include "queue/view/BVTableView.h"
+#include "queue/view/DropTarget.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMimeData>
+
+namespace brevant {
+
+namespace {
+
+/// Drags of file names, whatever files they are.
+bool holdsFileNames(const QMimeData &drop)
+{
+    return drop.hasFormat(QStringLiteral("text/uri-list"));
+}
+
+bool isByKey(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
+} // namespace
+
+QMenu *BVTableView::menuForEvent(const QContextMenuEvent &event)
+{
+    const int row = rowAt(event.pos().y());
+    if (row == -1)
+        return nullptr;
+    selectRowIndexes({row}, true);
+    return m_menu;
+}
+
+void BVTableView::contextMenuEvent(QContextMenuEvent *event)
+{
+    event->accept();
+    if (event->reason() != QContextMenuEvent::Keyboard) {
+        if (QMenu *const menu = menuForEvent(*event))
+            menu->popup(event->globalPos());
+        return;
+    }
+    // The menu key is for the rows that are selected already.
+    if (!m_menu || selectedRow() == -1)
+        return;
+    scrollRowToVisible(selectedRow());
+    m_menu->popup(frameOfCellOnScreen(selectedRow()).center());
+}
+
+void BVTableView::mousePressEvent(QMouseEvent *event)
+{
+    // The right button is the menu's alone: it must not replace the selection.
+    if (event->button() == Qt::RightButton)
+        return;
+    if (event->button() == Qt::LeftButton && mouseDownCanMoveWindow() &&
+        rowAt(event->position().toPoint().y()) == -1)
+        m_windowDrag.press(event->globalPosition().toPoint());
+    else
+        QTableView::mousePressEvent(event);
+}
+
+void BVTableView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_windowDrag.isPressed())
+        QTableView::mouseMoveEvent(event);
+    else if (m_windowDrag.move(event->globalPosition().toPoint()))
+        startWindowMove();
+}
+
+void BVTableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::RightButton)
+        return;
+    if (!m_windowDrag.isPressed())
+        QTableView::mouseReleaseEvent(event);
+    else if (m_windowDrag.release() && !(event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
+        deselectAll();
+}
+
+void BVTableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT doubleAction();
+}
+
+void BVTableView::startWindowMove()
+{
+    WindowDrag::start(*this);
+}
+
+void BVTableView::keyPressEvent(QKeyEvent *event)
+{
+    keyDown(event);
+}
+
+void BVTableView::keyDown(QKeyEvent *event)
+{
+    event->accept();
+    if (selectedRow() == -1)
+        return;
+    if (event->key() != Qt::Key_Space)
+        QTableView::keyPressEvent(event);
+    else if (!event->isAutoRepeat()) // a space bar held down must not close what it has just opened
+        Q_EMIT togglePreviewPanel();
+}
+
+/// Home and End are about the rows, not about the one column.
+QModelIndex BVTableView::moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers)
+{
+    if (cursorAction == MoveHome)
+        return model()->index(0, 0);
+    if (cursorAction == MoveEnd)
+        return model()->index(rowCount() - 1, 0);
+    return QTableView::moveCursor(cursorAction, modifiers);
+}
+
+void BVTableView::keyboardSearch(const QString &search)
+{
+    if (!m_sinceSearch.isValid() || m_sinceSearch.hasExpired(QApplication::keyboardInputInterval()))
+        m_searched.clear();
+    m_sinceSearch.start();
+    // The same letter again goes on to the next match; a longer beginning may stay where it is.
+    const bool goesOn = m_searched.isEmpty() || m_searched == search;
+    if (m_searched != search)
+        m_searched += search;
+    const int count = rowCount();
+    const int start = std::max(currentIndex().row(), 0) + (goesOn ? 1 : 0);
+    for (int i = 0; i < count; ++i) {
+        const QModelIndex index = model()->index((start + i) % count, 0);
+        const QString path = index.data(Qt::DisplayRole).toString();
+        if (PathString::lastComponent(path).startsWith(m_searched, Qt::CaseInsensitive)) {
+            setCurrentIndex(index);
+            return;
+        }
+    }
+}
+
+void BVTableView::focusInEvent(QFocusEvent *event)
+{
+    m_keyboardFocus = isByKey(event->reason());
+    QTableView::focusInEvent(event);
+    viewport()->update();
+}
+
+void BVTableView::focusOutEvent(QFocusEvent *event)
+{
+    m_keyboardFocus = false;
+    QTableView::focusOutEvent(event);
+    viewport()->update();
+}
+
+void BVTableView::setDragIsOver(bool isOver)
+{
+    m_dragIsOver = isOver;
+    viewport()->update();
+}
+
+/// Takes the drag as a copy or not at all: no source may believe that its files were moved.
+void BVTableView::validateDrag(QDragMoveEvent *event)
+{
+    event->ignore();
+    if (!m_dropTarget || !holdsFileNames(*event->mimeData()) || !(event->possibleActions() & Qt::CopyAction))
+        return;
+    if (m_dropTarget->tableViewValidateDrop(*event->mimeData()) != Qt::CopyAction)
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    if (!m_dragIsOver)
+        setDragIsOver(true);
+}
+
+void BVTableView::dragEnterEvent(QDragEnterEvent *event)
+{
+    validateDrag(event);
+}
+
+void BVTableView::dragMoveEvent(QDragMoveEvent *event)
+{
+    validateDrag(event);
+}
+
+void BVTableView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    draggingExited(event);
+}
+
+void BVTableView::draggingExited(QDragLeaveEvent *event)
+{
+    if (DropView)
+        DropView->setImageNamed(QStringLiteral("dropN.png"));
+    setDragIsOver(false);
+    QTableView::dragLeaveEvent(event);
+}
+
+void BVTableView::dropEvent(QDropEvent *event)
+{
+    event->ignore();
+    if (m_dropTarget && holdsFileNames(*event->mimeData()) && (event->possibleActions() & Qt::CopyAction)) {
+        event->setDropAction(Qt::CopyAction);
+        event->setAccepted(m_dropTarget->tableViewAcceptDrop(*event->mimeData()));
+    }
+    concludeDragOperation();
+}
+
+void BVTableView::concludeDragOperation()
+{
+    setDragIsOver(false);
+}
+
+} // namespace brevant

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/ImageTextCell.h"
+
+#include "queue/FileKind.h"
+#include "queue/PathString.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brevant {
+
+namespace {
+
+constexpr qreal textIndent = 8;
+constexpr int namePixels = 13;
+constexpr int folderPixels = 11;
+
+// The rows stand on white, or on the pale blue of the selection, in a dark theme too. A colour of the theme
+// serves only if it is readable on both.
+constexpr QRgb darkerGround = qRgb(204, 238, 255);
+constexpr qreal readableText = 4.5;
+constexpr qreal readableGrey = 3;
+constexpr QRgb ownText = qRgb(0, 0, 0);
+constexpr QRgb ownGrey = qRgb(118, 118, 118);
+
+std::optional<QColor> kindColour(QStringView path)
+{
+    const std::optional<FileKind> kind = kindOf(path);
+    if (!kind)
+        return std::nullopt;
+    switch (*kind) {
+    case FileKind::Js:
+        return QColor(159, 0, 195);
+    case FileKind::Css:
+        return QColor(0, 140, 0);
+    case FileKind::Html:
+    case FileKind::Phtml:
+    case FileKind::Php:
+        return QColor(255, 103, 38);
+    }
+    return std::nullopt;
+}
+
+qreal luminance(const QColor &colour)
+{
+    const auto linear = [](qreal c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+qreal contrast(const QColor &one, const QColor &other)
+{
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor readable(const QColor &colour, qreal leastContrast, QRgb otherwise)
+{
+    if (colour.alpha() == 255 && contrast(colour, QColor(darkerGround)) >= leastContrast)
+        return colour;
+    return QColor(otherwise);
+}
+
+QFont fixedFont(int pixels)
+{
+    const QString family = QStringLiteral("Menlo");
+    QFont font(family); // not a copy of the default font, which may be bold or slanted
+    font.setFamilies({family, QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
+    font.setStyleHint(QFont::Monospace);
+    font.setPixelSize(pixels);
+    return font;
+}
+
+/// Draws one line with the upper left corner of its box at `corner`.
+void drawAtPoint(QPainter &painter, QPointF corner, const QString &text, const QFont &font,
+                 const QColor &colour)
+{
+    painter.setFont(font);
+    painter.setPen(colour);
+    painter.drawText(corner + QPointF(0, QFontMetricsF(font).ascent()), text);
+}
+
+} // namespace
+
+std::optional<QColor> ImageTextCell::highlightColorWithFrame(const QRectF &) const
+{
+    return std::nullopt;
+}
+
+void ImageTextCell::drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path) const
+{
+    const QPalette palette = QApplication::palette();
+    const QString name = PathString::lastComponent(path).toString();
+    const QPointF nameCorner(cellFrame.x() + textIndent, cellFrame.y());
+    if (const std::optional<QColor> colour = kindColour(path)) {
+        drawAtPoint(painter, nameCorner, name, fixedFont(namePixels), *colour);
+    } else {
+        const QColor text = readable(palette.color(QPalette::Active, QPalette::Text), readableText, ownText);
+        drawAtPoint(painter, nameCorner, name, QApplication::font(), text);
+    }
+
+    const QString folder = PathString::folder(path).toString() + u'/';
+    const QPointF folderCorner(nameCorner.x(), cellFrame.y() + cellFrame.height() * 4 / 10);
+    const QColor grey = readable(palette.color(QPalette::Disabled, QPalette::Text), readableGrey, ownGrey);
+    drawAtPoint(painter, folderCorner, folder, fixedFont(folderPixels), grey);
+}
+
+void ImageTextCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const
+{
+    const QRectF cellFrame(option.rect);
+    if (const std::optional<QColor> highlight = highlightColorWithFrame(cellFrame))
+        painter->fillRect(cellFrame, *highlight);
+    const QVariant path = index.data(Qt::DisplayRole);
+    if (!path.isValid())
+        return;
+    painter->save();
+    drawWithFrame(cellFrame, *painter, path.toString());
+    painter->restore();
+}
+
+} // namespace brevant

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStyledItemDelegate>
+
+#include <optional>
+
+class QRectF;
+
+namespace brevant {
+
+/// Draws one entry of the file queue: its name in the colour of its kind, and below it its folder in grey.
+class ImageTextCell final : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    /// No colour: the table alone paints selected rows, and their text keeps its colours.
+    [[nodiscard]] std::optional<QColor> highlightColorWithFrame(const QRectF &cellFrame) const;
+
+    /// Draws the entry `path`. The name's line has its top at the top of `cellFrame`, the folder's at 4/10 of
+    /// its height, both 8 to the right of its left edge, neither wrapped nor truncated. The colours are meant
+    /// for a light ground, whatever the theme.
+    void drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path) const;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+};
+
+} // namespace brevant

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/OpenPanel.h"
+
+#include "queue/PathString.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QItemSelectionModel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace brevant {
+
+namespace {
+
+/// Where the panel ended last, in this process.
+QString lastFolder;
+
+} // namespace
+
+QStringList allowedFileTypes(const SettingsStore &settings)
+{
+    QStringList types{QStringLiteral("css"), QStringLiteral("js")};
+    if (settings.boolForKey(enableHTMLCheckerKeyString))
+        types += QStringLiteral("html");
+    if (settings.boolForKey(enablePHPCheckerKeyString))
+        types += {QStringLiteral("phtml"), QStringLiteral("php")};
+    return types;
+}
+
+OpenPanel::OpenPanel(const QStringList &allowedTypes, QWidget *parent)
+    : QFileDialog(parent), m_allowedTypes(allowedTypes)
+{
+    setWindowTitle(tr("Choose Files or Folders"));
+    setOption(DontUseNativeDialog);
+    setAcceptMode(AcceptOpen);
+    setFileMode(ExistingFiles);
+    QStringList patterns;
+    for (const QString &type : allowedTypes)
+        patterns += QLatin1StringView("*.") + type;
+    setNameFilter(tr("Files to minify (%1)").arg(patterns.join(u' ')));
+    // Made by QFileDialog the moment its own widgets are needed, under names that it keeps.
+    m_list = findChild<QListView *>(QStringLiteral("listView"));
+    m_nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    setUpChooseButton();
+    setUpHiddenFiles();
+}
+
+/// QFileDialog's own button goes into a folder that is selected, where this panel must choose it.
+void OpenPanel::setUpChooseButton()
+{
+    auto *const box = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
+    if (QPushButton *const open = box->button(QDialogButtonBox::Open)) {
+        box->removeButton(open);
+        open->deleteLater();
+    }
+    m_chooseButton = box->addButton(tr("Choose"), QDialogButtonBox::AcceptRole);
+    m_chooseButton->setDefault(true);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &OpenPanel::updateChooseButton);
+    connect(m_nameEdit, &QLineEdit::textChanged, this, &OpenPanel::updateChooseButton);
+    // What is typed counts, not what was selected before.
+    connect(m_nameEdit, &QLineEdit::textEdited, m_list, &QAbstractItemView::clearSelection);
+    connect(this, &QFileDialog::directoryEntered, this, &OpenPanel::updateChooseButton);
+    updateChooseButton();
+}
+
+void OpenPanel::setUpHiddenFiles()
+{
+    auto *const action = new QAction(tr("Show &Hidden Files"), this);
+    action->setCheckable(true);
+    action->setShortcut(Qt::CTRL | Qt::Key_H);
+    connect(action, &QAction::toggled, this,
+            [this](bool shown) { setFilter(filter().setFlag(QDir::Hidden, shown)); });
+    addAction(action);
+}
+
+void OpenPanel::updateChooseButton()
+{
+    m_chooseButton->setEnabled(!chosenPaths().isEmpty());
+}
+
+bool OpenPanel::mayBeChosen(const QString &path) const
+{
+    const QFileInfo item(path);
+    if (item.isDir())
+        return true;
+    return item.exists() && m_allowedTypes.contains(PathString::extension(path), Qt::CaseInsensitive);
+}
+
+/// The text is one name, or several in quotation marks; relative ones lie in the folder shown.
+QStringList OpenPanel::typedPaths() const
+{
+    const QString text = m_nameEdit->text();
+    QStringList names{text};
+    if (text.count(u'"') >= 2) {
+        names = text.split(u'"');
+        for (qsizetype i = names.size() - 1; i >= 0; i -= 2)
+            names.removeAt(i);
+    }
+    QStringList paths;
+    for (const QString &name : names) {
+        const QString path = directory().absoluteFilePath(PathString::expandTilde(name));
+        if (!name.isEmpty() && mayBeChosen(path))
+            paths += QDir::cleanPath(path);
+    }
+    return paths;
+}
+
+QStringList OpenPanel::chosenPaths() const
+{
+    QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    if (rows.isEmpty())
+        return typedPaths();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    QStringList paths;
+    for (const QModelIndex &row : rows)
+        paths += row.data(QFileSystemModel::FilePathRole).toString();
+    return paths;
+}
+
+void OpenPanel::accept()
+{
+    if (!chosenPaths().isEmpty())
+        QDialog::accept();
+}
+
+std::optional<QStringList> OpenPanel::run(QWidget *parent, const QStringList &allowedTypes)
+{
+    OpenPanel panel(allowedTypes, parent);
+    panel.setDirectory(lastFolder.isEmpty() ? QDir::homePath() : lastFolder);
+    const bool confirmed = panel.exec() == Accepted;
+    lastFolder = panel.directory().absolutePath();
+    if (!confirmed)
+        return std::nullopt;
+    return panel.chosenPaths();
+}
+
+} // namespace brevant

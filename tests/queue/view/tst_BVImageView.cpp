@@ -1,0 +1,193 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/BVImageView.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QSignalSpy>
+#include <QTest>
+
+using brevant::BVImageView;
+
+namespace {
+
+class View final : public BVImageView {
+public:
+    int moves = 0;
+
+protected:
+    void startWindowMove() override { ++moves; }
+};
+
+QImage grabbed(QWidget &view, qreal scale = 1)
+{
+    QImage image(view.size() * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(view.palette().color(QPalette::Window));
+    view.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+QPalette dark()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(40, 40, 40));
+    palette.setColor(QPalette::WindowText, QColor(240, 240, 240));
+    return palette;
+}
+
+} // namespace
+
+class tst_BVImageView : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void bothSpellingsAreOnePicture();
+    void statesLookDifferent();
+    void missingPictureShowsNothing();
+    void pictureIsCentredAndKeepsItsAspect_data();
+    void pictureIsCentredAndKeepsItsAspect();
+    void isSharpAtTwiceTheScale();
+    void darkWindowShowsTheDarkTwin();
+    void dragMovesTheWindow();
+    void hasAnAccessibleName();
+};
+
+void tst_BVImageView::bothSpellingsAreOnePicture()
+{
+    BVImageView view;
+    view.resize(440, 400);
+    view.setImageNamed(QStringLiteral("dropN"));
+    QCOMPARE(view.imageName(), QStringLiteral("dropN"));
+    const QImage plain = grabbed(view);
+    view.setImageNamed(QStringLiteral("dropP"));
+    view.setImageNamed(QStringLiteral("dropN.png"));
+    QCOMPARE(view.imageName(), QStringLiteral("dropN"));
+    QCOMPARE(grabbed(view), plain);
+    view.setImageNamed(QStringLiteral("dropP.png"));
+    QCOMPARE(view.imageName(), QStringLiteral("dropP"));
+}
+
+void tst_BVImageView::statesLookDifferent()
+{
+    BVImageView view;
+    view.resize(440, 400);
+    const QImage none = grabbed(view);
+    view.setImageNamed(QStringLiteral("dropN"));
+    const QImage normal = grabbed(view);
+    view.setImageNamed(QStringLiteral("dropP"));
+    const QImage lit = grabbed(view);
+    QVERIFY(none != normal);
+    QVERIFY(normal != lit);
+}
+
+void tst_BVImageView::missingPictureShowsNothing()
+{
+    BVImageView view;
+    view.resize(440, 400);
+    const QImage none = grabbed(view);
+    view.setImageNamed(QStringLiteral("no such picture"));
+    QVERIFY(view.imageRect().isEmpty());
+    QCOMPARE(grabbed(view), none);
+}
+
+void tst_BVImageView::pictureIsCentredAndKeepsItsAspect_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("full");
+    QTest::newRow("room enough") << QSize(1200, 900) << true;
+    QTest::newRow("as the window opens") << QSize(520, 450) << true;
+    QTest::newRow("narrow") << QSize(300, 900) << false;
+    QTest::newRow("low") << QSize(900, 200) << false;
+}
+
+void tst_BVImageView::pictureIsCentredAndKeepsItsAspect()
+{
+    QFETCH(const QSize, size);
+    QFETCH(const bool, full);
+    BVImageView view;
+    view.setImageNamed(QStringLiteral("dropN"));
+    view.resize(size);
+    const QRectF rect = view.imageRect();
+    QVERIFY(QRectF(view.rect()).contains(rect));
+    QVERIFY((rect.center() - QRectF(view.rect()).center()).manhattanLength() <= 1);
+    QCOMPARE(rect.width() / rect.height(), 400.0 / 330.0);
+    QCOMPARE(rect.width() == 400.0, full);
+    view.resize(20, 20);
+    QVERIFY(view.imageRect().isEmpty());
+}
+
+void tst_BVImageView::isSharpAtTwiceTheScale()
+{
+    BVImageView view;
+    view.resize(440, 400);
+    view.setImageNamed(QStringLiteral("dropN"));
+    const QImage once = grabbed(view);
+    const QImage twice = grabbed(view, 2);
+    const QImage blownUp = once.scaled(twice.size());
+    QVERIFY(twice != once);
+    // A drawing made anew has fewer pixels of mixed colour than one that was blown up.
+    const auto inkless = [&view](const QImage &image) {
+        const QRgb ground = view.palette().color(QPalette::Window).rgb();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixel(x, y) == ground ? 1 : 0;
+        }
+        return count;
+    };
+    QVERIFY2(inkless(twice) > inkless(blownUp), "the larger picture is not drawn anew");
+}
+
+void tst_BVImageView::darkWindowShowsTheDarkTwin()
+{
+    BVImageView view;
+    view.resize(440, 400);
+    view.setPalette(dark());
+    view.setImageNamed(QStringLiteral("dropN"));
+    const QImage atOnce = grabbed(view);
+    BVImageView later;
+    later.resize(440, 400);
+    later.setImageNamed(QStringLiteral("dropN"));
+    const QRectF rect = later.imageRect();
+    // The light picture on the dark ground, to compare with.
+    QImage light = grabbed(later);
+    later.setPalette(dark());
+    QCOMPARE(grabbed(later), atOnce);
+    QCOMPARE(later.imageRect(), rect);
+    later.setPalette(QPalette());
+    QCOMPARE(grabbed(later), light);
+    QVERIFY(atOnce != light);
+    int brightest = 0;
+    for (int y = 0; y < atOnce.height(); ++y) {
+        for (int x = 0; x < atOnce.width(); ++x)
+            brightest = std::max(brightest, qGray(atOnce.pixel(x, y)));
+    }
+    QVERIFY2(brightest > 160, "the words would not be readable on a dark window");
+}
+
+void tst_BVImageView::dragMovesTheWindow()
+{
+    View view;
+    view.resize(440, 400);
+    view.show();
+    QVERIFY(view.mouseDownCanMoveWindow());
+    QTest::mousePress(&view, Qt::LeftButton, {}, {100, 100});
+    QTest::mouseMove(&view, {101, 101});
+    QCOMPARE(view.moves, 0);
+    QTest::mouseMove(&view, {100 + QApplication::startDragDistance(), 101});
+    QTest::mouseMove(&view, {200, 200});
+    QCOMPARE(view.moves, 1);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {200, 200});
+    QTest::mousePress(&view, Qt::RightButton, {}, {100, 100});
+    QTest::mouseMove(&view, {200, 200});
+    QCOMPARE(view.moves, 1);
+}
+
+void tst_BVImageView::hasAnAccessibleName()
+{
+    QVERIFY(!BVImageView().accessibleName().isEmpty());
+}
+
+QTEST_MAIN(tst_BVImageView)
+#include "tst_BVImageView.moc"

@@ -1,0 +1,377 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/queue/view/TableFixture.h"
+
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace brevant;
+using namespace brevant::test;
+
+namespace {
+
+constexpr QRgb fill = qRgb(204, 238, 255);
+
+QImage painted(Fixture &f)
+{
+    QImage image(f.window.size(), QImage::Format_RGB32);
+    f.window.render(&image);
+    return image;
+}
+
+/// The colour at the right end of the rows, where no text is.
+QRgb groundAt(const QImage &image, int y)
+{
+    return image.pixel(360, y);
+}
+
+} // namespace
+
+class tst_BVTableView : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oneColumnAsWideAsTheView();
+    void selectedRowsAscend();
+    void selectedRowIsTheLastAdded();
+    void selectionIsPartOfTheRowsThatAreThere();
+    void selectingDoesNotScroll();
+    void selectAllAndDeselectAll();
+    void selectionChangesAreTold();
+    void reloadKeepsTheSelectedEntries_data();
+    void reloadKeepsTheSelectedEntries();
+    void reloadAfterAddingKeepsAll();
+    void reloadKeepsTheScrollPosition();
+    void keyboardGoesOnWhereTheRemovedRowWas();
+    void framesOfCells();
+    void selectedRowsAreFilled();
+    void rowsAboveTheClipRectAreFilledToo();
+    void nothingIsFilledBelowTheLastRow();
+    void selectionIsNotPaintedByTheStyle();
+    void transparentUntilGivenAColour();
+    void hundredThousandRows();
+};
+
+void tst_BVTableView::oneColumnAsWideAsTheView()
+{
+    Fixture f(3);
+    QVERIFY(f.table.horizontalHeader()->isHidden());
+    QVERIFY(f.table.verticalHeader()->isHidden());
+    QVERIFY(!f.table.showGrid());
+    QCOMPARE(f.table.columnWidth(0), f.table.viewport()->width());
+    f.table.resize(250, 300);
+    QTRY_COMPARE(f.table.columnWidth(0), f.table.viewport()->width());
+    QCOMPARE(f.table.rowHeight(0), 40);
+    QVERIFY(!f.table.accessibleName().isEmpty());
+}
+
+void tst_BVTableView::selectedRowsAscend()
+{
+    Fixture f(10);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+    f.table.selectRowIndexes({7, 2, 3}, false);
+    f.table.selectRowIndexes({5}, true);
+    f.table.selectRowIndexes({2, 4}, true);
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{2, 3, 4, 5, 7}));
+    f.table.selectRowIndexes({9}, false);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{9});
+}
+
+void tst_BVTableView::selectedRowIsTheLastAdded()
+{
+    Fixture f(10);
+    QCOMPARE(f.table.selectedRow(), -1);
+    f.table.selectRowIndexes({8}, false);
+    QCOMPARE(f.table.selectedRow(), 8);
+    f.table.selectRowIndexes({1}, true);
+    QCOMPARE(f.table.selectedRow(), 1);
+    QTest::mouseClick(f.table.viewport(), Qt::LeftButton, Qt::ControlModifier, f.at(5));
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{1, 5, 8}));
+    QCOMPARE(f.table.selectedRow(), 5);
+    // Without it, another one that is still selected.
+    QTest::mouseClick(f.table.viewport(), Qt::LeftButton, Qt::ControlModifier, f.at(5));
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{1, 8}));
+    QCOMPARE(f.table.selectedRow(), 8);
+    QTest::mouseClick(f.table.viewport(), Qt::LeftButton, Qt::ShiftModifier, f.at(2));
+    QCOMPARE(f.table.selectedRow(), 2);
+    // Selected anew, though it was selected.
+    f.table.selectRowIndexes({4}, true);
+    QCOMPARE(f.table.selectedRow(), 4);
+    f.table.deselectAll();
+    QCOMPARE(f.table.selectedRow(), -1);
+}
+
+void tst_BVTableView::selectionIsPartOfTheRowsThatAreThere()
+{
+    Fixture f(3);
+    f.table.selectRowIndexes({-1, 2, 3, 100}, false);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{2});
+    QCOMPARE(f.table.selectedRow(), 2);
+    f.table.selectRowIndexes({77}, true);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{2});
+    QCOMPARE(f.table.selectedRow(), 2);
+    f.table.selectRowIndexes({}, false);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+    BVTableView withoutModel;
+    withoutModel.selectRowIndexes({0}, false);
+    QCOMPARE(withoutModel.selectedRowIndexes(), Rows());
+}
+
+void tst_BVTableView::selectingDoesNotScroll()
+{
+    Fixture f(100);
+    f.table.selectRowIndexes({90}, false);
+    QCOMPARE(f.table.verticalScrollBar()->value(), 0);
+    f.table.scrollRowToVisible(90);
+    QVERIFY(f.table.verticalScrollBar()->value() > 0);
+    QVERIFY(f.table.viewport()->rect().contains(f.table.frameOfCell(90)));
+}
+
+void tst_BVTableView::selectAllAndDeselectAll()
+{
+    Fixture f(4);
+    f.table.selectAllRows();
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{0, 1, 2, 3}));
+    QVERIFY(f.table.selectedRow() >= 0);
+    f.table.deselectAll();
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+}
+
+void tst_BVTableView::selectionChangesAreTold()
+{
+    Fixture f(4);
+    f.table.selectRowIndexes({1}, false);
+    QCOMPARE(f.selectionChanges.count(), 1);
+    f.table.selectRowIndexes({1}, true);
+    QCOMPARE(f.selectionChanges.count(), 1);
+    QTest::mouseClick(f.table.viewport(), Qt::LeftButton, {}, f.at(2));
+    QCOMPARE(f.selectionChanges.count(), 2);
+    f.queue.removeAt({0});
+    f.table.reloadData();
+    QCOMPARE(f.selectionChanges.count(), 3);
+    f.queue.removeAt({2});
+    f.table.reloadData();
+    QCOMPARE(f.selectionChanges.count(), 3);
+    f.queue.clear();
+    f.table.reloadData();
+    QCOMPARE(f.selectionChanges.count(), 4);
+    QCOMPARE(f.table.selectedRow(), -1);
+}
+
+void tst_BVTableView::reloadKeepsTheSelectedEntries_data()
+{
+    QTest::addColumn<Rows>("selected");
+    QTest::addColumn<Rows>("removed");
+    QTest::addColumn<Rows>("expected");
+    QTest::addColumn<int>("last");
+    QTest::newRow("others removed") << Rows{1, 4} << Rows{0, 2} << Rows{0, 2} << 2;
+    QTest::newRow("the selected removed") << Rows{1, 2} << Rows{1, 2} << Rows() << -1;
+    QTest::newRow("some of the selected removed") << Rows{1, 2, 5} << Rows{2} << Rows{1, 4} << 4;
+    QTest::newRow("the last one removed") << Rows{1, 2, 5} << Rows{5} << Rows{1, 2} << 2;
+    QTest::newRow("nothing selected") << Rows() << Rows{0} << Rows() << -1;
+    QTest::newRow("all removed") << Rows{0, 5} << Rows{0, 1, 2, 3, 4, 5} << Rows() << -1;
+}
+
+void tst_BVTableView::reloadKeepsTheSelectedEntries()
+{
+    QFETCH(const Rows, selected);
+    QFETCH(const Rows, removed);
+    QFETCH(const Rows, expected);
+    QFETCH(const int, last);
+    Fixture f(6);
+    f.table.selectRowIndexes(selected, false);
+    f.queue.removeAt(removed);
+    f.table.reloadData();
+    QCOMPARE(f.table.selectedRowIndexes(), expected);
+    QCOMPARE(f.table.selectedRow(), last);
+}
+
+void tst_BVTableView::reloadAfterAddingKeepsAll()
+{
+    Fixture f(3);
+    f.table.selectRowIndexes({2, 0}, false);
+    f.add(5);
+    f.table.reloadData();
+    QCOMPARE(f.model.rowCount(), 8);
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{0, 2}));
+    QCOMPARE(f.table.selectedRow(), 0);
+    QCOMPARE(f.selectionChanges.count(), 1);
+}
+
+void tst_BVTableView::reloadKeepsTheScrollPosition()
+{
+    Fixture f(200);
+    f.table.verticalScrollBar()->setValue(1000);
+    f.queue.removeAt({150});
+    f.table.reloadData();
+    QCOMPARE(f.table.verticalScrollBar()->value(), 1000);
+    f.add(1);
+    f.table.reloadData();
+    QCOMPARE(f.table.verticalScrollBar()->value(), 1000);
+}
+
+void tst_BVTableView::keyboardGoesOnWhereTheRemovedRowWas()
+{
+    Fixture f(6);
+    f.table.selectRowIndexes({3}, false);
+    f.queue.removeAt({3});
+    f.table.reloadData();
+    QCOMPARE(f.table.currentIndex().row(), 3);
+    f.table.selectRowIndexes({4}, false);
+    f.queue.removeAt({0, 4});
+    f.table.reloadData();
+    QCOMPARE(f.table.currentIndex().row(), 2);
+}
+
+void tst_BVTableView::framesOfCells()
+{
+    Fixture f(100);
+    const QRect frame = f.table.frameOfCell(2);
+    QCOMPARE(frame.left(), 0);
+    QCOMPARE(frame.width(), f.table.viewport()->width());
+    QVERIFY(frame.top() >= 80 && frame.bottom() < 120);
+    // Tall enough for the name, before the folder begins at 4/10.
+    QVERIFY(frame.height() * 4 / 10 >= 13);
+    QCOMPARE(f.table.frameOfCellOnScreen(2), frame.translated(f.table.viewport()->mapToGlobal(QPoint())));
+    f.table.verticalScrollBar()->setValue(40);
+    QCOMPARE(f.table.frameOfCell(2), frame.translated(0, -40));
+    QVERIFY(f.table.frameOfCell(100).isEmpty());
+    QVERIFY(f.table.frameOfCell(-1).isEmpty());
+    QVERIFY(f.table.frameOfCellOnScreen(100).isEmpty());
+}
+
+void tst_BVTableView::selectedRowsAreFilled()
+{
+    Fixture f(5);
+    f.table.selectRowIndexes({1, 2, 4}, false);
+    const QImage image = painted(f);
+    const QRgb white = qRgb(255, 255, 255);
+    for (const int row : {0, 3})
+        QCOMPARE(groundAt(image, 40 * row + 20), white);
+    for (const int row : {1, 2, 4}) {
+        const int top = 40 * row;
+        QCOMPARE(groundAt(image, top), white);
+        QCOMPARE(groundAt(image, top + 1), fill);
+        QCOMPARE(groundAt(image, top + 38), fill);
+        QCOMPARE(groundAt(image, top + 39), white);
+        QCOMPARE(image.pixel(1, top + 1), white);
+        QCOMPARE(image.pixel(2, top + 1), fill); // no rounding
+        QCOMPARE(image.pixel(397, top + 38), fill);
+        QCOMPARE(image.pixel(398, top + 38), white);
+    }
+}
+
+void tst_BVTableView::rowsAboveTheClipRectAreFilledToo()
+{
+    Fixture f(20);
+    f.table.selectRowIndexes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, false);
+    QImage image(400, 400, QImage::Format_RGB32);
+    const auto fillsFor = [&](const QRect &clipRect, const QRect &clip) {
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        if (clip.isValid())
+            painter.setClipRect(clip);
+        f.table.highlightSelectionInClipRect(painter, clipRect);
+        painter.end();
+        Rows rows;
+        for (int row = 0; row < 10; ++row) {
+            if (groundAt(image, 40 * row + 20) == fill)
+                rows.push_back(row);
+        }
+        return rows;
+    };
+    const QRect fiveToSeven(0, 200, 400, 120);
+    QCOMPARE(fillsFor(fiveToSeven, {}), (Rows{0, 1, 2, 3, 4, 5, 6, 7}));
+    QCOMPARE(fillsFor(fiveToSeven, fiveToSeven), (Rows{5, 6, 7}));
+    // Rows 0 to 9 selected and 5 to 14 in view: those that show are filled.
+    f.table.verticalScrollBar()->setValue(200);
+    f.table.selectRowIndexes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, false);
+    QCOMPARE(fillsFor(f.table.viewport()->rect(), {}), (Rows{0, 1, 2, 3, 4}));
+    QCOMPARE(painted(f).pixel(360, 20), fill);
+    QCOMPARE(painted(f).pixel(360, 40 * 4 + 20), fill);
+    QVERIFY(painted(f).pixel(360, 40 * 5 + 20) != fill);
+}
+
+void tst_BVTableView::nothingIsFilledBelowTheLastRow()
+{
+    Fixture f(3);
+    f.table.selectAllRows();
+    QImage image(400, 400, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    f.table.highlightSelectionInClipRect(painter, QRect(0, 200, 400, 100));
+    painter.end();
+    QCOMPARE(groundAt(image, 20), qRgb(255, 255, 255));
+    QCOMPARE(groundAt(painted(f), 130), qRgb(255, 255, 255));
+}
+
+void tst_BVTableView::selectionIsNotPaintedByTheStyle()
+{
+    Fixture f(3);
+    f.window.activateWindow();
+    f.table.setFocus();
+    f.table.selectRowIndexes({1}, false);
+    const QImage image = painted(f);
+    const QRgb highlight = f.table.palette().color(QPalette::Highlight).rgb();
+    for (int y = 0; y < 160; ++y) {
+        for (int x = 0; x < 400; ++x)
+            QVERIFY(image.pixel(x, y) != highlight);
+    }
+}
+
+void tst_BVTableView::transparentUntilGivenAColour()
+{
+    Fixture f(0);
+    QVERIFY(!f.table.backgroundColor().has_value());
+    const QRgb behind = f.window.palette().color(QPalette::Window).rgb();
+    QCOMPARE(painted(f).pixel(200, 200), behind);
+    f.table.setBackgroundColor(QColor(Qt::white));
+    QCOMPARE(f.table.backgroundColor(), std::optional<QColor>(Qt::white));
+    QCOMPARE(painted(f).pixel(200, 200), qRgb(255, 255, 255));
+    f.table.setBackgroundColor(std::nullopt);
+    QCOMPARE(painted(f).pixel(200, 200), behind);
+    // What is behind shows through on the screen as well.
+    QPalette palette = f.picture.palette();
+    palette.setColor(QPalette::Window, Qt::red);
+    f.picture.setPalette(palette);
+    f.picture.setAutoFillBackground(true);
+    QCOMPARE(painted(f).pixel(200, 200), qRgb(255, 0, 0));
+}
+
+void tst_BVTableView::hundredThousandRows()
+{
+    constexpr int count = 100000;
+    Fixture f(count);
+    QElapsedTimer timer;
+    timer.start();
+    f.table.selectAllRows();
+    QCOMPARE(f.table.selectedRowIndexes().size(), std::size_t(count));
+    f.table.scrollRowToVisible(count - 1);
+    QImage image(f.window.size(), QImage::Format_RGB32);
+    f.window.render(&image);
+    QCOMPARE(image.pixel(360, 395), fill);
+    f.queue.removeAt(f.table.selectedRowIndexes());
+    f.table.reloadData();
+    QCOMPARE(f.model.rowCount(), 0);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+    QVERIFY2(timer.elapsed() < 2000, "something here grows faster than the rows");
+    // Every second one: as many ranges as there can be.
+    f.add(count);
+    f.table.reloadData();
+    Rows even;
+    for (int row = 0; row < count; row += 2)
+        even.push_back(row);
+    timer.start();
+    f.table.selectRowIndexes(even, false);
+    QCOMPARE(f.table.selectedRowIndexes().size(), std::size_t(count / 2));
+    f.queue.removeAt(even);
+    f.table.reloadData();
+    QCOMPARE(f.model.rowCount(), count / 2);
+    QVERIFY2(timer.elapsed() < 4000, "something here grows faster than the ranges");
+}
+
+QTEST_MAIN(tst_BVTableView)
+#include "tst_BVTableView.moc"

@@ -1,0 +1,178 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/FileQueue.h"
+#include "queue/view/FilesTableModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextDocumentFragment>
+
+using brevant::FileQueue;
+using brevant::FilesTableModel;
+
+namespace {
+
+QString path(int number)
+{
+    return QStringLiteral("/w/%1.css").arg(number);
+}
+
+void fill(FileQueue &queue, int count)
+{
+    for (int i = 0; i < count; ++i)
+        queue.append(path(i));
+}
+
+QVariant shown(const FilesTableModel &model, int row, int role = Qt::DisplayRole)
+{
+    return model.data(model.index(row, 0), role);
+}
+
+} // namespace
+
+class tst_FilesTableModel : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keepsTheRulesOfModels();
+    void showsTheQueue();
+    void staysConsistentBetweenReloads();
+    void appendedEntriesAreInserted();
+    void reloadTellsWhereRowsWent_data();
+    void reloadTellsWhereRowsWent();
+    void rowsReadAsNameAndFolder();
+    void toolTipIsNeverMarkup_data();
+    void toolTipIsNeverMarkup();
+};
+
+void tst_FilesTableModel::keepsTheRulesOfModels()
+{
+    FileQueue queue;
+    FilesTableModel model(queue);
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    fill(queue, 5);
+    model.reload();
+    queue.removeAt({0, 2});
+    model.reload();
+    queue.append(QStringLiteral("/w/new.js"));
+    model.reload();
+    queue.removeAt({0});
+    queue.append(path(0));
+    model.reload();
+    QCOMPARE(model.rowCount(), 4);
+    queue.clear();
+    model.reload();
+    QCOMPARE(model.rowCount(), 0);
+}
+
+void tst_FilesTableModel::showsTheQueue()
+{
+    FileQueue queue;
+    fill(queue, 3);
+    const FilesTableModel model(queue);
+    QCOMPARE(model.rowCount(), 3);
+    QCOMPARE(model.columnCount(), 1);
+    QCOMPARE(model.rowCount(model.index(0, 0)), 0);
+    QCOMPARE(shown(model, 2), QVariant(path(2)));
+    QVERIFY(!shown(model, 2, Qt::DecorationRole).isValid());
+    QVERIFY(!model.data({}, Qt::DisplayRole).isValid());
+}
+
+void tst_FilesTableModel::staysConsistentBetweenReloads()
+{
+    FileQueue queue;
+    fill(queue, 3);
+    FilesTableModel model(queue);
+    queue.removeAt({0});
+    QCOMPARE(model.rowCount(), 3);
+    QCOMPARE(shown(model, 0), QVariant(path(1)));
+    QCOMPARE(shown(model, 2), QVariant());
+    queue.append(path(7));
+    queue.append(path(8));
+    QCOMPARE(model.rowCount(), 3);
+    model.reload();
+    QCOMPARE(model.rowCount(), 4);
+    QCOMPARE(shown(model, 3), QVariant(path(8)));
+}
+
+void tst_FilesTableModel::appendedEntriesAreInserted()
+{
+    FileQueue queue;
+    fill(queue, 2);
+    FilesTableModel model(queue);
+    const QSignalSpy inserted(&model, &FilesTableModel::rowsInserted);
+    const QSignalSpy reset(&model, &FilesTableModel::modelReset);
+    QCOMPARE(model.reload(), std::vector<int>());
+    QCOMPARE(inserted.count(), 0);
+    fill(queue, 5);
+    QCOMPARE(model.reload(), std::vector<int>());
+    QCOMPARE(inserted.count(), 1);
+    QCOMPARE(inserted.first().at(1).toInt(), 2);
+    QCOMPARE(inserted.first().at(2).toInt(), 4);
+    QCOMPARE(reset.count(), 0);
+}
+
+void tst_FilesTableModel::reloadTellsWhereRowsWent_data()
+{
+    QTest::addColumn<std::vector<int>>("removed");
+    QTest::addColumn<QStringList>("appended");
+    QTest::addColumn<std::vector<int>>("expected");
+    QTest::newRow("first and third of four")
+        << std::vector<int>{0, 2} << QStringList() << std::vector<int>{-1, 0, -1, 1};
+    QTest::newRow("last") << std::vector<int>{3} << QStringList() << std::vector<int>{0, 1, 2, -1};
+    QTest::newRow("all") << std::vector<int>{0, 1, 2, 3} << QStringList() << std::vector<int>{-1, -1, -1, -1};
+    QTest::newRow("removed and others added")
+        << std::vector<int>{1} << QStringList{QStringLiteral("/w/x.js")} << std::vector<int>{0, -1, 1, 2};
+    QTest::newRow("all replaced") << std::vector<int>{0, 1, 2, 3}
+                                  << QStringList{QStringLiteral("/w/x.js"), QStringLiteral("/w/y.js")}
+                                  << std::vector<int>{-1, -1, -1, -1};
+}
+
+void tst_FilesTableModel::reloadTellsWhereRowsWent()
+{
+    QFETCH(const std::vector<int>, removed);
+    QFETCH(const QStringList, appended);
+    QFETCH(const std::vector<int>, expected);
+    FileQueue queue;
+    fill(queue, 4);
+    FilesTableModel model(queue);
+    queue.removeAt(removed);
+    for (const QString &entry : appended)
+        queue.append(entry);
+    QCOMPARE(model.reload(), expected);
+    QCOMPARE(model.rowCount(), queue.count());
+}
+
+void tst_FilesTableModel::rowsReadAsNameAndFolder()
+{
+    FileQueue queue;
+    queue.append(QStringLiteral("/home/me/site/index.html"));
+    queue.append(QStringLiteral("/style.css"));
+    const FilesTableModel model(queue);
+    QCOMPARE(shown(model, 0, Qt::AccessibleTextRole).toString(), QStringLiteral("index.html, /home/me/site"));
+    QCOMPARE(shown(model, 1, Qt::AccessibleTextRole).toString(), QStringLiteral("style.css, /"));
+}
+
+void tst_FilesTableModel::toolTipIsNeverMarkup_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::newRow("plain") << QStringLiteral("/w/a  b.css");
+    QTest::newRow("tag") << QStringLiteral("/w/<b>bold</b>.css");
+    QTest::newRow("entity") << QStringLiteral("/w/a&lt;b.css");
+    QTest::newRow("image and blanks") << QStringLiteral("/w/<img src='x'>  two.css");
+}
+
+void tst_FilesTableModel::toolTipIsNeverMarkup()
+{
+    QFETCH(const QString, entry);
+    FileQueue queue;
+    queue.append(entry);
+    const QString toolTip = shown(FilesTableModel(queue), 0, Qt::ToolTipRole).toString();
+    const QString asSeen =
+        Qt::mightBeRichText(toolTip) ? QTextDocumentFragment::fromHtml(toolTip).toPlainText() : toolTip;
+    QCOMPARE(asSeen, entry);
+}
+
+QTEST_MAIN(tst_FilesTableModel)
+#include "tst_FilesTableModel.moc"

@@ -1,0 +1,239 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "queue/view/ImageTextCell.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+#include <QTest>
+
+using brevant::ImageTextCell;
+
+namespace {
+
+constexpr QRectF cellFrame(10, 20, 300, 40);
+
+QImage drawn(const QString &path, QRectF frame = cellFrame, int width = 400, QColor ground = Qt::white)
+{
+    QImage image(width, 100, QImage::Format_RGB32);
+    image.fill(ground);
+    QPainter painter(&image);
+    ImageTextCell().drawWithFrame(frame, painter, path);
+    return image;
+}
+
+QFont fixed(int pixels)
+{
+    QFont font(QStringLiteral("Menlo"));
+    font.setFamilies(
+        {QStringLiteral("Menlo"), QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
+    font.setStyleHint(QFont::Monospace);
+    font.setPixelSize(pixels);
+    return font;
+}
+
+/// What the cell should look like, drawn by other means: each line in a box that begins at its point.
+QImage expected(const QString &name, const QFont &nameFont, QColor nameColour, const QString &folder,
+                QColor grey)
+{
+    QImage image(400, 100, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    const auto line = [&painter](qreal y, const QFont &font, QColor colour, const QString &text) {
+        painter.setFont(font);
+        painter.setPen(colour);
+        painter.drawText(QRectF(18, y, 4000, 60), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, text);
+    };
+    line(20, nameFont, nameColour, name);
+    line(36, fixed(11), grey, folder);
+    return image;
+}
+
+/// Whether anything but the white ground is in `rect`.
+bool hasInk(const QImage &image, QRect rect)
+{
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        for (int x = rect.left(); x <= rect.right(); ++x) {
+            if (image.pixel(x, y) != qRgb(255, 255, 255))
+                return true;
+        }
+    }
+    return false;
+}
+
+const QColor ownGrey(118, 118, 118);
+
+} // namespace
+
+class tst_ImageTextCell : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QApplication::setPalette(QPalette()); }
+    void cleanupTestCase() { QApplication::setPalette(QPalette()); }
+    void paintsNoHighlight();
+    void kindColours_data();
+    void kindColours();
+    void linesStandAtTheirPoints_data();
+    void linesStandAtTheirPoints();
+    void folderStandsAtFourTenthsOfAnyHeight();
+    void unknownKindIsDrawnInTheDefaultFont();
+    void longNamesRunOut();
+    void colourOfTheThemeServesIfReadable_data();
+    void colourOfTheThemeServesIfReadable();
+    void fontIsFixedAndInPixels();
+};
+
+void tst_ImageTextCell::paintsNoHighlight()
+{
+    QVERIFY(!ImageTextCell().highlightColorWithFrame(cellFrame).has_value());
+}
+
+void tst_ImageTextCell::kindColours_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QColor>("colour");
+    const QColor purple(159, 0, 195);
+    const QColor green(0, 140, 0);
+    const QColor orange(255, 103, 38);
+    QTest::newRow("js") << QStringLiteral("/w/app.js") << purple;
+    QTest::newRow("Menu.JS") << QStringLiteral("/w/Menu.JS") << purple;
+    QTest::newRow("css") << QStringLiteral("/w/theme.css") << green;
+    QTest::newRow("CsS") << QStringLiteral("/w/theme.CsS") << green;
+    QTest::newRow("html") << QStringLiteral("/w/index.html") << orange;
+    QTest::newRow("INDEX.Html") << QStringLiteral("/w/INDEX.Html") << orange;
+    QTest::newRow("phtml") << QStringLiteral("/w/index.phtml") << orange;
+    QTest::newRow("php") << QStringLiteral("/w/index.php") << orange;
+    QTest::newRow("last extension counts") << QStringLiteral("/w/a.css.js") << purple;
+    QTest::newRow("no kind") << QStringLiteral("/w/notes.txt") << QColor(Qt::black);
+    QTest::newRow("htm is no kind") << QStringLiteral("/w/notes.htm") << QColor(Qt::black);
+    QTest::newRow("no extension") << QStringLiteral("/w.css/Makefile") << QColor(Qt::black);
+    QTest::newRow("dot file") << QStringLiteral("/w/.css") << QColor(Qt::black);
+}
+
+void tst_ImageTextCell::kindColours()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QColor, colour);
+    QPalette palette;
+    palette.setColor(QPalette::Active, QPalette::Text, Qt::black);
+    QApplication::setPalette(palette);
+    const QFont font = colour == QColor(Qt::black) ? QApplication::font() : fixed(13);
+    const qsizetype slash = path.lastIndexOf(u'/');
+    QCOMPARE(drawn(path), expected(path.sliced(slash + 1), font, colour, path.first(slash + 1), ownGrey));
+}
+
+void tst_ImageTextCell::linesStandAtTheirPoints_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("usual") << QStringLiteral("/home/me/app.css") << QStringLiteral("app.css")
+                           << QStringLiteral("/home/me/");
+    QTest::newRow("at the root") << QStringLiteral("/style.css") << QStringLiteral("style.css")
+                                 << QStringLiteral("//");
+    QTest::newRow("umlaut and blanks") << QStringLiteral("/w/kontakt über  uns.css")
+                                       << QStringLiteral("kontakt über  uns.css") << QStringLiteral("/w/");
+    QTest::newRow("markup is text") << QStringLiteral("/w/<b>a&amp;.css") << QStringLiteral("<b>a&amp;.css")
+                                    << QStringLiteral("/w/");
+}
+
+void tst_ImageTextCell::linesStandAtTheirPoints()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QString, name);
+    QFETCH(const QString, folder);
+    QCOMPARE(drawn(path), expected(name, fixed(13), QColor(0, 140, 0), folder, ownGrey));
+}
+
+void tst_ImageTextCell::folderStandsAtFourTenthsOfAnyHeight()
+{
+    // Ten more in height are four more in distance; the name stays where it is.
+    const QImage usual = drawn(QStringLiteral("/w/a.css"));
+    const QImage higher = drawn(QStringLiteral("/w/a.css"), cellFrame.adjusted(0, 0, 0, 10));
+    QCOMPARE(higher.copy(0, 0, 400, 36), usual.copy(0, 0, 400, 36));
+    QCOMPARE(higher.copy(0, 41, 400, 40), usual.copy(0, 37, 400, 40));
+    // And the whole moves with the frame.
+    const QImage moved = drawn(QStringLiteral("/w/a.css"), cellFrame.translated(5, 7));
+    QCOMPARE(moved.copy(5, 7, 300, 60), usual.copy(0, 0, 300, 60));
+}
+
+void tst_ImageTextCell::unknownKindIsDrawnInTheDefaultFont()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Active, QPalette::Text, Qt::black);
+    QApplication::setPalette(palette);
+    QFont other = QApplication::font();
+    const QFont before = other;
+    other.setPixelSize(13);
+    QApplication::setFont(other);
+    const QImage unknown = drawn(QStringLiteral("/w/notes.txt"));
+    const QImage known = drawn(QStringLiteral("/w/a.css"));
+    const QImage unknownExpected =
+        expected(QStringLiteral("notes.txt"), other, Qt::black, QStringLiteral("/w/"), ownGrey);
+    QApplication::setFont(before);
+    QCOMPARE(unknown, unknownExpected);
+    // The font of the kinds has nothing of the default font.
+    QCOMPARE(known, drawn(QStringLiteral("/w/a.css")));
+}
+
+void tst_ImageTextCell::longNamesRunOut()
+{
+    const QString name = QString(120, u'm') + QStringLiteral(".css");
+    const QImage image = drawn(u'/' + QString(120, u'm') + u'/' + name, cellFrame, 1000);
+    QVERIFY(hasInk(image, {320, 20, 680, 15}));
+    QVERIFY(hasInk(image, {320, 36, 680, 14}));
+    QVERIFY(!hasInk(image, {0, 55, 1000, 45}));
+    QVERIFY(!hasInk(image, {0, 0, 1000, 20}));
+}
+
+void tst_ImageTextCell::colourOfTheThemeServesIfReadable_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("disabled");
+    QTest::addColumn<QColor>("expectedText");
+    QTest::addColumn<QColor>("expectedGrey");
+    const QColor black(Qt::black);
+    QTest::newRow("readable") << QColor(20, 20, 60) << QColor(110, 100, 105) << QColor(20, 20, 60)
+                              << QColor(110, 100, 105);
+    QTest::newRow("too light a grey") << black << QColor(190, 190, 190) << black << ownGrey;
+    QTest::newRow("dark theme") << QColor(240, 240, 240) << QColor(150, 150, 150) << black << ownGrey;
+    QTest::newRow("translucent") << QColor(0, 0, 0, 200) << QColor(0, 0, 0, 90) << black << ownGrey;
+}
+
+void tst_ImageTextCell::colourOfTheThemeServesIfReadable()
+{
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, disabled);
+    QFETCH(const QColor, expectedText);
+    QFETCH(const QColor, expectedGrey);
+    QPalette palette;
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Disabled, QPalette::Text, disabled);
+    QApplication::setPalette(palette);
+    QCOMPARE(drawn(QStringLiteral("/w/notes.txt")),
+             expected(QStringLiteral("notes.txt"), QApplication::font(), expectedText, QStringLiteral("/w/"),
+                      expectedGrey));
+}
+
+void tst_ImageTextCell::fontIsFixedAndInPixels()
+{
+    // As wide as seven fixed letters of 13 pixels, whatever the letters.
+    const auto rightmost = [](const QImage &image) {
+        for (int x = image.width() - 1; x >= 0; --x) {
+            if (hasInk(image, {x, 20, 1, 15}))
+                return x;
+        }
+        return -1;
+    };
+    const int narrow = rightmost(drawn(QStringLiteral("/iii.css")));
+    const int wide = rightmost(drawn(QStringLiteral("/WWW.css")));
+    QCOMPARE(narrow, wide);
+    QVERIFY(std::abs(narrow - 18 -
+                     qRound(QFontMetricsF(fixed(13)).horizontalAdvance(QStringLiteral("WWW.css")))) <= 2);
+}
+
+QTEST_MAIN(tst_ImageTextCell)
+#include "tst_ImageTextCell.moc"
