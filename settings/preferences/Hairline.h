@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+namespace brevant {
+
+/// A faint line across, with some room above and below it, that sets two groups of controls apart. Its
+/// colour lies between the window's and its text's, so that it stays faint on a dark window too.
+class Hairline final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Hairline(QWidget *parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace brevant
