@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/Outlets.h"
+#include "app/QueueDisplay.h"
+#include "app/Services.h"
+#include "app/preview/PreviewPanel.h"
+#include "queue/view/DropTarget.h"
+#include "queue/view/FilesTableModel.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace brevant {
+
+class Combining;
+class PreferenceController;
+class WindowJobDisplay;
+
+/// Who takes over a preview panel that opens.
+class PreviewPanelController {
+public:
+    virtual ~PreviewPanelController() = default;
+    [[nodiscard]] virtual bool acceptsPreviewPanelControl() const = 0;
+    virtual void beginPreviewPanelControl(PreviewPanel *panel) = 0;
+    virtual void endPreviewPanelControl() = 0;
+
+protected:
+    PreviewPanelController() = default;
+    PreviewPanelController(const PreviewPanelController &) = default;
+    PreviewPanelController &operator=(const PreviewPanelController &) = default;
+};
+
+/// The main controller: carries out what the user does in the main window. Each action is a few calls of the
+/// rooms below. Lives until the process ends.
+class AppController final : public QObject,
+                            public DropTarget,
+                            public PreviewPanelController,
+                            public PreviewPanelDataSource,
+                            public PreviewPanelDelegate {
+    Q_OBJECT
+
+public:
+    /// Runs the open panel over a window and returns what was chosen, or nothing.
+    using RunOpenPanel =
+        std::function<std::optional<QStringList>(QWidget *window, const QStringList &allowedTypes)>;
+
+    AppController(const Services &services, const Outlets &outlets, QObject *parent = nullptr);
+    ~AppController() override;
+
+    /// Registers the observers: of every table's selection, and of the settings.
+    void init();
+
+    /// Puts the window into its empty state and connects the list. To be called once the layout is loaded.
+    void awakeFromNib();
+
+    /// Replaces the open panel, which is the platform's otherwise.
+    void setRunOpenPanel(RunOpenPanel runOpenPanel) { m_runOpenPanel = std::move(runOpenPanel); }
+
+    // Actions of the controls and the menu.
+    void addFile();
+    void minify();
+    void clear();
+    void selectAll();
+    void removeRow();
+    void revealInFinder();
+    void combine();
+    void showPreferencePanel();
+    void mainPage();
+    void feedback();
+
+    /// One whole run, on the calling thread.
+    void doMinify(const std::atomic<bool> &stop);
+
+    // Answers to notices.
+    void updateBadge();
+    void refreshPreview();
+
+    // The list's data source.
+    [[nodiscard]] int numberOfRowsInTableView() const;
+    [[nodiscard]] QString tableViewObjectValue(int row) const;
+    Qt::DropAction tableViewValidateDrop(const QMimeData &drop) override;
+    bool tableViewAcceptDrop(const QMimeData &drop) override;
+
+    // The preview panel.
+    [[nodiscard]] bool acceptsPreviewPanelControl() const override { return true; }
+    void beginPreviewPanelControl(PreviewPanel *panel) override;
+    void endPreviewPanelControl() override;
+    [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override;
+    [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int index) const override;
+    bool previewPanelHandleEvent(QEvent *event) override;
+    [[nodiscard]] QRect previewPanelSourceFrameOnScreenForPreviewItem(const QUrl &item) const override;
+
+private:
+    const Services m_services;
+    const Outlets m_outlets;
+    QueueDisplay m_queueDisplay;
+    FilesTableModel m_filesTableModel;
+    RunOpenPanel m_runOpenPanel;
+    std::unique_ptr<WindowJobDisplay> m_jobDisplay;
+    std::unique_ptr<Combining> m_combining;
+    std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on
+    PreviewPanel *previewPanel = nullptr;                       ///< while it is ours to fill
+    std::vector<int> m_previewRows; ///< the selected rows, as the panel counts them
+};
+
+} // namespace brevant

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/BrevantAppDelegate.h"
+
+#include "app/Adding.h"
+#include "app/AppController.h"
+#include "app/JobRunner.h"
+#include "app/WindowJobDisplay.h"
+#include "app/preview/PreviewPanel.h"
+#include "engine/MinifyJob.h"
+#include "queue/FileQueue.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QWidget>
+
+namespace brevant {
+
+BrevantAppDelegate::BrevantAppDelegate(const Services &services, const Outlets &outlets,
+                                       PreviewPanelController &previewController, QObject *parent)
+    : QObject(parent), m_services(services), m_outlets(outlets), m_previewController(previewController),
+      m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
+      m_jobDisplay(std::make_unique<WindowJobDisplay>(outlets, services.doneSound))
+{
+}
+
+BrevantAppDelegate::~BrevantAppDelegate() = default;
+
+bool BrevantAppDelegate::applicationShouldHandleReopen([[maybe_unused]] bool hasVisibleWindows)
+{
+    QWidget *const window = m_outlets.window;
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return true;
+}
+
+void BrevantAppDelegate::applicationOpenFiles(const QStringList &paths)
+{
+    for (const QString &path : paths)
+        addWithSpinner({path}, m_outlets, m_services.queue, m_services.settings);
+    if (m_services.queue.isEmpty())
+        return;
+    m_queueDisplay.refreshAfterAdding();
+    if (m_services.settings.isTrue(autoMinifyCheckerKeyString))
+        m_services.jobs.detachNewThread([this](const std::atomic<bool> &stop) { doMinify(stop); });
+}
+
+void BrevantAppDelegate::togglePreviewPanel()
+{
+    if (m_sharedPreviewPanel && m_sharedPreviewPanel->isOpen()) {
+        m_sharedPreviewPanel->orderOut();
+        return;
+    }
+    if (!m_sharedPreviewPanel)
+        makePreviewPanel();
+    m_sharedPreviewPanel->makeKeyAndOrderFront();
+}
+
+void BrevantAppDelegate::makePreviewPanel()
+{
+    m_sharedPreviewPanel = std::make_unique<PreviewPanel>(
+        [this] { return m_services.settings.stringForKey(selectedEncodingKeyString).value_or(QString()); },
+        nullptr);
+    connect(m_sharedPreviewPanel.get(), &PreviewPanel::willOpen, this, [this] {
+        if (m_previewController.acceptsPreviewPanelControl())
+            m_previewController.beginPreviewPanelControl(m_sharedPreviewPanel.get());
+    });
+    connect(m_sharedPreviewPanel.get(), &PreviewPanel::didClose, this,
+            [this] { m_previewController.endPreviewPanelControl(); });
+}
+
+void BrevantAppDelegate::doMinify(const std::atomic<bool> &stop)
+{
+    MinifyJob(m_services.queue, m_services.settings, m_services.tools, *m_jobDisplay).run(stop);
+}
+
+} // namespace brevant

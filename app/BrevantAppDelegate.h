@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/Outlets.h"
+#include "app/QueueDisplay.h"
+#include "app/Services.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <atomic>
+#include <memory>
+
+namespace brevant {
+
+class PreviewPanel;
+class PreviewPanelController;
+class WindowJobDisplay;
+
+/// Answers the application's own events: opened again, files opened with it, the preview asked for. Works on
+/// the same controls as the main controller. Lives until the process ends.
+class BrevantAppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    BrevantAppDelegate(const Services &services, const Outlets &outlets,
+                       PreviewPanelController &previewController, QObject *parent = nullptr);
+    ~BrevantAppDelegate() override;
+
+    void applicationDidFinishLaunching() {}
+
+    /// Brings the main window to the front, wherever it was; always true.
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+
+    /// Adds files opened with the application from outside, and minifies if that is to be done by itself.
+    void applicationOpenFiles(const QStringList &paths);
+
+    /// Opens the preview panel, or closes it if it is open.
+    void togglePreviewPanel();
+
+    /// One whole run, on the calling thread.
+    void doMinify(const std::atomic<bool> &stop);
+
+    /// The panel, if it was ever opened.
+    [[nodiscard]] PreviewPanel *sharedPreviewPanel() const { return m_sharedPreviewPanel.get(); }
+
+private:
+    void makePreviewPanel();
+
+    const Services m_services;
+    const Outlets m_outlets;
+    PreviewPanelController &m_previewController;
+    QueueDisplay m_queueDisplay;
+    std::unique_ptr<WindowJobDisplay> m_jobDisplay;
+    std::unique_ptr<PreviewPanel> m_sharedPreviewPanel;
+};
+
+} // namespace brevant

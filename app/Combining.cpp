@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Combining.h"
+
+#include "app/SavePanel.h"
+#include "queue/FileQueue.h"
+#include "queue/view/BVTableView.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QThreadPool>
+
+#include <cstdio>
+
+namespace brevant {
+
+Combining::Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings, QObject *parent)
+    : QObject(parent), m_outlets(outlets), m_queue(queue), m_settings(settings)
+{
+}
+
+std::vector<QString> Combining::selectedEntries() const
+{
+    std::vector<QString> entries;
+    for (const int row : m_outlets.filesTable->selectedRowIndexes()) {
+        if (std::optional<QString> entry = m_queue.entryAt(row))
+            entries.push_back(*std::move(entry));
+    }
+    return entries;
+}
+
+void Combining::combine()
+{
+    const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));
+    const std::vector<QString> entries = selectedEntries();
+    if (const std::optional<CombineAlert> refusal = combineRefusal(entries))
+        showAlert(*refusal);
+    else
+        runSavePanel(combineKind(entries), encoding);
+}
+
+void Combining::showAlert(const CombineAlert &alert)
+{
+    auto *const box = new QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(),
+                                      alert.title, QMessageBox::Ok, m_outlets.window); // deletes itself
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(alert.message);
+    box->open();
+}
+
+void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
+{
+    auto *const panel = new SavePanel(kind, QStringLiteral("combined"), m_outlets.window); // deletes itself
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &SavePanel::accepted, this,
+            [this, panel, encoding] { write(panel->chosenPath(), encoding); });
+    panel->open();
+}
+
+void Combining::write(const QString &target, TextEncoding encoding)
+{
+    ++m_running;
+    m_outlets.spinner->show();
+    QThreadPool::globalInstance()->start([this, sources = selectedEntries(), target, encoding] {
+        const CombineResult result = brevant::combine(sources, target, encoding);
+        QMetaObject::invokeMethod(
+            this, [=, this] { finish(sources, target, result); }, Qt::QueuedConnection);
+    });
+}
+
+void Combining::finish(const std::vector<QString> &sources, const QString &target,
+                       const CombineResult &result)
+{
+    if (--m_running == 0)
+        m_outlets.spinner->hide();
+    if (!result.errorText.isEmpty())
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(result.errorText));
+    if (result.outcome == CombineResult::Outcome::Aborted)
+        return;
+    // By name: rows may have moved while the text was being joined.
+    std::vector<int> rows;
+    for (const QString &source : sources)
+        rows.push_back(m_queue.indexOf(source));
+    m_queue.removeAt(rows);
+    m_queue.append(target);
+    m_target = target;
+    m_outlets.filesTable->reloadData();
+    Q_EMIT didCombine();
+}
+
+void Combining::showResult()
+{
+    const int found = m_queue.indexOf(m_target);
+    const int row = found >= 0 ? found : m_queue.count() - 1;
+    m_outlets.filesTable->deselectAll();
+    m_outlets.filesTable->selectRowIndexes({row}, false);
+    m_outlets.filesTable->scrollRowToVisible(row);
+}
+
+} // namespace brevant

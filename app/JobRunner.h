@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <thread>
+
+namespace brevant {
+
+/// Runs minify jobs, each on a thread of its own, and knows when none is left. Destroyed, it stops and waits.
+class JobRunner final : public QObject {
+    Q_OBJECT
+
+public:
+    /// A whole job; ends soon after `stop` becomes true.
+    using Job = std::function<void(const std::atomic<bool> &stop)>;
+
+    using QObject::QObject;
+    ~JobRunner() override;
+
+    /// Starts one new thread for `job` and returns at once.
+    void detachNewThread(Job job);
+
+    [[nodiscard]] bool isRunning() const { return !m_threads.empty(); }
+
+    /// No job starts another file.
+    void requestStop() { m_stop = true; }
+
+    /// Asks all jobs to stop and waits for the files they are working on.
+    void stopAndWait();
+
+Q_SIGNALS:
+    /// The last job under way has ended, and all that it displayed has been shown.
+    void allEnded();
+
+private:
+    void threadEnded(int number);
+
+    std::atomic<bool> m_stop = false;
+    std::map<int, std::thread> m_threads;
+    int m_lastNumber = 0;
+};
+
+} // namespace brevant

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+namespace brevant {
+
+class JobRunner;
+class MainWindow;
+
+/// Decides when the program ends. Closing the window ends it, but not before the run under way; quitting ends
+/// it after the file being worked on. The window opened again meanwhile takes a close back.
+class Lifetime final : public QObject {
+    Q_OBJECT
+
+public:
+    Lifetime(MainWindow &window, JobRunner &jobs, QObject *parent = nullptr);
+
+    /// SIGINT and SIGTERM quit as the menu item does; a second one ends the program at once.
+    void catchSignals();
+
+    /// Ends the program as soon as no file is being worked on.
+    void quit();
+
+private:
+    void windowClosed();
+    void runsEnded();
+
+    MainWindow &m_window;
+    JobRunner &m_jobs;
+    bool m_quitting = false;
+};
+
+} // namespace brevant

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "settings/preferences/BackgroundDrag.h"
+#include "ui_MainWindow.h"
+
+#include <QCloseEvent>
+#include <QMenu>
+#include <QShortcut>
+
+// Resources in a static library are there only for those who ask; the macro wants to stand outside of
+// namespaces.
+static void loadResources()
+{
+    Q_INIT_RESOURCE(brevant);
+}
+
+namespace brevant {
+
+MainWindow::MainWindow() : m_ui(std::make_unique<Ui::MainWindow>()) {}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::setUp()
+{
+    loadResources();
+    m_ui->setupUi(this);
+    m_ui->DropView->setImageNamed(QStringLiteral("dropN"));
+    m_ui->filesTable->setDropView(m_ui->DropView);
+    m_ui->spinner->hide();
+    new BackgroundDrag(this); // a child of this
+    setUpButtons();
+    setUpContextMenu();
+    connect(m_ui->filesTable, &BVTableView::selectionDidChange, this, &MainWindow::updateSelectionActions);
+    updateSelectionActions();
+    m_ui->filesTable->setFocus();
+}
+
+void MainWindow::setUpButtons()
+{
+    // The bar keeps its height while the buttons are hidden.
+    for (QPushButton *button : {m_ui->clearButton, m_ui->minifyButton}) {
+        QSizePolicy policy = button->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        button->setSizePolicy(policy);
+    }
+    // What Return does in a window with a default button, whatever has the focus.
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *const shortcut = new QShortcut(key, this); // a child of this
+        connect(shortcut, &QShortcut::activated, this, [this] {
+            if (m_ui->minifyButton->isVisible())
+                m_ui->minifyButton->click();
+        });
+    }
+}
+
+void MainWindow::setUpContextMenu()
+{
+    auto *const menu = new QMenu(m_ui->filesTable); // a child of the table
+    menu->addActions({m_ui->quickLookMenu, m_ui->revealMenu, m_ui->combineMenu, m_ui->removeMenu});
+    m_ui->filesTable->setMenu(menu);
+}
+
+Outlets MainWindow::outlets()
+{
+    return {
+        .window = this,
+        .filesTable = m_ui->filesTable,
+        .DropView = m_ui->DropView,
+        .spinner = m_ui->spinner,
+        .progressTextField = m_ui->progressTextField,
+        .minifyButton = m_ui->minifyButton,
+        .clearButton = m_ui->clearButton,
+        .minifyMenu = m_ui->minifyMenu,
+        .clearMenu = m_ui->clearMenu,
+    };
+}
+
+void MainWindow::updateSelectionActions()
+{
+    const bool anySelected = m_ui->filesTable->selectedRow() >= 0;
+    for (QAction *action : {m_ui->removeMenu, m_ui->revealMenu, m_ui->quickLookMenu})
+        action->setEnabled(anySelected);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    hide();
+    Q_EMIT closed();
+}
+
+} // namespace brevant

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/QueueDisplay.h"
+
+#include "app/StatusLine.h"
+#include "app/platform/DockTile.h"
+#include "queue/FileQueue.h"
+#include "queue/view/BVTableView.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QAction>
+#include <QPushButton>
+
+namespace brevant {
+
+QString itemCountText(int count)
+{
+    return count == 1 ? QStringLiteral("%1 item").arg(count) : QStringLiteral("%1 items").arg(count);
+}
+
+void QueueDisplay::refreshAfterAdding()
+{
+    if (m_queue.isEmpty())
+        return;
+    m_outlets.filesTable->setBackgroundColor(QColor(Qt::white));
+    m_outlets.filesTable->reloadData();
+    setControlsAvailable(true);
+    showBadgeIfOn();
+    showCount();
+}
+
+void QueueDisplay::refreshAfterRemoving()
+{
+    m_outlets.filesTable->reloadData();
+    showCount();
+    showBadgeIfOn();
+    if (!m_queue.isEmpty())
+        return;
+    setControlsAvailable(false);
+    m_outlets.filesTable->setBackgroundColor(std::nullopt);
+    m_outlets.progressTextField->setStringValue(QString());
+    m_dockTile.setBadgeLabel(QString());
+}
+
+void QueueDisplay::refreshAfterClearing()
+{
+    m_outlets.filesTable->setBackgroundColor(std::nullopt);
+    m_outlets.window->setPalette(QPalette());
+    m_outlets.filesTable->reloadData();
+    setControlsAvailable(false);
+    m_outlets.progressTextField->setStringValue(QString());
+    m_dockTile.setBadgeLabel(QString());
+}
+
+void QueueDisplay::refreshAfterCombining()
+{
+    showCount();
+    showBadgeIfOn();
+}
+
+void QueueDisplay::updateBadge()
+{
+    if (!m_settings.boolForKey(badgeCheckerKeyString))
+        m_dockTile.setBadgeLabel(QString());
+    else if (!m_queue.isEmpty())
+        showBadgeIfOn();
+}
+
+void QueueDisplay::setControlsAvailable(bool available)
+{
+    m_outlets.minifyButton->setVisible(available);
+    m_outlets.clearButton->setVisible(available);
+    m_outlets.minifyMenu->setEnabled(available);
+    m_outlets.clearMenu->setEnabled(available);
+}
+
+void QueueDisplay::showCount()
+{
+    m_outlets.progressTextField->setStringValue(itemCountText(m_queue.count()));
+}
+
+void QueueDisplay::showBadgeIfOn()
+{
+    if (m_settings.boolForKey(badgeCheckerKeyString))
+        m_dockTile.setBadgeLabel(QString::number(m_queue.count()));
+}
+
+} // namespace brevant

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/Tools.h"
+
+namespace brevant {
+
+class DockTile;
+class DoneSound;
+class FileQueue;
+class JobRunner;
+class SettingsStore;
+class Workspace;
+
+/// What the two controllers share: made once, and outliving both.
+struct Services {
+    SettingsStore &settings;
+    FileQueue &queue;
+    JobRunner &jobs;
+    DockTile &dockTile;
+    DoneSound &doneSound;
+    Workspace &workspace;
+    Tools tools;
+};
+
+} // namespace brevant

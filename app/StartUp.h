@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+
+namespace brevant {
+
+/// Gives the application its name, version, icon and icon theme.
+void setUpApplication();
+
+/// The files and folders named on the command line, from the root. Answers --help and --version, and ends the
+/// process with 2 for an unknown option.
+[[nodiscard]] QStringList pathsOnCommandLine();
+
+} // namespace brevant

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+
+namespace brevant {
+
+/// The line under the list: how many items there are, or how far a run is. Speaks up for those who listen to
+/// the window instead of looking at it, and cuts a text that is too long at its end.
+class StatusLine final : public QLabel {
+    Q_OBJECT
+
+public:
+    using QLabel::QLabel;
+
+    /// Shows `text` and announces it, if it is another one.
+    void setStringValue(const QString &text);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace brevant

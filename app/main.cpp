@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Application.h"
+#include "app/StartUp.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    const QApplication qtApplication(argc, argv);
+    brevant::setUpApplication();
+    const QStringList paths = brevant::pathsOnCommandLine();
+    brevant::Application application(brevant::SettingsStore::defaultFilePath());
+    application.start(paths);
+    return QApplication::exec();
+}

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+#include <QVariantMap>
+
+#include <optional>
+
+namespace brevant {
+
+/// The application's icon in the dock or task bar: the number on it and the progress under it.
+///
+/// Both are told to whoever listens on the session bus. The listeners forget them when this program leaves
+/// the bus. Where there is no bus nothing happens.
+class DockTile final {
+public:
+    explicit DockTile(QDBusConnection bus = QDBusConnection::sessionBus());
+
+    /// Shows a number, written in decimal digits. "" takes it away, as does a text that is no number, which a
+    /// dock cannot show.
+    void setBadgeLabel(const QString &label);
+
+    /// The last label that was set.
+    [[nodiscard]] const QString &badgeLabel() const { return m_badgeLabel; }
+
+    /// Shows how much is done, from 0 to 1; what lies outside is cut off. Nothing takes the progress away.
+    void setProgress(std::optional<double> progress);
+
+    [[nodiscard]] std::optional<double> progress() const { return m_progress; }
+
+private:
+    void update(const QVariantMap &properties) const;
+
+    QDBusConnection m_bus;
+    QString m_badgeLabel;
+    std::optional<double> m_progress;
+};
+
+} // namespace brevant

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/platform/SoundSamples.h"
+
+#include <QBuffer>
+#include <QDeadlineTimer>
+#include <QObject>
+
+#include <memory>
+
+class QAudioSink;
+
+namespace brevant {
+
+/// Plays one sound at a time through the sound server. Lives on a thread of its own, which a server that does
+/// not answer may block for as long as it likes.
+class SoundPlayer final : public QObject {
+    Q_OBJECT
+
+public:
+    SoundPlayer();
+    ~SoundPlayer() override;
+
+    /// Plays a sound, unless one is playing, there is no sound server, or `latest` has passed before the
+    /// server could be reached.
+    void play(const SoundSamples &samples, QDeadlineTimer latest);
+
+private:
+    void stop();
+
+    std::unique_ptr<QAudioSink> m_sink;
+    QBuffer m_source;
+};
+
+} // namespace brevant

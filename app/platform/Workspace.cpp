@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/platform/Workspace.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace brevant {
+
+QUrl fileUrl(const QString &path)
+{
+    // Not QUrl::fromLocalFile, which takes the first folder of a path that begins with "//" for a host, nor
+    // QFileInfo::absoluteFilePath, which leaves out "..", though a symbolic link may stand before it.
+    const QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::current().filePath(path);
+    const QByteArray name = QFile::encodeName(absolute);
+    return QUrl::fromEncoded("file://" + name.toPercentEncoding("/"), QUrl::StrictMode);
+}
+
+Workspace::Workspace(QDBusConnection bus)
+    : Workspace(std::move(bus), [](const QUrl &url) { return QDesktopServices::openUrl(url); })
+{
+}
+
+Workspace::Workspace(QDBusConnection bus, UrlOpener opener)
+    : m_bus(std::move(bus)), m_opener(std::move(opener))
+{
+}
+
+bool Workspace::openUrl(const QUrl &url) const
+{
+    return m_opener(url);
+}
+
+void Workspace::selectFile(const QString &path)
+{
+    if (!m_bus.isConnected()) {
+        openFolderOf(path);
+        return;
+    }
+    const QString name = QStringLiteral("org.freedesktop.FileManager1");
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        name, QStringLiteral("/org/freedesktop/FileManager1"), name, QStringLiteral("ShowItems"));
+    const QString startupId;
+    question << QStringList{fileUrl(path).toString(QUrl::FullyEncoded)} << startupId;
+
+    auto *watcher = new QDBusPendingCallWatcher(
+        m_bus.asyncCall(question, static_cast<int>(m_answerTimeout.count())), &m_questions);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, path] {
+        if (QDBusPendingReply<>(*watcher).isError())
+            openFolderOf(path);
+        watcher->deleteLater();
+    });
+}
+
+void Workspace::openFolderOf(const QString &path) const
+{
+    openUrl(fileUrl(QFileInfo(path).path()));
+}
+
+} // namespace brevant

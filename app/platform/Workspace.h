@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+
+namespace brevant {
+
+/// The address of a file, with every byte escaped that has a meaning of its own in an address. A relative
+/// path counts from the working folder.
+[[nodiscard]] QUrl fileUrl(const QString &path);
+
+/// What the desktop does for us: opening addresses and showing files in the file manager.
+class Workspace final {
+public:
+    /// Opens an address and tells whether somebody took it.
+    using UrlOpener = std::function<bool(const QUrl &)>;
+
+    /// Opens addresses with the desktop's own programs.
+    explicit Workspace(QDBusConnection bus = QDBusConnection::sessionBus());
+    Workspace(QDBusConnection bus, UrlOpener opener);
+
+    /// Opens an address in the program the user has chosen for it. False if there is none.
+    bool openUrl(const QUrl &url) const;
+
+    /// Asks the file manager to show the file selected in its folder. The call does not wait; if the file
+    /// manager cannot be asked, refuses or does not answer, the file's folder is opened.
+    void selectFile(const QString &path);
+
+    /// How long selectFile() gives the file manager, which may have to be started first.
+    void setAnswerTimeout(std::chrono::milliseconds timeout) { m_answerTimeout = timeout; }
+
+private:
+    void openFolderOf(const QString &path) const;
+
+    QDBusConnection m_bus;
+    UrlOpener m_opener;
+    std::chrono::milliseconds m_answerTimeout = std::chrono::seconds(5);
+    QObject m_questions; ///< parent of what waits for an answer
+};
+
+} // namespace brevant

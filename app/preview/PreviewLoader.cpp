@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/preview/PreviewLoader.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace brevant {
+
+namespace {
+
+constexpr int mostThreads = 4; ///< at once: three may hang and the next file is still read
+constexpr std::chrono::milliseconds farewell{100};
+
+struct Request {
+    quint64 number = 0;
+    QString path;
+    QString encoding;
+};
+
+} // namespace
+
+/// What the threads have in common with the loader; outlives it if one of them hangs.
+struct PreviewLoader::Shared {
+    std::atomic<quint64> wanted = 0; ///< the number of the latest request
+    std::mutex mutex;                ///< guards all that follows
+    std::condition_variable ended;
+    PreviewLoader *loader = nullptr;
+    std::optional<Request> pending;
+    std::optional<PreviewContent> content;
+    quint64 contentNumber = 0;
+    int threads = 0;
+};
+
+PreviewLoader::PreviewLoader(QObject *parent) : QObject(parent), m_shared(std::make_shared<Shared>())
+{
+    m_shared->loader = this;
+}
+
+PreviewLoader::~PreviewLoader()
+{
+    std::unique_lock lock(m_shared->mutex);
+    ++m_shared->wanted;
+    m_shared->loader = nullptr;
+    m_shared->pending.reset();
+    // Threads that hang are left alone.
+    m_shared->ended.wait_for(lock, farewell, [this] { return m_shared->threads == 0; });
+}
+
+void PreviewLoader::start(const QString &path, const QString &encoding)
+{
+    m_path = path;
+    m_encoding = encoding;
+    m_loading = true;
+    const std::lock_guard lock(m_shared->mutex);
+    m_shared->pending = Request{++m_shared->wanted, path, encoding};
+    if (m_shared->threads == mostThreads)
+        return;
+    try {
+        std::thread([shared = m_shared] { work(shared); }).detach();
+        ++m_shared->threads;
+    } catch (const std::system_error &error) {
+        PreviewContent content;
+        content.path = path;
+        content.encoding = encoding;
+        content.state = PreviewContent::State::Unreadable;
+        content.reason = QString::fromStdString(error.code().message());
+        m_shared->contentNumber = std::exchange(m_shared->pending, std::nullopt)->number;
+        m_shared->content = content;
+        QMetaObject::invokeMethod(this, &PreviewLoader::deliver, Qt::QueuedConnection);
+    }
+}
+
+void PreviewLoader::cancel()
+{
+    m_loading = false;
+    const std::lock_guard lock(m_shared->mutex);
+    ++m_shared->wanted;
+    m_shared->pending.reset();
+}
+
+bool PreviewLoader::isLoading(const QString &path, const QString &encoding) const
+{
+    return m_loading && path == m_path && encoding == m_encoding;
+}
+
+void PreviewLoader::work(const std::shared_ptr<Shared> &shared)
+{
+    std::unique_lock lock(shared->mutex);
+    while (const auto request = std::exchange(shared->pending, std::nullopt)) {
+        lock.unlock();
+        const auto cancelled = [&] { return shared->wanted != request->number; };
+        auto content = readPreview(request->path, request->encoding, cancelled);
+        lock.lock();
+        if (content && !cancelled() && shared->loader) {
+            shared->content = std::move(content);
+            shared->contentNumber = request->number;
+            QMetaObject::invokeMethod(shared->loader, &PreviewLoader::deliver, Qt::QueuedConnection);
+        }
+    }
+    --shared->threads;
+    shared->ended.notify_all();
+}
+
+void PreviewLoader::deliver()
+{
+    std::optional<PreviewContent> content;
+    {
+        const std::lock_guard lock(m_shared->mutex);
+        if (m_shared->contentNumber == m_shared->wanted)
+            content = std::exchange(m_shared->content, std::nullopt);
+    }
+    if (content) {
+        m_loading = false;
+        Q_EMIT loaded(*content);
+    }
+}
+
+} // namespace brevant

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/preview/PreviewReader.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace brevant {
+
+/// Reads files for the preview on threads of its own. Only the file that was asked for last is delivered.
+///
+/// A thread that hangs in a read (a file server that is gone) holds up neither the next file nor the end of
+/// the program.
+class PreviewLoader final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PreviewLoader(QObject *parent);
+    ~PreviewLoader() override;
+
+    /// Starts to read `path`, instead of what is being read.
+    void start(const QString &path, const QString &encoding);
+    void cancel();
+
+    /// Whether just that is being read.
+    [[nodiscard]] bool isLoading(const QString &path, const QString &encoding) const;
+
+Q_SIGNALS:
+    void loaded(const brevant::PreviewContent &content); ///< on the thread of this object
+
+private:
+    struct Shared;
+    static void work(const std::shared_ptr<Shared> &shared);
+    void deliver();
+
+    std::shared_ptr<Shared> m_shared;
+    QString m_path;
+    QString m_encoding;
+    bool m_loading = false;
+};
+
+} // namespace brevant

@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTimer>
+#include <QUrl>
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+class QLabel;
+class QStackedWidget;
+class QToolButton;
+
+namespace brevant {
+
+class PreviewLoader;
+class PreviewText;
+class ZoomWindow;
+struct PreviewContent;
+
+/// What the panel shows.
+class PreviewPanelDataSource {
+public:
+    virtual ~PreviewPanelDataSource() = default;
+    [[nodiscard]] virtual int numberOfPreviewItemsInPreviewPanel() const = 0;
+    [[nodiscard]] virtual QUrl previewPanelPreviewItemAtIndex(int index) const = 0;
+};
+
+/// How the panel behaves.
+class PreviewPanelDelegate {
+public:
+    virtual ~PreviewPanelDelegate() = default;
+
+    /// Whether it has dealt with `event`, a key that went down in the panel.
+    virtual bool previewPanelHandleEvent(QEvent *event) = 0;
+
+    /// Where the panel comes from and goes to; an empty rectangle if it is just there.
+    [[nodiscard]] virtual QRect previewPanelSourceFrameOnScreenForPreviewItem(const QUrl &item) const = 0;
+};
+
+/// The quick-look panel: a light window over the others that shows the text of a file, one of several at a
+/// time.
+///
+/// Keys are the delegate's, apart from those that close the window, turn over to another item (Alt with left
+/// and right) and copy. Files are read on other threads.
+class PreviewPanel final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `encodingName` tells in which of the encodings files are read, each time that one is.
+    explicit PreviewPanel(std::function<QString()> encodingName, QWidget *parent);
+    ~PreviewPanel() override;
+
+    /// Neither is owned. Nothing is asked without one.
+    void setDataSource(PreviewPanelDataSource *dataSource) { m_dataSource = dataSource; }
+    void setDelegate(PreviewPanelDelegate *delegate) { m_delegate = delegate; }
+
+    /// Whether it is open: from makeKeyAndOrderFront() to orderOut(), whatever still moves on the screen.
+    [[nodiscard]] bool isOpen() const { return m_open; }
+
+    /// Opens the panel, or brings it to the front, and makes it the one that gets the keys.
+    void makeKeyAndOrderFront();
+
+    /// Closes it.
+    void orderOut();
+
+    /// Asks for the items again. The item that is shown stays if it is still among them.
+    void reloadData();
+
+    [[nodiscard]] int currentPreviewItemIndex() const { return m_index; } ///< -1 if there is none
+    void setCurrentPreviewItemIndex(int index);
+
+Q_SIGNALS:
+    void willOpen(); ///< the time to set a data source and a delegate
+    void didClose(); ///< neither is asked any more
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] QWidget *makeHeader();
+    [[nodiscard]] QToolButton *makeTurnButton(Qt::ArrowType arrow, const QString &name, int step);
+    void setUpContents();
+    void place();
+    [[nodiscard]] QRect restingPlace() const;
+    void showNow();
+    void endZoom();
+
+    [[nodiscard]] int nearestIndex(int count) const;
+    [[nodiscard]] QRect sourceFrame() const;
+    void showItem(int index, int count);
+    void showContent(const PreviewContent &content);
+    void showLoading();
+    void showPage(const QString &path, const QString &sentence);
+    void showHeader(const QString &path);
+    [[nodiscard]] bool isOwnKey(QKeyEvent *event) const;
+    [[nodiscard]] bool handleKey(QKeyEvent *event);
+
+    std::function<QString()> m_encodingName;
+    PreviewPanelDataSource *m_dataSource = nullptr;
+    PreviewPanelDelegate *m_delegate = nullptr;
+    PreviewLoader *m_loader;
+    ZoomWindow *m_zoom;
+    QTimer m_patience; ///< after it the old content makes way for "Loading…"
+
+    bool m_open = false;
+    bool m_placed = false;
+    int m_index = -1;
+    QUrl m_item;
+    QString m_shownPath;
+    const QEvent *m_offered = nullptr; ///< the key that the delegate has left to the panel
+
+    QLabel *m_name;
+    QLabel *m_folder;
+    QLabel *m_counter;
+    QToolButton *m_previous;
+    QToolButton *m_next;
+    QStackedWidget *m_pages;
+    PreviewText *m_text;
+    QLabel *m_sentence;
+    QLabel *m_notice;
+    QLabel *m_footer;
+};
+
+} // namespace brevant

@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/preview/PreviewReader.h"
+
+#include "settings/Encodings.h"
+
+#include <QFile>
+
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+namespace brevant {
+
+namespace {
+
+constexpr qint64 countedLimit = 16 * previewLimit; ///< no more is read to count the lines
+constexpr qsizetype blockSize = qsizetype(64) * 1024;
+
+class Descriptor final {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor()
+    {
+        if (m_number != -1)
+            ::close(m_number);
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    [[nodiscard]] int number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+QString systemMessage(int error)
+{
+    return QString::fromStdString(std::generic_category().message(error));
+}
+
+/// Whether there is nothing to read, and why.
+bool fail(PreviewContent &content, int error)
+{
+    content.state = error == ENOENT || error == ENOTDIR ? PreviewContent::State::Missing
+                                                        : PreviewContent::State::Unreadable;
+    content.reason = systemMessage(error);
+    return true;
+}
+
+/// Notes what kind of file it is. True if it is not one to read.
+bool examine(const struct stat &status, PreviewContent &content)
+{
+    content.size = status.st_size;
+    content.modified = QDateTime::fromSecsSinceEpoch(status.st_mtime);
+    if (S_ISREG(status.st_mode))
+        return false;
+    content.state = S_ISDIR(status.st_mode) ? PreviewContent::State::Folder : PreviewContent::State::Special;
+    return true;
+}
+
+/// Counts lines that end in a line feed, a carriage return or both.
+class LineCount final {
+public:
+    void add(QByteArrayView bytes)
+    {
+        for (const char byte : bytes) {
+            if (byte == '\r' || (byte == '\n' && m_last != '\r'))
+                ++m_ends;
+            m_last = byte;
+        }
+    }
+    [[nodiscard]] qint64 lines() const { return m_ends + (m_last == '\n' || m_last == '\r' ? 0 : 1); }
+
+private:
+    qint64 m_ends = 0;
+    char m_last = '\n';
+};
+
+/// Each sequence that is not valid becomes one U+FFFD. A shift that is followed by another one at once
+/// carries no text and is allowed.
+void replaceInvalid(const void *context, UConverterToUnicodeArgs *arguments, const char *, int32_t,
+                    UConverterCallbackReason reason, UErrorCode *status)
+{
+    constexpr char16_t replacement = 0xFFFD;
+    if (reason > UCNV_IRREGULAR)
+        return;
+    *status = U_ZERO_ERROR;
+    if (reason == UCNV_IRREGULAR)
+        return;
+    ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
+    *const_cast<bool *>(static_cast<const bool *>(context)) = true;
+}
+
+/// `complete` tells that the text ends with the bytes.
+QString decode(QByteArrayView bytes, const QString &encoding, bool complete, bool &hasInvalidBytes)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    UConverter *const opened = ucnv_open(encoding.toLatin1().constData(), &status);
+    if (U_FAILURE(status))
+        qFatal("The table of %s is missing: %s", qPrintable(encoding), u_errorName(status));
+    const std::unique_ptr<UConverter, void (*)(UConverter *)> converter(opened, ucnv_close);
+    ucnv_setToUCallBack(opened, replaceInvalid, &hasInvalidBytes, nullptr, nullptr, &status);
+
+    QString text;
+    const char *source = bytes.data();
+    const char *const sourceEnd = source + bytes.size();
+    std::array<char16_t, 8192> units;
+    do {
+        status = U_ZERO_ERROR;
+        char16_t *end = units.data();
+        ucnv_toUnicode(opened, &end, units.data() + units.size(), &source, sourceEnd, nullptr,
+                       static_cast<UBool>(complete), &status);
+        text.append(QStringView(units.data(), end));
+    } while (status == U_BUFFER_OVERFLOW_ERROR);
+    if (text.startsWith(QChar::ByteOrderMark))
+        text.remove(0, 1);
+    return text;
+}
+
+bool isLineEnd(QChar character)
+{
+    return character == u'\n' || character == u'\r';
+}
+
+int columnsOf(QChar character)
+{
+    // Halves of one character, and the wide ones of the Far East.
+    return character.isLowSurrogate() ? 0 : character.unicode() >= 0x1100 ? 2 : 1;
+}
+
+/// Where a line whose beginning is `line` is best folded.
+qsizetype foldOf(QStringView line)
+{
+    constexpr int searched = previewFoldedLine / 2;
+    qsizetype limit = 0;
+    for (int columns = 0; limit < line.size(); ++limit) {
+        columns += columnsOf(line[limit]);
+        if (columns > previewFoldedLine)
+            break;
+    }
+    constexpr QStringView good = u"};>, ";
+    for (const QChar wanted : good) {
+        const qsizetype found = line.first(limit).lastIndexOf(wanted);
+        if (found >= std::max<qsizetype>(0, limit - searched))
+            return found + 1;
+    }
+    return limit;
+}
+
+/// Puts `text` into the content, its long lines folded.
+void setText(PreviewContent &content, QStringView text)
+{
+    content.text.reserve(text.size() + text.size() / 16);
+    while (!text.isEmpty()) {
+        const auto *const found = std::find_if(text.begin(), text.end(), isLineEnd);
+        qsizetype length = found - text.begin();
+        if (length > previewLongestLine) {
+            while (length > previewFoldedLine) {
+                const qsizetype fold = foldOf(text.first(length));
+                if (fold == length)
+                    break;
+                content.text += text.first(fold).toUtf8();
+                content.folds.push_back(content.text.size());
+                content.text += '\n';
+                text = text.sliced(fold);
+                length -= fold;
+            }
+        }
+        const qsizetype withEnd = std::min(length + 1, text.size());
+        content.text += text.first(withEnd).toUtf8();
+        text = text.sliced(withEnd);
+    }
+}
+
+/// False if it was cancelled.
+bool readText(int descriptor, PreviewContent &content, const std::function<bool()> &cancelled)
+{
+    QByteArray beginning;
+    QByteArray block(blockSize, Qt::Uninitialized);
+    LineCount count;
+    qint64 total = 0;
+    while (total < countedLimit) {
+        if (cancelled())
+            return false;
+        const ssize_t got = ::read(descriptor, block.data(), std::size_t(block.size()));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return fail(content, errno);
+        if (got == 0)
+            break;
+        const QByteArrayView bytes = QByteArrayView(block).first(got);
+        count.add(bytes);
+        beginning += bytes.first(std::min<qsizetype>(got, previewLimit - beginning.size()));
+        total += got;
+    }
+    content.size = std::max(content.size, total);
+    if (total < countedLimit)
+        content.lines = count.lines();
+    if (beginning.isEmpty()) {
+        content.state = PreviewContent::State::Empty;
+    } else if (beginning.contains('\0')) {
+        content.state = PreviewContent::State::Binary;
+    } else {
+        content.state = PreviewContent::State::Text;
+        content.shown = beginning.size();
+        const bool complete = content.shown == total;
+        setText(content, decode(beginning, content.encoding, complete, content.hasInvalidBytes));
+    }
+    return !cancelled();
+}
+
+} // namespace
+
+std::optional<PreviewContent> readPreview(const QString &path, const QString &encoding,
+                                          const std::function<bool()> &cancelled)
+{
+    PreviewContent content;
+    content.path = path;
+    content.encoding = isEncodingName(encoding) ? encoding : QStringLiteral("utf-8");
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status {};
+    // Nothing but a regular file may be opened: a device acts on it, a pipe waits.
+    if (::stat(name.constData(), &status) != 0) {
+        fail(content, errno);
+        return content;
+    }
+    if (examine(status, content))
+        return content;
+    const Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (file.number() == -1 || ::fstat(file.number(), &status) != 0) {
+        fail(content, errno);
+        return content;
+    }
+    if (examine(status, content))
+        return content;
+    if (!readText(file.number(), content, cancelled))
+        return std::nullopt;
+    return content;
+}
+
+} // namespace brevant

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace brevant {
+
+/// What there is to show of one file.
+struct PreviewContent {
+    enum class State { Text, Empty, Missing, Unreadable, Folder, Special, Binary };
+
+    QString path;
+    QString encoding;
+    State state = State::Missing;
+    QString reason;               ///< why the file is unreadable
+    QByteArray text;              ///< in UTF-8; from the file's beginning, perhaps not up to its end
+    std::vector<qsizetype> folds; ///< offsets in `text` of line feeds that the file has not
+    qint64 size = 0;              ///< of the file, in bytes
+    qint64 shown = 0;             ///< of the file, the bytes that are in `text`
+    std::optional<qint64> lines;  ///< of the file; not counted in a very large one
+    bool hasInvalidBytes = false; ///< shown as U+FFFD
+    QDateTime modified;
+};
+
+/// No more bytes of one file are shown.
+constexpr qint64 previewLimit = qint64(1024) * 1024;
+
+/// Longer lines, in columns, are folded: a line is laid out as a whole, however little of it is in sight.
+constexpr int previewLongestLine = 400;
+
+/// The most columns of a line that comes of folding.
+constexpr int previewFoldedLine = 80;
+
+/// Reads `path` as text in the encoding of that name, UTF-8 if there is none. Only a regular file is opened.
+/// Asks `cancelled` every now and then, and gives nothing if that says so. For any thread.
+[[nodiscard]] std::optional<PreviewContent> readPreview(const QString &path, const QString &encoding,
+                                                        const std::function<bool()> &cancelled);
+
+} // namespace brevant

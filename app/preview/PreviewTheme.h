@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace brevant {
+
+/// What a piece of source text is, for its colour.
+enum class TextRole { Plain, Comment, Keyword, Name, String, Number, Punctuation, Special };
+
+/// The colours of source text on the ground of a palette.
+class PreviewTheme final {
+public:
+    explicit PreviewTheme(const QPalette &palette);
+
+    [[nodiscard]] QColor paper() const { return m_paper; }
+
+    /// Seven times lighter or darker than the paper wherever that can be had, as the palette's own text if
+    /// not.
+    [[nodiscard]] QColor color(TextRole role) const;
+
+    /// The colour of line numbers.
+    [[nodiscard]] QColor quiet() const;
+
+private:
+    QColor m_paper;
+    QColor m_text;
+};
+
+/// How many times lighter one colour is than the other: 1 to 21.
+[[nodiscard]] double contrast(const QColor &one, const QColor &other);
+
+} // namespace brevant

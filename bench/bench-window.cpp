@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// bench-window empty | start     prints the milliseconds since BREVANT_BENCH_START (nanoseconds of the
+// monotonic
+//                                clock) when an empty window, or the application's, has first painted itself
+// bench-window frames COUNT      prints the mean and the worst milliseconds of a scrolled frame with COUNT
+// rows, first
+//                                with none selected, then with all
+// bench-window drop TREE         prints the seconds that a drop of TREE takes, and the entries
+// bench-window edit COUNT        prints the milliseconds of Select All and Remove with COUNT rows
+// bench-window job FILE...       prints the seconds of one run over the files
+#include "app/Application.h"
+#include "app/StartUp.h"
+#include "app/StatusLine.h"
+#include "queue/view/BVTableView.h"
+#include "ui_MainWindow.h"
+
+#include <QApplication>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QUrl>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+using namespace brevant;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+/// Ends the program when the watched widget has painted itself.
+class FirstPaint final : public QObject {
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::Paint)
+            return false;
+        watched->removeEventFilter(this);
+        QTimer::singleShot(0, [] {
+            const Clock::time_point start{Clock::duration(std::atoll(std::getenv("BREVANT_BENCH_START")))};
+            std::printf("%.2f\n", millisecondsSince(start));
+            std::fflush(stdout);
+            std::_Exit(0);
+        });
+        return false;
+    }
+};
+
+void drop(Application &application, const QStringList &paths)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    data.setUrls(urls);
+    application.controller().tableViewAcceptDrop(data);
+}
+
+QStringList manyPaths(const char *count)
+{
+    QStringList paths;
+    for (int i = 0; i < QByteArray(count).toInt(); ++i)
+        paths.append(QStringLiteral("/srv/sites/%1.css").arg(i, 64, 10, QLatin1Char('0')));
+    return paths;
+}
+
+void measureFrames(BVTableView &table)
+{
+    QScrollBar &bar = *table.verticalScrollBar();
+    double worst = 0;
+    double sum = 0;
+    constexpr int frames = 200;
+    for (int i = 0; i < frames; ++i) {
+        const Clock::time_point start = Clock::now();
+        bar.setValue(static_cast<int>(static_cast<qint64>(bar.maximum()) * i / frames));
+        table.viewport()->repaint();
+        const double spent = millisecondsSince(start);
+        worst = std::max(worst, spent);
+        sum += spent;
+    }
+    std::printf("%.2f %.2f\n", sum / frames, worst);
+}
+
+void benchFrames(Application &application, const char *count)
+{
+    drop(application, manyPaths(count));
+    if (!QTest::qWaitForWindowExposed(&application.window()))
+        std::exit(1);
+    BVTableView &table = *application.window().ui().filesTable;
+    table.viewport()->repaint(); // loads the fonts
+    measureFrames(table);
+    table.selectAllRows();
+    measureFrames(table);
+}
+
+void benchEdit(Application &application, const char *count)
+{
+    drop(application, manyPaths(count));
+    const Clock::time_point start = Clock::now();
+    application.controller().selectAll();
+    const double selected = millisecondsSince(start);
+    application.controller().removeRow();
+    std::printf("%.1f %.1f\n", selected, millisecondsSince(start) - selected);
+}
+
+void benchJob(Application &application, const QStringList &files)
+{
+    drop(application, files);
+    QCoreApplication::processEvents();
+    const Clock::time_point start = Clock::now();
+    QObject::connect(&application.jobs(), &JobRunner::allEnded, [start] {
+        std::printf("%.4f\n", millisecondsSince(start) / 1000);
+        QCoreApplication::exit(0);
+    });
+    application.controller().minify();
+    QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QApplication qtApplication(argc, argv);
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    FirstPaint firstPaint;
+    if (mode == "empty") {
+        QWidget window;
+        window.resize(520, 560);
+        window.installEventFilter(&firstPaint);
+        window.show();
+        return QApplication::exec();
+    }
+    setUpApplication();
+    const QTemporaryDir folder;
+    Application application(folder.filePath(QStringLiteral("settings.json")));
+    if (mode == "start")
+        application.window().installEventFilter(&firstPaint);
+    application.start({});
+    if (mode == "start")
+        return QApplication::exec();
+    QCoreApplication::processEvents();
+    if (mode == "frames" && argc == 3) {
+        benchFrames(application, argv[2]);
+    } else if (mode == "drop" && argc == 3) {
+        const Clock::time_point start = Clock::now();
+        drop(application, {QFile::decodeName(argv[2])});
+        std::printf("%.4f %s\n", millisecondsSince(start) / 1000,
+                    qUtf8Printable(application.window().ui().progressTextField->text()));
+    } else if (mode == "edit" && argc == 3) {
+        benchEdit(application, argv[2]);
+    } else if (mode == "job" && argc > 2) {
+        benchJob(application, QCoreApplication::arguments().sliced(2));
+    } else {
+        std::fprintf(
+            stderr,
+            "usage: bench-window empty | start | frames COUNT | drop TREE | edit COUNT | job FILE...\n");
+        return 2;
+    }
+    return 0;
+}

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/AppController.h"
+#include "app/BrevantAppDelegate.h"
+#include "app/JobRunner.h"
+#include "app/Lifetime.h"
+#include "app/MainWindow.h"
+#include "app/MenuActions.h"
+#include "app/StatusLine.h"
+#include "app/platform/DockTile.h"
+#include "app/platform/DoneSound.h"
+#include "app/platform/Workspace.h"
+#include "queue/FileQueue.h"
+#include "queue/view/BVImageView.h"
+#include "queue/view/BVTableView.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+#include "ui_MainWindow.h"
+
+#include <QDBusConnection>
+#include <QDir>
+#include <QFile>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QUrl>
+
+/// The whole window program but for its main(), on settings and files of its own, with a stub for Java,
+/// without a session bus, and with addresses written down instead of opened.
+struct AppFixture {
+    AppFixture();
+    ~AppFixture() { jobs.stopAndWait(); }
+
+    /// Makes a file in the fixture's folder; `text` tells the stub what to do.
+    QString file(const QString &name, const QByteArray &text = "copy") const;
+
+    /// Drops paths on the list.
+    bool drop(const QStringList &paths);
+
+    /// What is to be seen: buttons shown, menu items enabled, status line, badge.
+    [[nodiscard]] QString state() const;
+
+    [[nodiscard]] QString status() const { return window.ui().progressTextField->text(); }
+    [[nodiscard]] QStringList javaCalls() const;
+
+    QTemporaryDir folder;
+    QList<QUrl> opened;
+    brevant::SettingsStore settings;
+    brevant::FileQueue queue;
+    brevant::DockTile dockTile{QDBusConnection(QStringLiteral("no bus"))};
+    brevant::DoneSound doneSound;
+    brevant::Workspace workspace;
+    brevant::MainWindow window;
+    brevant::JobRunner jobs;
+    brevant::Services services;
+    std::unique_ptr<brevant::AppController> controller;
+    std::unique_ptr<brevant::BrevantAppDelegate> delegate;
+    std::unique_ptr<brevant::Lifetime> lifetime;
+    brevant::BVTableView *table = nullptr;
+};

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Does one thing with the desktop and ends, in the order in which the program does it: main() returns after
+// the objects in it have gone.
+#include "app/platform/DockTile.h"
+#include "app/platform/DoneSound.h"
+#include "app/platform/FeedbackMail.h"
+#include "app/platform/Workspace.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace brevant;
+
+namespace {
+
+void say(const char *word)
+{
+    std::puts(word);
+    std::fflush(stdout);
+}
+
+/// badge: sets and removes the badge.
+void badge()
+{
+    DockTile tile;
+    tile.setBadgeLabel(QStringLiteral("3"));
+    tile.setProgress(0.5);
+    tile.setBadgeLabel(QString());
+    say(qPrintable(QStringLiteral("label \"%1\"").arg(tile.badgeLabel())));
+}
+
+/// mail: opens the feedback mail in whatever the desktop has for it.
+void mail()
+{
+    const Workspace workspace;
+    const bool opened =
+        workspace.openUrl(feedbackMailUrl(QStringLiteral("support@brevant.example"), QStringLiteral("1.0"),
+                                          QStringLiteral("Größe (a, b) #1 50%")));
+    say(opened ? "opened" : "not opened");
+}
+
+/// sound TIMES MILLISECONDS: plays that often at once, and leaves after that time with the status 7. Tells
+/// how long the longest gap between two ticks of the main thread was, counting the calls themselves.
+int sound(const QCoreApplication &application)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    qint64 longestGap = 0;
+    QElapsedTimer lastTick;
+    {
+        DoneSound done;
+        QTimer ticks;
+        QObject::connect(&ticks, &QTimer::timeout, &application,
+                         [&] { longestGap = std::max(longestGap, lastTick.restart()); });
+        ticks.start(10);
+        lastTick.start();
+        if (!done.load())
+            say("not loaded");
+        for (int times = arguments.at(2).toInt(); times > 0; --times)
+            done.play();
+        QTimer::singleShot(arguments.at(3).toInt(), &application, &QCoreApplication::quit);
+        QCoreApplication::exec();
+    }
+    std::printf("gap %lld\n", static_cast<long long>(longestGap));
+    qWarning("other warnings are heard");
+    say("leaving");
+    return 7;
+}
+
+} // namespace
+
+int main(int count, char **values)
+{
+    const QGuiApplication application(count, values);
+    const QString task = QCoreApplication::arguments().value(1);
+    if (task == QLatin1StringView("sound"))
+        return sound(application);
+    if (task == QLatin1StringView("badge"))
+        badge();
+    else if (task == QLatin1StringView("mail"))
+        mail();
+    return 0;
+}

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/app/platform/ProbeRun.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace brevant::test {
+
+ProbeEnd runProbe(const QStringList &arguments, const QProcessEnvironment &environment)
+{
+    const QTemporaryDir runtime; // Qt complains of a session that has none
+    QProcessEnvironment complete = environment;
+    if (!complete.contains(QStringLiteral("XDG_RUNTIME_DIR")))
+        complete.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
+    QProcess probe;
+    probe.setProcessEnvironment(complete);
+    ProbeEnd end;
+    QElapsedTimer clock;
+    QElapsedTimer lastWord;
+    QObject::connect(&probe, &QProcess::readyReadStandardOutput, &probe, [&] {
+        end.out += probe.readAllStandardOutput();
+        lastWord.start();
+    });
+    clock.start();
+    lastWord.start();
+    probe.start(QStringLiteral(BREVANT_PLATFORM_PROBE), arguments);
+    const bool ended = probe.waitForFinished(20'000);
+    end.milliseconds = clock.elapsed();
+    end.farewell = lastWord.elapsed();
+    end.out += probe.readAllStandardOutput();
+    end.err = probe.readAllStandardError();
+    if (ended)
+        end.status = probe.exitStatus() == QProcess::NormalExit ? probe.exitCode() : -probe.exitCode();
+    else
+        end.status = -1000;
+    if (!ended) {
+        probe.kill();
+        probe.waitForFinished();
+    }
+    return end;
+}
+
+} // namespace brevant::test

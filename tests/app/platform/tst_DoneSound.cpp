@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/app/platform/ProbeRun.h"
+#include "tests/app/platform/SoundServer.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <csignal>
+#include <thread>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using namespace brevant::test;
+
+namespace {
+
+constexpr int leavesWith = 7; // the probe's own exit status
+
+QStringList sound(int times, int milliseconds)
+{
+    return {QStringLiteral("sound"), QString::number(times), QString::number(milliseconds)};
+}
+
+QProcessEnvironment withServer(const QString &socket)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:") + socket);
+    return environment;
+}
+
+/// The longest time the main thread was held up.
+int longestGap(const ProbeEnd &end)
+{
+    return end.out.split('\n').constFirst().split(' ').value(1, "100000").toInt();
+}
+
+/// A server that takes every connection and never says a word.
+class DumbServer final {
+public:
+    explicit DumbServer(const QString &path) : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.toLocal8Bit().constData(), sizeof address.sun_path);
+        // Not accepted by us, a connection is established all the same.
+        m_listens = ::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+                    ::listen(m_socket, 8) == 0;
+    }
+    ~DumbServer() { ::close(m_socket); }
+    DumbServer(const DumbServer &) = delete;
+    DumbServer &operator=(const DumbServer &) = delete;
+
+    [[nodiscard]] bool listens() const { return m_listens; }
+
+    /// Whether somebody has connected.
+    [[nodiscard]] bool wasCalled() const
+    {
+        const int connection = ::accept4(m_socket, nullptr, nullptr, SOCK_NONBLOCK);
+        ::close(connection);
+        return connection >= 0;
+    }
+
+private:
+    int m_socket;
+    bool m_listens = false;
+};
+
+} // namespace
+
+class tst_DoneSound final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isHeard_data();
+    void isHeard();
+    void leavesInTheMiddle_data();
+    void leavesInTheMiddle();
+    void withoutServer();
+    void serverThatNeverAnswers_data();
+    void serverThatNeverAnswers();
+    void serverThatStops_data();
+    void serverThatStops();
+    void serverThatGoesAway();
+};
+
+/// Nothing but the probe's own word, and the status it left with.
+static void verifyQuietEnd(const ProbeEnd &end)
+{
+    QCOMPARE(end.status, leavesWith);
+    QCOMPARE(end.err, QByteArray("other warnings are heard\n"));
+    QVERIFY2(end.out.endsWith("leaving\n") && !end.out.contains("not loaded"), end.out.constData());
+    QVERIFY2(end.farewell < 2000, qPrintable(QString::number(end.farewell)));
+    QVERIFY2(longestGap(end) < 100, end.out.constData());
+}
+
+void tst_DoneSound::isHeard_data()
+{
+    QTest::addColumn<int>("times");
+    QTest::newRow("once") << 1;
+    QTest::newRow("three calls are one sound") << 3;
+}
+
+void tst_DoneSound::isHeard()
+{
+    QFETCH(const int, times);
+    SoundServer server;
+    QVERIFY2(server.error().isEmpty(), qPrintable(server.error()));
+    QVERIFY(server.startRecording());
+    const ProbeEnd end = runProbe(sound(times, 2000), server.environment());
+    verifyQuietEnd(end);
+
+    const auto expected = doneSoundStatistics();
+    const auto heard = soundStatistics(server.stopRecording());
+    QVERIFY(!expected.isEmpty() && !heard.isEmpty());
+    const auto differs = [&](const char *what) {
+        return std::abs(heard.value(QString::fromLatin1(what)) - expected.value(QString::fromLatin1(what)));
+    };
+    qInfo("heard %.3f s of %.3f s, peak %.3f of %.3f", heard.value(QStringLiteral("Length (seconds)")),
+          expected.value(QStringLiteral("Length (seconds)")),
+          heard.value(QStringLiteral("Maximum amplitude")),
+          expected.value(QStringLiteral("Maximum amplitude")));
+    QVERIFY(expected.value(QStringLiteral("Length (seconds)")) > 0.1);
+    QVERIFY2(differs("Length (seconds)") < 0.02, qPrintable(QString::number(differs("Length (seconds)"))));
+    QVERIFY2(differs("Maximum amplitude") < 0.005, qPrintable(QString::number(differs("Maximum amplitude"))));
+    QVERIFY2(differs("Minimum amplitude") < 0.005, qPrintable(QString::number(differs("Minimum amplitude"))));
+    QVERIFY2(differs("RMS amplitude") < 0.005, qPrintable(QString::number(differs("RMS amplitude"))));
+}
+
+void tst_DoneSound::leavesInTheMiddle_data()
+{
+    QTest::addColumn<int>("milliseconds");
+    for (const int time : {0, 2, 5, 12, 30, 200, 600})
+        QTest::addRow("%d ms", time) << time;
+}
+
+void tst_DoneSound::leavesInTheMiddle()
+{
+    QFETCH(const int, milliseconds);
+    SoundServer server;
+    QVERIFY2(server.error().isEmpty(), qPrintable(server.error()));
+    for (int i = 0; i < 2; ++i)
+        verifyQuietEnd(runProbe(sound(1, milliseconds), server.environment()));
+}
+
+void tst_DoneSound::withoutServer()
+{
+    const QTemporaryDir folder;
+    const ProbeEnd end = runProbe(sound(2, 300), withServer(folder.filePath(QStringLiteral("none"))));
+    verifyQuietEnd(end);
+    QVERIFY2(end.milliseconds < 2000, qPrintable(QString::number(end.milliseconds)));
+}
+
+void tst_DoneSound::serverThatNeverAnswers_data()
+{
+    QTest::addColumn<int>("milliseconds");
+    for (const int time : {0, 5, 50, 500})
+        QTest::addRow("%d ms", time) << time;
+}
+
+void tst_DoneSound::serverThatNeverAnswers()
+{
+    QFETCH(const int, milliseconds);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("dumb"));
+    const DumbServer server(path);
+    QVERIFY(server.listens());
+    const ProbeEnd end = runProbe(sound(1, milliseconds), withServer(path));
+    verifyQuietEnd(end);
+    QVERIFY2(end.milliseconds < 2000 + milliseconds, qPrintable(QString::number(end.milliseconds)));
+    if (milliseconds == 500)
+        QVERIFY(server.wasCalled());
+}
+
+void tst_DoneSound::serverThatStops_data()
+{
+    QTest::addColumn<int>("stopsAfter");
+    for (const int time : {0, 150, 700})
+        QTest::addRow("after %d ms", time) << time;
+}
+
+void tst_DoneSound::serverThatStops()
+{
+    QFETCH(const int, stopsAfter);
+    SoundServer server;
+    QVERIFY2(server.error().isEmpty(), qPrintable(server.error()));
+    const auto stop = [&] { ::kill(static_cast<pid_t>(server.processId()), SIGSTOP); };
+    std::jthread stopper;
+    if (stopsAfter == 0)
+        stop();
+    else
+        stopper = std::jthread([&] {
+            QTest::qSleep(stopsAfter);
+            stop();
+        });
+    verifyQuietEnd(runProbe(sound(2, 1200), server.environment()));
+}
+
+void tst_DoneSound::serverThatGoesAway()
+{
+    SoundServer server;
+    QVERIFY2(server.error().isEmpty(), qPrintable(server.error()));
+    const std::jthread ender([&] {
+        QTest::qSleep(300);
+        ::kill(static_cast<pid_t>(server.processId()), SIGKILL);
+    });
+    verifyQuietEnd(runProbe(sound(1, 1000), server.environment()));
+}
+
+QTEST_GUILESS_MAIN(tst_DoneSound)
+#include "tst_DoneSound.moc"

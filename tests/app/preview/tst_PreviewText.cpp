@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/preview/PreviewReader.h"
+#include "app/preview/PreviewText.h"
+#include "app/preview/PreviewTheme.h"
+#include "app/preview/QScintilla.h"
+
+#include <QTest>
+
+using namespace brevant;
+
+namespace {
+
+QPalette paletteOf(QRgb base, QRgb text)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Base, QColor(base));
+    palette.setColor(QPalette::Text, QColor(text));
+    return palette;
+}
+
+PreviewContent contentOf(const QString &path, const QByteArray &text)
+{
+    PreviewContent content;
+    content.path = path;
+    content.state = PreviewContent::State::Text;
+    content.text = text;
+    return content;
+}
+
+} // namespace
+
+/// The text as it is coloured.
+class tst_PreviewText final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void contrasts_data();
+    void contrasts();
+    void contrastOfKnownColors();
+    void lexers_data();
+    void lexers();
+    void followsThePalette();
+    void isReadOnly();
+    void numbersOnlyRealLines();
+    void selectionWithoutFolds();
+    void sameTextStaysWhereItIs();
+};
+
+void tst_PreviewText::contrasts_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::addColumn<double>("least");
+    QTest::newRow("light") << paletteOf(0xFFFFFF, 0x000000) << 7.0;
+    QTest::newRow("dark") << paletteOf(0x1E1E1E, 0xEEEEEE) << 7.0;
+    QTest::newRow("high contrast") << paletteOf(0x000000, 0xFFFFFF) << 7.0;
+    QTest::newRow("sepia") << paletteOf(0xF4ECD8, 0x1A1208) << 7.0;
+    QTest::newRow("grey") << paletteOf(0x808080, 0x000000) << 5.0;
+    QTest::newRow("blue") << paletteOf(0x002B55, 0xF0F0F0) << 7.0;
+}
+
+void tst_PreviewText::contrasts()
+{
+    QFETCH(QPalette, palette);
+    QFETCH(double, least);
+    const PreviewTheme theme(palette);
+    for (int role = 0; role <= int(TextRole::Special); ++role)
+        QVERIFY2(contrast(theme.color(TextRole(role)), theme.paper()) >= least,
+                 qPrintable(QString::number(role)));
+    QVERIFY(contrast(theme.quiet(), theme.paper()) >= 4.5);
+
+    // And as they reach every style of every lexer.
+    PreviewText text(nullptr);
+    text.setPalette(palette);
+    for (const char *path : {"a.css", "a.js", "a.html"}) {
+        text.setContent(contentOf(QString::fromLatin1(path), "a"));
+        QsciLexer *const lexer = qobject_cast<QsciScintilla *>(text.editor())->lexer();
+        for (int style = 0; style < 128; ++style) {
+            if (lexer->description(style).isEmpty())
+                continue;
+            QCOMPARE(lexer->paper(style), theme.paper());
+            QVERIFY2(contrast(lexer->color(style), theme.paper()) >= least,
+                     qPrintable(lexer->description(style)));
+        }
+    }
+}
+
+void tst_PreviewText::contrastOfKnownColors()
+{
+    QCOMPARE(contrast(Qt::white, Qt::black), 21.0);
+    QCOMPARE(contrast(Qt::red, Qt::red), 1.0);
+    QVERIFY(std::abs(contrast(QColor(0x767676), Qt::white) - 4.54) < 0.01);
+}
+
+void tst_PreviewText::lexers_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("language");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("style");
+    QTest::newRow("CSS") << "a.css" << QByteArray("CSS") << QByteArray("/* x */") << 3
+                         << int(QsciLexerCSS::Comment);
+    QTest::newRow("capitals") << "A.CSS" << QByteArray("CSS") << QByteArray("@media x{}") << 3
+                              << int(QsciLexerCSS::MediaRule);
+    QTest::newRow("JavaScript") << "a.js" << QByteArray("JavaScript") << QByteArray("var a") << 1
+                                << int(QsciLexerCPP::Keyword);
+    QTest::newRow("HTML") << "a.html" << QByteArray("HTML") << QByteArray("<p>") << 1
+                          << int(QsciLexerHTML::Tag);
+    QTest::newRow("PHTML") << "a.phtml" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
+                           << int(QsciLexerHTML::PHPVariable);
+    QTest::newRow("PHP") << "a.php" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
+                         << int(QsciLexerHTML::PHPVariable);
+    QTest::newRow("anything else") << "a.txt" << QByteArray("HTML") << QByteArray("x") << 0
+                                   << int(QsciLexerHTML::Default);
+}
+
+void tst_PreviewText::lexers()
+{
+    QFETCH(QString, path);
+    QFETCH(QByteArray, language);
+    QFETCH(QByteArray, text);
+    QFETCH(int, position);
+    QFETCH(int, style);
+    PreviewText widget(nullptr);
+    widget.setContent(contentOf(QStringLiteral("before.js"), "before"));
+    widget.setContent(contentOf(path, text));
+    auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+    QCOMPARE(QByteArray(editor->lexer()->language()), language);
+    QCOMPARE(widget.shownText(), QString::fromUtf8(text));
+    editor->SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
+    QCOMPARE(int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, position)), style);
+}
+
+void tst_PreviewText::followsThePalette()
+{
+    PreviewText text(nullptr);
+    text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
+    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+    for (const QRgb base : {0xFF1E1E1E, 0xFFFFFFFF}) {
+        text.setPalette(paletteOf(base, base ^ 0xFFFFFF));
+        QCOMPARE(editor->lexer()->paper(QsciLexerCSS::Value), QColor(base));
+        const auto shown = editor->SendScintilla(QsciScintilla::SCI_STYLEGETBACK, int(QsciLexerCSS::Value));
+        QCOMPARE(QRgb(shown), base & 0xFFFFFF);
+    }
+}
+
+void tst_PreviewText::isReadOnly()
+{
+    PreviewText text(nullptr);
+    text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
+    QTest::keyClicks(text.editor(), QStringLiteral("xyz"));
+    QTest::keyClick(text.editor(), Qt::Key_Delete);
+    QCOMPARE(text.shownText(), QStringLiteral("a{}"));
+}
+
+void tst_PreviewText::numbersOnlyRealLines()
+{
+    PreviewText text(nullptr);
+    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+    text.setContent(contentOf(QStringLiteral("a.css"), "a\nb"));
+    QVERIFY(editor->marginWidth(0) > 0);
+    PreviewContent folded = contentOf(QStringLiteral("b.css"), "a\nb");
+    folded.folds = {1};
+    text.setContent(folded);
+    QCOMPARE(editor->marginWidth(0), 0);
+}
+
+void tst_PreviewText::selectionWithoutFolds()
+{
+    PreviewText text(nullptr);
+    PreviewContent content = contentOf(QStringLiteral("a.css"), "abc\ndéf\ng\nh");
+    content.folds = {3, 8};
+    text.setContent(content);
+    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+    QCOMPARE(text.selectedText(), QString());
+    editor->selectAll();
+    QCOMPARE(text.selectedText(), QStringLiteral("abcdéfg\nh"));
+    editor->SendScintilla(QsciScintilla::SCI_SETSEL, 1UL, 5L);
+    QCOMPARE(text.selectedText(), QStringLiteral("bcd"));
+    editor->SendScintilla(QsciScintilla::SCI_SETSEL, 4UL, 8L);
+    QCOMPARE(text.selectedText(), QStringLiteral("déf"));
+}
+
+void tst_PreviewText::sameTextStaysWhereItIs()
+{
+    PreviewText text(nullptr);
+    text.resize(300, 100);
+    const PreviewContent content = contentOf(QStringLiteral("a.css"), QByteArray("a{}\n").repeated(200));
+    text.setContent(content);
+    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+    editor->setFirstVisibleLine(90);
+    text.setContent(content);
+    QCOMPARE(editor->firstVisibleLine(), 90);
+    PreviewContent other = content;
+    other.path = QStringLiteral("b.css");
+    text.setContent(other);
+    QCOMPARE(editor->firstVisibleLine(), 0);
+}
+
+QTEST_MAIN(tst_PreviewText)
+#include "tst_PreviewText.moc"

@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include <QTest>
+
+using namespace brevant;
+
+namespace {
+
+const QString emptyState = QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\"");
+
+QString filledState(const char *label, const char *badge)
+{
+    return QStringLiteral("buttons on, menu on, table #ffffff, \"%1\", badge \"%2\"")
+        .arg(QString::fromUtf8(label), QString::fromUtf8(badge));
+}
+
+} // namespace
+
+/// The three ways in which files reach the list.
+class tst_Adding final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void beginsEmpty()
+    {
+        AppFixture app;
+        app.window.show();
+        QCOMPARE(app.state(), emptyState);
+        QVERIFY(!app.window.ui().spinner->isVisible());
+        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropN"));
+    }
+
+    void aDragLightsThePictureAndADropPutsItOut()
+    {
+        AppFixture app;
+        QMimeData data;
+        QCOMPARE(app.controller->tableViewValidateDrop(data), Qt::CopyAction);
+        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
+        QVERIFY(app.controller->tableViewAcceptDrop(data)); // no file names at all
+        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropN"));
+        QCOMPARE(app.state(), emptyState);
+    }
+
+    void unsupportedFilesOnAnEmptyListChangeNothing()
+    {
+        AppFixture app;
+        app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
+        QVERIFY(app.drop({app.file(QStringLiteral("notes.txt"))}));
+        QCOMPARE(app.status(), QStringLiteral("as it was"));
+        QVERIFY(app.window.ui().minifyButton->isHidden());
+        QVERIFY(!app.table->backgroundColor());
+    }
+
+    void oneItemThenTwo()
+    {
+        AppFixture app;
+        QVERIFY(app.drop({app.file(QStringLiteral("a.css"))}));
+        QCOMPARE(app.state(), filledState("1 item", "1"));
+        QCOMPARE(app.table->model()->rowCount(), 1);
+        QVERIFY(app.drop({app.file(QStringLiteral("b.js"))}));
+        QCOMPARE(app.state(), filledState("2 items", "2"));
+        QCOMPARE(app.controller->numberOfRowsInTableView(), 2);
+        QCOMPARE(app.controller->tableViewObjectValue(1), app.folder.filePath(QStringLiteral("b.js")));
+    }
+
+    void unsupportedFilesOnAFilledListRefreshIt()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.window.ui().progressTextField->setStringValue(QStringLiteral("Well done!"));
+        app.dockTile.setBadgeLabel(QStringLiteral("7"));
+        QVERIFY(
+            app.drop({app.file(QStringLiteral("notes.txt")), app.folder.filePath(QStringLiteral("a.css"))}));
+        QCOMPARE(app.state(), filledState("1 item", "1"));
+        QCOMPARE(app.queue.count(), 1);
+    }
+
+    void theBadgeIsNotTouchedWhileItIsOff()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, badgeCheckerKeyString);
+        app.dockTile.setBadgeLabel(QStringLiteral("as it was"));
+        app.drop({app.file(QStringLiteral("a.css"))});
+        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("as it was"));
+    }
+
+    void aFolderGivesAllBelowIt()
+    {
+        AppFixture app;
+        QStringList expected;
+        for (const char *name :
+             {"site/css/a.css", "site/js/deep/er/b.js", "site/.hidden/c.css", "site/index.html"})
+            expected.append(app.file(QString::fromUtf8(name)));
+        app.file(QStringLiteral("site/readme.md"));
+        app.drop({app.folder.filePath(QStringLiteral("site"))});
+        QStringList added;
+        for (const QString &entry : app.queue.entries())
+            added.append(entry);
+        added.sort();
+        expected.sort();
+        QCOMPARE(added, expected);
+    }
+
+    void htmlCanBeSwitchedOff()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, enableHTMLCheckerKeyString);
+        app.file(QStringLiteral("site/index.html"));
+        app.file(QStringLiteral("site/a.css"));
+        QStringList offered;
+        app.controller->setRunOpenPanel(
+            [&](QWidget *, const QStringList &types) -> std::optional<QStringList> {
+                offered = types;
+                return QStringList(app.folder.filePath(QStringLiteral("site")));
+            });
+        app.controller->addFile();
+        QCOMPARE(offered, QStringList({QStringLiteral("css"), QStringLiteral("js")}));
+        QCOMPARE(app.queue.count(), 1);
+    }
+
+    void autoMinify_data()
+    {
+        QTest::addColumn<QJsonValue>("stored");
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<bool>("runs");
+        for (const char *way : {"drop", "panel", "open"}) {
+            const QString name = QString::fromUtf8(way);
+            QTest::addRow("%s, true", way) << QJsonValue(true) << name << (name != u"panel");
+            QTest::addRow("%s, false", way) << QJsonValue(false) << name << false;
+            QTest::addRow("%s, 1", way) << QJsonValue(1) << name << false;
+            QTest::addRow("%s, text", way) << QJsonValue(QStringLiteral("true")) << name << false;
+        }
+    }
+
+    void autoMinify()
+    {
+        QFETCH(QJsonValue, stored);
+        QFETCH(QString, way);
+        QFETCH(bool, runs);
+        AppFixture app;
+        app.settings.setOverride(stored, autoMinifyCheckerKeyString);
+        app.settings.setOverride(false, soundCheckerKeyString);
+        const QStringList paths{app.file(QStringLiteral("a.css"))};
+        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
+        if (way == u"drop")
+            app.drop(paths);
+        else if (way == u"panel")
+            app.controller->addFile();
+        else
+            app.delegate->applicationOpenFiles(paths);
+        QCOMPARE(app.jobs.isRunning(), runs);
+        QCOMPARE(app.queue.count(), 1);
+        QTRY_VERIFY(!app.jobs.isRunning());
+        QCOMPARE(app.javaCalls().size(), runs ? 1 : 0);
+        QCOMPARE(app.status(), runs ? QStringLiteral("Well done!") : QStringLiteral("1 item"));
+    }
+
+    void aDropOfKnownFilesMinifiesAllAgain()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, soundCheckerKeyString);
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.settings.setOverride(true, autoMinifyCheckerKeyString);
+        app.drop({app.file(QStringLiteral("notes.txt"))});
+        QVERIFY(app.jobs.isRunning());
+        QTRY_VERIFY(!app.jobs.isRunning());
+        QCOMPARE(app.javaCalls().size(), 2);
+    }
+
+    void aCancelledPanelChangesNothing()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
+        app.dockTile.setBadgeLabel(QString());
+        app.controller->setRunOpenPanel([](QWidget *, const QStringList &) { return std::nullopt; });
+        const QString before = app.state();
+        app.controller->addFile();
+        QCOMPARE(app.state(), before);
+    }
+
+    void filesThatAreOpenedFromOutside()
+    {
+        AppFixture app;
+        app.delegate->applicationOpenFiles({app.folder.filePath(QStringLiteral("missing.txt"))});
+        QCOMPARE(app.state(), emptyState);
+        app.delegate->applicationOpenFiles(
+            {app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        QCOMPARE(app.state(), filledState("2 items", "2"));
+    }
+
+    void theSpinnerIsShownMeanwhile()
+    {
+        AppFixture app;
+        app.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&app.window));
+        bool shown = false;
+        class Watch : public QObject {
+        public:
+            bool *shown = nullptr;
+            bool eventFilter(QObject *, QEvent *event) override
+            {
+                *shown = *shown || event->type() == QEvent::Paint;
+                return false;
+            }
+        } watch;
+        watch.shown = &shown;
+        app.window.ui().spinner->installEventFilter(&watch);
+        app.drop({app.file(QStringLiteral("a.css"))});
+        QVERIFY(shown); // painted before the walk began, for no event is handled until it is over
+        QVERIFY(!app.window.ui().spinner->isVisible());
+    }
+};
+
+QTEST_MAIN(tst_Adding)
+#include "tst_Adding.moc"

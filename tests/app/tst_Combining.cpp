@@ -1,0 +1,219 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include "app/SavePanel.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace brevant;
+
+/// Combining as the user does it: the alerts, the save panel, and what the list shows afterwards.
+class tst_Combining final : public QObject {
+    Q_OBJECT
+
+private:
+    static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
+    }
+
+    /// Runs Combine… on the selection; the save panel that comes up.
+    static SavePanel *panelOf(AppFixture &app)
+    {
+        app.window.ui().combineMenu->trigger();
+        return app.window.findChild<SavePanel *>();
+    }
+
+    /// Types a name and confirms.
+    static void save(SavePanel *panel, const QString &path)
+    {
+        panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        panel->accept();
+    }
+
+private Q_SLOTS:
+    void refusals_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const QStringList &names, const char *title,
+                            const char *message) {
+            QTest::newRow(name) << names << QString::fromUtf8(title) << QString::fromUtf8(message);
+        };
+        row("none", {}, "Notice", "Please select 2 or more files to combine.");
+        row("one", {QStringLiteral("a.css")}, "Notice", "Please select 2 or more files to combine.");
+        row("two kinds", {QStringLiteral("a.css"), QStringLiteral("b.js")},
+            "Combine different kinds of files?", "No, please select only one kind of files at a time.");
+        row("html", {QStringLiteral("a.html"), QStringLiteral("b.html")}, "Combine HTML files?",
+            "Sorry, you can only combine CSS or JS files. Combine HTML files makes no scene.");
+        row("phtml", {QStringLiteral("a.phtml"), QStringLiteral("b.phtml")}, "Combine PHTML files?",
+            "Sorry, you can only combine CSS or JS files. Combine PHTML files makes no scene.");
+        row("php", {QStringLiteral("a.php"), QStringLiteral("b.php")}, "Combine PHP files?",
+            "Sorry, you can only combine CSS or JS files. Combine PHP files makes no scene.");
+    }
+
+    void refusals()
+    {
+        QFETCH(QStringList, names);
+        AppFixture app;
+        app.settings.setOverride(true, enablePHPCheckerKeyString);
+        QStringList paths;
+        for (const QString &name : names)
+            paths.append(app.file(name));
+        app.drop(paths);
+        app.window.show();
+        app.controller->selectAll();
+        app.window.ui().combineMenu->trigger();
+        auto *const box = app.window.findChild<QMessageBox *>();
+        QVERIFY(box != nullptr && box->isVisible());
+        QTEST(box->text(), "title");
+        QTEST(box->informativeText(), "message");
+        QCOMPARE(box->icon(), QMessageBox::Warning);
+        QCOMPARE(box->windowModality(), Qt::WindowModal);
+        QCOMPARE(box->buttons().size(), 1);
+        QVERIFY(app.window.findChild<SavePanel *>() == nullptr);
+        QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
+        QTRY_VERIFY(app.window.findChild<QMessageBox *>() == nullptr);
+        QCOMPARE(app.queue.count(), static_cast<int>(names.size()));
+    }
+
+    void theKindIsSpeltAsInTheFirstFile()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.CSS"))});
+        app.controller->selectAll();
+        SavePanel *const panel = panelOf(app);
+        QVERIFY(panel != nullptr);
+        QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
+                 QStringLiteral("combined.css"));
+        QCOMPARE(panel->windowModality(), Qt::WindowModal);
+        panel->reject();
+        QCOMPARE(app.queue.count(), 2);
+    }
+
+    void capitalHtmlReachesThePanel()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.HTML")), app.file(QStringLiteral("b.HTML"))});
+        app.controller->selectAll();
+        SavePanel *const panel = panelOf(app);
+        QVERIFY(panel != nullptr);
+        QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
+                 QStringLiteral("combined.HTML"));
+    }
+
+    void rowsGiveTheOrder()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("0.js"), "0"), app.file(QStringLiteral("b.js"), "y"),
+                  app.file(QStringLiteral("2.js"), "2"), app.file(QStringLiteral("a.js"), "x")});
+        app.table->selectRowIndexes({3}, false);
+        app.table->selectRowIndexes({1}, true);
+        const QString target = app.folder.filePath(QStringLiteral("combined.js"));
+        save(panelOf(app), target);
+        QTRY_COMPARE(app.queue.count(), 3);
+        QCOMPARE(read(target), QByteArray("y\nx\n"));
+        QCOMPARE(app.queue.entries().back(), target);
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({2}));
+        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"3 items\", badge \"3\""));
+        QCOMPARE(app.javaCalls(), QStringList()); // combining minifies nothing
+    }
+
+    void oneItemIsLeft()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, badgeCheckerKeyString);
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.dockTile.setBadgeLabel(QStringLiteral("?"));
+        app.controller->selectAll();
+        save(panelOf(app), app.folder.filePath(QStringLiteral("all"))); // the ending is added
+        QTRY_COMPARE(app.status(), QStringLiteral("1 item"));
+        QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("all.css"))}));
+        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("?"));
+    }
+
+    void ontoAPathThatIsListedAlready()
+    {
+        AppFixture app;
+        const QString listed = app.file(QStringLiteral("c.css"), "old");
+        app.drop({listed, app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "b")});
+        app.table->selectRowIndexes({1, 2}, false);
+        SavePanel *const panel = panelOf(app);
+        panel->setOption(QFileDialog::DontConfirmOverwrite);
+        save(panel, listed);
+        QTRY_COMPARE(app.queue.count(), 1);
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
+        QCOMPARE(read(listed), QByteArray("a\nb\n"));
+    }
+
+    void ontoOneOfTheSources()
+    {
+        AppFixture app;
+        const QString first = app.file(QStringLiteral("a.css"), "a");
+        app.drop({first, app.file(QStringLiteral("b.css"), "b"), app.file(QStringLiteral("c.css"), "c")});
+        app.table->selectRowIndexes({0, 1}, false);
+        SavePanel *const panel = panelOf(app);
+        panel->setOption(QFileDialog::DontConfirmOverwrite);
+        save(panel, first);
+        QTRY_COMPARE(app.queue.count(), 2);
+        QCOMPARE(app.queue.entries().back(), first);
+        QCOMPARE(read(first), QByteArray("a\nb\n"));
+    }
+
+    void replacingIsAskedFor()
+    {
+        AppFixture app;
+        app.file(QStringLiteral("there.css"), "precious");
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.controller->selectAll();
+        SavePanel *const panel = panelOf(app);
+        bool asked = false;
+        QTimer::singleShot(200, panel, [&] {
+            if (auto *const box = panel->findChild<QMessageBox *>()) {
+                asked = true;
+                box->button(QMessageBox::No)->click();
+            }
+        });
+        save(panel, app.folder.filePath(QStringLiteral("there"))); // the question is about there.css
+        QVERIFY(asked);
+        QCOMPARE(app.queue.count(), 2);
+        QCOMPARE(read(app.folder.filePath(QStringLiteral("there.css"))), QByteArray("precious"));
+    }
+
+    void anInvalidFileAbortsAll()
+    {
+        AppFixture app;
+        app.settings.setOverride(QStringLiteral("iso-8859-1"), selectedEncodingKeyString); // is read as UTF-8
+        app.drop({app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "caf\xe9 {}")});
+        app.controller->selectAll();
+        const QString before = app.state();
+        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        save(panelOf(app), target);
+        QTRY_VERIFY(app.window.ui().spinner->isHidden());
+        QTest::qWait(50);
+        QVERIFY(!QFile::exists(target));
+        QCOMPARE(app.state(), before);
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0, 1}));
+    }
+
+    void aWriteThatFailsChangesTheListAllTheSame()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.controller->selectAll();
+        const QString target = QStringLiteral("/proc/combined.css");
+        save(panelOf(app), target);
+        QTRY_COMPARE(app.queue.entries(), std::vector<QString>({target}));
+        QCOMPARE(app.status(), QStringLiteral("1 item"));
+    }
+};
+
+QTEST_MAIN(tst_Combining)
+#include "tst_Combining.moc"

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include <QTest>
+
+using namespace brevant;
+
+/// Removing, clearing, selecting and revealing; the badge.
+class tst_Editing final : public QObject {
+    Q_OBJECT
+
+private:
+    static void fill(AppFixture &app, int count)
+    {
+        QStringList paths;
+        for (int i = 0; i < count; ++i)
+            paths.append(app.file(QStringLiteral("f%1.css").arg(i)));
+        app.drop(paths);
+    }
+
+private Q_SLOTS:
+    void removingTheOnlyEntry()
+    {
+        AppFixture app;
+        fill(app, 1);
+        app.settings.setOverride(false, badgeCheckerKeyString);
+        app.dockTile.setBadgeLabel(QStringLiteral("1"));
+        app.controller->selectAll();
+        app.controller->removeRow();
+        QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+        QCOMPARE(app.table->model()->rowCount(), 0);
+    }
+
+    void removingTwoOfThree()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.table->selectRowIndexes({0, 2}, false);
+        app.controller->removeRow();
+        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""));
+    }
+
+    void removingTheFirstAndThirdOfFour()
+    {
+        AppFixture app;
+        fill(app, 4);
+        app.table->selectRowIndexes({0, 2}, false);
+        app.controller->removeRow();
+        QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("f1.css")),
+                                                            app.folder.filePath(QStringLiteral("f3.css"))}));
+        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+    }
+
+    void removingNothingRewritesLabelAndBadge()
+    {
+        AppFixture app;
+        fill(app, 2);
+        app.table->deselectAll();
+        app.window.ui().progressTextField->setStringValue(QStringLiteral("Well done!"));
+        app.dockTile.setBadgeLabel(QString());
+        app.controller->removeRow();
+        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+    }
+
+    void clearing()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.settings.setOverride(false, badgeCheckerKeyString);
+        for (int twice = 0; twice < 2; ++twice) { // the second time it is empty already
+            app.controller->clear();
+            QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+            QCOMPARE(app.queue.count(), 0);
+            QCOMPARE(app.table->model()->rowCount(), 0);
+        }
+    }
+
+    void selectingAll()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.controller->selectAll();
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0, 1, 2}));
+    }
+
+    void keysAndMenuItems()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&app.window));
+        app.window.activateWindow();
+        QTest::keyClick(&app.window, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(app.table->selectedRowIndexes().size(), std::size_t(3));
+        app.table->selectRowIndexes({1}, false);
+        QTest::keyClick(app.table, Qt::Key_Delete);
+        QCOMPARE(app.queue.count(), 2);
+        QTest::keyClick(&app.window, Qt::Key_Backspace, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(app.queue.count(), 0);
+    }
+
+    void theItemsForASelectionNeedOne()
+    {
+        AppFixture app;
+        fill(app, 2);
+        const Ui::MainWindow &ui = app.window.ui();
+        for (const QAction *action : {ui.removeMenu, ui.revealMenu, ui.quickLookMenu})
+            QVERIFY2(!action->isEnabled(), qPrintable(action->text()));
+        app.table->selectRowIndexes({0}, false);
+        for (const QAction *action : {ui.removeMenu, ui.revealMenu, ui.quickLookMenu})
+            QVERIFY2(action->isEnabled(), qPrintable(action->text()));
+    }
+
+    void revealing()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.controller->revealInFinder(); // nothing is selected
+        QTest::qWait(50);
+        QCOMPARE(app.opened, QList<QUrl>());
+        app.table->selectRowIndexes({0}, false);
+        app.table->selectRowIndexes({2}, true); // the one added last
+        app.controller->revealInFinder();
+        QTRY_COMPARE(app.opened,
+                     QList<QUrl>({QUrl::fromLocalFile(app.folder.path())})); // no file manager: its folder
+    }
+
+    void aRightClickRevealsWhatItClicked()
+    {
+        AppFixture app;
+        const QStringList paths{app.file(QStringLiteral("a/a.css")), app.file(QStringLiteral("b/b.css"))};
+        app.drop(paths);
+        app.window.show();
+        app.table->selectRowIndexes({0}, false);
+        const QPoint point = app.table->frameOfCell(1).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, point, app.table->viewport()->mapToGlobal(point));
+        QVERIFY(app.table->menuForEvent(event) != nullptr);
+        app.window.ui().revealMenu->trigger();
+        QTRY_COMPARE(app.opened,
+                     QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("b")))}));
+    }
+
+    void badgeFollowsItsSetting()
+    {
+        AppFixture app;
+        fill(app, 3);
+        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("3"));
+        app.settings.setBool(false, badgeCheckerKeyString);
+        QCOMPARE(app.dockTile.badgeLabel(), QString());
+        app.settings.setBool(true, badgeCheckerKeyString);
+        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("3"));
+        app.controller->selectAll();
+        app.controller->removeRow();
+        QCOMPARE(app.dockTile.badgeLabel(), QString());
+        app.settings.setBool(true, gzipCheckerKeyString);
+        QCOMPARE(app.dockTile.badgeLabel(), QString());
+    }
+
+    void badgePolicy_data()
+    {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<bool>("isOn");
+        QTest::addColumn<int>("queued");
+        QTest::addColumn<QString>("badge"); // "?" is what it was before
+        QTest::newRow("setting, off") << "setting" << false << 3 << "";
+        QTest::newRow("setting, off, empty") << "setting" << false << 0 << "";
+        QTest::newRow("setting, on") << "setting" << true << 3 << "3";
+        QTest::newRow("setting, on, empty") << "setting" << true << 0 << "?";
+        QTest::newRow("drop, on") << "drop" << true << 3 << "4";
+        QTest::newRow("drop, off") << "drop" << false << 3 << "?";
+        QTest::newRow("panel, on") << "panel" << true << 0 << "1";
+        QTest::newRow("panel, off") << "panel" << false << 0 << "?";
+        QTest::newRow("open, on") << "open" << true << 12 << "13";
+        QTest::newRow("open, off") << "open" << false << 12 << "?";
+        QTest::newRow("remove, on") << "remove" << true << 3 << "2";
+        QTest::newRow("remove, off") << "remove" << false << 3 << "?";
+        QTest::newRow("remove the last, on") << "remove" << true << 1 << "";
+        QTest::newRow("remove the last, off") << "remove" << false << 1 << "";
+        QTest::newRow("clear, on") << "clear" << true << 3 << "";
+        QTest::newRow("clear, off") << "clear" << false << 3 << "";
+        QTest::newRow("run, on") << "run" << true << 2 << "?";
+        QTest::newRow("run, off") << "run" << false << 2 << "?";
+    }
+
+    void badgePolicy()
+    {
+        QFETCH(QString, event);
+        QFETCH(bool, isOn);
+        QFETCH(int, queued);
+        QFETCH(QString, badge);
+        AppFixture app;
+        app.settings.setOverride(false, soundCheckerKeyString);
+        app.settings.setOverride(isOn, badgeCheckerKeyString);
+        fill(app, queued);
+        app.dockTile.setBadgeLabel(QStringLiteral("?"));
+        const QStringList more{app.file(QStringLiteral("more.css"))};
+        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return more; });
+        if (event == u"setting") {
+            app.settings.setBool(true, nomungeSwitcherKeyString);
+        } else if (event == u"drop") {
+            app.drop(more);
+        } else if (event == u"panel") {
+            app.controller->addFile();
+        } else if (event == u"open") {
+            app.delegate->applicationOpenFiles(more);
+        } else if (event == u"remove") {
+            app.table->selectRowIndexes({0}, false);
+            app.controller->removeRow();
+        } else if (event == u"clear") {
+            app.controller->clear();
+        } else {
+            app.controller->minify();
+            QTRY_VERIFY(!app.jobs.isRunning());
+        }
+        QCOMPARE(app.dockTile.badgeLabel(), badge);
+    }
+};
+
+QTEST_MAIN(tst_Editing)
+#include "tst_Editing.moc"

@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace brevant;
+
+/// Runs in the window, and the end of the program.
+class tst_Running final : public QObject {
+    Q_OBJECT
+
+private:
+    /// Writes down every status and the selection at that moment.
+    class Watch final : public QObject {
+    public:
+        explicit Watch(AppFixture &app) : m_app(app)
+        {
+            app.window.ui().progressTextField->installEventFilter(this);
+            connect(app.table, &BVTableView::selectionDidChange, this, [this] { note(); });
+        }
+        QStringList seen;
+
+        bool eventFilter(QObject *, QEvent *) override
+        {
+            note();
+            return false;
+        }
+
+    private:
+        void note()
+        {
+            QString line = m_app.status() + u':';
+            for (const int row : m_app.table->selectedRowIndexes())
+                line += QStringLiteral(" %1").arg(row);
+            if (seen.isEmpty() || seen.last() != line)
+                seen.append(line);
+        }
+        AppFixture &m_app;
+    };
+
+    static std::unique_ptr<AppFixture> filled(int count, const QByteArray &text = "copy")
+    {
+        auto app = std::make_unique<AppFixture>();
+        app->settings.setOverride(false, soundCheckerKeyString);
+        QStringList paths;
+        for (int i = 0; i < count; ++i)
+            paths.append(app->file(QStringLiteral("f%1.css").arg(i), text));
+        app->drop(paths);
+        app->window.show();
+        return app;
+    }
+
+    /// Makes the compressor wait at file `number`, until the file whose path is returned is removed.
+    static QString holdAt(const AppFixture &app, int number)
+    {
+        const QString gate = app.file(QStringLiteral("gate"));
+        app.file(QStringLiteral("f%1.css").arg(number), "wait " + gate.toUtf8());
+        return gate;
+    }
+
+private Q_SLOTS:
+    void threeEntriesWalkThroughTheList()
+    {
+        const auto app = filled(3);
+        Watch watch(*app);
+        app->controller->minify();
+        QTRY_VERIFY(!app->jobs.isRunning());
+        for (const char *line :
+             {"Minified 1 of 3 items.: 0", "Minified 2 of 3 items.: 1", "Minified 3 of 3 items.: 2"})
+            QVERIFY2(watch.seen.contains(QString::fromUtf8(line)), qPrintable(watch.seen.join(u'\n')));
+        QCOMPARE(app->state(),
+                 QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"3\""));
+        QVERIFY(app->table->selectedRowIndexes().empty());
+        QCOMPARE(app->queue.count(), 3);
+    }
+
+    void anEmptyListEndsWellAndUnlocks()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, soundCheckerKeyString);
+        app.controller->minify();
+        QTRY_COMPARE(app.state(),
+                     QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"\""));
+        QCOMPARE(app.javaCalls(), QStringList());
+    }
+
+    void controlsAreLockedMeanwhile()
+    {
+        const auto app = filled(1);
+        const QString gate = holdAt(*app, 0);
+        QTest::mouseClick(app->window.ui().minifyButton, Qt::LeftButton);
+        QTRY_COMPARE(
+            app->state(),
+            QStringLiteral("buttons off, menu off, table #ffffff, \"Minified 1 of 1 items.\", badge \"1\""));
+        app->drop({app->file(QStringLiteral("late.css"))}); // worked on too
+        QFile::remove(gate);
+        QTRY_COMPARE(app->status(), QStringLiteral("Well done!"));
+        QVERIFY(QFile::exists(app->folder.filePath(QStringLiteral("late.min.css"))));
+    }
+
+    void withoutJava()
+    {
+        auto app = filled(2);
+        app->services.tools.java = QStringLiteral("/nowhere/java");
+        AppController controller({app->settings, app->queue, app->jobs, app->dockTile, app->doneSound,
+                                  app->workspace, app->services.tools},
+                                 app->window.outlets());
+        controller.minify();
+        QTRY_COMPARE(
+            app->state(),
+            QStringLiteral(
+                "buttons on, menu on, table #ffffff, \"Java was not found at /nowhere/java.\", badge \"2\""));
+        QTRY_VERIFY(!app->jobs.isRunning());
+    }
+
+    void removingAndClearingDuringARun()
+    {
+        const auto app = filled(30);
+        const QString gate = holdAt(*app, 3);
+        app->controller->minify();
+        QTRY_COMPARE(app->status(), QStringLiteral("Minified 4 of 30 items."));
+        app->table->selectRowIndexes({0, 1, 2}, false);
+        app->controller->removeRow();
+        QCOMPARE(app->queue.count(), 27);
+        app->controller->clear();
+        QFile::remove(gate);
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QCOMPARE(app->javaCalls().size(), 4);
+        QCOMPARE(app->status(), QStringLiteral("Well done!"));
+        QVERIFY(!app->window.ui().minifyButton->isHidden());
+    }
+
+    void twoRunsAtOnce()
+    {
+        const auto app = filled(8);
+        app->controller->minify();
+        app->delegate->applicationOpenFiles({});
+        app->jobs.detachNewThread([&app](const std::atomic<bool> &stop) { app->delegate->doMinify(stop); });
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QCOMPARE(app->javaCalls().size(), 16);
+        QCOMPARE(app->state(),
+                 QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"8\""));
+    }
+
+    void returnMinifies()
+    {
+        const auto app = filled(1);
+        QVERIFY(QTest::qWaitForWindowExposed(&app->window));
+        app->window.activateWindow();
+        QTest::keyClick(&app->window, Qt::Key_Return);
+        QVERIFY(app->jobs.isRunning());
+        QTRY_VERIFY(!app->jobs.isRunning());
+    }
+
+    void closingDuringARunHidesAndReopeningShows()
+    {
+        const auto app = filled(1);
+        const QString gate = holdAt(*app, 0);
+        app->controller->minify();
+        QTRY_VERIFY(app->status().startsWith(QStringLiteral("Minified")));
+        app->window.close();
+        QVERIFY(app->window.isHidden());
+        QVERIFY(app->jobs.isRunning());
+        for (const bool visible : {false, true}) {
+            QVERIFY(app->delegate->applicationShouldHandleReopen(visible));
+            QVERIFY(app->window.isVisible());
+        }
+        QFile::remove(gate);
+        QTRY_COMPARE(app->status(), QStringLiteral("Well done!"));
+        QVERIFY(app->window.isVisible());
+    }
+
+    void quittingEndsAfterTheFile()
+    {
+        const auto app = filled(5);
+        const QString gate = holdAt(*app, 1);
+        app->controller->minify();
+        QTRY_COMPARE(app->status(), QStringLiteral("Minified 2 of 5 items."));
+        app->lifetime->quit();
+        QVERIFY(app->window.isHidden());
+        QVERIFY(app->jobs.isRunning());
+        QFile::remove(gate);
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QCOMPARE(app->javaCalls().size(), 2);
+        QVERIFY(QFile::exists(app->folder.filePath(QStringLiteral("f1.min.css"))));
+        QVERIFY(!QFile::exists(app->folder.filePath(QStringLiteral("f2.min.css"))));
+    }
+
+    void destroyingDuringARunNeitherCrashesNorHangs()
+    {
+        for (int round = 0; round < 10; ++round) {
+            const auto app = filled(5);
+            app->controller->minify();
+            app->controller->minify();
+            QTest::qWait(round);
+        }
+    }
+
+    void reopeningUndoesMinimising()
+    {
+        AppFixture app;
+        app.window.showMinimized();
+        app.delegate->applicationShouldHandleReopen(true);
+        QVERIFY(!app.window.isMinimized());
+        QVERIFY(app.window.isVisible());
+    }
+};
+
+QTEST_MAIN(tst_Running)
+#include "tst_Running.moc"

@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include "app/preview/PreviewPanel.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTest>
+
+using namespace brevant;
+
+/// The menu's ways out, the preferences, the preview.
+class tst_Shell final : public QObject {
+    Q_OBJECT
+
+private:
+    static void fill(AppFixture &app, int count)
+    {
+        QStringList paths;
+        for (int i = 0; i < count; ++i)
+            paths.append(app.file(QStringLiteral("f%1.css").arg(i), "a { color: red }"));
+        app.drop(paths);
+        app.window.show();
+        app.table->setFocus();
+    }
+
+    static QStringList items(const AppController &controller)
+    {
+        QStringList names;
+        for (int i = 0; i < controller.numberOfPreviewItemsInPreviewPanel(); ++i)
+            names.append(controller.previewPanelPreviewItemAtIndex(i).fileName());
+        return names;
+    }
+
+private Q_SLOTS:
+    void homePage()
+    {
+        AppFixture app;
+        app.window.ui().homePageMenu->trigger();
+        QCOMPARE(app.opened, QList<QUrl>({QUrl(QStringLiteral("https://brevant.example/"))}));
+    }
+
+    void feedbackMail()
+    {
+        QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+        AppFixture app;
+        app.window.ui().feedbackMenu->trigger();
+        QCOMPARE(app.opened.size(), 1);
+        const QString url = QString::fromUtf8(app.opened.first().toEncoded());
+        QVERIFY2(url.startsWith(QStringLiteral(
+                     "mailto:support@brevant.example?SUBJECT=Brevant%201.0.0%20feedback,%20OS%20X%20")),
+                 qPrintable(url));
+        QVERIFY2(url.endsWith(u'&') && !url.contains(u' '), qPrintable(url));
+    }
+
+    void thePreferencesAreMadeOnce()
+    {
+        AppFixture app;
+        app.window.ui().preferencesMenu->trigger();
+        const auto preferences = [] {
+            QList<QWidget *> windows;
+            for (QWidget *window : QApplication::topLevelWidgets()) {
+                if (window->findChild<QWidget *>(QStringLiteral("suffixField")) != nullptr)
+                    windows.append(window);
+            }
+            return windows;
+        };
+        QCOMPARE(preferences().size(), 1);
+        QWidget *const first = preferences().first();
+        QVERIFY(first->isVisible());
+        first->close();
+        app.window.ui().preferencesMenu->trigger();
+        QCOMPARE(preferences(), QList<QWidget *>({first}));
+        QVERIFY(first->isVisible());
+        first->close();
+    }
+
+    void spaceOpensAndClosesThePreview()
+    {
+        AppFixture app;
+        fill(app, 3);
+        QTest::keyClick(app.table, Qt::Key_Space);
+        QVERIFY(app.delegate->sharedPreviewPanel() == nullptr); // nothing is selected
+        app.table->selectRowIndexes({0, 2}, false);
+        QTest::keyClick(app.table, Qt::Key_Space);
+        QVERIFY(app.delegate->sharedPreviewPanel() != nullptr);
+        QVERIFY(app.delegate->sharedPreviewPanel()->isOpen());
+        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f0.css"), QStringLiteral("f2.css")}));
+        QTest::keyClick(app.delegate->sharedPreviewPanel(), Qt::Key_Space);
+        QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+        QTest::keyClick(app.table, Qt::Key_Space);
+        QVERIFY(app.delegate->sharedPreviewPanel()->isOpen());
+        app.window.ui().quickLookMenu->trigger();
+        QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+    }
+
+    void anArrowInThePreviewMovesTheSelection()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        QTest::keyClick(app.delegate->sharedPreviewPanel(), Qt::Key_Down);
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({1}));
+        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f1.css")}));
+        app.delegate->togglePreviewPanel();
+    }
+
+    void otherEventsAreLeftToThePreview()
+    {
+        AppFixture app;
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Down, Qt::NoModifier);
+        QVERIFY(!app.controller->previewPanelHandleEvent(&release));
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        QVERIFY(app.controller->previewPanelHandleEvent(&press));
+    }
+
+    void thePreviewZoomsOutOfItsRow()
+    {
+        AppFixture app;
+        fill(app, 3);
+        const QUrl second = QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("f1.css")));
+        const QRect frame = app.controller->previewPanelSourceFrameOnScreenForPreviewItem(second);
+        QCOMPARE(frame.topLeft(), app.table->viewport()->mapToGlobal(app.table->frameOfCell(1).topLeft()));
+        QCOMPARE(frame.size(), app.table->frameOfCell(1).size());
+        app.table->selectRowIndexes({1}, false);
+        app.controller->removeRow();
+        QCOMPARE(app.controller->previewPanelSourceFrameOnScreenForPreviewItem(second), QRect());
+    }
+
+    void anyTablesSelectionReloadsThePreview()
+    {
+        AppFixture app;
+        fill(app, 2);
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+
+        QStandardItemModel model(2, 1);
+        QTableView other;
+        other.setModel(&model);
+        other.show();
+        // What the panel asks when it reloads is seen through a source of our own.
+        class Source final : public PreviewPanelDataSource {
+        public:
+            mutable int asked = 0;
+            [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override
+            {
+                ++asked;
+                return 0;
+            }
+            [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
+        } source;
+        panel->setDataSource(&source);
+        source.asked = 0;
+        other.selectRow(1);
+        QVERIFY(source.asked > 0);
+        panel->setDataSource(app.controller.get());
+        app.delegate->togglePreviewPanel();
+    }
+};
+
+QTEST_MAIN(tst_Shell)
+#include "tst_Shell.moc"
