@@ -123,14 +123,14 @@ void AppController::showPreferencePanel()
 
 void AppController::mainPage()
 {
-    m_services.workspace.openUrl(QUrl(QStringLiteral(BREVANT_HOME_PAGE)));
+    static_cast<void>(m_services.workspace.openUrl(QUrl(QStringLiteral(BREVANT_HOME_PAGE))));
 }
 
 void AppController::feedback()
 {
-    m_services.workspace.openUrl(feedbackMailUrl(QStringLiteral(BREVANT_SUPPORT_MAIL),
-                                                 QCoreApplication::applicationVersion(),
-                                                 operatingSystemVersionString()));
+    const QUrl mail = feedbackMailUrl(QStringLiteral(BREVANT_SUPPORT_MAIL),
+                                      QCoreApplication::applicationVersion(), operatingSystemVersionString());
+    static_cast<void>(m_services.workspace.openUrl(mail));
 }
 
 void AppController::updateBadge()

@@ -11,7 +11,6 @@
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QProgressBar>
-#include <QThreadPool>
 
 #include <cstdio>
 
@@ -65,7 +64,7 @@ void Combining::write(const QString &target, TextEncoding encoding)
 {
     ++m_running;
     m_outlets.spinner->show();
-    QThreadPool::globalInstance()->start([this, sources = selectedEntries(), target, encoding] {
+    m_pool.start([this, sources = selectedEntries(), target, encoding] {
         const CombineResult result = brevant::combine(sources, target, encoding);
         QMetaObject::invokeMethod(
             this, [=, this] { finish(sources, target, result); }, Qt::QueuedConnection);

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QThreadPool>
 
 #include <vector>
 
@@ -46,6 +47,7 @@ private:
     const SettingsStore &m_settings;
     QString m_target; ///< of the last combine
     int m_running = 0;
+    QThreadPool m_pool; ///< the last member: destroyed first, it waits for what uses the others
 };
 
 } // namespace brevant

@@ -27,6 +27,9 @@ function(brevant_add_library name)
     target_link_libraries(${name} PRIVATE brevant_options)
 endfunction()
 
+# The tests that exercise threads: all that the thread sanitizer's preset needs.
+add_custom_target(threads-tests)
+
 # One test program per tst_*.cpp. LIBRARIES: what it links. ARGN after that: extra sources.
 function(brevant_add_test source)
     cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES;SOURCES;LABELS;ENVIRONMENT" ${ARGN})
@@ -36,6 +39,9 @@ function(brevant_add_test source)
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
     target_link_libraries(${name} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
     add_test(NAME ${name} COMMAND ${name})
+    if("threads" IN_LIST arg_LABELS)
+        add_dependencies(threads-tests ${name})
+    endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()

@@ -291,7 +291,7 @@ bool TextEncoder::encode(QStringView text, bool last, QByteArray &bytes)
         status = U_ZERO_ERROR;
         char *target = buffer.data();
         ucnv_fromUnicode(m_converter.get(), &target, buffer.data() + buffer.size(), &source, end, nullptr,
-                         last, &status);
+                         static_cast<UBool>(last), &status);
         bytes.append(buffer.data(), target - buffer.data());
     }
     return U_SUCCESS(status);

@@ -16,7 +16,7 @@ namespace brevant {
 
 namespace {
 
-constexpr qsizetype bufferSize = 256 * 1024;
+constexpr qsizetype bufferSize = 256 * qsizetype(1024);
 constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
 
 /// Opens a regular file for reading, or tells why not. Nothing else is opened: a pipe would wait for a

@@ -47,7 +47,7 @@ QString findResourceFolder()
 {
     const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
     const QDir folder = QFileInfo(program).dir();
-    const QString beside = folder.filePath(QStringLiteral("resources"));
+    QString beside = folder.filePath(QStringLiteral("resources"));
     if (QFileInfo(beside).isDir())
         return beside;
     return QDir::cleanPath(folder.filePath(QStringLiteral(BREVANT_INSTALLED_RESOURCES)));

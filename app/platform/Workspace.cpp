@@ -61,7 +61,7 @@ void Workspace::selectFile(const QString &path)
 
 void Workspace::openFolderOf(const QString &path) const
 {
-    openUrl(fileUrl(QFileInfo(path).path()));
+    static_cast<void>(openUrl(fileUrl(QFileInfo(path).path())));
 }
 
 } // namespace brevant

@@ -27,7 +27,7 @@ public:
     Workspace(QDBusConnection bus, UrlOpener opener);
 
     /// Opens an address in the program the user has chosen for it. False if there is none.
-    bool openUrl(const QUrl &url) const;
+    [[nodiscard]] bool openUrl(const QUrl &url) const;
 
     /// Asks the file manager to show the file selected in its folder. The call does not wait; if the file
     /// manager cannot be asked, refuses or does not answer, the file's folder is opened.

@@ -196,7 +196,7 @@ void BVTableView::selectRowIndexes(const std::vector<int> &rows, bool byExtendin
                          [count = rowCount()](int row) { return row >= 0 && row < count; });
     const int last = present.empty() ? -1 : present.back();
     std::ranges::sort(present);
-    present.erase(std::ranges::unique(present).begin(), present.end());
+    present.erase(std::unique(present.begin(), present.end()), present.end());
     if (last >= 0)
         setCurrentRow(last);
     selectRows(present, byExtendingSelection);

@@ -130,7 +130,7 @@ QStringList OpenPanel::chosenPaths() const
 void OpenPanel::accept()
 {
     if (!chosenPaths().isEmpty())
-        QDialog::accept();
+        QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): QFileDialog's would open a chosen folder
 }
 
 std::optional<QStringList> OpenPanel::run(QWidget *parent, const QStringList &allowedTypes)
