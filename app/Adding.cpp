@@ -37,6 +37,8 @@ private:
 void addWithSpinner(const QStringList &paths, const Outlets &outlets, FileQueue &queue,
                     const SettingsStore &settings)
 {
+    if (paths.isEmpty())
+        return;
     const Spinning spinning(*outlets.spinner);
     for (const QString &path : paths)
         addTopLevelPath(path, queue, settings);

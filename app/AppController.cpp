@@ -53,10 +53,10 @@ void AppController::awakeFromNib()
     filesTable->setItemDelegateForColumn(0, new ImageTextCell(filesTable)); // a child of the table
     filesTable->setBackgroundColor(std::nullopt);
     connect(filesTable, &BVTableView::doubleAction, this, &AppController::addFile);
-    connect(m_combining.get(), &Combining::didCombine, this, [this] {
+    connect(m_combining.get(), &Combining::didCombine, this, [this](bool wasEmptied) {
         refreshPreview();
         m_combining->showResult();
-        m_queueDisplay.refreshAfterCombining();
+        m_queueDisplay.refreshAfterCombining(wasEmptied);
     });
     m_queueDisplay.setControlsAvailable(false);
 }
@@ -168,8 +168,8 @@ bool AppController::tableViewAcceptDrop(const QMimeData &drop)
     m_outlets.DropView->setImageNamed(QStringLiteral("dropN"));
     QStringList paths;
     for (const QUrl &url : drop.urls()) {
-        if (url.isLocalFile())
-            paths.append(url.toLocalFile());
+        if (const std::optional<QString> path = localPath(url))
+            paths.append(*path);
     }
     addWithSpinner(paths, m_outlets, m_services.queue, m_services.settings);
     if (m_services.queue.isEmpty())
@@ -202,7 +202,7 @@ QUrl AppController::previewPanelPreviewItemAtIndex(int index) const
 {
     if (index < 0 || static_cast<std::size_t>(index) >= m_previewRows.size())
         return {};
-    return QUrl::fromLocalFile(tableViewObjectValue(m_previewRows[static_cast<std::size_t>(index)]));
+    return fileUrl(tableViewObjectValue(m_previewRows[static_cast<std::size_t>(index)]));
 }
 
 bool AppController::previewPanelHandleEvent(QEvent *event)
@@ -215,7 +215,7 @@ bool AppController::previewPanelHandleEvent(QEvent *event)
 
 QRect AppController::previewPanelSourceFrameOnScreenForPreviewItem(const QUrl &item) const
 {
-    const int row = m_services.queue.indexOf(item.toLocalFile());
+    const int row = m_services.queue.indexOf(item.path(QUrl::FullyDecoded));
     return row < 0 ? QRect() : m_outlets.filesTable->frameOfCellOnScreen(row);
 }
 

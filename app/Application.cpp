@@ -5,6 +5,8 @@
 #include "app/MenuActions.h"
 #include "settings/SettingsKeys.h"
 
+#include <QTimer>
+
 namespace brevant {
 
 namespace {
@@ -46,8 +48,10 @@ void Application::start(const QStringList &paths)
 {
     m_window.show();
     m_delegate.applicationDidFinishLaunching();
-    if (!paths.isEmpty())
-        m_delegate.applicationOpenFiles(paths);
+    if (paths.isEmpty())
+        return;
+    // Once the window has been painted: walking a large folder takes a while.
+    QTimer::singleShot(0, &m_delegate, [this, paths] { m_delegate.applicationOpenFiles(paths); });
 }
 
 } // namespace brevant

@@ -24,7 +24,11 @@ BrevantAppDelegate::BrevantAppDelegate(const Services &services, const Outlets &
 {
 }
 
-BrevantAppDelegate::~BrevantAppDelegate() = default;
+BrevantAppDelegate::~BrevantAppDelegate()
+{
+    if (m_sharedPreviewPanel && m_sharedPreviewPanel->isOpen())
+        m_previewController.endPreviewPanelControl();
+}
 
 bool BrevantAppDelegate::applicationShouldHandleReopen([[maybe_unused]] bool hasVisibleWindows)
 {
@@ -38,8 +42,7 @@ bool BrevantAppDelegate::applicationShouldHandleReopen([[maybe_unused]] bool has
 
 void BrevantAppDelegate::applicationOpenFiles(const QStringList &paths)
 {
-    for (const QString &path : paths)
-        addWithSpinner({path}, m_outlets, m_services.queue, m_services.settings);
+    addWithSpinner(paths, m_outlets, m_services.queue, m_services.settings);
     if (m_services.queue.isEmpty())
         return;
     m_queueDisplay.refreshAfterAdding();
@@ -62,7 +65,7 @@ void BrevantAppDelegate::makePreviewPanel()
 {
     m_sharedPreviewPanel = std::make_unique<PreviewPanel>(
         [this] { return m_services.settings.stringForKey(selectedEncodingKeyString).value_or(QString()); },
-        nullptr);
+        m_outlets.window);
     connect(m_sharedPreviewPanel.get(), &PreviewPanel::willOpen, this, [this] {
         if (m_previewController.acceptsPreviewPanelControl())
             m_previewController.beginPreviewPanelControl(m_sharedPreviewPanel.get());

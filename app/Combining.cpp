@@ -81,14 +81,16 @@ void Combining::finish(const std::vector<QString> &sources, const QString &targe
     if (result.outcome == CombineResult::Outcome::Aborted)
         return;
     // By name: rows may have moved while the text was being joined.
+    const bool wasEmptied = m_queue.isEmpty();
     std::vector<int> rows;
+    rows.reserve(sources.size());
     for (const QString &source : sources)
         rows.push_back(m_queue.indexOf(source));
     m_queue.removeAt(rows);
     m_queue.append(target);
     m_target = target;
     m_outlets.filesTable->reloadData();
-    Q_EMIT didCombine();
+    Q_EMIT didCombine(wasEmptied);
 }
 
 void Combining::showResult()

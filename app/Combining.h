@@ -32,8 +32,9 @@ public:
     void showResult();
 
 Q_SIGNALS:
-    /// The queue holds the combined file instead of its sources, and the list shows that.
-    void didCombine();
+    /// The queue holds the combined file instead of its sources, and the list shows that. `wasEmptied`: it
+    /// had been emptied meanwhile.
+    void didCombine(bool wasEmptied);
 
 private:
     void showAlert(const CombineAlert &alert);

@@ -11,6 +11,8 @@
 #include <QTimer>
 
 #include <array>
+#include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 
@@ -27,9 +29,15 @@ constexpr std::chrono::milliseconds soundLength(1000);
 // A signal handler may only write to a descriptor; the main loop hears of it at the other end.
 std::array<int, 2> signalPipe{-1, -1};
 
-extern "C" void tellMainLoop([[maybe_unused]] int number)
+std::atomic_flag signalled;
+
+extern "C" void tellMainLoop(int number)
 {
+    if (signalled.test_and_set())
+        ::_exit(128 + number); // as the shells count, bash(1)
+    const int error = errno;
     [[maybe_unused]] const ssize_t written = ::write(signalPipe[0], "", 1);
+    errno = error;
 }
 
 } // namespace
@@ -54,7 +62,7 @@ void Lifetime::catchSignals()
     for (const int number : {SIGINT, SIGTERM}) {
         struct sigaction action {};
         action.sa_handler = tellMainLoop;
-        action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+        action.sa_flags = SA_RESTART;
         ::sigaction(number, &action, nullptr);
     }
 }

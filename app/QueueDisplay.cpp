@@ -53,8 +53,12 @@ void QueueDisplay::refreshAfterClearing()
     m_dockTile.setBadgeLabel(QString());
 }
 
-void QueueDisplay::refreshAfterCombining()
+void QueueDisplay::refreshAfterCombining(bool wasEmptied)
 {
+    if (wasEmptied) {
+        m_outlets.filesTable->setBackgroundColor(QColor(Qt::white));
+        setControlsAvailable(true);
+    }
     showCount();
     showBadgeIfOn();
 }

@@ -33,8 +33,9 @@ public:
     /// After the queue was emptied by Clear.
     void refreshAfterClearing();
 
-    /// After a combine: the list is up to date already.
-    void refreshAfterCombining();
+    /// After a combine: the list is up to date already. `wasEmptied`: while the text was being joined the
+    /// user has taken everything off the list.
+    void refreshAfterCombining(bool wasEmptied);
 
     /// After a change of the settings.
     void updateBadge();

@@ -27,7 +27,9 @@ QString SavePanel::chosenPath() const
 void SavePanel::accept()
 {
     auto *const nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-    const QString name = nameEdit->text();
+    QString name = nameEdit->text();
+    while (name.endsWith(u'.'))
+        name.chop(1);
     if (!name.isEmpty() && !name.endsWith(u'/') && PathString::extension(name) != m_kind)
         nameEdit->setText(PathString::withExtension(name, m_kind));
     QFileDialog::accept();

@@ -9,15 +9,38 @@
 #include <QDir>
 #include <QIcon>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace brevant {
 
-void setUpApplication()
+namespace {
+
+void nameApplication()
 {
     QCoreApplication::setApplicationName(QStringLiteral("brevant"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVANT_VERSION));
+}
+
+} // namespace
+
+bool answeredInWords(int &argc, char *argv[])
+{
+    constexpr std::array<std::string_view, 4> words{"-h", "--help", "-v", "--version"};
+    if (std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) == argv + argc)
+        return false;
+    const QCoreApplication application(argc, argv);
+    nameApplication();
+    static_cast<void>(pathsOnCommandLine());
+    return true;
+}
+
+void setUpApplication()
+{
+    nameApplication();
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brevant"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.brevant.Brevant"));
     QIcon::setFallbackThemeName(QStringLiteral("breeze"));

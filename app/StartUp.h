@@ -6,6 +6,10 @@
 
 namespace brevant {
 
+/// Whether the arguments ask for words alone, the help or the version, which need no display. They are
+/// printed.
+[[nodiscard]] bool answeredInWords(int &argc, char *argv[]);
+
 /// Gives the application its name, version, icon and icon theme.
 void setUpApplication();
 

@@ -7,6 +7,8 @@
 
 int main(int argc, char *argv[])
 {
+    if (brevant::answeredInWords(argc, argv))
+        return 0;
     const QApplication qtApplication(argc, argv);
     brevant::setUpApplication();
     const QStringList paths = brevant::pathsOnCommandLine();

@@ -98,6 +98,8 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
     }
     if (parser.isSet(listOption) && parser.isSet(dryRunOption))
         return UsageError{QStringLiteral("--list and --dry-run cannot be used together")};
+    if (parser.isSet(reportOption) && (parser.isSet(listOption) || parser.isSet(dryRunOption)))
+        return UsageError{QStringLiteral("--report needs a run, which --list and --dry-run are not")};
     if (parser.isSet(listOption))
         line.action = CommandLine::Action::List;
     if (parser.isSet(dryRunOption))

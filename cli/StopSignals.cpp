@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/StopSignals.h"
 
+#include <cerrno>
 #include <csignal>
 #include <string_view>
 
@@ -23,7 +24,9 @@ extern "C" void handleStopSignal(int number)
         ::_exit(signalStatus + number);
     stopSignal = number;
     constexpr std::string_view words = "\nStopping after this file; once more to end at once.\n";
+    const int error = errno;
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
+    errno = error;
 }
 
 } // namespace

@@ -48,7 +48,7 @@ QString settingsFileError(const QString &fileName)
 QString inputError(const CommandLine &line)
 {
     if (!line.settingsFile.isEmpty()) {
-        if (const QString error = settingsFileError(line.settingsFile); !error.isEmpty())
+        if (QString error = settingsFileError(line.settingsFile); !error.isEmpty())
             return error;
     }
     for (const QString &path : line.paths) {
@@ -164,7 +164,7 @@ int runTerminal(const CommandLine &line, const Tools &tools)
         TerminalText::print(stdout, line.action == CommandLine::Action::Help ? helpText() : versionText());
         return static_cast<int>(ExitStatus::AllDone);
     }
-    if (const QString error = inputError(line); !error.isEmpty()) {
+    if (QString error = inputError(line); !error.isEmpty()) {
         printError(error);
         return static_cast<int>(ExitStatus::WrongUsage);
     }

@@ -30,8 +30,8 @@ public:
 private:
     void stop();
 
-    std::unique_ptr<QAudioSink> m_sink;
     QBuffer m_source;
+    std::unique_ptr<QAudioSink> m_sink; ///< after the source, which it reads while it lives
 };
 
 } // namespace brevant

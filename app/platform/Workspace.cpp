@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSysInfo>
 
 #include <utility>
 
@@ -21,6 +22,16 @@ QUrl fileUrl(const QString &path)
     const QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::current().filePath(path);
     const QByteArray name = QFile::encodeName(absolute);
     return QUrl::fromEncoded("file://" + name.toPercentEncoding("/"), QUrl::StrictMode);
+}
+
+std::optional<QString> localPath(const QUrl &url)
+{
+    const QString host = url.host();
+    const bool isHere = host.isEmpty() || host == QLatin1StringView("localhost") ||
+                        host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
+    if (!isHere || url.scheme() != QLatin1StringView("file") || url.path().isEmpty())
+        return std::nullopt;
+    return url.path(QUrl::FullyDecoded);
 }
 
 Workspace::Workspace(QDBusConnection bus)

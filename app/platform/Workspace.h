@@ -9,12 +9,16 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace brevant {
 
 /// The address of a file, with every byte escaped that has a meaning of its own in an address. A relative
 /// path counts from the working folder.
 [[nodiscard]] QUrl fileUrl(const QString &path);
+
+/// The path that the address of a file of this machine stands for; nothing for any other address.
+[[nodiscard]] std::optional<QString> localPath(const QUrl &url);
 
 /// What the desktop does for us: opening addresses and showing files in the file manager.
 class Workspace final {

@@ -235,7 +235,7 @@ void PreviewPanel::showItem(int index, int count)
         return;
     }
     m_item = m_dataSource->previewPanelPreviewItemAtIndex(index);
-    const QString path = m_item.toLocalFile();
+    const QString path = m_item.path(QUrl::FullyDecoded);
     const QString encoding = m_encodingName();
     if (m_loader->isLoading(path, encoding))
         return;
@@ -269,7 +269,7 @@ void PreviewPanel::showContent(const PreviewContent &content)
 
 void PreviewPanel::showLoading()
 {
-    showPage(m_item.toLocalFile(), tr("Loading…"));
+    showPage(m_item.path(QUrl::FullyDecoded), tr("Loading…"));
 }
 
 void PreviewPanel::showPage(const QString &path, const QString &sentence)

@@ -99,6 +99,7 @@ private:
     void showPage(const QString &path, const QString &sentence);
     void showHeader(const QString &path);
     [[nodiscard]] bool isOwnKey(QKeyEvent *event) const;
+    [[nodiscard]] bool isForUs(QKeyEvent *event) const;
     [[nodiscard]] bool handleKey(QKeyEvent *event);
 
     std::function<QString()> m_encodingName;

@@ -147,6 +147,14 @@ bool PreviewPanel::isOwnKey(QKeyEvent *event) const
            event->matches(QKeySequence::Forward) || event->matches(QKeySequence::Copy);
 }
 
+/// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
+/// in the panel would start a run.
+bool PreviewPanel::isForUs(QKeyEvent *event) const
+{
+    constexpr Qt::KeyboardModifiers menuKeys = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    return isOwnKey(event) || (!isModifier(*event) && !(event->modifiers() & menuKeys));
+}
+
 /// Whether the key was dealt with, here or by the delegate.
 bool PreviewPanel::handleKey(QKeyEvent *event)
 {
@@ -170,7 +178,7 @@ bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         m_offered = nullptr;
         auto *const key = static_cast<QKeyEvent *>(event);
-        if (event->type() == QEvent::ShortcutOverride ? isOwnKey(key) : handleKey(key)) {
+        if (event->type() == QEvent::ShortcutOverride ? isForUs(key) : handleKey(key)) {
             event->accept();
             return true;
         }
@@ -182,7 +190,7 @@ bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
 
 bool PreviewPanel::event(QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride && isOwnKey(static_cast<QKeyEvent *>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && isForUs(static_cast<QKeyEvent *>(event))) {
         event->accept();
         return true;
     }

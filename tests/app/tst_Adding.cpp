@@ -53,6 +53,33 @@ private Q_SLOTS:
         QVERIFY(!app.table->backgroundColor());
     }
 
+    void addressesOfOtherMachinesAreNoFiles_data()
+    {
+        QTest::addColumn<QByteArray>("address");
+        QTest::addColumn<QString>("path"); // empty if it is none
+        QTest::newRow("plain") << QByteArray("file:///a/b.css") << "/a/b.css";
+        QTest::newRow("localhost") << QByteArray("file://localhost/a/b.css") << "/a/b.css";
+        QTest::newRow("this machine") << "file://" + QSysInfo::machineHostName().toUtf8() + "/a/b.css"
+                                      << "/a/b.css";
+        QTest::newRow("another machine") << QByteArray("file://server.example/a/b.css") << QString();
+        QTest::newRow("the web") << QByteArray("https://brevant.example/b.css") << QString();
+        QTest::newRow("percent") << QByteArray("file:///a/100%25%20%23%3f.css") << "/a/100% #?.css";
+        QTest::newRow("two slashes") << QByteArray("file:////Home/b.css") << "//Home/b.css";
+        QTest::newRow("umlaut") << QByteArray("file:///a/%C3%BC.css") << QStringLiteral("/a/ü.css");
+        QTest::newRow("newline") << QByteArray("file:///a/x%0Ay.css") << "/a/x\ny.css";
+    }
+
+    void addressesOfOtherMachinesAreNoFiles()
+    {
+        QFETCH(QByteArray, address);
+        QFETCH(QString, path);
+        AppFixture app;
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), address + "\r\n");
+        QVERIFY(app.controller->tableViewAcceptDrop(data));
+        QCOMPARE(app.queue.entries(), path.isEmpty() ? std::vector<QString>() : std::vector<QString>({path}));
+    }
+
     void oneItemThenTwo()
     {
         AppFixture app;

@@ -203,6 +203,52 @@ private Q_SLOTS:
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0, 1}));
     }
 
+    void clearingMeanwhileLeavesTheCombinedFile()
+    {
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "b")});
+        app.controller->selectAll();
+        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        save(panelOf(app), target);
+        app.controller->clear();
+        QTRY_COMPARE(app.state(),
+                     QStringLiteral("buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""));
+        QCOMPARE(read(target), QByteArray("a\nb\n"));
+    }
+
+    void theListChangesAllAtOnceAndTheWindowAnswers()
+    {
+        AppFixture app;
+        const QByteArray text(20'000'000, 'x');
+        app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
+        app.controller->selectAll();
+        save(panelOf(app), app.folder.filePath(QStringLiteral("combined.css")));
+        int answers = 0;
+        while (app.queue.count() == 2) { // the window is alive, and shows what it showed before
+            QCOMPARE(app.status(), QStringLiteral("2 items"));
+            QCOMPARE(app.table->model()->rowCount(), 2);
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+            ++answers;
+        }
+        QVERIFY(answers > 1);
+        QCOMPARE(app.status(), QStringLiteral("1 item"));
+        QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
+    }
+
+    void endingMeanwhileWaitsForTheFile()
+    {
+        const QByteArray text(5'000'000, 'x');
+        const QTemporaryDir folder;
+        const QString target = folder.filePath(QStringLiteral("combined.css"));
+        {
+            AppFixture app;
+            app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
+            app.controller->selectAll();
+            save(panelOf(app), target);
+        }
+        QCOMPARE(read(target).size(), 2 * text.size() + 2);
+    }
+
     void aWriteThatFailsChangesTheListAllTheSame()
     {
         AppFixture app;

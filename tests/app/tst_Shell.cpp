@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
+#include <QWindow>
 
 using namespace brevant;
 
@@ -94,6 +95,48 @@ private Q_SLOTS:
         QVERIFY(app.delegate->sharedPreviewPanel()->isOpen());
         app.window.ui().quickLookMenu->trigger();
         QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+    }
+
+    void deselectingARowLeavesOneItem()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.table->selectRowIndexes({0, 2}, false);
+        app.delegate->togglePreviewPanel();
+        QCOMPARE(items(*app.controller).size(), 2);
+        app.table->selectRowIndexes({2}, false);
+        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f2.css")}));
+        app.delegate->togglePreviewPanel();
+    }
+
+    void thePreviewFloatsAndKeepsItsKeys()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        QTRY_VERIFY(panel->isVisible());
+        QCOMPARE(panel->windowHandle()->transientParent(), app.window.windowHandle());
+        QTest::keyClick(panel, Qt::Key_Return);
+        QTest::keyClick(panel, Qt::Key_Delete);
+        QVERIFY(!app.jobs.isRunning());
+        QCOMPARE(app.queue.count(), 3);
+        app.delegate->togglePreviewPanel();
+    }
+
+    void namesThatBeginWithTwoSlashes()
+    {
+        AppFixture app;
+        app.queue.append(QStringLiteral("//Home/User/a.css"));
+        app.drop({});
+        app.window.show();
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        const QUrl item = app.controller->previewPanelPreviewItemAtIndex(0);
+        QCOMPARE(item.path(), QStringLiteral("//Home/User/a.css"));
+        QVERIFY(!app.controller->previewPanelSourceFrameOnScreenForPreviewItem(item).isEmpty());
+        app.delegate->togglePreviewPanel();
     }
 
     void anArrowInThePreviewMovesTheSelection()

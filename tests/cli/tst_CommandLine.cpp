@@ -79,9 +79,9 @@ void tst_CommandLine::options_data()
                                           << a << u"s=1.json"_s << none << false;
     QTest::newRow("report") << QStringList{u"--report"_s, u"r.json"_s, u"a"_s} << Action::Minify << a << none
                             << u"r.json"_s << false;
-    QTest::newRow("all at once") << QStringList{u"--quiet"_s, u"--settings"_s, u"s"_s, u"--report"_s,
-                                                u"r"_s,       u"--dry-run"_s,  u"a"_s}
-                                 << Action::DryRun << a << u"s"_s << u"r"_s << true;
+    QTest::newRow("all at once") << QStringList{u"--quiet"_s,  u"--settings"_s, u"s"_s,
+                                                u"--report"_s, u"r"_s,          u"a"_s}
+                                 << Action::Minify << a << u"s"_s << u"r"_s << true;
     QTest::newRow("two dashes") << QStringList{u"--quiet"_s, u"--"_s, u"-x.css"_s, u"--list"_s, u"--"_s}
                                 << Action::Minify << QStringList{u"-x.css"_s, u"--list"_s, u"--"_s} << none
                                 << none << true;
@@ -119,6 +119,10 @@ void tst_CommandLine::wrongUses_data()
     QTest::newRow("nothing behind the dashes") << QStringList{u"--list"_s, u"--"_s} << noPath;
     QTest::newRow("list and dry run") << QStringList{u"--list"_s, u"--dry-run"_s, u"a"_s}
                                       << u"--list and --dry-run cannot be used together"_s;
+    QTest::newRow("report of a list") << QStringList{u"--list"_s, u"--report"_s, u"r"_s, u"a"_s}
+                                      << u"--report needs a run, which --list and --dry-run are not"_s;
+    QTest::newRow("report of a dry run") << QStringList{u"--dry-run"_s, u"--report"_s, u"r"_s, u"a"_s}
+                                         << u"--report needs a run, which --list and --dry-run are not"_s;
     QTest::newRow("empty settings file")
         << QStringList{u"--settings"_s, u""_s, u"a"_s} << u"--settings needs the name of a file"_s;
     QTest::newRow("empty report file")

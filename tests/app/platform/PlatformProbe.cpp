@@ -38,9 +38,9 @@ void badge()
 void mail()
 {
     const Workspace workspace;
-    const bool opened = static_cast<void>(
+    const bool opened =
         workspace.openUrl(feedbackMailUrl(QStringLiteral("support@brevant.example"), QStringLiteral("1.0"),
-                                          QStringLiteral("Größe (a, b) #1 50%"))));
+                                          QStringLiteral("Größe (a, b) #1 50%")));
     say(opened ? "opened" : "not opened");
 }
 
