@@ -58,7 +58,7 @@ void AppController::awakeFromNib()
         m_combining->showResult();
         m_queueDisplay.refreshAfterCombining(wasEmptied);
     });
-    m_queueDisplay.setControlsAvailable(false);
+    setControlsAvailable(m_outlets, false);
 }
 
 void AppController::addFile()

@@ -7,9 +7,8 @@
 #include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "settings/preferences/WarningSheet.h"
 
-#include <QGuiApplication>
-#include <QMessageBox>
 #include <QProgressBar>
 
 #include <cstdio>
@@ -36,19 +35,9 @@ void Combining::combine()
     const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));
     const std::vector<QString> entries = selectedEntries();
     if (const std::optional<CombineAlert> refusal = combineRefusal(entries))
-        showAlert(*refusal);
+        showWarningSheet(m_outlets.window, refusal->title, refusal->message, tr("OK"));
     else
         runSavePanel(combineKind(entries), encoding);
-}
-
-void Combining::showAlert(const CombineAlert &alert)
-{
-    auto *const box = new QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(),
-                                      alert.title, QMessageBox::Ok, m_outlets.window); // deletes itself
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(alert.message);
-    box->open();
 }
 
 void Combining::runSavePanel(const QString &kind, TextEncoding encoding)

@@ -37,7 +37,6 @@ Q_SIGNALS:
     void didCombine(bool wasEmptied);
 
 private:
-    void showAlert(const CombineAlert &alert);
     void runSavePanel(const QString &kind, TextEncoding encoding);
     void write(const QString &target, TextEncoding encoding);
     void finish(const std::vector<QString> &sources, const QString &target, const CombineResult &result);

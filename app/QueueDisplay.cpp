@@ -19,13 +19,24 @@ QString itemCountText(int count)
     return count == 1 ? QStringLiteral("%1 item").arg(count) : QStringLiteral("%1 items").arg(count);
 }
 
+void setControlsAvailable(const Outlets &outlets, bool available)
+{
+    // A button that goes hands the focus on as the Tab key does, and the list would draw its ring.
+    if (!available && (outlets.minifyButton->hasFocus() || outlets.clearButton->hasFocus()))
+        outlets.filesTable->setFocus(Qt::OtherFocusReason);
+    outlets.minifyButton->setVisible(available);
+    outlets.clearButton->setVisible(available);
+    outlets.minifyMenu->setEnabled(available);
+    outlets.clearMenu->setEnabled(available);
+}
+
 void QueueDisplay::refreshAfterAdding()
 {
     if (m_queue.isEmpty())
         return;
     m_outlets.filesTable->setBackgroundColor(QColor(Qt::white));
     m_outlets.filesTable->reloadData();
-    setControlsAvailable(true);
+    setControlsAvailable(m_outlets, true);
     showBadgeIfOn();
     showCount();
 }
@@ -37,7 +48,7 @@ void QueueDisplay::refreshAfterRemoving()
     showBadgeIfOn();
     if (!m_queue.isEmpty())
         return;
-    setControlsAvailable(false);
+    setControlsAvailable(m_outlets, false);
     m_outlets.filesTable->setBackgroundColor(std::nullopt);
     m_outlets.progressTextField->setStringValue(QString());
     m_dockTile.setBadgeLabel(QString());
@@ -48,7 +59,7 @@ void QueueDisplay::refreshAfterClearing()
     m_outlets.filesTable->setBackgroundColor(std::nullopt);
     m_outlets.window->setPalette(QPalette());
     m_outlets.filesTable->reloadData();
-    setControlsAvailable(false);
+    setControlsAvailable(m_outlets, false);
     m_outlets.progressTextField->setStringValue(QString());
     m_dockTile.setBadgeLabel(QString());
 }
@@ -57,7 +68,7 @@ void QueueDisplay::refreshAfterCombining(bool wasEmptied)
 {
     if (wasEmptied) {
         m_outlets.filesTable->setBackgroundColor(QColor(Qt::white));
-        setControlsAvailable(true);
+        setControlsAvailable(m_outlets, true);
     }
     showCount();
     showBadgeIfOn();
@@ -69,14 +80,6 @@ void QueueDisplay::updateBadge()
         m_dockTile.setBadgeLabel(QString());
     else if (!m_queue.isEmpty())
         showBadgeIfOn();
-}
-
-void QueueDisplay::setControlsAvailable(bool available)
-{
-    m_outlets.minifyButton->setVisible(available);
-    m_outlets.clearButton->setVisible(available);
-    m_outlets.minifyMenu->setEnabled(available);
-    m_outlets.clearMenu->setEnabled(available);
 }
 
 void QueueDisplay::showCount()

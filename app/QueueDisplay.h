@@ -15,6 +15,9 @@ class SettingsStore;
 /// The text of the status line for a queue of `count` entries: "1 item", "3 items".
 [[nodiscard]] QString itemCountText(int count);
 
+/// Minify and Clear, buttons and menu items alike: to be had, or not.
+void setControlsAvailable(const Outlets &outlets, bool available);
+
 /// Keeps what the window and the dock icon show of the queue in step with it.
 class QueueDisplay final {
 public:
@@ -39,9 +42,6 @@ public:
 
     /// After a change of the settings.
     void updateBadge();
-
-    /// Minify and Clear, buttons and menu items alike: to be had, or not.
-    void setControlsAvailable(bool available);
 
 private:
     void showCount();

@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowJobDisplay.h"
 
+#include "app/QueueDisplay.h"
 #include "app/StatusLine.h"
 #include "app/platform/DoneSound.h"
 #include "queue/view/BVTableView.h"
-
-#include <QAction>
-#include <QPushButton>
 
 #include <utility>
 
@@ -23,19 +21,9 @@ void WindowJobDisplay::onMainThread(std::function<void()> step)
     QMetaObject::invokeMethod(this, std::move(step), Qt::QueuedConnection);
 }
 
-void WindowJobDisplay::setControlsAvailable(bool available)
-{
-    onMainThread([this, available] {
-        m_outlets.minifyMenu->setEnabled(available);
-        m_outlets.clearMenu->setEnabled(available);
-        m_outlets.clearButton->setVisible(available);
-        m_outlets.minifyButton->setVisible(available);
-    });
-}
-
 void WindowJobDisplay::lockControls()
 {
-    setControlsAvailable(false);
+    onMainThread([this] { setControlsAvailable(m_outlets, false); });
 }
 
 void WindowJobDisplay::setStatusText(const QString &text)
@@ -66,7 +54,7 @@ void WindowJobDisplay::playDoneSound()
 
 void WindowJobDisplay::unlockControls()
 {
-    setControlsAvailable(true);
+    onMainThread([this] { setControlsAvailable(m_outlets, true); });
 }
 
 } // namespace brevant

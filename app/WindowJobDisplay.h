@@ -30,7 +30,6 @@ public:
 
 private:
     void onMainThread(std::function<void()> step);
-    void setControlsAvailable(bool available);
 
     const Outlets m_outlets;
     DoneSound &m_sound;

@@ -8,11 +8,10 @@
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "settings/preferences/WarningSheet.h"
 #include "ui_Preferences.h"
 
 #include <QButtonGroup>
-#include <QLabel>
-#include <QMessageBox>
 
 namespace brevant {
 
@@ -30,13 +29,14 @@ void PreferenceController::suffixSwitcherClicked()
         break;
     case sameAsSourceRow:
         // Shown wherever the outputs go, although its text speaks of the source's own folder.
-        warn(tr("Be careful with this option"),
-             tr("If you enable output filename 'the same as source' and choose save minified files to 'the "
-                "same "
-                "folder as source', the minified file will be saved as the same name of the source file "
-                "under the "
-                "same directory, your source file will be lost."),
-             tr("OK"));
+        showWarningSheet(
+            m_window.get(), tr("Be careful with this option"),
+            tr("If you enable output filename 'the same as source' and choose save minified files to 'the "
+               "same "
+               "folder as source', the minified file will be saved as the same name of the source file "
+               "under the "
+               "same directory, your source file will be lost."),
+            tr("OK"));
         m_store.setBool(false, suffixSwitcherKeyString);
         m_ui->suffixField->setEnabled(false);
         break;
@@ -95,12 +95,13 @@ void PreferenceController::enablePHPCheckerClicked()
 {
     // What was stored decides, not the check box: switching it off never warns.
     if (!m_store.boolForKey(enablePHPCheckerKeyString)) {
-        warn(tr("PHP compression is an experiment feature"),
-             tr("Please aware that PHP compression is an experiment feature. Currently it doesn't support // "
-                "comments.\n\nIf you want to compress a PHP file, you need to delete all the // comments "
-                "before "
-                "that. Brevant can remove whitespace characters for you."),
-             tr("OK, I got it."));
+        showWarningSheet(
+            m_window.get(), tr("PHP compression is an experiment feature"),
+            tr("Please aware that PHP compression is an experiment feature. Currently it doesn't support // "
+               "comments.\n\nIf you want to compress a PHP file, you need to delete all the // comments "
+               "before "
+               "that. Brevant can remove whitespace characters for you."),
+            tr("OK, I got it."));
     }
     storeChecker(m_ui->enablePHPChecker, enablePHPCheckerKeyString);
 }
@@ -211,26 +212,6 @@ void PreferenceController::close()
 void PreferenceController::storeEncoding(EncodingItem item)
 {
     m_store.setObject(QString(allEncodings().at(item).name), selectedEncodingKeyString);
-}
-
-void PreferenceController::warn(const QString &message, const QString &informativeText, const QString &button)
-{
-    // Nobody waits for it: what it warns of is already done when it shows.
-    auto *sheet = new QMessageBox(m_window.get()); // deletes itself when it is closed
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->setWindowModality(Qt::WindowModal);
-    sheet->setWindowTitle(m_window->windowTitle());
-    sheet->setIcon(QMessageBox::Warning);
-    sheet->setTextFormat(Qt::PlainText);
-    sheet->setText(message);
-    sheet->setInformativeText(informativeText);
-    sheet->addButton(button, QMessageBox::AcceptRole);
-    if (auto *headline = sheet->findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        QFont bold = headline->font();
-        bold.setBold(true);
-        headline->setFont(bold);
-    }
-    sheet->open();
 }
 
 } // namespace brevant

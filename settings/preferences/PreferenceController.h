@@ -131,7 +131,6 @@ private:
     void setChecker(QCheckBox *checker, QLatin1StringView key) const;
     void storeChecker(const QCheckBox *checker, QLatin1StringView key);
     void storeEncoding(EncodingItem item);
-    void warn(const QString &message, const QString &informativeText, const QString &button);
 
     SettingsStore &m_store;
     const IconForPath m_iconForPath;
