@@ -1,0 +1,122 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What those notice who do not look at the window: assistive programs, and the desktop's dock."""
+from gi.repository import Gio, GLib
+
+from cases import run
+from session import equal, wait_for
+
+
+class Signals:
+    """Collects what is sent on a bus."""
+
+    def __init__(self, bus, interface, member):
+        self.received = []
+        bus.signal_subscribe(None, interface, member, None, None, Gio.DBusSignalFlags.NONE, self._receive)
+
+    def _receive(self, _bus, _sender, path, _interface, _member, arguments):
+        self.received.append((path, arguments))
+
+    def expect(self, what, test):
+        """Waits for one that passes, and forgets it and those before it."""
+        def found():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            for index, signal in enumerate(self.received):
+                if test(*signal):
+                    del self.received[:index + 1]
+                    return signal
+            return None
+        return wait_for(lambda: f"{what} among {self.received}", found)
+
+
+def every_control_has_a_name_and_a_role(case):
+    program = case.start(case.file("a.css"))
+    program.expect_names("a.css")
+    found = {(node.role, node.name.split("\t")[0]) for node in program.window.walk() if node.name}
+    expected = {
+        ("frame", "Brevant"), ("table", "Files"), ("label", "1 item"), ("push button", "Clear"),
+        ("push button", "Minify"), ("progress bar", "Adding files"),
+        *(("menu item", name) for name in (
+            "File", "Edit", "View", "Help", "Add Files…", "Minify", "Combine…", "Clear", "Quit",
+            "Select All", "Remove", "Reveal in File Manager", "Preferences…", "Quick Look",
+            "Brevant Home Page", "Send Feedback…", "About Brevant")),
+    }
+    equal(expected - found, set(), "controls that are not found")
+    controls = ("push button", "check box", "radio button", "text", "table", "cell", "menu item", "combo box")
+    nameless = [node for node in program.window.walk() if not node.name and node.role in controls]
+    equal(nameless, [], "controls without a name")
+
+
+def every_preference_has_a_name_and_a_role(case):
+    program = case.start()
+    program.key("ctrl+comma")
+    program.expect_active("Preferences")
+    window = wait_for("the preferences", lambda: next(
+        (node for node in program.root.children if node.name == "Preferences"), None))
+    counts = {}
+    for node in window.walk():
+        if node.role in ("check box", "radio button", "text", "combo box"):
+            equal(bool(node.name and node.description), True, f"name and description of {node!r}")
+            counts[node.role] = counts.get(node.role, 0) + 1
+    equal(counts, {"check box": 12, "radio button": 2, "text": 2, "combo box": 2})
+
+
+def rows_read_name_and_folder(case):
+    program = case.start(case.file("css/a one.css"), case.file("b.js"))
+    wait_for(lambda: f"the rows, not {program.rows()}", lambda: program.rows() == [
+        f"a one.css, {case.folder}/css", f"b.js, {case.folder}"])
+
+
+def a_run_is_started_and_heard_of(case):
+    """Without pointer or keys: pressed and listened to."""
+    source = case.file("a.css", "a  { color : red ; }\n")
+    bus = case.session.accessibility_bus
+    bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
+                  "RegisterEvent", GLib.Variant("(sass)", ("object:property-change", [], "")), None, 0, 5000,
+                  None)
+    changes = Signals(bus, "org.a11y.atspi.Event.Object", "PropertyChange")
+    program = case.start(source)
+    program.expect_names("a.css")
+    label = program.window.find("label", "1 item")
+    program.button("Minify").act("Press")
+    program.expect_status("Well done!")
+    changes.expect("a changed name of the status line", lambda path, arguments: path == label._path)
+    equal((case.folder / "a.min.css").read_bytes(), b"a{color:red}")
+
+
+def the_dock_icon_counts(case):
+    signals = Signals(case.session.bus, "com.canonical.Unity.LauncherEntry", "Update")
+
+    def badge(count):
+        def test(_path, arguments):
+            equal(arguments.get_type_string(), "(sa{sv})")
+            application, properties = arguments.unpack()
+            equal(application, "application://org.brevant.Brevant.desktop")
+            types = {}
+            values = arguments.get_child_value(1)
+            for index in range(values.n_children()):
+                entry = values.get_child_value(index)
+                value = entry.get_child_value(1).get_variant()
+                types[entry.get_child_value(0).get_string()] = value.get_type_string()
+            if "count" not in properties:
+                return False
+            equal((types["count"], types["count-visible"]), ("x", "b"))
+            return properties["count-visible"] == (count > 0) and (count == 0 or properties["count"] == count)
+        signals.expect(f"a badge of {count}", test)
+
+    program = case.start()
+    x, y, _width, _height = program.table.extents
+    case.drop(x + 12, y + 12, case.file("a.css"), case.file("b.css"), case.file("c.css"))
+    program.expect_names("a.css", "b.css", "c.css")
+    badge(3)
+    program.click(program.row("a.css"))
+    program.expect_active("Brevant")
+    program.key("Delete")
+    badge(2)
+    program.click(program.button("Clear"))
+    badge(0)
+
+
+run([every_control_has_a_name_and_a_role, every_preference_has_a_name_and_a_role, rows_read_name_and_folder,
+     a_run_is_started_and_heard_of, the_dock_icon_counts])
