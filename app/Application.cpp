@@ -3,13 +3,19 @@
 #include "app/Application.h"
 
 #include "app/MenuActions.h"
+#include "app/StartUp.h"
 #include "settings/SettingsKeys.h"
 
 #include <QTimer>
 
+#include <chrono>
+#include <utility>
+
 namespace brevant {
 
 namespace {
+
+constexpr std::chrono::milliseconds longestWait(500);
 
 // The layout must be loaded before anybody asks for the controls.
 Outlets loaded(MainWindow &window)
@@ -32,7 +38,6 @@ Application::Application(const QString &settingsFile)
       m_lifetime(m_window, m_jobs)
 {
     m_settings.registerDefaults(registeredDefaults());
-    m_settings.watchFile();
     m_controller.init();
     m_controller.awakeFromNib();
     m_lifetime.catchSignals();
@@ -48,10 +53,20 @@ void Application::start(const QStringList &paths)
 {
     m_window.show();
     m_delegate.applicationDidFinishLaunching();
-    if (paths.isEmpty())
+    m_paths = paths;
+    // What takes a while is left until the window has been painted, or is not going to be, being minimised.
+    QObject::connect(&m_window, &MainWindow::painted, &m_delegate, [this] { finishStart(); });
+    QTimer::singleShot(longestWait, &m_delegate, [this] { finishStart(); });
+}
+
+void Application::finishStart()
+{
+    if (std::exchange(m_started, true))
         return;
-    // Once the window has been painted: walking a large folder takes a while.
-    QTimer::singleShot(0, &m_delegate, [this, paths] { m_delegate.applicationOpenFiles(paths); });
+    loadApplicationIcon();
+    m_settings.watchFile();
+    if (!m_paths.isEmpty())
+        m_delegate.applicationOpenFiles(m_paths);
 }
 
 } // namespace brevant

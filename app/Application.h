@@ -38,6 +38,10 @@ public:
     [[nodiscard]] JobRunner &jobs() { return m_jobs; }
 
 private:
+    void finishStart();
+
+    QStringList m_paths; ///< to be added at the start
+    bool m_started = false;
     SettingsStore m_settings;
     FileQueue m_queue;
     DockTile m_dockTile;

@@ -8,6 +8,9 @@
 #include <QCloseEvent>
 #include <QMenu>
 #include <QShortcut>
+#include <QTimer>
+
+#include <utility>
 
 // Resources in a static library are there only for those who ask; the macro wants to stand outside of
 // namespaces.
@@ -82,6 +85,13 @@ void MainWindow::updateSelectionActions()
     const bool anySelected = m_ui->filesTable->selectedRow() >= 0;
     for (QAction *action : {m_ui->removeMenu, m_ui->revealMenu, m_ui->quickLookMenu})
         action->setEnabled(anySelected);
+}
+
+void MainWindow::paintEvent(QPaintEvent *event)
+{
+    QMainWindow::paintEvent(event);
+    if (!std::exchange(m_painted, true))
+        QTimer::singleShot(0, this, &MainWindow::painted);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

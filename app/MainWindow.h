@@ -39,8 +39,12 @@ Q_SIGNALS:
     /// The user closes the window. It is hidden then; what becomes of the program is up to the receiver.
     void closed();
 
+    /// The window has painted itself for the first time.
+    void painted();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void setUpButtons();
@@ -48,6 +52,7 @@ private:
     void updateSelectionActions();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
+    bool m_painted = false;
 };
 
 } // namespace brevant

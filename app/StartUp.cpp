@@ -44,6 +44,10 @@ void setUpApplication()
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brevant"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.brevant.Brevant"));
     QIcon::setFallbackThemeName(QStringLiteral("breeze"));
+}
+
+void loadApplicationIcon()
+{
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
         icon.addFile(QStringLiteral(":/icons/hicolor/%1x%1/apps/org.brevant.Brevant.png").arg(size),

@@ -10,8 +10,12 @@ namespace brevant {
 /// printed.
 [[nodiscard]] bool answeredInWords(int &argc, char *argv[]);
 
-/// Gives the application its name, version, icon and icon theme.
+/// Gives the application its name, version and icon theme.
 void setUpApplication();
+
+/// Gives the application its icon. Reading the pictures takes a while that the first painting need not wait
+/// for.
+void loadApplicationIcon();
 
 /// The files and folders named on the command line, from the root. Answers --help and --version, and ends the
 /// process with 2 for an unknown option.

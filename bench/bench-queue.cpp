@@ -55,7 +55,7 @@ int benchMemory(const char *count)
     const qint64 before = residentBytes();
     const int entries = QByteArray(count).toInt();
     for (int i = 0; i < entries; ++i)
-        queue.append(QStringLiteral("/srv/sites/%1.css").arg(i, 64, 10, QLatin1Char('0')));
+        queue.append(QStringLiteral("/srv/sites/%1.css").arg(i, 65, 10, QLatin1Char('0')));
     std::printf("%lld %d\n", static_cast<long long>(residentBytes() - before), queue.count());
     return queue.entryAt(0)->size() == 80 ? 0 : 1;
 }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// bench-window empty | start     prints the milliseconds since BREVANT_BENCH_START (nanoseconds of the
+// bench-window start             prints the milliseconds since BREVANT_BENCH_START (nanoseconds of the
 // monotonic
-//                                clock) when an empty window, or the application's, has first painted itself
+//                                clock) when the application's window has first painted itself
 // bench-window frames COUNT      prints the mean and the worst milliseconds of a scrolled frame with COUNT
 // rows, first
 //                                with none selected, then with all
@@ -13,6 +13,7 @@
 #include "app/Application.h"
 #include "app/StartUp.h"
 #include "app/StatusLine.h"
+#include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
 
@@ -21,7 +22,6 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -41,24 +41,6 @@ double millisecondsSince(Clock::time_point start)
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-/// Ends the program when the watched widget has painted itself.
-class FirstPaint final : public QObject {
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() != QEvent::Paint)
-            return false;
-        watched->removeEventFilter(this);
-        QTimer::singleShot(0, [] {
-            const Clock::time_point start{Clock::duration(std::atoll(std::getenv("BREVANT_BENCH_START")))};
-            std::printf("%.2f\n", millisecondsSince(start));
-            std::fflush(stdout);
-            std::_Exit(0);
-        });
-        return false;
-    }
-};
-
 void drop(Application &application, const QStringList &paths)
 {
     QMimeData data;
@@ -73,7 +55,7 @@ QStringList manyPaths(const char *count)
 {
     QStringList paths;
     for (int i = 0; i < QByteArray(count).toInt(); ++i)
-        paths.append(QStringLiteral("/srv/sites/%1.css").arg(i, 64, 10, QLatin1Char('0')));
+        paths.append(QStringLiteral("/srv/sites/%1.css").arg(i, 65, 10, QLatin1Char('0')));
     return paths;
 }
 
@@ -136,13 +118,6 @@ int main(int argc, char *argv[])
     const QApplication qtApplication(argc, argv);
     const std::string_view mode = argc > 1 ? argv[1] : "";
     FirstPaint firstPaint;
-    if (mode == "empty") {
-        QWidget window;
-        window.resize(520, 560);
-        window.installEventFilter(&firstPaint);
-        window.show();
-        return QApplication::exec();
-    }
     setUpApplication();
     const QTemporaryDir folder;
     Application application(folder.filePath(QStringLiteral("settings.json")));
@@ -164,9 +139,8 @@ int main(int argc, char *argv[])
     } else if (mode == "job" && argc > 2) {
         benchJob(application, QCoreApplication::arguments().sliced(2));
     } else {
-        std::fprintf(
-            stderr,
-            "usage: bench-window empty | start | frames COUNT | drop TREE | edit COUNT | job FILE...\n");
+        std::fprintf(stderr,
+                     "usage: bench-window start | frames COUNT | drop TREE | edit COUNT | job FILE...\n");
         return 2;
     }
     return 0;

@@ -2,93 +2,52 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
 
-#include "app/platform/SoundPlayer.h"
+#include "app/sound/SoundEngine.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
-#include <QThread>
-
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-
-#include <unistd.h>
+#include <QLibrary>
 
 namespace brevant {
 
-using namespace std::chrono_literals;
-
 namespace {
 
-/// The sink drops what it still holds when it is told that the sound is over.
-constexpr auto trailingSilence = 250ms;
-
-/// A sound that comes later than this says nothing any more.
-constexpr auto latestStart = 5s;
-
-/// What a healthy sound server needs to let go of the sound is far less.
-constexpr auto patienceAtEnd = 200ms;
-
-/// Leaves with the status the program is leaving with, but before any static object is destroyed: those of Qt
-/// Multimedia would wait for the thread that we could not stop.
-[[maybe_unused]] void leaveNow(int status, void * /*unused*/)
+/// Makes an engine from the module, in whichever of the places it is; null if it is in none.
+std::unique_ptr<SoundEngine> makeEngine()
 {
-    std::fflush(nullptr);
-    ::_exit(status);
-}
-
-void leaveWithoutWaitingForThreads()
-{
-#ifdef __GLIBC__
-    ::on_exit(leaveNow, nullptr);
-#endif
+    const QDir folder(QCoreApplication::applicationDirPath());
+    // A build folder, the tests in it, an installation.
+    for (const char *const place : {"modules", "../modules", BREVANT_INSTALLED_MODULES}) {
+        const QString file = folder.filePath(QLatin1StringView(place) + QLatin1StringView("/brevant-sound.so"));
+        if (!QFile::exists(file))
+            continue;
+        // Stays loaded to the end: a thread that the sound server holds up may still be in it.
+        QLibrary module(file);
+        if (const auto make = reinterpret_cast<MakeSoundEngine>(module.resolve("brevantMakeSoundEngine")))
+            return std::unique_ptr<SoundEngine>(make());
+    }
+    return nullptr;
 }
 
 } // namespace
 
 DoneSound::DoneSound() = default;
 
-DoneSound::~DoneSound()
-{
-    if (!m_thread)
-        return;
-    m_thread->requestInterruption();
-    m_thread->quit();
-    if (m_thread->wait(QDeadlineTimer(patienceAtEnd)))
-        return;
-    // Blocked by the sound server. The thread keeps its own objects and is left behind with them.
-    static_cast<void>(m_thread.release());
-    leaveWithoutWaitingForThreads();
-}
+DoneSound::~DoneSound() = default;
 
 bool DoneSound::load(const QString &path)
 {
+    if (!m_engine)
+        m_engine = makeEngine();
     QFile file(path);
-    return loadFromData(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
-}
-
-bool DoneSound::loadFromData(const QByteArray &file)
-{
-    m_samples = decodedSound(file, trailingSilence);
-    return m_samples.has_value();
+    return m_engine && m_engine->loadFromData(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
 }
 
 void DoneSound::play()
 {
-    if (!m_samples)
-        return;
-    if (!m_thread) {
-        m_thread = std::make_unique<QThread>();
-        m_player = new SoundPlayer; // deleted on its thread, below
-        m_player->moveToThread(m_thread.get());
-        QObject::connect(m_thread.get(), &QThread::finished, m_player, &QObject::deleteLater);
-        m_thread->start();
-    }
-    QMetaObject::invokeMethod(
-        m_player,
-        [player = m_player, samples = *m_samples, latest = QDeadlineTimer(latestStart)] {
-            player->play(samples, latest);
-        },
-        Qt::QueuedConnection);
+    if (m_engine)
+        m_engine->play();
 }
 
 } // namespace brevant

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
-#include "app/platform/SoundSamples.h"
+#include "app/sound/SoundSamples.h"
+#include "app/sound/SoundThread.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -123,11 +124,12 @@ void tst_SoundSamples::damagedFiles()
 void tst_SoundSamples::loads()
 {
     DoneSound sound;
+    SoundThread engine;
     QVERIFY(sound.load());
     QVERIFY(sound.load(QStringLiteral(":/Done.aif")));
-    QVERIFY(sound.loadFromData(m_file));
+    QVERIFY(engine.loadFromData(m_file));
     QVERIFY(!sound.load(QStringLiteral("/nonexistent/Done.aif")));
-    QVERIFY(!sound.loadFromData("no sound"));
+    QVERIFY(!engine.loadFromData("no sound"));
     sound.play(); // nothing is loaded, nothing happens
 
     const QTemporaryDir folder;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/platform/SoundPlayer.h"
+#include "app/sound/SoundPlayer.h"
 
-#include "app/platform/SoundMessages.h"
+#include "app/sound/SoundMessages.h"
 
 #include <QAudioDevice>
 #include <QAudioFormat>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/platform/SoundSamples.h"
+#include "app/sound/SoundSamples.h"
 
 #include <QBuffer>
 #include <QDeadlineTimer>
