@@ -10,7 +10,7 @@
 
 namespace brevant {
 
-DockTile::DockTile(QDBusConnection bus) : m_bus(std::move(bus)) {}
+DockTile::DockTile(std::optional<QDBusConnection> bus) : m_bus(std::move(bus)) {}
 
 void DockTile::setBadgeLabel(const QString &label)
 {
@@ -33,13 +33,14 @@ void DockTile::setProgress(std::optional<double> progress)
 
 void DockTile::update(const QVariantMap &properties) const
 {
-    if (!m_bus.isConnected())
+    const QDBusConnection bus = m_bus ? *m_bus : QDBusConnection::sessionBus();
+    if (!bus.isConnected())
         return;
     QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/brevant/Brevant/LauncherEntry"),
                                                      QStringLiteral("com.canonical.Unity.LauncherEntry"),
                                                      QStringLiteral("Update"));
     signal << QStringLiteral("application://org.brevant.Brevant.desktop") << properties;
-    m_bus.send(signal);
+    bus.send(signal);
 }
 
 } // namespace brevant

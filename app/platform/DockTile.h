@@ -16,7 +16,8 @@ namespace brevant {
 /// the bus. Where there is no bus nothing happens.
 class DockTile final {
 public:
-    explicit DockTile(QDBusConnection bus = QDBusConnection::sessionBus());
+    /// Without a connection, that of the session, which is made when it is first needed.
+    explicit DockTile(std::optional<QDBusConnection> bus = {});
 
     /// Shows a number, written in decimal digits. "" takes it away, as does a text that is no number, which a
     /// dock cannot show.
@@ -33,7 +34,7 @@ public:
 private:
     void update(const QVariantMap &properties) const;
 
-    QDBusConnection m_bus;
+    std::optional<QDBusConnection> m_bus;
     QString m_badgeLabel;
     std::optional<double> m_progress;
 };

@@ -10,8 +10,8 @@ namespace brevant {
 
 class SoundEngine;
 
-/// The sound at the end of a run. Whatever the sound server does, or if there is none, no call here blocks and
-/// nothing is printed; without the sound module the program is silent.
+/// The sound at the end of a run. Whatever the sound server does, or if there is none, no call here blocks
+/// and nothing is printed; without the sound module the program is silent.
 class DoneSound final {
 public:
     DoneSound();

@@ -34,12 +34,12 @@ std::optional<QString> localPath(const QUrl &url)
     return url.path(QUrl::FullyDecoded);
 }
 
-Workspace::Workspace(QDBusConnection bus)
+Workspace::Workspace(std::optional<QDBusConnection> bus)
     : Workspace(std::move(bus), [](const QUrl &url) { return QDesktopServices::openUrl(url); })
 {
 }
 
-Workspace::Workspace(QDBusConnection bus, UrlOpener opener)
+Workspace::Workspace(std::optional<QDBusConnection> bus, UrlOpener opener)
     : m_bus(std::move(bus)), m_opener(std::move(opener))
 {
 }
@@ -51,7 +51,8 @@ bool Workspace::openUrl(const QUrl &url) const
 
 void Workspace::selectFile(const QString &path)
 {
-    if (!m_bus.isConnected()) {
+    const QDBusConnection bus = m_bus ? *m_bus : QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
         openFolderOf(path);
         return;
     }
@@ -62,7 +63,7 @@ void Workspace::selectFile(const QString &path)
     question << QStringList{fileUrl(path).toString(QUrl::FullyEncoded)} << startupId;
 
     auto *watcher = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(question, static_cast<int>(m_answerTimeout.count())), &m_questions);
+        bus.asyncCall(question, static_cast<int>(m_answerTimeout.count())), &m_questions);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, path] {
         if (QDBusPendingReply<>(*watcher).isError())
             openFolderOf(path);

@@ -27,8 +27,9 @@ public:
     using UrlOpener = std::function<bool(const QUrl &)>;
 
     /// Opens addresses with the desktop's own programs.
-    explicit Workspace(QDBusConnection bus = QDBusConnection::sessionBus());
-    Workspace(QDBusConnection bus, UrlOpener opener);
+    /// Without a connection, that of the session, which is made when it is first needed.
+    explicit Workspace(std::optional<QDBusConnection> bus = {});
+    Workspace(std::optional<QDBusConnection> bus, UrlOpener opener);
 
     /// Opens an address in the program the user has chosen for it. False if there is none.
     [[nodiscard]] bool openUrl(const QUrl &url) const;
@@ -43,7 +44,7 @@ public:
 private:
     void openFolderOf(const QString &path) const;
 
-    QDBusConnection m_bus;
+    std::optional<QDBusConnection> m_bus;
     UrlOpener m_opener;
     std::chrono::milliseconds m_answerTimeout = std::chrono::seconds(5);
     QObject m_questions; ///< parent of what waits for an answer

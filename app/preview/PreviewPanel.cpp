@@ -250,13 +250,15 @@ void PreviewPanel::showItem(int index, int count)
 void PreviewPanel::showContent(const PreviewContent &content)
 {
     m_patience.stop();
-    const QString sentence = previewSentence(content);
+    QString sentence = previewSentence(content);
+    if (sentence.isEmpty() && !m_text)
+        sentence = tr("The preview is not installed.");
     if (sentence.isEmpty()) {
         showHeader(content.path);
         m_text->setContent(content);
         m_text->editor()->setAccessibleName(tr("Text of %1").arg(m_name->text()));
-        m_pages->setCurrentWidget(m_text);
-        m_text->setFocus();
+        m_pages->setCurrentWidget(m_text->widget());
+        m_text->widget()->setFocus();
     } else {
         showPage(content.path, sentence);
     }
@@ -265,6 +267,11 @@ void PreviewPanel::showContent(const PreviewContent &content)
     m_footer->setText(previewFooter(content));
     if (m_zoom->isZooming() && m_open)
         m_zoom->setPicture(grab());
+}
+
+QString PreviewPanel::shownText() const
+{
+    return m_text && m_pages->currentWidget() == m_text->widget() ? m_text->shownText() : QString();
 }
 
 void PreviewPanel::showLoading()

@@ -69,6 +69,9 @@ public:
     /// Asks for the items again. The item that is shown stays if it is still among them.
     void reloadData();
 
+    /// The text shown; empty while a sentence stands in its place.
+    [[nodiscard]] QString shownText() const;
+
     [[nodiscard]] int currentPreviewItemIndex() const { return m_index; } ///< -1 if there is none
     void setCurrentPreviewItemIndex(int index);
 
@@ -122,7 +125,7 @@ private:
     QToolButton *m_previous;
     QToolButton *m_next;
     QStackedWidget *m_pages;
-    PreviewText *m_text;
+    PreviewText *m_text; ///< a child of the pages; null if its module is missing
     QLabel *m_sentence;
     QLabel *m_notice;
     QLabel *m_footer;

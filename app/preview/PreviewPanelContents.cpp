@@ -57,9 +57,12 @@ void PreviewPanel::setUpContents()
 {
     setAccessibleName(tr("Preview"));
     m_pages = new QStackedWidget(this);
-    m_text = new PreviewText(m_pages);
-    m_text->editor()->setObjectName(QStringLiteral("previewText"));
-    m_text->editor()->installEventFilter(this);
+    m_text = makePreviewText(m_pages);
+    if (m_text) {
+        m_text->editor()->setObjectName(QStringLiteral("previewText"));
+        m_text->editor()->installEventFilter(this);
+        m_pages->addWidget(m_text->widget());
+    }
     m_sentence = new QLabel(m_pages);
     m_sentence->setObjectName(QStringLiteral("previewSentence"));
     m_sentence->setTextFormat(Qt::PlainText);
@@ -70,7 +73,6 @@ void PreviewPanel::setUpContents()
     m_sentence->setBackgroundRole(QPalette::Base);
     m_sentence->setForegroundRole(QPalette::Text);
     m_pages->addWidget(m_sentence);
-    m_pages->addWidget(m_text);
     m_notice = new QLabel(this);
     m_notice->setObjectName(QStringLiteral("previewNotice"));
     m_notice->setTextFormat(Qt::PlainText);
@@ -167,7 +169,7 @@ bool PreviewPanel::handleKey(QKeyEvent *event)
     } else if (event->matches(QKeySequence::Forward)) {
         setCurrentPreviewItemIndex(m_index + 1);
     } else if (event->matches(QKeySequence::Copy)) {
-        if (const QString text = m_text->selectedText(); !text.isEmpty())
+        if (const QString text = m_text ? m_text->selectedText() : QString(); !text.isEmpty())
             QGuiApplication::clipboard()->setText(text);
     }
     return true;

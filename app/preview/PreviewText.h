@@ -2,57 +2,44 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QStringView>
-#include <QWidget>
+#include <QString>
 
-#include <vector>
-
-class QsciLexer;
-class QsciScintilla;
+class QWidget;
 
 namespace brevant {
 
-enum class TextRole;
 struct PreviewContent;
 
-/// Source text to read, in the colours of its kind.
-class PreviewText final : public QWidget {
-    Q_OBJECT
-
+/// Source text to read, in the colours of its kind. Its maker lies in a module of its own, loaded with the
+/// first preview: the editor's library would cost every start of the program.
+class PreviewText {
 public:
-    explicit PreviewText(QWidget *parent);
+    PreviewText() = default;
+    PreviewText(const PreviewText &) = delete;
+    PreviewText &operator=(const PreviewText &) = delete;
+    virtual ~PreviewText() = default;
+
+    /// The widget that shows it, which owns it.
+    [[nodiscard]] virtual QWidget *widget() = 0;
 
     /// Shows the text of `content` from its beginning, coloured as what its path names. Text that is there
     /// already stays where it is.
-    void setContent(const PreviewContent &content);
+    virtual void setContent(const PreviewContent &content) = 0;
 
     /// All of the text as it is shown.
-    [[nodiscard]] QString shownText() const;
+    [[nodiscard]] virtual QString shownText() const = 0;
 
     /// What is selected with the pointer, as it is in the file: without the folds.
-    [[nodiscard]] QString selectedText() const;
+    [[nodiscard]] virtual QString selectedText() const = 0;
 
     /// The text itself, for the keys that come to it.
-    [[nodiscard]] QWidget *editor() const;
-
-protected:
-    void changeEvent(QEvent *event) override;
-
-private:
-    void setUpEditor();
-    void applyTheme();
-    void applyThemeTo(QsciLexer &lexer, TextRole (*roleOf)(int style)) const;
-    void applyThemeToEditor();
-    void fitMargin();
-    [[nodiscard]] QsciLexer *lexerFor(QStringView path) const;
-
-    QsciScintilla *m_editor;
-    QsciLexer *m_css;
-    QsciLexer *m_javaScript;
-    QsciLexer *m_html;
-    QByteArray m_text;
-    std::vector<qsizetype> m_folds;
-    QString m_path;
+    [[nodiscard]] virtual QWidget *editor() const = 0;
 };
+
+/// What the module exports, as "brevantMakePreviewText".
+using MakePreviewText = PreviewText *(*)(QWidget *parent);
+
+/// A text as a child of `parent`; null if its module is missing.
+[[nodiscard]] PreviewText *makePreviewText(QWidget *parent);
 
 } // namespace brevant

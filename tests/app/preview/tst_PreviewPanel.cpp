@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewPanel.h"
-#include "app/preview/PreviewText.h"
 #include "app/preview/ZoomWindow.h"
 #include "tests/app/preview/PreviewFiles.h"
 
@@ -163,8 +162,7 @@ void tst_PreviewPanel::cleanup()
 
 QString tst_PreviewPanel::shownText() const
 {
-    return m_panel->findChild<PreviewText *>()->isVisible() ? m_panel->findChild<PreviewText *>()->shownText()
-                                                            : QString();
+    return m_panel->shownText();
 }
 
 void tst_PreviewPanel::open(const QStringList &paths)

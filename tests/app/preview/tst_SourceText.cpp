@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewReader.h"
-#include "app/preview/PreviewText.h"
 #include "app/preview/PreviewTheme.h"
 #include "app/preview/QScintilla.h"
+#include "app/preview/SourceText.h"
 
 #include <QTest>
 
@@ -31,7 +31,7 @@ PreviewContent contentOf(const QString &path, const QByteArray &text)
 } // namespace
 
 /// The text as it is coloured.
-class tst_PreviewText final : public QObject {
+class tst_SourceText final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void sameTextStaysWhereItIs();
 };
 
-void tst_PreviewText::contrasts_data()
+void tst_SourceText::contrasts_data()
 {
     QTest::addColumn<QPalette>("palette");
     QTest::addColumn<double>("least");
@@ -59,7 +59,7 @@ void tst_PreviewText::contrasts_data()
     QTest::newRow("blue") << paletteOf(0x002B55, 0xF0F0F0) << 7.0;
 }
 
-void tst_PreviewText::contrasts()
+void tst_SourceText::contrasts()
 {
     QFETCH(QPalette, palette);
     QFETCH(double, least);
@@ -70,7 +70,7 @@ void tst_PreviewText::contrasts()
     QVERIFY(contrast(theme.quiet(), theme.paper()) >= 4.5);
 
     // And as they reach every style of every lexer.
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     text.setPalette(palette);
     for (const char *path : {"a.css", "a.js", "a.html"}) {
         text.setContent(contentOf(QString::fromLatin1(path), "a"));
@@ -85,14 +85,14 @@ void tst_PreviewText::contrasts()
     }
 }
 
-void tst_PreviewText::contrastOfKnownColors()
+void tst_SourceText::contrastOfKnownColors()
 {
     QCOMPARE(contrast(Qt::white, Qt::black), 21.0);
     QCOMPARE(contrast(Qt::red, Qt::red), 1.0);
     QVERIFY(std::abs(contrast(QColor(0x767676), Qt::white) - 4.54) < 0.01);
 }
 
-void tst_PreviewText::lexers_data()
+void tst_SourceText::lexers_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("language");
@@ -115,14 +115,14 @@ void tst_PreviewText::lexers_data()
                                    << int(QsciLexerHTML::Default);
 }
 
-void tst_PreviewText::lexers()
+void tst_SourceText::lexers()
 {
     QFETCH(QString, path);
     QFETCH(QByteArray, language);
     QFETCH(QByteArray, text);
     QFETCH(int, position);
     QFETCH(int, style);
-    PreviewText widget(nullptr);
+    SourceText widget(nullptr);
     widget.setContent(contentOf(QStringLiteral("before.js"), "before"));
     widget.setContent(contentOf(path, text));
     auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
@@ -132,9 +132,9 @@ void tst_PreviewText::lexers()
     QCOMPARE(int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, position)), style);
 }
 
-void tst_PreviewText::followsThePalette()
+void tst_SourceText::followsThePalette()
 {
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
     auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
     for (const QRgb base : {0xFF1E1E1E, 0xFFFFFFFF}) {
@@ -145,18 +145,18 @@ void tst_PreviewText::followsThePalette()
     }
 }
 
-void tst_PreviewText::isReadOnly()
+void tst_SourceText::isReadOnly()
 {
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
     QTest::keyClicks(text.editor(), QStringLiteral("xyz"));
     QTest::keyClick(text.editor(), Qt::Key_Delete);
     QCOMPARE(text.shownText(), QStringLiteral("a{}"));
 }
 
-void tst_PreviewText::numbersOnlyRealLines()
+void tst_SourceText::numbersOnlyRealLines()
 {
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
     text.setContent(contentOf(QStringLiteral("a.css"), "a\nb"));
     QVERIFY(editor->marginWidth(0) > 0);
@@ -166,9 +166,9 @@ void tst_PreviewText::numbersOnlyRealLines()
     QCOMPARE(editor->marginWidth(0), 0);
 }
 
-void tst_PreviewText::selectionWithoutFolds()
+void tst_SourceText::selectionWithoutFolds()
 {
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     PreviewContent content = contentOf(QStringLiteral("a.css"), "abc\ndéf\ng\nh");
     content.folds = {3, 8};
     text.setContent(content);
@@ -182,9 +182,9 @@ void tst_PreviewText::selectionWithoutFolds()
     QCOMPARE(text.selectedText(), QStringLiteral("déf"));
 }
 
-void tst_PreviewText::sameTextStaysWhereItIs()
+void tst_SourceText::sameTextStaysWhereItIs()
 {
-    PreviewText text(nullptr);
+    SourceText text(nullptr);
     text.resize(300, 100);
     const PreviewContent content = contentOf(QStringLiteral("a.css"), QByteArray("a{}\n").repeated(200));
     text.setContent(content);
@@ -198,5 +198,5 @@ void tst_PreviewText::sameTextStaysWhereItIs()
     QCOMPARE(editor->firstVisibleLine(), 0);
 }
 
-QTEST_MAIN(tst_PreviewText)
-#include "tst_PreviewText.moc"
+QTEST_MAIN(tst_SourceText)
+#include "tst_SourceText.moc"

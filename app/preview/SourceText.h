@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/preview/PreviewText.h"
+
+#include <QStringView>
+#include <QWidget>
+
+#include <vector>
+
+class QsciLexer;
+class QsciScintilla;
+
+namespace brevant {
+
+enum class TextRole;
+
+/// Source text to read, in the colours of its kind.
+class SourceText final : public QWidget, public PreviewText {
+    Q_OBJECT
+
+public:
+    explicit SourceText(QWidget *parent);
+
+    [[nodiscard]] QWidget *widget() override { return this; }
+    void setContent(const PreviewContent &content) override;
+    [[nodiscard]] QString shownText() const override;
+    [[nodiscard]] QString selectedText() const override;
+    [[nodiscard]] QWidget *editor() const override;
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void setUpEditor();
+    void applyTheme();
+    void applyThemeTo(QsciLexer &lexer, TextRole (*roleOf)(int style)) const;
+    void applyThemeToEditor();
+    void fitMargin();
+    [[nodiscard]] QsciLexer *lexerFor(QStringView path) const;
+
+    QsciScintilla *m_editor;
+    QsciLexer *m_css;
+    QsciLexer *m_javaScript;
+    QsciLexer *m_html;
+    QByteArray m_text;
+    std::vector<qsizetype> m_folds;
+    QString m_path;
+};
+
+} // namespace brevant
