@@ -106,7 +106,7 @@ Sandbox::Sandbox()
 {
     const QString top = QFileInfo(m_folder.path()).canonicalFilePath();
     m_home = top + QLatin1StringView("/home");
-    m_work = top + QLatin1StringView("/work");
+    m_work = top + QLatin1StringView("/site");
     if (!QDir().mkpath(m_home) || !QDir().mkpath(m_work))
         std::abort();
     environment = QProcessEnvironment::systemEnvironment();

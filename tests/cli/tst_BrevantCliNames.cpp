@@ -57,7 +57,7 @@ void tst_BrevantCliNames::typedPaths_data()
     QTest::newRow("folder") << QStringList{u"sub"_s} << below;
     QTest::newRow("folder and separator") << QStringList{u"sub/"_s} << below;
     QTest::newRow("folder and dot") << QStringList{u"./sub/"_s} << below;
-    QTest::newRow("up and down") << QStringList{u"../work/a.css"_s} << QStringList{u"/../work/a.css"_s};
+    QTest::newRow("up and down") << QStringList{u"../site/a.css"_s} << QStringList{u"/../site/a.css"_s};
     QTest::newRow("from the root") << QStringList{u"@/sub/b.css"_s, u"@/a.css"_s}
                                    << QStringList{u"/sub/b.css"_s, u"/a.css"_s};
 }
