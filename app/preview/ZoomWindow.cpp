@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/ZoomWindow.h"
 
+#include "app/platform/Motion.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStyle>
@@ -34,7 +36,8 @@ bool ZoomWindow::isAllowed(const QWidget &window)
 {
     if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland")))
         return false;
-    return window.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &window) > 0;
+    return window.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &window) > 0 &&
+           !isMotionReduced();
 }
 
 void ZoomWindow::zoom(const QPixmap &picture, const QRect &from, const QRect &to)
