@@ -13,6 +13,7 @@
 #include "app/Application.h"
 #include "app/StartUp.h"
 #include "app/StatusLine.h"
+#include "app/platform/FontLoading.h"
 #include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
@@ -115,11 +116,13 @@ void benchJob(Application &application, const QStringList &files)
 
 int main(int argc, char *argv[])
 {
+    FontLoading fonts;
     const QApplication qtApplication(argc, argv);
     const std::string_view mode = argc > 1 ? argv[1] : "";
     FirstPaint firstPaint;
     setUpApplication();
     const QTemporaryDir folder;
+    fonts.wait();
     Application application(folder.filePath(QStringLiteral("settings.json")));
     if (mode == "start")
         application.window().installEventFilter(&firstPaint);
