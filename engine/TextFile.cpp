@@ -17,7 +17,7 @@ namespace brevant {
 namespace {
 
 constexpr qsizetype bufferSize = 256 * qsizetype(1024);
-constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+constexpr QByteArrayView byteOrderMarkBytes("\xEF\xBB\xBF");
 
 /// Opens a regular file for reading, or tells why not. Nothing else is opened: a pipe would wait for a
 /// writer, and a device may act on being opened.
@@ -112,8 +112,8 @@ std::optional<TextFileError> TextFile::appendUtf8(const QString &path, int descr
                 path, position + good.size,
                 faultReason(good.unfinished ? TextFault::Kind::Truncated : TextFault::Kind::Invalid)};
         }
-        const bool marked = position == 0 && bytes.startsWith(byteOrderMark);
-        m_output.append(bytes.first(good.size).sliced(marked ? byteOrderMark.size() : 0));
+        const bool marked = position == 0 && bytes.startsWith(byteOrderMarkBytes);
+        m_output.append(bytes.first(good.size).sliced(marked ? byteOrderMarkBytes.size() : 0));
         flush();
         if (last)
             return std::nullopt;
