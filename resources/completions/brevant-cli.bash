@@ -1,0 +1,61 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+# Completion for brevant-cli; needs bash-completion(7).
+
+# KEY=VALUE in $cur. Readline replaces what follows the last "=" only, if that breaks words.
+_brevant_cli_setting() {
+    local -r texts='suffixKeyString selectedFolderKeyString lineBreakKeyString selectedEncodingKeyString'
+    local -r switches='suffixSwitcherKeyString sameFolderKeyString gzipCheckerKeyString
+        lineBreakSwitcherKeyString nomungeSwitcherKeyString preserveSemiSwitcherKeyString
+        disableOptimizationsSwitcherKeyString enableHTMLCheckerKeyString enablePHPCheckerKeyString
+        keepXMLSpaceCheckerKeyString filterCheckerKeyString autoMinifyCheckerKeyString
+        soundCheckerKeyString badgeCheckerKeyString'
+    local -r encodings='utf-8 gb2312 gbk gb18030 big5 big5-hkscs shift-jis iso-2022-jp iso-2022-kr
+        iso-8859-1 iso-8859-15'
+    if [[ $cur != *=* ]]; then
+        mapfile -t COMPREPLY < <(compgen -S = -W "$texts $switches" -- "$cur")
+        compopt -o nospace
+        return
+    fi
+
+    local -r key=${cur%%=*} before=${COMP_WORDBREAKS//[^=]/}
+    local prefix=
+    [[ -n $before ]] || prefix=$key=
+    cur=${cur#*=}
+    case $key in
+    selectedEncodingKeyString) mapfile -t COMPREPLY < <(compgen -P "$prefix" -W "$encodings" -- "$cur") ;;
+    selectedFolderKeyString) _filedir -d ;;
+    *)
+        if [[ " ${switches//$'\n'/ } " == *" $key "* ]]; then
+            mapfile -t COMPREPLY < <(compgen -P "$prefix" -W 'true false' -- "$cur")
+        fi
+        ;;
+    esac
+}
+
+_brevant_cli() {
+    # shellcheck disable=SC2034 # set by _init_completion
+    local cur prev words cword
+    _init_completion -n = || return
+
+    if [[ $cur == --*=* ]]; then
+        prev=${cur%%=*}
+        cur=${cur#*=}
+    fi
+    case $prev in
+    --set) _brevant_cli_setting ;;
+    --settings) _filedir '@([jJ][sS][oO][nN])' ;;
+    --report) _filedir ;;
+    --jobs) mapfile -t COMPREPLY < <(compgen -W "$(seq "$(nproc)")" -- "$cur") ;;
+    *)
+        if [[ $cur == -* ]]; then
+            mapfile -t COMPREPLY < <(compgen -W \
+                '--set --settings --jobs --list --dry-run --report --quiet --version --help -h' -- "$cur")
+        else
+            _filedir '@([cC][sS][sS]|[jJ][sS]|[hH][tT][mM][lL]|[pP][hH][tT][mM][lL]|[pP][hH][pP])'
+        fi
+        ;;
+    esac
+} &&
+    complete -F _brevant_cli brevant-cli

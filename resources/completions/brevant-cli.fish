@@ -1,0 +1,33 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# Files that can be listed, and folders.
+function __brevant_cli_paths
+    __fish_complete_path (commandline -ct) | string match -ri '^[^\t]*(?:/|\.(?:css|js|html|phtml|php))(?:\t.*)?$'
+end
+
+# KEY= for each setting, then its values.
+function __brevant_cli_settings
+    set -l texts suffixKeyString lineBreakKeyString
+    set -l switches suffixSwitcherKeyString sameFolderKeyString gzipCheckerKeyString \
+        lineBreakSwitcherKeyString nomungeSwitcherKeyString preserveSemiSwitcherKeyString \
+        disableOptimizationsSwitcherKeyString enableHTMLCheckerKeyString enablePHPCheckerKeyString \
+        keepXMLSpaceCheckerKeyString filterCheckerKeyString autoMinifyCheckerKeyString \
+        soundCheckerKeyString badgeCheckerKeyString
+    set -l encodings utf-8 gb2312 gbk gb18030 big5 big5-hkscs shift-jis iso-2022-jp iso-2022-kr \
+        iso-8859-1 iso-8859-15
+    set -l folder (commandline -ct | string match -r 'selectedFolderKeyString=(.*)')[2]
+    printf '%s\n' $texts= $switches={true,false} selectedEncodingKeyString=$encodings
+    printf 'selectedFolderKeyString=%s\n' '' (__fish_complete_directories "$folder" '')
+end
+
+complete -c brevant-cli -f -a '(__brevant_cli_paths)'
+complete -c brevant-cli -l set -x -a '(__brevant_cli_settings)' -d 'A setting for this run only'
+complete -c brevant-cli -l settings -r -k -a '(__fish_complete_suffix .json)' -d 'Read the settings from a file'
+complete -c brevant-cli -l jobs -x -a '(seq (nproc))' -d 'Run up to so many compressors at once'
+complete -c brevant-cli -l list -d 'Print each file and its output, run nothing'
+complete -c brevant-cli -l dry-run -d 'Print each command line, run nothing'
+complete -c brevant-cli -l report -r -F -d 'Write a JSON report of the run'
+complete -c brevant-cli -l quiet -d 'Print failures only'
+complete -c brevant-cli -l version -d 'Print the version'
+complete -c brevant-cli -s h -l help -d 'Print a short help'
