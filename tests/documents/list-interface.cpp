@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Prints what a user can set, choose and press, as one JSON object: the settings and encodings, and the menus
+// and keys of the real window.
+#include "AppFixture.h"
+
+#include "queue/view/OpenPanel.h"
+#include "settings/Encodings.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMenuBar>
+#include <QShortcut>
+
+#include <cstdio>
+
+using namespace brevant;
+
+namespace {
+
+QString plain(QString text)
+{
+    return text.remove(u'&');
+}
+
+QJsonArray settings()
+{
+    const QJsonObject defaults = registeredDefaults();
+    QJsonArray list;
+    for (const SettingKey &setting : allSettingKeys())
+        list.append(QJsonObject{{QStringLiteral("key"), QString(setting.key)},
+                                {QStringLiteral("default"), defaults.value(setting.key)}});
+    return list;
+}
+
+QJsonArray encodings()
+{
+    QJsonArray list;
+    for (const Encoding &encoding : allEncodings())
+        list.append(QString(encoding.name));
+    return list;
+}
+
+void listMenu(const QList<QAction *> &actions, const QString &menu, QJsonArray &items)
+{
+    for (const QAction *action : actions) {
+        if (action->isSeparator())
+            continue;
+        if (action->menu() != nullptr) {
+            listMenu(action->menu()->actions(), plain(action->text()), items);
+            continue;
+        }
+        // A key that is no shortcut stands behind a tab.
+        const QStringList parts = plain(action->text()).split(u'\t');
+        const QString key = parts.size() > 1 ? parts.last() : action->shortcut().toString();
+        items.append(QJsonObject{{QStringLiteral("menu"), menu},
+                                 {QStringLiteral("text"), parts.first()},
+                                 {QStringLiteral("key"), key}});
+    }
+}
+
+/// The keys that stand in no menu.
+QJsonArray otherKeys(const QWidget &window)
+{
+    QJsonArray keys;
+    for (const QShortcut *shortcut : window.findChildren<QShortcut *>())
+        keys.append(shortcut->key().toString());
+    const OpenPanel panel({});
+    QFileDialog bare;
+    bare.setOption(QFileDialog::DontUseNativeDialog);
+    QStringList known; // to Qt's own dialogue
+    for (const QAction *action : bare.findChildren<QAction *>())
+        known.append(action->shortcut().toString());
+    for (const QAction *action : panel.actions()) {
+        if (const QString key = action->shortcut().toString(); !known.contains(key))
+            keys.append(key);
+    }
+    return keys;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    const AppFixture fixture;
+    QJsonArray items;
+    listMenu(fixture.window.menuBar()->actions(), {}, items);
+    const QJsonObject all{{QStringLiteral("settings"), settings()},
+                          {QStringLiteral("encodings"), encodings()},
+                          {QStringLiteral("items"), items},
+                          {QStringLiteral("keys"), otherKeys(fixture.window)}};
+    const QByteArray text = QJsonDocument(all).toJson();
+    return std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout) ==
+                   static_cast<std::size_t>(text.size())
+               ? 0
+               : 1;
+}

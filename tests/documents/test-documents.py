@@ -1,0 +1,177 @@
+#!/usr/bin/python3 -B
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The manual pages and the README hold what the programs have: options, settings, encodings, menu items, keys, the
+members of the report. What they link to is there."""
+import html
+import json
+import re
+import subprocess
+import tempfile
+import unittest
+import xml.etree.ElementTree as ET
+from pathlib import Path
+
+from programs import BUILD, COMING, SOURCE, UNLISTED, interface, main, options, output
+
+README = (SOURCE / "README.md").read_text(encoding="utf-8")
+KEY_NAMES = {"Del": "Delete"}  # Qt's name, and the one on the key
+
+
+class Page:
+    """A manual page as a reader sees it, by its sections."""
+
+    def __init__(self, name):
+        # Wide, so that no item is broken in two.
+        text = output("mandoc", "-T", "utf8", "-O", "width=240", BUILD / "docs/man" / name)
+        self.text = re.sub(".\b", "", text)
+        parts = re.split(r"^([A-Z][A-Z ]+)\n", self.text, flags=re.MULTILINE)
+        self.sections = dict(zip(parts[1::2], parts[2::2]))
+
+    def items(self, section):
+        """The lines that head the items of a list."""
+        return re.findall(r"^ {5}(\S.*?)\s*$", self.sections[section], re.MULTILINE)
+
+
+class ManualPages(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.interface = interface()
+        cls.settings = {setting["key"]: setting["default"] for setting in cls.interface["settings"]}
+        cls.pages = {path.stem: Page(path.name) for path in (BUILD / "docs/man").glob("brevant*.[15]")}
+        cls.settings_page = cls.pages["brevant-settings"]
+
+    def test_pages(self):
+        version = output(BUILD / "brevant-cli", "--version").split()[-1]
+        sources = sorted(path.name.removesuffix(".in") for path in (SOURCE / "docs/man").glob("*.in"))
+        self.assertEqual(sources, ["brevant-cli.1", "brevant-settings.5", "brevant.1"])
+        for name, page in self.pages.items():
+            self.assertRegex(page.text, rf"\nBrevant {re.escape(version)} ", f"the version at the foot of {name}")
+
+    def test_references(self):
+        for path in (SOURCE / "docs/man").glob("*.in"):
+            for name, section in re.findall(r"^\.Xr (brevant\S*) (\d)", path.read_text(), re.MULTILINE):
+                self.assertTrue((SOURCE / f"docs/man/{name}.{section}.in").is_file(), f"{path.name}: {name}({section})")
+
+    def test_options(self):
+        for program in ("brevant", "brevant-cli"):
+            with self.subTest(program=program):
+                items = [item for item in self.pages[program].items("OPTIONS") if item.startswith("-")]
+                described = {word.rstrip(",") for item in items for word in item.split() if word.startswith("-")}
+                there = options(program)
+                self.assertEqual(there - described, set(), "not described")
+                self.assertEqual(described - there - UNLISTED[program] - COMING[program], set(), "not there")
+
+    def test_settings(self):
+        heads = re.findall(r"^ {5}(\w+) \((boolean|string), (.*)\)$", self.settings_page.sections["SETTINGS"],
+                           re.MULTILINE)
+        described = {key: value == "true" if kind == "boolean" else value.strip("“”") for key, kind, value in heads}
+        self.assertEqual(described, self.settings)
+
+    def test_ways_of_reading(self):
+        """Each boolean setting is named where it says how other values are taken, and no text is."""
+        named = set(re.findall(r"\w+KeyString", self.settings_page.sections["TRUE AND FALSE"]))
+        self.assertEqual(named, {key for key, default in self.settings.items() if isinstance(default, bool)})
+
+    def test_encodings(self):
+        described = [item.split()[0] for item in self.settings_page.items("ENCODINGS") if len(item.split()) == 2]
+        self.assertEqual(described, self.interface["encodings"])
+
+    def test_preferences(self):
+        text = " ".join(self.settings_page.text.split())
+        window = ET.parse(SOURCE / "resources/Preferences.ui")
+        labels = [widget.find("property[@name='text']/string").text.replace("&", "").rstrip(":")
+                  for widget in window.iter("widget") if widget.get("class") in ("QCheckBox", "QRadioButton")]
+        self.assertGreater(len(labels), 0)
+        for label in labels:
+            self.assertIn(f"“{label}”", text)
+
+    def test_menus(self):
+        described, menu = [], None
+        for line in self.pages["brevant"].sections["MENUS AND KEYS"].splitlines():
+            if match := re.fullmatch(r" {3}(\S.*)", line):
+                menu = match[1]
+            elif (match := re.fullmatch(r" {5}(\S.*?)(?: \((\S+)\))?", line)) and not menu.startswith("In the "):
+                described.append((menu, match[1], match[2] or ""))
+        there = [(item["menu"], item["text"], KEY_NAMES.get(item["key"], item["key"]))
+                 for item in self.interface["items"]]
+        self.assertEqual(described, there)
+
+    def test_other_keys(self):
+        text = self.pages["brevant"].sections["MENUS AND KEYS"]
+        self.assertGreater(len(self.interface["keys"]), 0)
+        for key in self.interface["keys"]:
+            self.assertRegex(text, rf"(?<![\w+]){re.escape(KEY_NAMES.get(key, key))}(?!\w)")
+
+    def test_exit_statuses(self):
+        told = re.search(r"Exit status:(.*)", output(BUILD / "brevant-cli", "--help"), re.DOTALL)[1]
+        heads = re.findall(r"^ {5}(\d[\d, ]*)", self.pages["brevant-cli"].sections["EXIT STATUS"], re.MULTILINE)
+        self.assertEqual(set(re.findall(r"\d+", told)) - set(re.findall(r"\d+", " ".join(heads))), set())
+
+    def test_report(self):
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "good.css").write_text("a { color: red }\n")
+            (Path(folder) / "bad.js").write_text("var = ;\n")
+            settings = Path(folder) / "settings.json"
+            settings.write_text("{}")
+            report = Path(folder) / "report.json"
+            ended = subprocess.run([BUILD / "brevant-cli", "--settings", settings, "--report", report, folder],
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
+            self.assertEqual(ended.returncode, 1, ended.stdout)
+            report = json.loads(report.read_text())
+        members = set(report).union(*report["files"])
+        self.assertIn("reason", members)
+        heads = [item for item in self.pages["brevant-cli"].items("JSON REPORT") if "(" in item]
+        self.assertEqual({head.split()[0] for head in heads}, members)
+
+
+class Readme(unittest.TestCase):
+    def test_options(self):
+        block = re.search(r"## brevant-cli\n+```\n(.*?)```", README, re.DOTALL)[1]
+        told = set(re.findall(r"^ +(-\S+)", block, re.MULTILINE))
+        there = options("brevant-cli")
+        self.assertEqual(there - told, set(), "not told")
+        self.assertEqual(told - there - COMING["brevant-cli"], set(), "not there")
+
+    def test_settings(self):
+        rows = re.findall(r"^\| `(\w+KeyString)` \|([^|]*)\|", README, re.MULTILINE)
+        told = {key: value.strip(" `") for key, value in rows}
+        there = {setting["key"]: str(setting["default"]).lower() for setting in interface()["settings"]}
+        self.assertEqual(told, there)
+
+    def test_encodings(self):
+        row = re.search(r"^\| `selectedEncodingKeyString` .*$", README, re.MULTILINE)[0]
+        for encoding in interface()["encodings"]:
+            self.assertRegex(row, rf"[ :]{encoding}[, ]")
+
+
+class Links(unittest.TestCase):
+    def documents(self):
+        return [SOURCE / "README.md", SOURCE / "CHANGELOG.md", *(SOURCE / "docs").glob("*.md"),
+                SOURCE / "examples/README.md", SOURCE / "resources/lib/README.md"]
+
+    @staticmethod
+    def anchors(path):
+        """The names by which headings are linked to."""
+        heads = re.findall(r"^#+ (.*)$", path.read_text(encoding="utf-8"), re.MULTILINE)
+        return {re.sub(r"[^\w -]", "", head.lower()).replace(" ", "-") for head in heads}
+
+    def test_links(self):
+        count = 0
+        for path in self.documents():
+            text = path.read_text(encoding="utf-8")
+            for target in re.findall(r"\]\(<?([^)>\s]+)", text) + re.findall(r'(?:src|href|srcset)="([^"]+)"', text):
+                if re.match(r"[a-z]+:", target):
+                    continue
+                count += 1
+                file, _, anchor = html.unescape(target).partition("#")
+                linked = (path.parent / file).resolve() if file else path
+                where = f"{path.relative_to(SOURCE)}: {target}"
+                self.assertTrue(linked.exists(), where)
+                if anchor:
+                    self.assertIn(anchor, self.anchors(linked), where)
+        self.assertGreater(count, 0)
+
+
+if __name__ == "__main__":
+    main()
