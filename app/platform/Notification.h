@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class QDBusMessage;
+class QDBusPendingCall;
+class QDBusPendingCallWatcher;
+
+namespace brevant {
+
+/// The one notification of this program, shown by the desktop beside its windows; see
+/// https://specifications.freedesktop.org/notification-spec/latest/.
+///
+/// No call here waits, and where no notification service answers nothing happens.
+class Notification final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Without a connection, that of the session, which is made when it is first needed.
+    explicit Notification(std::optional<QDBusConnection> bus = {}, QObject *parent = nullptr);
+
+    /// What was asked for last is seen through, so that a program can say something and end: a service that
+    /// has to be started first forgets those who have left. This waits for the service, but not for long.
+    ~Notification() override;
+
+    /// Shows two texts, neither of which is taken for markup, in place of those shown before.
+    void show(const QString &summary, const QString &body = {});
+
+    /// Takes it away, if it is still there.
+    void withdraw();
+
+Q_SIGNALS:
+    /// The user has clicked it. `token` is the desktop's permission to bring a window to the front
+    /// (xdg-activation); empty if it gives none.
+    void clicked(const QString &token);
+
+private Q_SLOTS:
+    void ActionInvoked(uint id, const QString &action);
+    void ActivationToken(uint id, const QString &token);
+    void NotificationClosed(uint id, uint reason);
+
+private:
+    struct Text {
+        QString summary;
+        QString body;
+    };
+
+    void settle();
+    void askForCapabilities();
+    void send();
+    void close();
+    void listen();
+    void await(const QDBusPendingCall &call);
+    void answered();
+    [[nodiscard]] QDBusConnection bus() const;
+
+    std::optional<QDBusConnection> m_bus;
+    std::optional<Text> m_wanted;              ///< what is to be seen
+    bool m_settled = true;                     ///< whether the service has been told so
+    std::optional<uint> m_id;                  ///< of what is shown; 0 while the service has not told
+    std::optional<bool> m_understandsMarkup;   ///< whether the service does, once it has been asked
+    QDBusPendingCallWatcher *m_call = nullptr; ///< waits for an answer; a child of this
+    QString m_token;
+};
+
+} // namespace brevant
