@@ -25,6 +25,9 @@ public:
     /// The file being worked on is the one in this row, which alone is to be selected.
     virtual void selectRow(int row) = 0;
 
+    /// So many files have been worked on, of so many that are in the queue by now; called before each file.
+    virtual void setProgress([[maybe_unused]] int done, [[maybe_unused]] int count) {}
+
     virtual void deselectRows() = 0;
 
     virtual void playDoneSound() = 0;

@@ -60,8 +60,9 @@ MinifyJob::End MinifyJob::runEntries(const std::atomic<bool> &stop)
     while (const std::optional<QString> entry = m_queue.entryAt(index)) {
         if (stop)
             return End::Stopped;
-        m_display.setStatusText(
-            QStringLiteral("Minified %1 of %2 items.").arg(index + 1).arg(m_queue.count()));
+        const int count = m_queue.count();
+        m_display.setProgress(index, count);
+        m_display.setStatusText(QStringLiteral("Minified %1 of %2 items.").arg(index + 1).arg(count));
         m_display.selectRow(index);
         if (!runEntry(*entry, m_outputPath.next(*entry)))
             return End::JavaNotStarted;

@@ -27,6 +27,7 @@ class RecordingDisplay final : public JobDisplay {
 public:
     QStringList calls;
     std::vector<EntryResult> results;
+    QStringList progress;
     std::function<void(const QString &)> onText;
 
     void lockControls() override { calls.append(QStringLiteral("lock")); }
@@ -37,6 +38,10 @@ public:
             onText(text);
     }
     void selectRow(int row) override { calls.append(QStringLiteral("row %1").arg(row)); }
+    void setProgress(int done, int count) override
+    {
+        progress.append(QStringLiteral("%1/%2 after %3 calls").arg(done).arg(count).arg(calls.size()));
+    }
     void deselectRows() override { calls.append(QStringLiteral("deselect")); }
     void playDoneSound() override { calls.append(QStringLiteral("sound")); }
     void unlockControls() override { calls.append(QStringLiteral("unlock")); }
@@ -78,6 +83,8 @@ private Q_SLOTS:
         QCOMPARE(m_display->calls,
                  words({"lock", "Minified 1 of 3 items.", "row 0", "Minified 2 of 3 items.", "row 1",
                         "Minified 3 of 3 items.", "row 2", "deselect", "sound", "Well done!", "unlock"}));
+        // Told before each entry, and before its other calls.
+        QCOMPARE(m_display->progress, words({"0/3 after 1 calls", "1/3 after 3 calls", "2/3 after 5 calls"}));
         const QString lib = m_tools.folder;
         const QString top = m_folder->path();
         QCOMPARE(
