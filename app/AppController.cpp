@@ -9,7 +9,6 @@
 #include "app/WindowJobDisplay.h"
 #include "app/platform/FeedbackMail.h"
 #include "app/platform/Workspace.h"
-#include "engine/MinifyJob.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
@@ -31,7 +30,6 @@ AppController::AppController(const Services &services, const Outlets &outlets, Q
     : QObject(parent), m_services(services), m_outlets(outlets),
       m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
       m_filesTableModel(services.queue), m_runOpenPanel(&OpenPanel::run),
-      m_jobDisplay(std::make_unique<WindowJobDisplay>(outlets, services.doneSound)),
       m_combining(std::make_unique<Combining>(outlets, services.queue, services.settings))
 {
 }
@@ -78,7 +76,7 @@ void AppController::minify()
 
 void AppController::doMinify(const std::atomic<bool> &stop)
 {
-    MinifyJob(m_services.queue, m_services.settings, m_services.tools, *m_jobDisplay).run(stop);
+    runMinifyJob(m_outlets, m_services, stop);
 }
 
 void AppController::clear()

@@ -19,7 +19,6 @@ namespace brevant {
 
 class Combining;
 class PreferenceController;
-class WindowJobDisplay;
 
 /// Who takes over a preview panel that opens.
 class PreviewPanelController {
@@ -101,7 +100,6 @@ private:
     QueueDisplay m_queueDisplay;
     FilesTableModel m_filesTableModel;
     RunOpenPanel m_runOpenPanel;
-    std::unique_ptr<WindowJobDisplay> m_jobDisplay;
     std::unique_ptr<Combining> m_combining;
     std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on
     PreviewPanel *previewPanel = nullptr;                       ///< while it is ours to fill

@@ -27,13 +27,10 @@ Outlets loaded(MainWindow &window)
 } // namespace
 
 Application::Application(const QString &settingsFile)
-    : m_settings(settingsFile), m_services{m_settings,
-                                           m_queue,
-                                           m_jobs,
-                                           m_dockTile,
-                                           m_doneSound,
-                                           m_workspace,
-                                           Tools::inResources(findResourceFolder())},
+    : m_settings(settingsFile), m_services{m_settings,  m_queue,
+                                           m_jobs,      m_dockTile,
+                                           m_doneSound, m_workspace,
+                                           m_runNews,   Tools::inResources(findResourceFolder())},
       m_controller(m_services, loaded(m_window)), m_delegate(m_services, m_window.outlets(), m_controller),
       m_lifetime(m_window, m_jobs)
 {
@@ -42,6 +39,9 @@ Application::Application(const QString &settingsFile)
     m_controller.awakeFromNib();
     m_lifetime.catchSignals();
     connectActions(m_window, m_controller, m_delegate, m_lifetime);
+    QObject::connect(&m_notification, &Notification::clicked, &m_delegate,
+                     &BrevantAppDelegate::reopenWithToken);
+    QObject::connect(&m_lifetime, &Lifetime::quitting, &m_notification, &Notification::withdraw);
 }
 
 Application::~Application()

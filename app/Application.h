@@ -7,9 +7,11 @@
 #include "app/JobRunner.h"
 #include "app/Lifetime.h"
 #include "app/MainWindow.h"
+#include "app/RunNews.h"
 #include "app/Services.h"
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
+#include "app/platform/Notification.h"
 #include "app/platform/Workspace.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsStore.h"
@@ -47,7 +49,9 @@ private:
     DockTile m_dockTile;
     DoneSound m_doneSound;
     Workspace m_workspace;
+    Notification m_notification;
     MainWindow m_window;
+    RunNews m_runNews{m_window, m_dockTile, m_notification};
     JobRunner m_jobs;
     const Services m_services;
     AppController m_controller;

@@ -7,7 +7,6 @@
 #include "app/JobRunner.h"
 #include "app/WindowJobDisplay.h"
 #include "app/preview/PreviewPanel.h"
-#include "engine/MinifyJob.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
@@ -19,8 +18,7 @@ namespace brevant {
 BrevantAppDelegate::BrevantAppDelegate(const Services &services, const Outlets &outlets,
                                        PreviewPanelController &previewController, QObject *parent)
     : QObject(parent), m_services(services), m_outlets(outlets), m_previewController(previewController),
-      m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
-      m_jobDisplay(std::make_unique<WindowJobDisplay>(outlets, services.doneSound))
+      m_queueDisplay(outlets, services.queue, services.settings, services.dockTile)
 {
 }
 
@@ -38,6 +36,15 @@ bool BrevantAppDelegate::applicationShouldHandleReopen([[maybe_unused]] bool has
     window->raise();
     window->activateWindow();
     return true;
+}
+
+void BrevantAppDelegate::reopenWithToken(const QString &token)
+{
+    // Where Qt's platform for Wayland looks for it when a window asks to be activated.
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    applicationShouldHandleReopen(m_outlets.window->isVisible());
+    qunsetenv("XDG_ACTIVATION_TOKEN"); // not for the child processes
 }
 
 void BrevantAppDelegate::applicationOpenFiles(const QStringList &paths)
@@ -76,7 +83,7 @@ void BrevantAppDelegate::makePreviewPanel()
 
 void BrevantAppDelegate::doMinify(const std::atomic<bool> &stop)
 {
-    MinifyJob(m_services.queue, m_services.settings, m_services.tools, *m_jobDisplay).run(stop);
+    runMinifyJob(m_outlets, m_services, stop);
 }
 
 } // namespace brevant

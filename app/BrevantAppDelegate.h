@@ -16,7 +16,6 @@ namespace brevant {
 
 class PreviewPanel;
 class PreviewPanelController;
-class WindowJobDisplay;
 
 /// Answers the application's own events: opened again, files opened with it, the preview asked for. Works on
 /// the same controls as the main controller. Lives until the process ends.
@@ -32,6 +31,9 @@ public:
 
     /// Brings the main window to the front, wherever it was; always true.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
+
+    /// The same with the desktop's permission to do so (an xdg-activation token); empty if there is none.
+    void reopenWithToken(const QString &token);
 
     /// Adds files opened with the application from outside, and minifies if that is to be done by itself.
     void applicationOpenFiles(const QStringList &paths);
@@ -52,7 +54,6 @@ private:
     const Outlets m_outlets;
     PreviewPanelController &m_previewController;
     QueueDisplay m_queueDisplay;
-    std::unique_ptr<WindowJobDisplay> m_jobDisplay;
     std::unique_ptr<PreviewPanel> m_sharedPreviewPanel;
 };
 

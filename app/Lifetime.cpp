@@ -72,6 +72,7 @@ void Lifetime::quit()
     m_quitting = true;
     m_jobs.requestStop();
     m_window.hide();
+    Q_EMIT quitting();
     if (!m_jobs.isRunning())
         QCoreApplication::exit(0);
 }

@@ -23,6 +23,10 @@ public:
     /// Ends the program as soon as no file is being worked on.
     void quit();
 
+Q_SIGNALS:
+    /// The program ends because the user has asked for it.
+    void quitting();
+
 private:
     void windowClosed();
     void runsEnded();

@@ -10,6 +10,7 @@ class DockTile;
 class DoneSound;
 class FileQueue;
 class JobRunner;
+class RunNews;
 class SettingsStore;
 class Workspace;
 
@@ -21,6 +22,7 @@ struct Services {
     DockTile &dockTile;
     DoneSound &doneSound;
     Workspace &workspace;
+    RunNews &runNews;
     Tools tools;
 };
 

@@ -5,56 +5,109 @@
 #include "app/QueueDisplay.h"
 #include "app/StatusLine.h"
 #include "app/platform/DoneSound.h"
+#include "engine/EntryResult.h"
+#include "queue/PathString.h"
 #include "queue/view/BVTableView.h"
 
 #include <utility>
 
 namespace brevant {
 
-WindowJobDisplay::WindowJobDisplay(const Outlets &outlets, DoneSound &sound, QObject *parent)
-    : QObject(parent), m_outlets(outlets), m_sound(sound)
+namespace {
+
+int nextNumber()
+{
+    static std::atomic<int> last = 0;
+    return ++last;
+}
+
+} // namespace
+
+WindowJobDisplay::WindowJobDisplay(const Outlets &outlets, const Services &services)
+    : m_outlets(outlets), m_services(services), m_run(nextNumber())
 {
 }
 
+/// A step may be taken when this object has gone, and so does not know it.
 void WindowJobDisplay::onMainThread(std::function<void()> step)
 {
-    QMetaObject::invokeMethod(this, std::move(step), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&m_services.runNews, std::move(step), Qt::QueuedConnection);
 }
 
 void WindowJobDisplay::lockControls()
 {
-    onMainThread([this] { setControlsAvailable(m_outlets, false); });
+    onMainThread([outlets = m_outlets] { setControlsAvailable(outlets, false); });
 }
 
 void WindowJobDisplay::setStatusText(const QString &text)
 {
-    onMainThread([this, text] { m_outlets.progressTextField->setStringValue(text); });
+    m_statusText = text;
+    onMainThread([line = m_outlets.progressTextField, text] { line->setStringValue(text); });
+}
+
+void WindowJobDisplay::setProgress(int done, int count)
+{
+    m_outcome.count = count;
+    onMainThread(
+        [&news = m_services.runNews, run = m_run, done, count] { news.setProgress(run, done, count); });
 }
 
 void WindowJobDisplay::selectRow(int row)
 {
-    onMainThread([this, row] {
-        m_outlets.filesTable->deselectAll();
-        m_outlets.filesTable->selectRowIndexes({row}, true);
+    onMainThread([table = m_outlets.filesTable, row] {
+        table->deselectAll();
+        table->selectRowIndexes({row}, true);
     });
+}
+
+void WindowJobDisplay::entryEnded(const EntryResult &result)
+{
+    using enum EntryResult::Outcome;
+    ++m_done;
+    if (result.outcome != Done && result.outcome != NoGzipCopy)
+        return;
+    ++m_outcome.minified;
+    const QString folder = PathString::folder(result.output.value_or(QString())).toString();
+    m_folder = m_folder.value_or(folder) == folder ? folder : QString();
 }
 
 void WindowJobDisplay::deselectRows()
 {
-    onMainThread([this] { m_outlets.filesTable->deselectAll(); });
+    onMainThread([table = m_outlets.filesTable] { table->deselectAll(); });
 }
 
 void WindowJobDisplay::playDoneSound()
 {
-    onMainThread([this] {
-        if (m_sound.load())
-            m_sound.play();
+    onMainThread([&sound = m_services.doneSound] {
+        if (sound.load())
+            sound.play();
     });
 }
 
 void WindowJobDisplay::unlockControls()
 {
-    onMainThread([this] { setControlsAvailable(m_outlets, true); });
+    onMainThread([outlets = m_outlets] { setControlsAvailable(outlets, true); });
+}
+
+void WindowJobDisplay::runEnded(MinifyJob::End end)
+{
+    m_outcome.end = end;
+    if (end == MinifyJob::End::Completed)
+        m_outcome.count = m_done; // without those that were taken off the list meanwhile
+    m_outcome.folder = m_folder.value_or(QString());
+    if (end == MinifyJob::End::JavaNotStarted)
+        m_outcome.reason = m_statusText;
+    onMainThread(
+        [&news = m_services.runNews, run = m_run, outcome = m_outcome] { news.runEnded(run, outcome); });
+}
+
+void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<bool> &stop)
+{
+    WindowJobDisplay display(outlets, services);
+    const MinifyJob::End end =
+        MinifyJob(services.queue, services.settings, services.tools, display).run(stop);
+    // Who has asked for the end need not be told of it.
+    display.runEnded(stop ? MinifyJob::End::Stopped : end);
 }
 
 } // namespace brevant

@@ -16,14 +16,15 @@ Tools stubTools(const QString &folder)
 
 } // namespace
 
-AppFixture::AppFixture()
-    : settings(folder.filePath(QStringLiteral("settings.json"))),
+AppFixture::AppFixture(const QDBusConnection &bus)
+    : settings(folder.filePath(QStringLiteral("settings.json"))), dockTile(bus),
       workspace(QDBusConnection(QStringLiteral("no bus")),
                 [this](const QUrl &url) {
                     opened.append(url);
                     return true;
                 }),
-      services{settings, queue, jobs, dockTile, doneSound, workspace, stubTools(folder.path())}
+      notification(bus), services{settings,  queue,     jobs,    dockTile,
+                                  doneSound, workspace, runNews, stubTools(folder.path())}
 {
     qputenv("BREVANT_STUB_LOG", folder.filePath(QStringLiteral("stub.log")).toUtf8());
     settings.registerDefaults(registeredDefaults());
@@ -34,6 +35,9 @@ AppFixture::AppFixture()
     delegate = std::make_unique<BrevantAppDelegate>(services, window.outlets(), *controller);
     lifetime = std::make_unique<Lifetime>(window, jobs);
     connectActions(window, *controller, *delegate, *lifetime);
+    QObject::connect(&notification, &Notification::clicked, delegate.get(),
+                     &BrevantAppDelegate::reopenWithToken);
+    QObject::connect(lifetime.get(), &Lifetime::quitting, &notification, &Notification::withdraw);
     table = window.ui().filesTable;
 }
 

@@ -8,9 +8,11 @@
 #include "app/Lifetime.h"
 #include "app/MainWindow.h"
 #include "app/MenuActions.h"
+#include "app/RunNews.h"
 #include "app/StatusLine.h"
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
+#include "app/platform/Notification.h"
 #include "app/platform/Workspace.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
@@ -29,9 +31,9 @@
 #include <QUrl>
 
 /// The whole window program but for its main(), on settings and files of its own, with a stub for Java,
-/// without a session bus, and with addresses written down instead of opened.
+/// without a session bus unless one is given, and with addresses written down instead of opened.
 struct AppFixture {
-    AppFixture();
+    explicit AppFixture(const QDBusConnection &bus = QDBusConnection(QStringLiteral("no bus")));
     ~AppFixture() { jobs.stopAndWait(); }
 
     /// Makes a file in the fixture's folder; `text` tells the stub what to do.
@@ -50,10 +52,12 @@ struct AppFixture {
     QList<QUrl> opened;
     brevant::SettingsStore settings;
     brevant::FileQueue queue;
-    brevant::DockTile dockTile{QDBusConnection(QStringLiteral("no bus"))};
+    brevant::DockTile dockTile;
     brevant::DoneSound doneSound;
     brevant::Workspace workspace;
+    brevant::Notification notification;
     brevant::MainWindow window;
+    brevant::RunNews runNews{window, dockTile, notification};
     brevant::JobRunner jobs;
     brevant::Services services;
     std::unique_ptr<brevant::AppController> controller;

@@ -104,9 +104,7 @@ private Q_SLOTS:
     {
         auto app = filled(2);
         app->services.tools.java = QStringLiteral("/nowhere/java");
-        AppController controller({app->settings, app->queue, app->jobs, app->dockTile, app->doneSound,
-                                  app->workspace, app->services.tools},
-                                 app->window.outlets());
+        AppController controller(app->services, app->window.outlets());
         controller.minify();
         QTRY_COMPARE(
             app->state(),

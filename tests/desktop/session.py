@@ -166,6 +166,10 @@ class Session:
                                         None, 0, 10000, None).unpack()
         self.accessibility_bus = self._connection(address)
 
+    def connect(self):
+        """A connection of one's own to the session bus."""
+        return self._connection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+
     @staticmethod
     def _connection(address):
         flags = Gio.DBusConnectionFlags

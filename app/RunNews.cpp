@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/RunNews.h"
+
+#include "app/platform/DockTile.h"
+#include "app/platform/Notification.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace brevant {
+
+namespace {
+
+QString summaryOf(const RunOutcome &outcome)
+{
+    if (outcome.minified == 0)
+        return QStringLiteral("Nothing was minified");
+    if (outcome.minified < outcome.count)
+        return QStringLiteral("Minified %1 of %2 files").arg(outcome.minified).arg(outcome.count);
+    return outcome.count == 1 ? QStringLiteral("Minified 1 file")
+                              : QStringLiteral("Minified %1 files").arg(outcome.count);
+}
+
+/// As people write it who are at home there.
+QString withTilde(const QString &folder)
+{
+    const QString home = QDir::homePath();
+    const bool isBelow = folder == home || folder.startsWith(home + u'/');
+    return isBelow ? u'~' + folder.sliced(home.size()) : folder;
+}
+
+} // namespace
+
+RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &notification, QObject *parent)
+    : QObject(parent), m_window(window), m_dockTile(dockTile), m_notification(notification)
+{
+    // A window that is minimised no more may have got the focus before it knows.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &RunNews::withdrawIfLookedAt);
+    m_window.installEventFilter(this);
+}
+
+void RunNews::setProgress(int run, int done, int count)
+{
+    m_runs[run] = {.done = done, .count = std::max(count, done)};
+    showProgress();
+}
+
+void RunNews::runEnded(int run, const RunOutcome &outcome)
+{
+    if (const auto ended = m_runs.find(run); ended != m_runs.end()) {
+        ended->second.done = ended->second.count;
+        ended->second.ended = true;
+        showProgress();
+    }
+    notify(outcome);
+}
+
+/// Runs that have ended still count while others are under way, or the progress would go back.
+void RunNews::showProgress()
+{
+    if (std::ranges::all_of(m_runs, [](const auto &run) { return run.second.ended; })) {
+        m_runs.clear();
+        m_percent.reset();
+        m_dockTile.setProgress({});
+        return;
+    }
+    qint64 done = 0;
+    qint64 count = 0;
+    for (const auto &[number, run] : m_runs) {
+        done += run.done;
+        count += run.count;
+    }
+    // A dock need not hear of what cannot be seen on an icon.
+    const int percent = count == 0 ? 0 : static_cast<int>(100 * done / count);
+    if (std::exchange(m_percent, percent) != percent)
+        m_dockTile.setProgress(static_cast<double>(done) / static_cast<double>(std::max<qint64>(count, 1)));
+}
+
+void RunNews::notify(const RunOutcome &outcome)
+{
+    if (outcome.end == MinifyJob::End::Stopped || outcome.count == 0 || isLookedAt())
+        return;
+    m_notification.show(summaryOf(outcome),
+                        outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
+}
+
+bool RunNews::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show || event->type() == QEvent::WindowStateChange)
+        withdrawIfLookedAt();
+    return QObject::eventFilter(watched, event);
+}
+
+void RunNews::withdrawIfLookedAt()
+{
+    if (isLookedAt())
+        m_notification.withdraw();
+}
+
+/// Its dialogs and panels are looked at with it.
+bool RunNews::isLookedAt() const
+{
+    return m_window.isVisible() && !m_window.isMinimized() && QGuiApplication::focusWindow() != nullptr;
+}
+
+} // namespace brevant
