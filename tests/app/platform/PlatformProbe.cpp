@@ -7,11 +7,9 @@
 #include "app/platform/FeedbackMail.h"
 #include "app/platform/Workspace.h"
 
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
 
 using namespace brevant;
@@ -44,20 +42,12 @@ void mail()
     say(opened ? "opened" : "not opened");
 }
 
-/// sound TIMES MILLISECONDS: plays that often at once, and leaves after that time with the status 7. Tells
-/// how long the longest gap between two ticks of the main thread was, counting the calls themselves.
+/// sound TIMES MILLISECONDS: plays that often at once, and leaves after that time with the status 7.
 int sound(const QCoreApplication &application)
 {
     const QStringList arguments = QCoreApplication::arguments();
-    qint64 longestGap = 0;
-    QElapsedTimer lastTick;
     {
         DoneSound done;
-        QTimer ticks;
-        QObject::connect(&ticks, &QTimer::timeout, &application,
-                         [&] { longestGap = std::max(longestGap, lastTick.restart()); });
-        ticks.start(10);
-        lastTick.start();
         if (!done.load())
             say("not loaded");
         for (int times = arguments.at(2).toInt(); times > 0; --times)
@@ -65,7 +55,6 @@ int sound(const QCoreApplication &application)
         QTimer::singleShot(arguments.at(3).toInt(), &application, &QCoreApplication::quit);
         QCoreApplication::exec();
     }
-    std::printf("gap %lld\n", static_cast<long long>(longestGap));
     qWarning("other warnings are heard");
     say("leaving");
     return 7;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/app/platform/ProbeRun.h"
 
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -17,19 +16,9 @@ ProbeEnd runProbe(const QStringList &arguments, const QProcessEnvironment &envir
     QProcess probe;
     probe.setProcessEnvironment(complete);
     ProbeEnd end;
-    QElapsedTimer clock;
-    QElapsedTimer lastWord;
-    QObject::connect(&probe, &QProcess::readyReadStandardOutput, &probe, [&] {
-        end.out += probe.readAllStandardOutput();
-        lastWord.start();
-    });
-    clock.start();
-    lastWord.start();
     probe.start(QStringLiteral(BREVANT_PLATFORM_PROBE), arguments);
     const bool ended = probe.waitForFinished(20'000);
-    end.milliseconds = clock.elapsed();
-    end.farewell = lastWord.elapsed();
-    end.out += probe.readAllStandardOutput();
+    end.out = probe.readAllStandardOutput();
     end.err = probe.readAllStandardError();
     if (ended)
         end.status = probe.exitStatus() == QProcess::NormalExit ? probe.exitCode() : -probe.exitCode();

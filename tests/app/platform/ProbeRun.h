@@ -13,10 +13,6 @@ struct ProbeEnd {
     int status = -1; ///< exit status; minus the signal's number if a signal ended it; -1000 if nothing did
     QByteArray out;
     QByteArray err;
-    qint64 milliseconds = 0;
-
-    /// Milliseconds from the program's last word to its end.
-    qint64 farewell = 0;
 };
 
 /// Runs the probe program to its end, at most 20 seconds.

@@ -6,7 +6,6 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace brevant;
@@ -196,13 +195,13 @@ void tst_Workspace::folderIsOpened()
 
 void tst_Workspace::doesNotWait()
 {
-    startFileManager(FileManager::Answer::None);
-    QElapsedTimer clock;
-    clock.start();
+    // The file manager is on this thread and could not answer: a call that waits gives up, and opens the
+    // folder.
+    startFileManager(FileManager::Answer::Done);
     m_workspace->selectFile(m_file);
-    QVERIFY2(clock.elapsed() < 100, qPrintable(QString::number(clock.elapsed())));
-    QTRY_COMPARE(m_manager->asked.size(), 1);
     QCOMPARE(m_opened, QList<QUrl>());
+    QCOMPARE(m_manager->asked.size(), 0);
+    QTRY_COMPARE(m_manager->asked.size(), 1);
 }
 
 void tst_Workspace::slowAnswerIsWaitedFor()
