@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StatusLine.h"
 
-#include <QAccessible>
-#include <QAccessibleEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -13,12 +11,8 @@ void StatusLine::setStringValue(const QString &text)
 {
     if (text == this->text())
         return;
-    setText(text);
+    setText(text); // which tells assistive programs
     setToolTip(text);
-    QAccessibleEvent changed(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&changed);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
 }
 
 void StatusLine::paintEvent([[maybe_unused]] QPaintEvent *event)

@@ -6,8 +6,8 @@
 
 namespace brevant {
 
-/// The line under the list: how many items there are, or how far a run is. Speaks up for those who listen to
-/// the window instead of looking at it, and cuts a text that is too long at its end.
+/// The line under the list: how many items there are, or how far a run is. Those who listen to the window
+/// instead of looking at it hear of each new text once. A text that is too long is cut at its end.
 class StatusLine final : public QLabel {
     Q_OBJECT
 
