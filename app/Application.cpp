@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 
+#include "app/ApplicationService.h"
 #include "app/MenuActions.h"
+#include "app/ServiceRequests.h"
 #include "app/StartUp.h"
 #include "settings/SettingsKeys.h"
 
@@ -16,6 +18,9 @@ namespace brevant {
 namespace {
 
 constexpr std::chrono::milliseconds longestWait(500);
+
+// The bus has the call ready that it starts the program for.
+constexpr std::chrono::seconds serviceWait(10);
 
 // The layout must be loaded before anybody asks for the controls.
 Outlets loaded(MainWindow &window)
@@ -49,11 +54,20 @@ Application::~Application()
     m_jobs.stopAndWait(); // while what they work on is still there
 }
 
-void Application::start(const QStringList &paths)
+void Application::serve(ApplicationService &service)
 {
-    m_window.show();
+    connectRequests(service, m_window, m_controller, m_delegate);
+    QObject::connect(&m_lifetime, &Lifetime::ending, &service, &ApplicationService::release);
+}
+
+void Application::start(const Launch &launch)
+{
+    m_launch = launch;
+    if (launch.asService)
+        QTimer::singleShot(serviceWait, &m_lifetime, &Lifetime::quitIfUnseen);
+    else
+        m_window.show();
     m_delegate.applicationDidFinishLaunching();
-    m_paths = paths;
     // What takes a while is left until the window has been painted, or is not going to be, being minimised.
     QObject::connect(&m_window, &MainWindow::painted, &m_delegate, [this] { finishStart(); });
     QTimer::singleShot(longestWait, &m_delegate, [this] { finishStart(); });
@@ -65,8 +79,10 @@ void Application::finishStart()
         return;
     loadApplicationIcon();
     m_settings.watchFile();
-    if (!m_paths.isEmpty())
-        m_delegate.applicationOpenFiles(m_paths);
+    if (m_launch.minify)
+        m_delegate.minifyFiles(m_launch.paths);
+    else if (!m_launch.paths.isEmpty())
+        m_delegate.applicationOpenFiles(m_launch.paths);
 }
 
 } // namespace brevant

@@ -5,6 +5,7 @@
 #include "app/AppController.h"
 #include "app/BrevantAppDelegate.h"
 #include "app/JobRunner.h"
+#include "app/Launch.h"
 #include "app/Lifetime.h"
 #include "app/MainWindow.h"
 #include "app/RunNews.h"
@@ -16,9 +17,9 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsStore.h"
 
-#include <QStringList>
-
 namespace brevant {
+
+class ApplicationService;
 
 /// The objects that live as long as the process, made and connected in their order.
 class Application final {
@@ -32,8 +33,12 @@ public:
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;
 
-    /// Shows the window and adds the paths.
-    void start(const QStringList &paths);
+    /// Does from now on what the session bus asks for. The service must outlive this object.
+    void serve(ApplicationService &service);
+
+    /// Shows the window and does what the launch asks for. A launch as service shows none before it is asked
+    /// to; if nobody asks soon, the program ends.
+    void start(const Launch &launch);
 
     [[nodiscard]] MainWindow &window() { return m_window; }
     [[nodiscard]] AppController &controller() { return m_controller; }
@@ -42,7 +47,7 @@ public:
 private:
     void finishStart();
 
-    QStringList m_paths; ///< to be added at the start
+    Launch m_launch;
     bool m_started = false;
     SettingsStore m_settings;
     FileQueue m_queue;

@@ -49,12 +49,29 @@ void BrevantAppDelegate::reopenWithToken(const QString &token)
 
 void BrevantAppDelegate::applicationOpenFiles(const QStringList &paths)
 {
+    if (addFiles(paths) && m_services.settings.isTrue(autoMinifyCheckerKeyString))
+        startRun();
+}
+
+void BrevantAppDelegate::minifyFiles(const QStringList &paths)
+{
+    if (addFiles(paths))
+        startRun();
+}
+
+// Whether there is something on the list then.
+bool BrevantAppDelegate::addFiles(const QStringList &paths)
+{
     addWithSpinner(paths, m_outlets, m_services.queue, m_services.settings);
     if (m_services.queue.isEmpty())
-        return;
+        return false;
     m_queueDisplay.refreshAfterAdding();
-    if (m_services.settings.isTrue(autoMinifyCheckerKeyString))
-        m_services.jobs.detachNewThread([this](const std::atomic<bool> &stop) { doMinify(stop); });
+    return true;
+}
+
+void BrevantAppDelegate::startRun()
+{
+    m_services.jobs.detachNewThread([this](const std::atomic<bool> &stop) { doMinify(stop); });
 }
 
 void BrevantAppDelegate::togglePreviewPanel()

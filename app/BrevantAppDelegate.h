@@ -38,6 +38,9 @@ public:
     /// Adds files opened with the application from outside, and minifies if that is to be done by itself.
     void applicationOpenFiles(const QStringList &paths);
 
+    /// Adds files from outside, and minifies the list.
+    void minifyFiles(const QStringList &paths);
+
     /// Opens the preview panel, or closes it if it is open.
     void togglePreviewPanel();
 
@@ -48,6 +51,8 @@ public:
     [[nodiscard]] PreviewPanel *sharedPreviewPanel() const { return m_sharedPreviewPanel.get(); }
 
 private:
+    [[nodiscard]] bool addFiles(const QStringList &paths);
+    void startRun();
     void makePreviewPanel();
 
     const Services m_services;

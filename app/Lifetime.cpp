@@ -70,11 +70,21 @@ void Lifetime::catchSignals()
 void Lifetime::quit()
 {
     m_quitting = true;
+    Q_EMIT ending();
     m_jobs.requestStop();
     m_window.hide();
     Q_EMIT quitting();
     if (!m_jobs.isRunning())
         QCoreApplication::exit(0);
+}
+
+void Lifetime::quitIfUnseen()
+{
+    if (!m_window.isHidden() || m_jobs.isRunning())
+        return;
+    m_quitting = true;
+    Q_EMIT ending();
+    QCoreApplication::exit(0);
 }
 
 void Lifetime::windowClosed()
@@ -88,10 +98,7 @@ void Lifetime::runsEnded()
     if (m_quitting) {
         QCoreApplication::exit(0);
     } else if (m_window.isHidden()) {
-        QTimer::singleShot(soundLength, this, [this] {
-            if (m_window.isHidden() && !m_jobs.isRunning())
-                QCoreApplication::exit(0);
-        });
+        QTimer::singleShot(soundLength, this, &Lifetime::quitIfUnseen);
     }
 }
 

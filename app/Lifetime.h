@@ -23,9 +23,15 @@ public:
     /// Ends the program as soon as no file is being worked on.
     void quit();
 
+    /// Ends the program if its window is hidden and no run is under way.
+    void quitIfUnseen();
+
 Q_SIGNALS:
     /// The program ends because the user has asked for it.
     void quitting();
+
+    /// The program is going to end, for whatever reason, and nothing takes that back.
+    void ending();
 
 private:
     void windowClosed();

@@ -5,6 +5,7 @@
 #include "queue/PathString.h"
 
 #include <QApplication>
+#include <QCommandLineOption>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QIcon>
@@ -34,8 +35,17 @@ bool answeredInWords(int &argc, char *argv[])
         return false;
     const QCoreApplication application(argc, argv);
     nameApplication();
-    static_cast<void>(pathsOnCommandLine());
+    static_cast<void>(launchOnCommandLine());
     return true;
+}
+
+bool mayHaveDisplay(int argc, char *argv[])
+{
+    constexpr std::array<const char *, 3> variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    constexpr std::array<std::string_view, 2> words{"-platform", "--platform"};
+    return std::any_of(variables.begin(), variables.end(),
+                       [](const char *name) { return !qEnvironmentVariableIsEmpty(name); }) ||
+           std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) != argv + argc;
 }
 
 void setUpApplication()
@@ -55,14 +65,23 @@ void loadApplicationIcon()
     QApplication::setWindowIcon(icon);
 }
 
-QStringList pathsOnCommandLine()
+Launch launchOnCommandLine()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Minifies CSS, JavaScript, HTML and PHP files."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("Files and folders to list."),
-                                 QStringLiteral("[PATH...]"));
+    const QCommandLineOption minify(QStringLiteral("minify"),
+                                    QStringLiteral("Minify the list once the files are on it."));
+    parser.addOption(minify);
+    // The name that the desktop's own programs have for it.
+    QCommandLineOption service(QStringLiteral("gapplication-service"));
+    service.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(service);
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QStringLiteral("Files and folders to list, in the window that is open if there is one."),
+        QStringLiteral("[PATH...]"));
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n", qUtf8Printable(parser.errorText()));
         std::exit(2);
@@ -71,10 +90,10 @@ QStringList pathsOnCommandLine()
         parser.showHelp();
     if (parser.isSet(QStringLiteral("version")))
         parser.showVersion();
-    QStringList paths;
+    Launch launch{{}, parser.isSet(minify), parser.isSet(service)};
     for (const QString &path : parser.positionalArguments())
-        paths.append(PathString::absolute(path));
-    return paths;
+        launch.paths.append(PathString::absolute(path));
+    return launch;
 }
 
 } // namespace brevant

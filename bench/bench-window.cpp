@@ -11,6 +11,8 @@
 // bench-window edit COUNT        prints the milliseconds of Select All and Remove with COUNT rows
 // bench-window job FILE...       prints the seconds of one run over the files
 #include "app/Application.h"
+#include "app/ApplicationService.h"
+#include "app/Instance.h"
 #include "app/StartUp.h"
 #include "app/StatusLine.h"
 #include "app/platform/FontLoading.h"
@@ -116,14 +118,18 @@ void benchJob(Application &application, const QStringList &files)
 
 int main(int argc, char *argv[])
 {
+    ApplicationService service;
+    Instance instance(service, sessionBusAddress());
     FontLoading fonts;
     const QApplication qtApplication(argc, argv);
     const std::string_view mode = argc > 1 ? argv[1] : "";
     FirstPaint firstPaint;
     setUpApplication();
+    instance.finishClaim();
     const QTemporaryDir folder;
     fonts.wait();
     Application application(folder.filePath(QStringLiteral("settings.json")));
+    application.serve(service);
     if (mode == "start")
         application.window().installEventFilter(&firstPaint);
     application.start({});

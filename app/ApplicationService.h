@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+class QDBusMessage;
+
+namespace brevant {
+
+/// The name and the object of the running program on the session bus.
+inline constexpr auto serviceName = "org.brevant.Brevant";
+inline constexpr auto servicePath = "/org/brevant/Brevant";
+inline constexpr auto serviceInterface = "org.freedesktop.Application";
+
+/// What the session bus asks of the running program: to come to the front, to open files, to carry out an
+/// action. Calls that come before the main loop runs wait for it.
+///
+/// The interface: https://specifications.freedesktop.org/desktop-entry-spec/latest/dbus.html
+class ApplicationService final : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Claim {
+        First, ///< the name is ours
+        Taken, ///< another process has it
+        Alone, ///< there is no bus, or it gives no names
+    };
+
+    explicit ApplicationService(QObject *parent = nullptr);
+    ~ApplicationService() override;
+
+    /// Offers the object on a bus, and claims the name. Waits for the bus; any thread may call it, as long as
+    /// no other uses this object. May be called again if the name was taken.
+    Claim claim(const QDBusConnection &bus);
+
+    /// Gives up the name at once, for the next launch to have it. Who calls from now on is refused, so that
+    /// nothing is lost in a program that is about to end.
+    void release();
+
+Q_SIGNALS:
+    /// `platformData` is what activate() of app/platform/Activation takes.
+    void activateRequested(const QVariantMap &platformData);
+
+    /// `paths` are those of the local files among what is to be opened.
+    void openRequested(const QStringList &paths, const QVariantMap &platformData);
+
+    /// `paths` are those of the local files that the action is for, often none.
+    void actionRequested(const QString &action, const QStringList &paths, const QVariantMap &platformData);
+
+private:
+    friend class ApplicationAdaptor;
+    bool accept(const QDBusMessage &call);
+
+    std::optional<QDBusConnection> m_bus;
+    bool m_released = false;
+};
+
+/// Who has the name on a bus: an address for calls that are for nobody else, or "".
+[[nodiscard]] QString serviceOwner(const QDBusConnection &bus);
+
+} // namespace brevant
