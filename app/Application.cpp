@@ -20,7 +20,7 @@ namespace {
 constexpr std::chrono::milliseconds longestWait(500);
 
 // The bus has the call ready that it starts the program for.
-constexpr std::chrono::seconds serviceWait(10);
+constexpr std::chrono::seconds serviceWait(5);
 
 // The layout must be loaded before anybody asks for the controls.
 Outlets loaded(MainWindow &window)

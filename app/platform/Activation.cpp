@@ -114,8 +114,10 @@ void activate(QWindow &window, const QVariantMap &platformData)
         qunsetenv("XDG_ACTIVATION_TOKEN"); // nothing that we start may use it
     }
     const QByteArray startupId = platformData.value(startupIdKey).toString().toUtf8();
+    // Other platforms that run beside an X server have this interface, too, but windows that it does not
+    // know.
     const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!startupId.isEmpty() && x11 != nullptr)
+    if (!startupId.isEmpty() && x11 != nullptr && QGuiApplication::platformName() == QLatin1StringView("xcb"))
         activateOnX11(x11->connection(), static_cast<xcb_window_t>(window.winId()), startupId);
 }
 

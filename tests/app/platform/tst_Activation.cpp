@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/platform/Activation.h"
+
+#include <QGuiApplication>
+#include <QTest>
+#include <QWindow>
+
+using namespace brevant;
+
+class tst_Activation final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fromEnvironment_data()
+    {
+        QTest::addColumn<QByteArray>("token");
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<QStringList>("keys");
+        const QString token = QStringLiteral("activation-token");
+        const QString id = QStringLiteral("desktop-startup-id");
+        QTest::newRow("none") << QByteArray() << QByteArray() << QStringList();
+        QTest::newRow("Wayland") << QByteArray("t") << QByteArray() << QStringList(token);
+        QTest::newRow("X11") << QByteArray() << QByteArray("i_TIME1") << QStringList(id);
+        QTest::newRow("both") << QByteArray("t") << QByteArray("i") << QStringList({token, id});
+    }
+
+    void fromEnvironment()
+    {
+        QFETCH(const QByteArray, token);
+        QFETCH(const QByteArray, id);
+        QFETCH(const QStringList, keys);
+        qputenv("XDG_ACTIVATION_TOKEN", token);
+        qputenv("DESKTOP_STARTUP_ID", id);
+        const QVariantMap data = activationFromEnvironment();
+        QCOMPARE(data.keys(), keys);
+        QCOMPARE(data.value(QStringLiteral("activation-token")).toString(), QString::fromUtf8(token));
+        QCOMPARE(data.value(QStringLiteral("desktop-startup-id")).toString(), QString::fromUtf8(id));
+    }
+
+    void otherDisplaysAreLeftAlone()
+    {
+        QWindow window;
+        window.show();
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        activate(window, {{QStringLiteral("activation-token"), QStringLiteral("t")},
+                          {QStringLiteral("desktop-startup-id"), QStringLiteral("i_TIME1")}});
+        activate(window,
+                 {{QStringLiteral("activation-token"), 7}, {QStringLiteral("desktop-startup-id"), 7}});
+        QVERIFY(window.isVisible());
+        QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    }
+};
+
+QTEST_MAIN(tst_Activation)
+#include "tst_Activation.moc"

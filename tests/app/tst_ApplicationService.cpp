@@ -1,0 +1,222 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ApplicationService.h"
+#include "app/platform/Workspace.h"
+#include "tests/app/platform/PrivateBus.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+#include <thread>
+
+using namespace brevant;
+using brevant::test::PrivateBus;
+
+using Claim = ApplicationService::Claim;
+
+/// The object on the bus, asked by another program.
+class tst_ApplicationService final : public QObject {
+    Q_OBJECT
+
+private:
+    QDBusConnection connection(const QString &name) const
+    {
+        return QDBusConnection::connectToBus(m_bus->address(), name);
+    }
+
+    static QDBusMessage call(const char *method, const QVariantList &arguments)
+    {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QString::fromLatin1(serviceName), QString::fromLatin1(servicePath),
+            QString::fromLatin1(serviceInterface), QString::fromLatin1(method));
+        message.setArguments(arguments);
+        return message;
+    }
+
+    /// What the program answers to another one.
+    QDBusMessage answer(const QDBusMessage &question) const
+    {
+        QDBusPendingCall pending = connection(QStringLiteral("other")).asyncCall(question);
+        if (!QTest::qWaitFor([&pending] { return pending.isFinished(); }))
+            return QDBusMessage::createError(QStringLiteral("test.NoAnswer"), QString());
+        return pending.reply();
+    }
+
+    bool isAccepted(const char *method, const QVariantList &arguments) const
+    {
+        return answer(call(method, arguments)).type() == QDBusMessage::ReplyMessage;
+    }
+
+    int heard() const { return int(m_activated->size() + m_opened->size() + m_acted->size()); }
+
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<ApplicationService> m_service;
+    std::unique_ptr<QSignalSpy> m_activated;
+    std::unique_ptr<QSignalSpy> m_opened;
+    std::unique_ptr<QSignalSpy> m_acted;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_bus = std::make_unique<PrivateBus>();
+        QVERIFY2(!m_bus->address().isEmpty(), "dbus-daemon does not start");
+    }
+
+    void init()
+    {
+        m_service = std::make_unique<ApplicationService>();
+        m_activated = std::make_unique<QSignalSpy>(m_service.get(), &ApplicationService::activateRequested);
+        m_opened = std::make_unique<QSignalSpy>(m_service.get(), &ApplicationService::openRequested);
+        m_acted = std::make_unique<QSignalSpy>(m_service.get(), &ApplicationService::actionRequested);
+        Claim claim = Claim::Alone;
+        std::thread([this, &claim] {
+            claim = m_service->claim(connection(QStringLiteral("service")));
+        }).join();
+        QCOMPARE(claim, Claim::First);
+    }
+
+    void cleanup()
+    {
+        m_service.reset();
+        QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+        QDBusConnection::disconnectFromBus(QStringLiteral("other"));
+    }
+
+    void activate()
+    {
+        const QVariantMap platformData{{QStringLiteral("activation-token"), QStringLiteral("t")}};
+        QVERIFY(isAccepted("Activate", {platformData}));
+        QCOMPARE(m_activated->size(), 1);
+        QCOMPARE(m_activated->first().first().toMap(), platformData);
+        QCOMPARE(heard(), 1);
+    }
+
+    void open_data()
+    {
+        QTest::addColumn<QString>("uri");
+        QTest::addColumn<QStringList>("paths");
+        for (const QString &path :
+             {QStringLiteral("/x/a.css"), QStringLiteral("/x/a b.css"), QStringLiteral("/x/50%25.css"),
+              QStringLiteral("/x/größe 日本.css"), QStringLiteral("/x/a\nb.css"),
+              QStringLiteral("/x/\"'`$.css"), QStringLiteral("/x/a#b?c;d&e.css"), QStringLiteral("//x/a.css"),
+              QStringLiteral("/")})
+            QTest::newRow(qPrintable(path))
+                << fileUrl(path).toString(QUrl::FullyEncoded) << QStringList(path);
+        QTest::newRow("this host") << QStringLiteral("file://localhost/x/a.css")
+                                   << QStringList(QStringLiteral("/x/a.css"));
+        QTest::newRow("not escaped") << QStringLiteral("file:///x/ä b.css")
+                                     << QStringList(QStringLiteral("/x/ä b.css"));
+        for (const char *other : {"https://brevant.example/a.css", "file://elsewhere/a.css",
+                                  "sftp://h/x/a.css", "/x/a.css", "a.css", "file:", ":", ""})
+            QTest::addRow("passed over: %s", other) << QString::fromLatin1(other) << QStringList();
+    }
+
+    void open()
+    {
+        QFETCH(const QString, uri);
+        QFETCH(const QStringList, paths);
+        const QString last = QStringLiteral("file:///last.css");
+        QVERIFY(isAccepted("Open", {QStringList({uri, last}), QVariantMap()}));
+        QCOMPARE(m_opened->size(), 1);
+        QCOMPARE(m_opened->first().first().toStringList(), paths + QStringList(QStringLiteral("/last.css")));
+        QCOMPARE(heard(), 1);
+    }
+
+    void action_data()
+    {
+        QTest::addColumn<QVariantList>("parameter");
+        QTest::addColumn<QStringList>("paths");
+        const QStringList uris{QStringLiteral("file:///a%20b.css"), QStringLiteral("https://h/c.css")};
+        const QStringList paths{QStringLiteral("/a b.css")};
+        QTest::newRow("none") << QVariantList() << QStringList();
+        QTest::newRow("addresses") << QVariantList{uris} << paths;
+        QTest::newRow("more than one") << QVariantList{uris, QStringLiteral("s")} << paths;
+        QTest::newRow("a text") << QVariantList{uris.first()} << QStringList();
+        QTest::newRow("a number") << QVariantList{7} << QStringList();
+        QTest::newRow("numbers") << QVariantList{QVariantList{7}} << QStringList();
+    }
+
+    void action()
+    {
+        QFETCH(const QVariantList, parameter);
+        QFETCH(const QStringList, paths);
+        const QVariantMap platformData{{QStringLiteral("desktop-startup-id"), QStringLiteral("i")}};
+        QVERIFY(isAccepted("ActivateAction", {QStringLiteral("any"), QVariant(parameter), platformData}));
+        QCOMPARE(m_acted->size(), 1);
+        QCOMPARE(m_acted->first(), QVariantList({QStringLiteral("any"), paths, platformData}));
+        QCOMPARE(heard(), 1);
+    }
+
+    void otherTypesAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("method");
+        QTest::addColumn<QVariantList>("arguments");
+        const QVariantMap map;
+        const QStringList list;
+        QTest::newRow("no data") << QByteArray("Activate") << QVariantList();
+        QTest::newRow("data that is a text") << QByteArray("Activate") << QVariantList{QString()};
+        QTest::newRow("one address") << QByteArray("Open") << QVariantList{QStringLiteral("file:///a"), map};
+        QTest::newRow("no data with addresses") << QByteArray("Open") << QVariantList{list};
+        QTest::newRow("too much") << QByteArray("Open") << QVariantList{list, map, 1};
+        QTest::newRow("only a name") << QByteArray("ActivateAction")
+                                     << QVariantList{QStringLiteral("minify")};
+        QTest::newRow("unknown method") << QByteArray("Close") << QVariantList{map};
+    }
+
+    void otherTypesAreRefused()
+    {
+        QFETCH(const QByteArray, method);
+        QFETCH(const QVariantList, arguments);
+        QVERIFY(!isAccepted(method.constData(), arguments));
+        QCOMPARE(heard(), 0);
+        QVERIFY(isAccepted("Activate", {QVariantMap()}));
+    }
+
+    void whoWantsNoAnswerGetsNone()
+    {
+        QVERIFY(connection(QStringLiteral("other")).send(call("Activate", {QVariantMap()})));
+        QTRY_COMPARE(m_activated->size(), 1);
+    }
+
+    void theNameIsTaken()
+    {
+        ApplicationService second;
+        const QDBusConnection bus = connection(QStringLiteral("other"));
+        QCOMPARE(second.claim(bus), Claim::Taken);
+        QCOMPARE(serviceOwner(bus), connection(QStringLiteral("service")).baseService());
+        m_service->release();
+        QTRY_COMPARE(serviceOwner(bus), QString());
+        QCOMPARE(second.claim(bus), Claim::First);
+        QCOMPARE(serviceOwner(bus), bus.baseService());
+    }
+
+    void afterTheReleaseAllAreRefused()
+    {
+        m_service->release();
+        for (QDBusMessage question :
+             {call("Activate", {QVariantMap()}),
+              call("Open", {QStringList(QStringLiteral("file:///a")), QVariantMap()}),
+              call("ActivateAction", {QStringLiteral("minify"), QVariant(QVariantList()), QVariantMap()})}) {
+            // To the program itself, as who has looked up its name just before the release.
+            QDBusMessage direct =
+                QDBusMessage::createMethodCall(connection(QStringLiteral("service")).baseService(),
+                                               question.path(), question.interface(), question.member());
+            direct.setArguments(question.arguments());
+            QCOMPARE(answer(direct).type(), QDBusMessage::ErrorMessage);
+        }
+        QCOMPARE(heard(), 0);
+    }
+
+    void noBus()
+    {
+        ApplicationService alone;
+        QCOMPARE(alone.claim(QDBusConnection(QStringLiteral("no bus"))), Claim::Alone);
+        alone.release();
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_ApplicationService)
+#include "tst_ApplicationService.moc"

@@ -1,0 +1,239 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Instance.h"
+#include "app/Launch.h"
+#include "tests/app/platform/PrivateBus.h"
+
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+#include <future>
+#include <memory>
+
+using namespace brevant;
+using brevant::test::PrivateBus;
+
+/// Another program under the name of ours.
+class Owner final : public QDBusVirtualObject {
+    Q_OBJECT
+
+public:
+    using Answer = std::function<void(Owner &owner, const QDBusMessage &question)>;
+
+    Owner(const QString &address, Answer answer)
+        : m_answer(std::move(answer)), m_bus(QDBusConnection::connectToBus(address, QStringLiteral("owner")))
+    {
+        if (m_answer)
+            m_bus.registerVirtualObject(QString::fromLatin1(servicePath), this);
+        m_bus.call(busCall("RequestName") << 4U);
+    }
+
+    ~Owner() override { leave(); }
+
+    void leave()
+    {
+        m_bus = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(QStringLiteral("owner"));
+    }
+
+    void send(const QDBusMessage &message) const { m_bus.send(message); }
+
+    static QDBusMessage busCall(const char *method)
+    {
+        return QDBusMessage::createMethodCall(
+                   QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                   QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method))
+               << QString::fromLatin1(serviceName);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override
+    {
+        ++asked;
+        m_answer(*this, message);
+        return true;
+    }
+
+    int asked = 0;
+
+private:
+    Answer m_answer;
+    QDBusConnection m_bus;
+};
+
+/// The second launch of the program, and the first.
+class tst_Instance final : public QObject {
+    Q_OBJECT
+
+private:
+    struct Process {
+        explicit Process(const QString &address) : instance(service, address) {}
+
+        ApplicationService service;
+        Instance instance;
+    };
+
+    /// What becomes of a launch while the other program, on this thread, can answer.
+    std::optional<int> launched(const Launch &launch, const QVariantMap &platformData = {},
+                                std::chrono::milliseconds timeout = std::chrono::seconds(20))
+    {
+        auto outcome = std::async(std::launch::async, [&] {
+            m_process->instance.setAnswerTimeout(timeout);
+            return m_process->instance.handOver(launch, platformData);
+        });
+        const bool ended = QTest::qWaitFor(
+            [&outcome] { return outcome.wait_for(std::chrono::seconds(0)) == std::future_status::ready; },
+            30'000);
+        return ended ? outcome.get() : std::optional(-1);
+    }
+
+    void secondLaunch() { m_process = std::make_unique<Process>(m_bus->address()); }
+
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<Process> m_process;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_bus = std::make_unique<PrivateBus>();
+        QVERIFY2(!m_bus->address().isEmpty(), "dbus-daemon does not start");
+    }
+
+    void cleanup()
+    {
+        m_process.reset();
+        QDBusConnection::disconnectFromBus(QStringLiteral("first"));
+    }
+
+    void theFirst()
+    {
+        secondLaunch();
+        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+        const QDBusConnection other =
+            QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"));
+        QVERIFY(!serviceOwner(other).isEmpty());
+    }
+
+    void handsOver_data()
+    {
+        QTest::addColumn<QStringList>("paths");
+        QTest::addColumn<bool>("minify");
+        const QStringList odd{QStringLiteral("/x/a b.css"),    QStringLiteral("/x/100%25 ü.css"),
+                              QStringLiteral("/x/two\nlines"), QStringLiteral("/x/\"it's\".js"),
+                              QStringLiteral("/x/#?&;.html"),  QStringLiteral("//x/../y")};
+        QTest::newRow("nothing") << QStringList() << false;
+        QTest::newRow("files") << odd << false;
+        QTest::newRow("files to be minified") << odd << true;
+        QTest::newRow("the list to be minified") << QStringList() << true;
+    }
+
+    void handsOver()
+    {
+        QFETCH(const QStringList, paths);
+        QFETCH(const bool, minify);
+        ApplicationService first;
+        const QSignalSpy activated(&first, &ApplicationService::activateRequested);
+        const QSignalSpy opened(&first, &ApplicationService::openRequested);
+        const QSignalSpy acted(&first, &ApplicationService::actionRequested);
+        QCOMPARE(first.claim(QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"))),
+                 ApplicationService::Claim::First);
+        secondLaunch();
+        const QVariantMap platformData{{QStringLiteral("activation-token"), QStringLiteral("t")}};
+        QCOMPARE(launched({paths, minify}, platformData), std::optional(0));
+        QCOMPARE(activated.size() + opened.size() + acted.size(), 1);
+        if (minify)
+            QCOMPARE(acted.first(), QVariantList({QStringLiteral("minify"), paths, platformData}));
+        else if (paths.isEmpty())
+            QCOMPARE(activated.first(), QVariantList({platformData}));
+        else
+            QCOMPARE(opened.first(), QVariantList({paths, platformData}));
+    }
+
+    void aServiceThatIsNotNeeded()
+    {
+        const Owner owner(m_bus->address(), {});
+        secondLaunch();
+        QCOMPARE(launched({{}, false, true}), std::optional(0));
+        QCOMPARE(owner.asked, 0);
+    }
+
+    void theOwnerEnds_data()
+    {
+        QTest::addColumn<Owner::Answer>("answer");
+        QTest::newRow("it refuses") << Owner::Answer([](Owner &owner, const QDBusMessage &question) {
+            owner.send(Owner::busCall("ReleaseName"));
+            owner.send(question.createErrorReply(QDBusError::UnknownObject, QStringLiteral("ending")));
+        });
+        QTest::newRow("it goes without a word")
+            << Owner::Answer([](Owner &owner, const QDBusMessage &) { owner.leave(); });
+    }
+
+    void theOwnerEnds()
+    {
+        QFETCH(const Owner::Answer, answer);
+        const Owner owner(m_bus->address(), answer);
+        secondLaunch();
+        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+        QCOMPARE(owner.asked, 1);
+        const QDBusConnection other =
+            QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"));
+        QVERIFY(!serviceOwner(other).isEmpty());
+    }
+
+    void theOwnerDoesNotAnswer()
+    {
+        const Owner owner(m_bus->address(), [](Owner &, const QDBusMessage &) {});
+        secondLaunch();
+        QCOMPARE(launched({{QStringLiteral("/a.css")}}, {}, std::chrono::milliseconds(50)), std::optional(1));
+        QCOMPARE(owner.asked, 1);
+    }
+
+    void theOwnerIsSomethingElse()
+    {
+        const Owner owner(m_bus->address(), {});
+        secondLaunch();
+        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+    }
+
+    void noBus_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::newRow("none") << QString();
+        QTest::newRow("nobody there") << QStringLiteral("unix:path=/nonexistent/bus");
+        QTest::newRow("no address") << QStringLiteral("nonsense");
+    }
+
+    void noBus()
+    {
+        QFETCH(const QString, address);
+        m_process = std::make_unique<Process>(address);
+        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+    }
+
+    void whereTheBusIs()
+    {
+        const QTemporaryDir folder;
+        const QString runtime = folder.filePath(QStringLiteral("run 1"));
+        QVERIFY(QDir().mkdir(runtime));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x");
+        QCOMPARE(sessionBusAddress(), QStringLiteral("unix:path=/x"));
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        QCOMPARE(sessionBusAddress(), QString());
+        QFile socket(runtime + QStringLiteral("/bus"));
+        QVERIFY(socket.open(QIODevice::WriteOnly));
+        QCOMPARE(sessionBusAddress(),
+                 QStringLiteral("unix:path=") + folder.path() + QStringLiteral("/run%201/bus"));
+        qunsetenv("XDG_RUNTIME_DIR");
+        QCOMPARE(sessionBusAddress(), QString());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Instance)
+#include "tst_Instance.moc"

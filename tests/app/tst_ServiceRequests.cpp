@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppFixture.h"
+
+#include "app/ApplicationService.h"
+#include "app/ServiceRequests.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace brevant;
+
+/// What the window does of that which the bus asks for.
+class tst_ServiceRequests final : public QObject {
+    Q_OBJECT
+
+private:
+    struct Served : AppFixture {
+        Served()
+        {
+            controller->setRunOpenPanel([this](QWidget *, const QStringList &) {
+                ++panels;
+                return std::nullopt;
+            });
+            connectRequests(service, window, *controller, *delegate);
+        }
+
+        void act(const char *action, const QStringList &paths = {})
+        {
+            Q_EMIT service.actionRequested(QString::fromLatin1(action), paths, {});
+        }
+
+        int panels = 0;
+        ApplicationService service;
+    };
+
+    static QWidget *preferences()
+    {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->findChild<QWidget *>(QStringLiteral("suffixField")) != nullptr)
+                return window;
+        }
+        return nullptr;
+    }
+
+private Q_SLOTS:
+    void aHiddenWindowComesBack()
+    {
+        Served app;
+        Q_EMIT app.service.activateRequested({});
+        QVERIFY(app.window.isVisible());
+        app.window.hide();
+        Q_EMIT app.service.activateRequested({});
+        QVERIFY(app.window.isVisible());
+    }
+
+    void aMinimisedWindowComesBack()
+    {
+        Served app;
+        app.window.showMinimized();
+        Q_EMIT app.service.openRequested({}, {});
+        QVERIFY(!app.window.isMinimized());
+        QVERIFY(app.window.isVisible());
+        QCOMPARE(app.queue.count(), 0);
+    }
+
+    void filesAreListed()
+    {
+        Served app;
+        Q_EMIT app.service.openRequested(
+            {app.file(QStringLiteral("a b.css")), app.file(QStringLiteral("c.txt"))}, {});
+        QVERIFY(app.window.isVisible());
+        QCOMPARE(app.queue.count(), 1);
+        QCOMPARE(app.status(), QStringLiteral("1 item"));
+        QVERIFY(!app.jobs.isRunning());
+    }
+
+    void filesAreListedAndMinified()
+    {
+        Served app;
+        app.window.show();
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.act("minify", {app.file(QStringLiteral("b.css"))});
+        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        QCOMPARE(app.javaCalls().size(), 2);
+    }
+
+    void theListIsMinified()
+    {
+        Served app;
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.act("minify");
+        QVERIFY(app.window.isVisible());
+        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        QCOMPARE(app.javaCalls().size(), 1);
+    }
+
+    void nothingIsMinified()
+    {
+        Served app;
+        app.act("minify", {app.file(QStringLiteral("a.txt"))});
+        QVERIFY(app.window.isVisible());
+        QVERIFY(!app.jobs.isRunning());
+        QCOMPARE(app.status(), QString());
+    }
+
+    void automaticallyMinifiedOnce()
+    {
+        Served app;
+        app.settings.setBool(true, autoMinifyCheckerKeyString);
+        app.act("minify", {app.file(QStringLiteral("a.css"))});
+        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        QTRY_VERIFY(!app.jobs.isRunning());
+        QCOMPARE(app.javaCalls().size(), 1);
+    }
+
+    void panelAndPreferences()
+    {
+        Served app;
+        app.act("add-files");
+        QVERIFY(app.window.isVisible());
+        QCOMPARE(app.panels, 1);
+        app.act("preferences");
+        QVERIFY(preferences() != nullptr);
+        preferences()->close();
+    }
+
+    void notOverAPanelThatIsOpen()
+    {
+        Served app;
+        app.window.show();
+        QDialog panel(&app.window);
+        panel.open();
+        app.act("add-files");
+        app.act("preferences");
+        QCOMPARE(app.panels, 0);
+        QVERIFY(preferences() == nullptr);
+    }
+
+    void otherActionsArePassedOver_data()
+    {
+        QTest::addColumn<QByteArray>("action");
+        for (const char *action : {"", "Minify", "quit", "minify ", "add-file"})
+            QTest::newRow(action) << QByteArray(action);
+    }
+
+    void otherActionsArePassedOver()
+    {
+        QFETCH(const QByteArray, action);
+        Served app;
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.act(action.constData(), {app.file(QStringLiteral("b.css"))});
+        QVERIFY(!app.window.isVisible());
+        QCOMPARE(app.queue.count(), 1);
+        QVERIFY(!app.jobs.isRunning());
+    }
+
+    void theNameGoesWhenTheEndIsCertain()
+    {
+        Served app;
+        const QSignalSpy quitting(app.lifetime.get(), &Lifetime::quitting);
+        app.window.show();
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.controller->minify();
+        app.window.close();
+        QCOMPARE(quitting.size(), 0); // the window may be opened again
+        Q_EMIT app.service.activateRequested({});
+        QTRY_VERIFY(!app.jobs.isRunning());
+        app.controller->minify();
+        app.window.ui().quitMenu->trigger();
+        QCOMPARE(quitting.size(), 1);
+        QTRY_VERIFY(!app.jobs.isRunning());
+    }
+
+    void theNameGoesAfterTheLastRun()
+    {
+        Served app;
+        const QSignalSpy quitting(app.lifetime.get(), &Lifetime::quitting);
+        app.window.show();
+        app.drop({app.file(QStringLiteral("a.css"))});
+        app.controller->minify();
+        app.window.close();
+        QTRY_COMPARE(quitting.size(), 1);
+        QVERIFY(!app.jobs.isRunning());
+    }
+};
+
+QTEST_MAIN(tst_ServiceRequests)
+#include "tst_ServiceRequests.moc"
