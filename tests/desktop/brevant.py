@@ -17,11 +17,12 @@ from session import Failure, end, equal, wait_for
 class Program:
     """The running program, found again by its process id. Its window is looked at through the bus."""
 
-    def __init__(self, session, executable, *arguments):
+    def __init__(self, session, executable, *arguments, process=None):
+        """`process`: one that is running already, and tells its messages to somebody else."""
         self.session = session
         self.log = session.home / "messages"
         with open(self.log, "wb") as log:
-            self.process = session.start(executable, *arguments, stderr=log)
+            self.process = process or session.start(executable, *arguments, stderr=log)
         self.root = wait_for("Brevant on the accessibility bus", self._find)
         self.window = self.root.find("frame")
         wait_for("the window to be the active one", lambda: self.active_title() == "Brevant")

@@ -15,7 +15,7 @@ class Case:
     """What one case has to work with: a session, a home and a folder of its own."""
 
     def __init__(self, session, name, brevant, drag_source):
-        self.session, self._brevant, self._drag_source = session, brevant, drag_source
+        self.session, self.brevant, self._drag_source = session, brevant, drag_source
         session.set_home(name)
         self.folder = session.home / "site"
         self.folder.mkdir()
@@ -23,13 +23,13 @@ class Case:
         self._started = []
 
     def start(self, *arguments):
-        return self._keep(Program(self.session, self._brevant, *arguments))
+        return self.keep(Program(self.session, self.brevant, *arguments))
 
     def drag_source(self, *arguments):
         for started in self._started:
             if isinstance(started, DragSource):
                 started.end()  # its window would lie over the new one
-        return self._keep(DragSource(self.session, self._drag_source, *arguments))
+        return self.keep(DragSource(self.session, self._drag_source, *arguments))
 
     def drop(self, x, y, *arguments):
         """A whole drag of files from another program; returns what became of it. The other program must live
@@ -68,7 +68,7 @@ class Case:
         return self.compressed(path, "htmlcompressor-1.5.3.jar", "--type", "html", "--compress-js",
                                "--compress-css", "--remove-intertag-spaces")
 
-    def _keep(self, started):
+    def keep(self, started):
         self._started.append(started)
         return started
 
