@@ -18,6 +18,7 @@ int main(int argc, char *argv[])
     brevant::Instance instance(service, brevant::sessionBusAddress());
     if (!brevant::mayHaveDisplay(argc, argv)) {
         const QCoreApplication qtApplication(argc, argv); // a Brevant that runs may have one
+        instance.finishClaim();
         if (const std::optional<int> status = instance.handOver(brevant::launchOnCommandLine(), activation))
             return *status;
     }
