@@ -160,29 +160,29 @@ private Q_SLOTS:
     void theNameGoesWhenTheEndIsCertain()
     {
         Served app;
-        const QSignalSpy quitting(app.lifetime.get(), &Lifetime::quitting);
+        const QSignalSpy ending(app.lifetime.get(), &Lifetime::ending);
         app.window.show();
         app.drop({app.file(QStringLiteral("a.css"))});
         app.controller->minify();
         app.window.close();
-        QCOMPARE(quitting.size(), 0); // the window may be opened again
+        QCOMPARE(ending.size(), 0); // the window may be opened again
         Q_EMIT app.service.activateRequested({});
         QTRY_VERIFY(!app.jobs.isRunning());
         app.controller->minify();
         app.window.ui().quitMenu->trigger();
-        QCOMPARE(quitting.size(), 1);
+        QCOMPARE(ending.size(), 1);
         QTRY_VERIFY(!app.jobs.isRunning());
     }
 
     void theNameGoesAfterTheLastRun()
     {
         Served app;
-        const QSignalSpy quitting(app.lifetime.get(), &Lifetime::quitting);
+        const QSignalSpy ending(app.lifetime.get(), &Lifetime::ending);
         app.window.show();
         app.drop({app.file(QStringLiteral("a.css"))});
         app.controller->minify();
         app.window.close();
-        QTRY_COMPARE(quitting.size(), 1);
+        QTRY_COMPARE(ending.size(), 1);
         QVERIFY(!app.jobs.isRunning());
     }
 };
