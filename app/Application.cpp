@@ -44,9 +44,7 @@ Application::Application(const QString &settingsFile)
     m_controller.awakeFromNib();
     m_lifetime.catchSignals();
     connectActions(m_window, m_controller, m_delegate, m_lifetime);
-    QObject::connect(&m_notification, &Notification::clicked, &m_delegate,
-                     &BrevantAppDelegate::reopenWithToken);
-    QObject::connect(&m_lifetime, &Lifetime::quitting, &m_notification, &Notification::withdraw);
+    connectNotification(m_notification, m_window, m_delegate, m_lifetime);
 }
 
 Application::~Application()

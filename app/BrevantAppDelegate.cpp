@@ -38,15 +38,6 @@ bool BrevantAppDelegate::applicationShouldHandleReopen([[maybe_unused]] bool has
     return true;
 }
 
-void BrevantAppDelegate::reopenWithToken(const QString &token)
-{
-    // Where Qt's platform for Wayland looks for it when a window asks to be activated.
-    if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    applicationShouldHandleReopen(m_outlets.window->isVisible());
-    qunsetenv("XDG_ACTIVATION_TOKEN"); // not for the child processes
-}
-
 void BrevantAppDelegate::applicationOpenFiles(const QStringList &paths)
 {
     if (addFiles(paths) && m_services.settings.isTrue(autoMinifyCheckerKeyString))

@@ -32,9 +32,6 @@ public:
     /// Brings the main window to the front, wherever it was; always true.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
 
-    /// The same with the desktop's permission to do so (an xdg-activation token); empty if there is none.
-    void reopenWithToken(const QString &token);
-
     /// Adds files opened with the application from outside, and minifies if that is to be done by itself.
     void applicationOpenFiles(const QStringList &paths);
 

@@ -5,8 +5,10 @@
 #include "app/AppController.h"
 #include "app/ApplicationService.h"
 #include "app/BrevantAppDelegate.h"
+#include "app/Lifetime.h"
 #include "app/MainWindow.h"
 #include "app/platform/Activation.h"
+#include "app/platform/Notification.h"
 
 #include <QApplication>
 
@@ -43,14 +45,19 @@ constexpr std::array<Action, 3> actions{{
      }},
 }};
 
+void bringToFront(MainWindow &window, BrevantAppDelegate &delegate, const QVariantMap &platformData)
+{
+    delegate.applicationShouldHandleReopen(window.isVisible());
+    activate(*window.windowHandle(), platformData);
+}
+
 } // namespace
 
 void connectRequests(ApplicationService &service, MainWindow &window, AppController &controller,
                      BrevantAppDelegate &delegate)
 {
     const auto comeToFront = [&window, &delegate](const QVariantMap &platformData) {
-        delegate.applicationShouldHandleReopen(window.isVisible());
-        activate(*window.windowHandle(), platformData);
+        bringToFront(window, delegate, platformData);
     };
     QObject::connect(&service, &ApplicationService::activateRequested, &delegate, comeToFront);
     QObject::connect(&service, &ApplicationService::openRequested, &delegate,
@@ -70,6 +77,16 @@ void connectRequests(ApplicationService &service, MainWindow &window, AppControl
                          comeToFront(platformData);
                          action->carryOut(controller, delegate, paths);
                      });
+}
+
+void connectNotification(Notification &notification, MainWindow &window, BrevantAppDelegate &delegate,
+                         Lifetime &lifetime)
+{
+    QObject::connect(&notification, &Notification::clicked, &delegate,
+                     [&window, &delegate](const QString &token) {
+                         bringToFront(window, delegate, {{QStringLiteral("activation-token"), token}});
+                     });
+    QObject::connect(&lifetime, &Lifetime::quitting, &notification, &Notification::withdraw);
 }
 
 } // namespace brevant

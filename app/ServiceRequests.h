@@ -7,11 +7,17 @@ namespace brevant {
 class AppController;
 class ApplicationService;
 class BrevantAppDelegate;
+class Lifetime;
 class MainWindow;
+class Notification;
 
 /// Connects what the session bus asks for with those who do it. The actions are those of the desktop entry;
 /// any other is passed over.
 void connectRequests(ApplicationService &service, MainWindow &window, AppController &controller,
                      BrevantAppDelegate &delegate);
+
+/// Brings the window to the front for a click on the notification, which is taken back when the user quits.
+void connectNotification(Notification &notification, MainWindow &window, BrevantAppDelegate &delegate,
+                         Lifetime &lifetime);
 
 } // namespace brevant

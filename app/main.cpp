@@ -26,10 +26,10 @@ int main(int argc, char *argv[])
     const QApplication qtApplication(argc, argv);
     brevant::setUpApplication();
     instance.finishClaim();
+    fonts.wait();
     const brevant::Launch launch = brevant::launchOnCommandLine();
     if (const std::optional<int> status = instance.handOver(launch, activation))
         return *status;
-    fonts.wait();
     brevant::Application application(brevant::SettingsStore::defaultFilePath());
     application.serve(service);
     application.start(launch);

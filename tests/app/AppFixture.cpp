@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 
+#include "app/ServiceRequests.h"
+
 using namespace brevant;
 
 namespace {
@@ -35,9 +37,7 @@ AppFixture::AppFixture(const QDBusConnection &bus)
     delegate = std::make_unique<BrevantAppDelegate>(services, window.outlets(), *controller);
     lifetime = std::make_unique<Lifetime>(window, jobs);
     connectActions(window, *controller, *delegate, *lifetime);
-    QObject::connect(&notification, &Notification::clicked, delegate.get(),
-                     &BrevantAppDelegate::reopenWithToken);
-    QObject::connect(lifetime.get(), &Lifetime::quitting, &notification, &Notification::withdraw);
+    connectNotification(notification, window, *delegate, *lifetime);
     table = window.ui().filesTable;
 }
 

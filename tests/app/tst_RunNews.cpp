@@ -256,26 +256,6 @@ private Q_SLOTS:
         QTRY_COMPARE(m_service->asked.value(m_service->asked.size() - 1), u"close 1"_s);
     }
 
-    void theTokenIsThereWhenTheWindowAsks()
-    {
-        AppFixture &app = filled({});
-        class Watch final : public QObject {
-        public:
-            QByteArray token;
-            bool eventFilter(QObject *, QEvent *event) override
-            {
-                if (event->type() == QEvent::Show)
-                    token = qgetenv("XDG_ACTIVATION_TOKEN");
-                return false;
-            }
-        } watch;
-        app.window.hide();
-        app.window.installEventFilter(&watch);
-        app.delegate->reopenWithToken(u"a token"_s);
-        QCOMPARE(watch.token, QByteArray("a token"));
-        QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
-    }
-
     void quittingIsNoNews_data()
     {
         QTest::addColumn<int>("heldAt");
