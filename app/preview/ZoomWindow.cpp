@@ -17,9 +17,11 @@ constexpr int milliseconds = 150;
 } // namespace
 
 ZoomWindow::ZoomWindow(QWidget *parent)
-    : QWidget(parent, Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
-                          Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus |
-                          Qt::NoDropShadowWindowHint)
+    // On top is what such a window is anyway. Without saying so, Qt makes its X11 window a second time, and
+    // the second one takes input.
+    : QWidget(parent, Qt::ToolTip | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint |
+                          Qt::BypassWindowManagerHint | Qt::WindowTransparentForInput |
+                          Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint)
 {
     setObjectName(QStringLiteral("previewZoom"));
     setAttribute(Qt::WA_ShowWithoutActivating);

@@ -83,6 +83,21 @@ def the_preview_follows_the_arrow_keys(case):
     program.expect_selected("b.js")
 
 
+def a_click_right_after_the_preview_is_the_lists(case):
+    """Its picture is still on its way back over the list then."""
+    program = three_rows(case)
+    x, y = program.row("c.css").centre
+    for pause in (0.02, 0.03, 0.04, 0.05):
+        program.click(program.row("a.css"))
+        program.expect_selected("a.css")
+        program.key("space")
+        program.expect_active("a.css")
+        wait_for("the panel alone over the window", lambda: len(program.windows()) == 2)
+        case.session.run("xdotool", "key", "Escape", "sleep", pause, "mousemove", x, y, "mousedown", "1",
+                         "sleep", "0.01", "mouseup", "1")
+        program.expect_selected("c.css")
+
+
 def css_files_are_combined_with_keys(case):
     program = case.start(case.file("a.css", "a{color:red}\n"), case.file("b.css", "b{color:blue}\n"))
     program.expect_names("a.css", "b.css")
@@ -134,5 +149,5 @@ def the_window_keeps_a_smallest_size(case):
 
 run([a_right_click_adds_the_row, a_right_click_below_the_rows_shows_no_menu,
      space_opens_the_preview_and_closes_it, the_preview_follows_the_arrow_keys,
-     css_files_are_combined_with_keys, different_kinds_are_not_combined, the_menu_bar_clears,
+     a_click_right_after_the_preview_is_the_lists, css_files_are_combined_with_keys, different_kinds_are_not_combined, the_menu_bar_clears,
      the_window_keeps_a_smallest_size])
