@@ -3,6 +3,7 @@
 #include "app/preview/PreviewPanel.h"
 
 #include "app/preview/PreviewLoader.h"
+#include "app/preview/PreviewPlace.h"
 #include "app/preview/PreviewText.h"
 #include "app/preview/PreviewWords.h"
 #include "app/preview/ZoomWindow.h"
@@ -24,35 +25,11 @@ namespace {
 constexpr std::chrono::milliseconds patience{150};
 constexpr QSize firstSize{660, 480};
 constexpr QSize smallestSize{320, 200};
-constexpr int gap = 12; ///< between the panel and the window beside it
 
 QScreen *screenOf(const QWidget &widget)
 {
     QScreen *screen = widget.screen();
     return screen ? screen : QGuiApplication::primaryScreen();
-}
-
-/// `frame`, no larger than `area` and within it.
-QRect keptWithin(QRect frame, const QRect &area)
-{
-    frame.setSize(frame.size().boundedTo(area.size()));
-    frame.moveLeft(std::clamp(frame.left(), area.left(), area.right() + 1 - frame.width()));
-    frame.moveTop(std::clamp(frame.top(), area.top(), area.bottom() + 1 - frame.height()));
-    return frame;
-}
-
-/// Beside `window` if there is room, so that the list stays in sight; in the middle of the screen if not.
-QRect placeBeside(const QRect &window, const QSize &size, const QRect &area)
-{
-    QRect frame(QPoint(), size);
-    frame.moveCenter(window.center());
-    if (window.right() + gap + size.width() <= area.right())
-        frame.moveLeft(window.right() + 1 + gap);
-    else if (window.left() - gap - size.width() >= area.left())
-        frame.moveRight(window.left() - 1 - gap);
-    else
-        frame.moveCenter(area.center());
-    return keptWithin(frame, area);
 }
 
 } // namespace
@@ -91,8 +68,8 @@ void PreviewPanel::makeKeyAndOrderFront()
     m_item.clear();
     showPage({}, {});
     reloadData();
-    place();
     const QRect from = sourceFrame();
+    place(from);
     if (!from.isEmpty() && ZoomWindow::isAllowed(*this))
         m_zoom->zoom(grab(), from, restingPlace());
     else
@@ -116,15 +93,17 @@ void PreviewPanel::orderOut()
     Q_EMIT didClose();
 }
 
-void PreviewPanel::place()
+void PreviewPanel::place(const QRect &row)
 {
     const QWidget *const window = parentWidget() ? parentWidget()->window() : nullptr;
     if (!m_placed) {
         m_placed = true;
         const QRect area = screenOf(window ? *window : *this)->availableGeometry();
         const QRect beside = window && window->isVisible() ? window->frameGeometry() : area;
-        const QRect frame = placeBeside(beside, firstSize, area);
-        resize(frame.size());
+        // The panel's own frame is not known before it has been shown, but is most likely its neighbour's.
+        const QSize edges = window ? window->frameGeometry().size() - window->size() : QSize(0, 0);
+        const QRect frame = previewPlace(beside, row, firstSize + edges, area);
+        resize(frame.size() - edges);
         move(frame.topLeft());
         return;
     }
@@ -137,8 +116,7 @@ void PreviewPanel::place()
     }
 }
 
-/// Where the window without its frame is, or will be. The frame is not known before the window has been
-/// shown, but is most likely that of its neighbour.
+/// Where the window without its frame is, or will be.
 QRect PreviewPanel::restingPlace() const
 {
     if (frameGeometry() != geometry() || !parentWidget())

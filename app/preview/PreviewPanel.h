@@ -89,7 +89,7 @@ private:
     [[nodiscard]] QWidget *makeHeader();
     [[nodiscard]] QToolButton *makeTurnButton(Qt::ArrowType arrow, const QString &name, int step);
     void setUpContents();
-    void place();
+    void place(const QRect &row); ///< `row`: where on the screen the item is listed
     [[nodiscard]] QRect restingPlace() const;
     void showNow();
     void endZoom();
