@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/AccessibleWindows.h"
 #include "settings/preferences/BackgroundDrag.h"
 #include "ui_MainWindow.h"
 
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 
@@ -21,6 +23,12 @@ static void loadResources()
 
 namespace brevant {
 
+namespace {
+
+constexpr double shareOfScreen = 0.9; // the rest is for the title bar and the frame
+
+} // namespace
+
 MainWindow::MainWindow() : m_ui(std::make_unique<Ui::MainWindow>()) {}
 
 MainWindow::~MainWindow() = default;
@@ -28,7 +36,10 @@ MainWindow::~MainWindow() = default;
 void MainWindow::setUp()
 {
     loadResources();
+    installAccessibleWindows();
     m_ui->setupUi(this);
+    // A screen with large pixels may have no room for the usual size.
+    resize(size().boundedTo(screen()->availableSize() * shareOfScreen));
     m_ui->DropView->setImageNamed(QStringLiteral("dropN"));
     m_ui->filesTable->setDropView(m_ui->DropView);
     m_ui->spinner->hide();
@@ -60,7 +71,9 @@ void MainWindow::setUpButtons()
 
 void MainWindow::setUpContextMenu()
 {
-    auto *const menu = new QMenu(m_ui->filesTable); // a child of the table
+    auto *const menu = new QMenu(this); // a child of the window, where assistive programs find it
+    menu->setObjectName(QStringLiteral("contextMenu"));
+    menu->setAccessibleName(m_ui->filesTable->accessibleName());
     menu->addActions({m_ui->quickLookMenu, m_ui->revealMenu, m_ui->combineMenu, m_ui->removeMenu});
     m_ui->filesTable->setMenu(menu);
 }

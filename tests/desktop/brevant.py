@@ -89,7 +89,7 @@ class Program:
         return found.decode().split()
 
     def context_menu(self):
-        """Its place on the screen, while it is open; it is not reached through the bus."""
+        """Its place on the screen, while it is open."""
         for window in self.windows():
             lines = self.session.run("xwininfo", "-id", window).decode().splitlines()
             facts = dict(line.strip().split(": ", 1) for line in lines if ": " in line)

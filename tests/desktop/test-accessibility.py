@@ -39,7 +39,7 @@ class Signals:
 def every_control_has_a_name_and_a_role(case):
     program = case.start(case.file("a.css"))
     program.expect_names("a.css")
-    found = {(node.role, node.name.split("\t")[0]) for node in program.window.walk() if node.name}
+    found = {(node.role, node.name) for node in program.window.walk() if node.name}
     expected = {
         ("frame", "Brevant"), ("table", "Files"), ("label", "1 item"), ("push button", "Clear"),
         ("push button", "Minify"), ("progress bar", "Adding files"),
@@ -60,12 +60,40 @@ def every_preference_has_a_name_and_a_role(case):
     program.expect_active("Preferences")
     window = wait_for("the preferences", lambda: next(
         (node for node in program.root.children if node.name == "Preferences"), None))
+    equal(window.role, "dialog")
     counts = {}
     for node in window.walk():
         if node.role in ("check box", "radio button", "text", "combo box"):
             equal(bool(node.name and node.description), True, f"name and description of {node!r}")
             counts[node.role] = counts.get(node.role, 0) + 1
     equal(counts, {"check box": 12, "radio button": 2, "text": 2, "combo box": 2})
+
+
+def the_preview_is_a_dialog(case):
+    program = case.start(case.file("a.css"))
+    program.expect_names("a.css")
+    program.click(program.row("a.css"))
+    program.key("space")
+    program.expect_active("a.css")
+    program.root.find("dialog", "Preview")
+    program.root.find("text", "Text of a.css")
+    program.key("Escape")
+    program.expect_active("Brevant")
+
+
+def the_lists_menu_is_found(case):
+    program = case.start(case.file("a.css"))
+    program.expect_names("a.css")
+
+    def menus():
+        return [node for node in program.window.children if node.role == "popup menu"]
+    equal(menus(), [])
+    program.click(program.row("a.css"), button=3)
+    (menu,) = wait_for("the menu", menus)
+    equal([item.name for item in menu.children],
+          ["Quick Look", "Reveal in File Manager", "Combine…", "Remove"])
+    program.key("Escape")
+    wait_for("the menu to go", lambda: not menus())
 
 
 def rows_read_name_and_folder(case):
@@ -128,5 +156,6 @@ def the_dock_icon_counts(case):
     badge(0)
 
 
-run([every_control_has_a_name_and_a_role, every_preference_has_a_name_and_a_role, rows_read_name_and_folder,
+run([every_control_has_a_name_and_a_role, every_preference_has_a_name_and_a_role,
+     the_preview_is_a_dialog, the_lists_menu_is_found, rows_read_name_and_folder,
      a_run_is_started_and_heard_of, the_dock_icon_counts])

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AccessibleWindows.h"
+
+#include "app/MainWindow.h"
+#include "app/preview/PreviewPanel.h"
+
+#include <QAccessibleWidget>
+#include <QMenu>
+
+namespace brevant {
+
+namespace {
+
+/// The main window with one more child at the end, the context menu, while that is open. Qt counts no menu
+/// among the children of a widget, and no popup among the windows of the program.
+class MainWindowInterface final : public QAccessibleWidget {
+public:
+    explicit MainWindowInterface(MainWindow *window) : QAccessibleWidget(window, QAccessible::Window) {}
+
+    [[nodiscard]] int childCount() const override
+    {
+        return QAccessibleWidget::childCount() + (openMenu() ? 1 : 0);
+    }
+
+    [[nodiscard]] QAccessibleInterface *child(int index) const override
+    {
+        QMenu *const menu = openMenu();
+        return menu && index == QAccessibleWidget::childCount() ? QAccessible::queryAccessibleInterface(menu)
+                                                                : QAccessibleWidget::child(index);
+    }
+
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        QMenu *const menu = openMenu();
+        return menu && child && child->object() == menu ? QAccessibleWidget::childCount()
+                                                        : QAccessibleWidget::indexOfChild(child);
+    }
+
+private:
+    [[nodiscard]] QMenu *openMenu() const
+    {
+        auto *const menu =
+            widget()->findChild<QMenu *>(QStringLiteral("contextMenu"), Qt::FindDirectChildrenOnly);
+        return menu && menu->isVisible() ? menu : nullptr;
+    }
+};
+
+/// Is asked for each class of an object, from its own up to QObject.
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    if (auto *const window = qobject_cast<MainWindow *>(object))
+        return new MainWindowInterface(window); // the cache's
+    auto *const widget = qobject_cast<QWidget *>(object);
+    if (!widget || !widget->isWindow())
+        return nullptr;
+    // The preferences are a bare widget, which has no role of its own.
+    if (qobject_cast<PreviewPanel *>(widget) || widget->metaObject() == &QWidget::staticMetaObject)
+        return new QAccessibleWidget(widget, QAccessible::Dialog); // the cache's
+    return nullptr;
+}
+
+} // namespace
+
+void installAccessibleWindows()
+{
+    QAccessible::installFactory(makeInterface);
+}
+
+} // namespace brevant
