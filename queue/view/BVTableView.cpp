@@ -20,7 +20,7 @@ namespace {
 
 constexpr int rowPitch = 40;
 constexpr int textTop =
-    5; ///< from a row's top edge to that of its cell, so that the two lines stand in the middle
+    6; ///< from a row's top edge to that of its cell, so that the two lines stand in the middle
 constexpr QRgb selectionFill = qRgb(204, 238, 255);
 
 using RowRange = std::pair<int, int>;

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void reloadKeepsTheScrollPosition();
     void keyboardGoesOnWhereTheRemovedRowWas();
     void framesOfCells();
+    void textStandsInTheMiddleOfItsRow();
     void selectedRowsAreFilled();
     void rowsAboveTheClipRectAreFilledToo();
     void nothingIsFilledBelowTheLastRow();
@@ -277,6 +278,27 @@ void tst_BVTableView::framesOfCells()
     QVERIFY(f.table.frameOfCell(100).isEmpty());
     QVERIFY(f.table.frameOfCell(-1).isEmpty());
     QVERIFY(f.table.frameOfCellOnScreen(100).isEmpty());
+}
+
+void tst_BVTableView::textStandsInTheMiddleOfItsRow()
+{
+    Fixture f(3);
+    const QImage image = painted(f);
+    const auto hasInk = [&image](int y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, 40 + y)) < 200)
+                return true;
+        }
+        return false;
+    };
+    int above = 0;
+    while (above < 40 && !hasInk(above))
+        ++above;
+    int below = 0;
+    while (below < 40 && !hasInk(39 - below))
+        ++below;
+    QVERIFY2(above > 4 && std::abs(above - below) <= 1,
+             qPrintable(QStringLiteral("%1 above, %2 below").arg(above).arg(below)));
 }
 
 void tst_BVTableView::selectedRowsAreFilled()
