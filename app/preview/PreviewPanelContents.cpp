@@ -3,6 +3,7 @@
 #include "app/preview/ElidedLabel.h"
 #include "app/preview/PreviewPanel.h"
 #include "app/preview/PreviewText.h"
+#include "looks/Hairline.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -20,9 +21,7 @@ constexpr int margin = 10;
 
 QFrame *makeLine(QWidget *parent)
 {
-    auto *const line = new QFrame(parent);
-    line->setFrameStyle(QFrame::HLine | QFrame::Plain);
-    line->setForegroundRole(QPalette::Mid);
+    auto *const line = new Hairline(parent);
     line->setFixedHeight(1);
     return line;
 }

@@ -27,9 +27,7 @@ public:
 private:
     QColor m_paper;
     QColor m_text;
+    double m_quiet; ///< the contrast of line numbers
 };
-
-/// How many times lighter one colour is than the other: 1 to 21.
-[[nodiscard]] double contrast(const QColor &one, const QColor &other);
 
 } // namespace brevant

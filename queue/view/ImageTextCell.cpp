@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ImageTextCell.h"
 
+#include "looks/Contrast.h"
 #include "queue/FileKind.h"
 #include "queue/PathString.h"
 
@@ -9,9 +10,6 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPalette>
-
-#include <algorithm>
-#include <cmath>
 
 namespace brevant {
 
@@ -24,10 +22,9 @@ constexpr int folderPixels = 11;
 // The rows stand on white, or on the pale blue of the selection, in a dark theme too. A colour of the theme
 // serves only if it is readable on both.
 constexpr QRgb darkerGround = qRgb(204, 238, 255);
-constexpr qreal readableText = 4.5;
-constexpr qreal readableGrey = 3;
 constexpr QRgb ownText = qRgb(0, 0, 0);
-constexpr QRgb ownGrey = qRgb(118, 118, 118);
+constexpr QRgb ownGrey = qRgb(104, 104, 104);
+constexpr QRgb ownDarkGrey = qRgb(70, 70, 70);
 
 std::optional<QColor> kindColour(QStringView path)
 {
@@ -47,24 +44,18 @@ std::optional<QColor> kindColour(QStringView path)
     return std::nullopt;
 }
 
-qreal luminance(const QColor &colour)
-{
-    const auto linear = [](qreal c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-qreal contrast(const QColor &one, const QColor &other)
-{
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
-QColor readable(const QColor &colour, qreal leastContrast, QRgb otherwise)
+QColor readable(const QColor &colour, double leastContrast, QRgb otherwise)
 {
     if (colour.alpha() == 255 && contrast(colour, QColor(darkerGround)) >= leastContrast)
         return colour;
     return QColor(otherwise);
+}
+
+/// The colour of a kind is fixed, but for those who ask for high contrast.
+QColor shownKindColour(const QColor &colour, bool wantsHighContrast)
+{
+    return wantsHighContrast ? readableOn(QColor(darkerGround), QColor(ownText), colour, highContrast)
+                             : colour;
 }
 
 QFont fixedFont(int pixels)
@@ -96,18 +87,22 @@ std::optional<QColor> ImageTextCell::highlightColorWithFrame(const QRectF &) con
 void ImageTextCell::drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path) const
 {
     const QPalette palette = QApplication::palette();
+    const bool wantsHighContrast = isHighContrast(palette);
+    const double leastContrast = wantsHighContrast ? highContrast : readableContrast;
     const QString name = PathString::lastComponent(path).toString();
     const QPointF nameCorner(cellFrame.x() + textIndent, cellFrame.y());
     if (const std::optional<QColor> colour = kindColour(path)) {
-        drawAtPoint(painter, nameCorner, name, fixedFont(namePixels), *colour);
+        drawAtPoint(painter, nameCorner, name, fixedFont(namePixels),
+                    shownKindColour(*colour, wantsHighContrast));
     } else {
-        const QColor text = readable(palette.color(QPalette::Active, QPalette::Text), readableText, ownText);
+        const QColor text = readable(palette.color(QPalette::Active, QPalette::Text), leastContrast, ownText);
         drawAtPoint(painter, nameCorner, name, QApplication::font(), text);
     }
 
     const QString folder = PathString::folder(path).toString() + u'/';
     const QPointF folderCorner(nameCorner.x(), cellFrame.y() + cellFrame.height() * 4 / 10);
-    const QColor grey = readable(palette.color(QPalette::Disabled, QPalette::Text), readableGrey, ownGrey);
+    const QColor grey = readable(palette.color(QPalette::Disabled, QPalette::Text), leastContrast,
+                                 wantsHighContrast ? ownDarkGrey : ownGrey);
     drawAtPoint(painter, folderCorner, folder, fixedFont(folderPixels), grey);
 }
 

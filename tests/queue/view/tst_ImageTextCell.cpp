@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ImageTextCell.h"
 
+#include "looks/Contrast.h"
+
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QImage>
@@ -9,6 +11,7 @@
 #include <QPalette>
 #include <QTest>
 
+using brevant::contrast;
 using brevant::ImageTextCell;
 
 namespace {
@@ -63,7 +66,30 @@ bool hasInk(const QImage &image, QRect rect)
     return false;
 }
 
-const QColor ownGrey(118, 118, 118);
+/// The lines of an entry so large that there is more to a letter than its soft edges, at 0 and at 64.
+QImage enlarged(const QString &path, const QColor &ground)
+{
+    constexpr int times = 4;
+    QImage image(400, 160, QImage::Format_RGB32);
+    image.fill(ground);
+    QPainter painter(&image);
+    painter.scale(times, times);
+    ImageTextCell().drawWithFrame({0, 0, 100, 40}, painter, path);
+    return image;
+}
+
+/// The contrast of the pixel in `rect` that has the most: of the text itself.
+double mostContrast(const QImage &image, QRect rect, const QColor &ground)
+{
+    double most = 1;
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        for (int x = rect.left(); x <= rect.right(); ++x)
+            most = std::max(most, contrast(image.pixelColor(x, y), ground));
+    }
+    return most;
+}
+
+const QColor ownGrey(104, 104, 104);
 
 } // namespace
 
@@ -83,6 +109,8 @@ private Q_SLOTS:
     void longNamesRunOut();
     void colourOfTheThemeServesIfReadable_data();
     void colourOfTheThemeServesIfReadable();
+    void everyTextIsReadable_data();
+    void everyTextIsReadable();
     void fontIsFixedAndInPixels();
 };
 
@@ -216,6 +244,50 @@ void tst_ImageTextCell::colourOfTheThemeServesIfReadable()
     QCOMPARE(drawn(QStringLiteral("/w/notes.txt")),
              expected(QStringLiteral("notes.txt"), QApplication::font(), expectedText, QStringLiteral("/w/"),
                       expectedGrey));
+}
+
+void tst_ImageTextCell::everyTextIsReadable_data()
+{
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("disabled");
+    QTest::addColumn<double>("ofNames"); // of a kind: their colours are fixed but in high contrast
+    QTest::addColumn<double>("ofOthers");
+    QTest::newRow("light") << QColor(239, 240, 241) << QColor(35, 38, 41) << QColor(160, 162, 163) << 0.
+                           << 4.5;
+    QTest::newRow("dark") << QColor(42, 46, 50) << QColor(252, 252, 252) << QColor(110, 113, 115) << 0.
+                          << 4.5;
+    QTest::newRow("high contrast, dark")
+        << QColor(Qt::black) << QColor(Qt::white) << QColor(0, 255, 0) << 7. << 7.;
+    QTest::newRow("high contrast, light")
+        << QColor(Qt::white) << QColor(Qt::black) << QColor(110, 110, 110) << 7. << 7.;
+}
+
+void tst_ImageTextCell::everyTextIsReadable()
+{
+    QFETCH(const QColor, window);
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, disabled);
+    QFETCH(const double, ofNames);
+    QFETCH(const double, ofOthers);
+    QPalette palette(text, window);
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base})
+        palette.setColor(role, window);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text})
+        palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, QPalette::Text, disabled);
+    QApplication::setPalette(palette);
+    // Of every name, the ground is that of a row or of a selected one.
+    for (const QColor &ground : {QColor(Qt::white), QColor(204, 238, 255)}) {
+        for (const char *path : {"/w/MM.js", "/w/MM.css", "/w/MM.html", "/w/MM.php", "/w/MM.txt"}) {
+            const QImage image = enlarged(QString::fromLatin1(path), ground);
+            const double ofName = mostContrast(image, {0, 0, 400, 60}, ground);
+            const double ofFolder = mostContrast(image, {0, 64, 400, 60}, ground);
+            const bool isOfAKind = !QByteArrayView(path).endsWith("txt");
+            QVERIFY2(ofName >= (isOfAKind ? ofNames : ofOthers), qPrintable(QString::number(ofName)));
+            QVERIFY2(ofFolder >= ofOthers, qPrintable(QString::number(ofFolder)));
+        }
+    }
 }
 
 void tst_ImageTextCell::fontIsFixedAndInPixels()

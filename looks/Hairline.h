@@ -6,8 +6,9 @@
 
 namespace brevant {
 
-/// A faint line across, with some room above and below it, that sets two groups of controls apart. Its
-/// colour lies between the window's and its text's, so that it stays faint on a dark window too.
+/// A faint line across that sets two parts of a window apart, with as much room above and below it as its
+/// height leaves. Its colour lies between the window's and its text's, so that it stays faint on a dark
+/// window too; where the user asks for high contrast it is the text's.
 class Hairline final : public QWidget {
     Q_OBJECT
 

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/preferences/Hairline.h"
+#include "looks/Hairline.h"
+
+#include "looks/Contrast.h"
 
 #include <QPainter>
 
@@ -8,7 +10,7 @@ namespace brevant {
 
 namespace {
 
-constexpr float strength = 0.15F; // of the text's colour over the window's
+constexpr double strength = 0.15; // of the text's colour over the window's
 
 } // namespace
 
@@ -24,8 +26,8 @@ QSize Hairline::sizeHint() const
 
 void Hairline::paintEvent(QPaintEvent *)
 {
-    QColor colour = palette().color(QPalette::WindowText);
-    colour.setAlphaF(strength);
+    const QColor colour = mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText),
+                                isHighContrast(palette()) ? 1 : strength);
     QPainter(this).fillRect(0, height() / 2, width(), 1, colour);
 }
 
