@@ -26,7 +26,7 @@ public:
     /// already stays where it is.
     virtual void setContent(const PreviewContent &content) = 0;
 
-    /// All of the text as it is shown.
+    /// All of the text as it is shown: without the end of its last line.
     [[nodiscard]] virtual QString shownText() const = 0;
 
     /// What is selected with the pointer, as it is in the file: without the folds.

@@ -5,6 +5,8 @@
 #include "app/preview/PreviewReader.h"
 #include "app/preview/PreviewTheme.h"
 #include "app/preview/QScintilla.h"
+#include "app/preview/StyleSheets.h"
+#include "app/preview/TextRoles.h"
 #include "queue/FileKind.h"
 
 #include <QApplication>
@@ -21,154 +23,12 @@ namespace {
 
 constexpr int styleCount = 128;
 
-using Css = QsciLexerCSS;
-using Cpp = QsciLexerCPP;
-using Html = QsciLexerHTML;
-
-TextRole cssRole(int style)
+/// `text` without the end of its last line, after which the editor would number one more.
+QByteArrayView withoutLastEnd(QByteArrayView text)
 {
-    switch (style) {
-    case Css::Comment:
-        return TextRole::Comment;
-    case Css::Tag:
-    case Css::ClassSelector:
-    case Css::IDSelector:
-    case Css::Attribute:
-        return TextRole::Keyword;
-    case Css::CSS1Property:
-    case Css::CSS2Property:
-    case Css::CSS3Property:
-    case Css::ExtendedCSSProperty:
-    case Css::UnknownProperty:
-    case Css::Variable:
-        return TextRole::Name;
-    case Css::Value:
-    case Css::DoubleQuotedString:
-    case Css::SingleQuotedString:
-        return TextRole::String;
-    case Css::AtRule:
-    case Css::MediaRule:
-    case Css::Important:
-        return TextRole::Special;
-    case Css::PseudoClass:
-    case Css::UnknownPseudoClass:
-    case Css::PseudoElement:
-    case Css::ExtendedPseudoClass:
-    case Css::ExtendedPseudoElement:
-        return TextRole::Number;
-    case Css::Operator:
-        return TextRole::Punctuation;
-    default:
-        return TextRole::Plain;
-    }
-}
-
-TextRole javaScriptRole(int style)
-{
-    switch (style) {
-    case Cpp::Comment:
-    case Cpp::CommentLine:
-    case Cpp::CommentDoc:
-    case Cpp::CommentLineDoc:
-    case Cpp::CommentDocKeyword:
-    case Cpp::CommentDocKeywordError:
-    case Cpp::TaskMarker:
-        return TextRole::Comment;
-    case Cpp::Keyword:
-    case Cpp::KeywordSet2:
-        return TextRole::Keyword;
-    case Cpp::GlobalClass:
-        return TextRole::Name;
-    case Cpp::DoubleQuotedString:
-    case Cpp::SingleQuotedString:
-    case Cpp::UnclosedString:
-    case Cpp::RawString:
-    case Cpp::TripleQuotedVerbatimString:
-        return TextRole::String;
-    case Cpp::Number:
-        return TextRole::Number;
-    case Cpp::Regex:
-    case Cpp::EscapeSequence:
-    case Cpp::PreProcessor:
-        return TextRole::Special;
-    case Cpp::Operator:
-        return TextRole::Punctuation;
-    default:
-        return TextRole::Plain;
-    }
-}
-
-/// The markup itself; the languages within follow below.
-TextRole markupRole(int style)
-{
-    switch (style) {
-    case Html::Tag:
-    case Html::UnknownTag:
-    case Html::XMLTagEnd:
-    case Html::Script:
-        return TextRole::Keyword;
-    case Html::Attribute:
-    case Html::UnknownAttribute:
-    case Html::OtherInTag:
-        return TextRole::Name;
-    case Html::HTMLDoubleQuotedString:
-    case Html::HTMLSingleQuotedString:
-    case Html::HTMLValue:
-    case Html::SGMLDoubleQuotedString:
-    case Html::SGMLSingleQuotedString:
-        return TextRole::String;
-    case Html::HTMLNumber:
-        return TextRole::Number;
-    case Html::HTMLComment:
-    case Html::ASPXCComment:
-    case Html::SGMLComment:
-        return TextRole::Comment;
-    case Html::Entity:
-    case Html::XMLStart:
-    case Html::XMLEnd:
-    case Html::PHPStart:
-    case Html::CDATA:
-    case Html::SGMLDefault:
-    case Html::SGMLCommand:
-    case Html::SGMLParameter:
-        return TextRole::Special;
-    default:
-        return TextRole::Plain;
-    }
-}
-
-TextRole htmlRole(int style)
-{
-    switch (style) {
-    case Html::JavaScriptComment:
-    case Html::JavaScriptCommentLine:
-    case Html::JavaScriptCommentDoc:
-    case Html::PHPComment:
-    case Html::PHPCommentLine:
-        return TextRole::Comment;
-    case Html::JavaScriptKeyword:
-    case Html::PHPKeyword:
-        return TextRole::Keyword;
-    case Html::PHPVariable:
-    case Html::PHPDoubleQuotedVariable:
-        return TextRole::Name;
-    case Html::JavaScriptDoubleQuotedString:
-    case Html::JavaScriptSingleQuotedString:
-    case Html::JavaScriptUnclosedString:
-    case Html::PHPDoubleQuotedString:
-    case Html::PHPSingleQuotedString:
-        return TextRole::String;
-    case Html::JavaScriptNumber:
-    case Html::PHPNumber:
-        return TextRole::Number;
-    case Html::JavaScriptRegex:
-        return TextRole::Special;
-    case Html::JavaScriptSymbol:
-    case Html::PHPOperator:
-        return TextRole::Punctuation;
-    default:
-        return markupRole(style);
-    }
+    if (text.endsWith("\r\n"))
+        return text.chopped(2);
+    return text.endsWith('\n') || text.endsWith('\r') ? text.chopped(1) : text;
 }
 
 QFont codeFont()
@@ -188,7 +48,8 @@ QFont codeFont()
 
 SourceText::SourceText(QWidget *parent)
     : QWidget(parent), m_editor(new QsciScintilla(this)), m_css(new QsciLexerCSS(this)),
-      m_javaScript(new QsciLexerJavaScript(this)), m_html(new QsciLexerHTML(this))
+      m_javaScript(new QsciLexerJavaScript(this)), m_html(new QsciLexerHTML(this)),
+      m_styleSheets(std::make_unique<StyleSheets>(*m_editor))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -196,6 +57,8 @@ SourceText::SourceText(QWidget *parent)
     setUpEditor();
     applyTheme();
 }
+
+SourceText::~SourceText() = default;
 
 void SourceText::setUpEditor()
 {
@@ -251,9 +114,12 @@ void SourceText::setContent(const PreviewContent &content)
         applyThemeToEditor();
     }
     m_editor->SendScintilla(QsciScintilla::SCI_SETSCROLLWIDTH, 1UL);
-    m_editor->SendScintilla(QsciScintilla::SCI_APPENDTEXT, static_cast<unsigned long>(m_text.size()),
-                            m_text.constData());
+    const QByteArrayView lines = withoutLastEnd(m_text);
+    m_editor->SendScintilla(QsciScintilla::SCI_APPENDTEXT, static_cast<unsigned long>(lines.size()),
+                            lines.data());
     m_editor->setReadOnly(true);
+    if (m_editor->lexer() == m_html)
+        m_styleSheets->colour(lines);
     fitMargin();
 }
 
@@ -273,6 +139,7 @@ void SourceText::applyTheme()
     applyThemeTo(*m_css, cssRole);
     applyThemeTo(*m_javaScript, javaScriptRole);
     applyThemeTo(*m_html, htmlRole);
+    m_styleSheets->setTheme(PreviewTheme(palette()));
     applyThemeToEditor();
 }
 

@@ -7,6 +7,7 @@
 #include <QStringView>
 #include <QWidget>
 
+#include <memory>
 #include <vector>
 
 class QsciLexer;
@@ -14,6 +15,7 @@ class QsciScintilla;
 
 namespace brevant {
 
+class StyleSheets;
 enum class TextRole;
 
 /// Source text to read, in the colours of its kind.
@@ -22,6 +24,7 @@ class SourceText final : public QWidget, public PreviewText {
 
 public:
     explicit SourceText(QWidget *parent);
+    ~SourceText() override;
 
     [[nodiscard]] QWidget *widget() override { return this; }
     void setContent(const PreviewContent &content) override;
@@ -44,6 +47,7 @@ private:
     QsciLexer *m_css;
     QsciLexer *m_javaScript;
     QsciLexer *m_html;
+    std::unique_ptr<StyleSheets> m_styleSheets;
     QByteArray m_text;
     std::vector<qsizetype> m_folds;
     QString m_path;

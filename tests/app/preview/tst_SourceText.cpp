@@ -8,6 +8,9 @@
 
 #include <QTest>
 
+#include <bit>
+#include <optional>
+
 using namespace brevant;
 
 namespace {
@@ -17,11 +20,11 @@ QPalette paletteOf(QRgb base, QRgb text)
     QPalette palette;
     palette.setColor(QPalette::Base, QColor(base));
     palette.setColor(QPalette::Text, QColor(text));
+    palette.setColor(QPalette::Window, QColor(base));
+    palette.setColor(QPalette::WindowText, QColor(text));
     return palette;
 }
 
-    palette.setColor(QPalette::Window, QColor(base));
-    palette.setColor(QPalette::WindowText, QColor(text));
 PreviewContent contentOf(const QString &path, const QByteArray &text)
 {
     PreviewContent content;
@@ -42,9 +45,12 @@ private Q_SLOTS:
     void contrasts();
     void lexers_data();
     void lexers();
+    void styleSheetsWithinAPage();
     void followsThePalette();
     void isReadOnly();
     void numbersOnlyRealLines();
+    void noLineAfterTheLastOne_data();
+    void noLineAfterTheLastOne();
     void selectionWithoutFolds();
     void sameTextStaysWhereItIs();
 };
@@ -56,13 +62,13 @@ void tst_SourceText::contrasts_data()
     QTest::newRow("light") << paletteOf(0xFCFCFC, 0x232629) << 7.0;
     QTest::newRow("dark") << paletteOf(0x1E1E1E, 0xEEEEEE) << 7.0;
     QTest::newRow("high contrast") << paletteOf(0x000000, 0xFFFFFF) << 7.0;
+    QTest::newRow("high contrast, light") << paletteOf(0xFFFFFF, 0x000000) << 7.0;
     QTest::newRow("sepia") << paletteOf(0xF4ECD8, 0x1A1208) << 7.0;
     QTest::newRow("grey") << paletteOf(0x808080, 0x000000) << 5.0;
     QTest::newRow("blue") << paletteOf(0x002B55, 0xF0F0F0) << 7.0;
 }
 
 void tst_SourceText::contrasts()
-    QTest::newRow("high contrast, light") << paletteOf(0xFFFFFF, 0x000000) << 7.0;
 {
     QFETCH(QPalette, palette);
     QFETCH(double, least);
@@ -128,6 +134,38 @@ void tst_SourceText::lexers()
     QCOMPARE(int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, position)), style);
 }
 
+void tst_SourceText::styleSheetsWithinAPage()
+{
+    SourceText widget(nullptr);
+    auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+    const QByteArray text(
+        "<p>a{b:c}</p><!-- <style>a{} --><stylesheet>a{}</stylesheet><Style media=\"x\">/*k*/"
+        "a{color:red}<?php $x ?></STYLE><p>d{}</p><style>@media x{}");
+    // The colour that an indicator gives to a piece of the text; none without an indicator.
+    const auto colourOf = [&](const QByteArray &piece) -> std::optional<QRgb> {
+        const auto on = static_cast<unsigned long>(editor->SendScintilla(
+            QsciScintilla::SCI_INDICATORALLONFOR, static_cast<unsigned long>(text.lastIndexOf(piece))));
+        if (on == 0)
+            return std::nullopt;
+        const auto bgr = static_cast<QRgb>(editor->SendScintilla(
+            QsciScintilla::SCI_INDICGETFORE, static_cast<unsigned long>(std::countr_zero(on))));
+        return qRgb(int(bgr & 0xFF), int(bgr >> 8 & 0xFF), int(bgr >> 16 & 0xFF));
+    };
+    for (const QRgb base : {0xFFFFFFFF, 0xFF1E1E1E}) {
+        widget.setPalette(paletteOf(base, base ^ 0xFFFFFF));
+        widget.setContent(contentOf(QStringLiteral("a.html"), text));
+        const PreviewTheme theme(widget.palette());
+        QCOMPARE(colourOf("k*/"), theme.color(TextRole::Comment).rgb());
+        QCOMPARE(colourOf("color"), theme.color(TextRole::Name).rgb());
+        QCOMPARE(colourOf("red"), theme.color(TextRole::String).rgb());
+        QCOMPARE(colourOf("media x{"), theme.color(TextRole::Special).rgb());
+        for (const char *piece : {"a{b", "a{} ", "a{}<", "$x", "</STYLE", "d{}"})
+            QVERIFY2(!colourOf(piece), piece);
+    }
+    widget.setContent(contentOf(QStringLiteral("a.css"), text));
+    QVERIFY(!colourOf("color"));
+}
+
 void tst_SourceText::followsThePalette()
 {
     SourceText text(nullptr);
@@ -160,6 +198,26 @@ void tst_SourceText::numbersOnlyRealLines()
     folded.folds = {1};
     text.setContent(folded);
     QCOMPARE(editor->marginWidth(0), 0);
+}
+
+void tst_SourceText::noLineAfterTheLastOne_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("ended") << QByteArray("a\nb\n") << 2;
+    QTest::newRow("not ended") << QByteArray("a\nb") << 2;
+    QTest::newRow("as Windows ends them") << QByteArray("a\r\nb\r\n") << 2;
+    QTest::newRow("as the Macintosh did") << QByteArray("a\rb\r") << 2;
+    QTest::newRow("an empty last line") << QByteArray("a\n\n") << 2;
+    QTest::newRow("nothing but an end") << QByteArray("\n") << 1;
+}
+
+void tst_SourceText::noLineAfterTheLastOne()
+{
+    QFETCH(const QByteArray, text);
+    SourceText widget(nullptr);
+    widget.setContent(contentOf(QStringLiteral("a.css"), text));
+    QTEST(qobject_cast<QsciScintilla *>(widget.editor())->lines(), "lines");
 }
 
 void tst_SourceText::selectionWithoutFolds()
