@@ -44,7 +44,8 @@ public:
 /// time.
 ///
 /// Keys are the delegate's, apart from those that close the window, turn over to another item (Alt with left
-/// and right) and copy. Files are read on other threads.
+/// and right), scroll the text (Alt with up, down and the page keys) and copy. Files are read on other
+/// threads.
 class PreviewPanel final : public QWidget {
     Q_OBJECT
 

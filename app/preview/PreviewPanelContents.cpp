@@ -5,10 +5,12 @@
 #include "app/preview/PreviewText.h"
 #include "looks/Hairline.h"
 
+#include <QAbstractScrollArea>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -19,7 +21,7 @@ namespace {
 
 constexpr int margin = 10;
 
-QFrame *makeLine(QWidget *parent)
+QWidget *makeLine(QWidget *parent)
 {
     auto *const line = new Hairline(parent);
     line->setFixedHeight(1);
@@ -48,6 +50,29 @@ bool isModifier(const QKeyEvent &event)
 bool isPlain(const QKeyEvent &event)
 {
     return !(event.modifiers() & ~Qt::KeypadModifier);
+}
+
+/// What Alt with a key does to the text. Without Alt these keys are the list's.
+QAbstractSlider::SliderAction scrollAction(const QKeyEvent &event)
+{
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::AltModifier)
+        return QAbstractSlider::SliderNoAction;
+    switch (event.key()) {
+    case Qt::Key_Up:
+        return QAbstractSlider::SliderSingleStepSub;
+    case Qt::Key_Down:
+        return QAbstractSlider::SliderSingleStepAdd;
+    case Qt::Key_PageUp:
+        return QAbstractSlider::SliderPageStepSub;
+    case Qt::Key_PageDown:
+        return QAbstractSlider::SliderPageStepAdd;
+    case Qt::Key_Home:
+        return QAbstractSlider::SliderToMinimum;
+    case Qt::Key_End:
+        return QAbstractSlider::SliderToMaximum;
+    default:
+        return QAbstractSlider::SliderNoAction;
+    }
 }
 
 } // namespace
@@ -144,8 +169,9 @@ bool PreviewPanel::isOwnKey(QKeyEvent *event) const
     // A space bar that is held down has just opened the panel; it does not close it at once.
     if (event->key() == Qt::Key_Space && isPlain(*event) && event->isAutoRepeat())
         return true;
-    return event->matches(QKeySequence::Close) || event->matches(QKeySequence::Back) ||
-           event->matches(QKeySequence::Forward) || event->matches(QKeySequence::Copy);
+    return scrollAction(*event) != QAbstractSlider::SliderNoAction || event->matches(QKeySequence::Close) ||
+           event->matches(QKeySequence::Back) || event->matches(QKeySequence::Forward) ||
+           event->matches(QKeySequence::Copy);
 }
 
 /// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
@@ -167,6 +193,9 @@ bool PreviewPanel::handleKey(QKeyEvent *event)
         setCurrentPreviewItemIndex(m_index - 1);
     } else if (event->matches(QKeySequence::Forward)) {
         setCurrentPreviewItemIndex(m_index + 1);
+    } else if (const auto action = scrollAction(*event); action != QAbstractSlider::SliderNoAction) {
+        if (auto *const text = m_text ? qobject_cast<QAbstractScrollArea *>(m_text->editor()) : nullptr)
+            text->verticalScrollBar()->triggerAction(action);
     } else if (event->matches(QKeySequence::Copy)) {
         if (const QString text = m_text ? m_text->selectedText() : QString(); !text.isEmpty())
             QGuiApplication::clipboard()->setText(text);

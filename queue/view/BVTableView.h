@@ -112,6 +112,7 @@ private:
     [[nodiscard]] const std::vector<RowRange> &selectedRanges() const;
     void selectRows(const std::vector<int> &rows, bool byExtendingSelection);
     void setCurrentRow(int row);
+    void moveByKey(QKeyEvent *event);
     void paintRows(QPainter &painter, const QRect &clipRect);
     void paintRing(QPainter &painter) const;
     void setDragIsOver(bool isOver);

@@ -20,6 +20,24 @@ bool holdsFileNames(const QMimeData &drop)
     return drop.hasFormat(QStringLiteral("text/uri-list"));
 }
 
+/// Whether the key goes to another row and selects it alone.
+bool movesCursor(const QKeyEvent &event)
+{
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool isByKey(Qt::FocusReason reason)
 {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
@@ -95,6 +113,12 @@ void BVTableView::startWindowMove()
 
 void BVTableView::keyPressEvent(QKeyEvent *event)
 {
+    // Qt makes no menu key of it.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        contextMenuEvent(&menuKey);
+        return;
+    }
     keyDown(event);
 }
 
@@ -104,9 +128,19 @@ void BVTableView::keyDown(QKeyEvent *event)
     if (selectedRow() == -1)
         return;
     if (event->key() != Qt::Key_Space)
-        QTableView::keyPressEvent(event);
+        moveByKey(event);
     else if (!event->isAutoRepeat()) // a space bar held down must not close what it has just opened
         Q_EMIT togglePreviewPanel();
+}
+
+/// What a table does, but that a key with nowhere to go selects the row it is on alone, too: Up in the first
+/// row while all are selected.
+void BVTableView::moveByKey(QKeyEvent *event)
+{
+    const QModelIndex before = currentIndex();
+    QTableView::keyPressEvent(event);
+    if (before.isValid() && currentIndex() == before && movesCursor(*event))
+        selectRowIndexes({before.row()}, false);
 }
 
 /// Home and End are about the rows, not about the one column.

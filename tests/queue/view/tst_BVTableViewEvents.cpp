@@ -87,6 +87,9 @@ class tst_BVTableViewEvents : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aKeyWithNowhereToGoSelectsItsRow_data();
+    void aKeyWithNowhereToGoSelectsItsRow();
+    void shiftAndF10OpenTheMenu();
     void rightClickAddsTheRow();
     void rightClickBelowTheLastRow();
     void rightClickOnASelectedRow();
@@ -116,6 +119,44 @@ private Q_SLOTS:
     void dropHighlightComesAndGoes();
     void keyboardFocusShows();
 };
+
+void tst_BVTableViewEvents::aKeyWithNowhereToGoSelectsItsRow_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("row");
+    QTest::newRow("up") << Qt::Key_Up << 0;
+    QTest::newRow("home") << Qt::Key_Home << 0;
+    QTest::newRow("page up") << Qt::Key_PageUp << 0;
+    QTest::newRow("down") << Qt::Key_Down << 2;
+    QTest::newRow("end") << Qt::Key_End << 2;
+    QTest::newRow("page down") << Qt::Key_PageDown << 2;
+}
+
+void tst_BVTableViewEvents::aKeyWithNowhereToGoSelectsItsRow()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const int, row);
+    Fixture f(3);
+    f.table.selectRowIndexes({row}, false);
+    f.table.selectAllRows();
+    QTest::keyClick(&f.table, key);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{row});
+    QCOMPARE(f.table.selectedRow(), row);
+}
+
+void tst_BVTableViewEvents::shiftAndF10OpenTheMenu()
+{
+    Fixture f(3);
+    QTest::keyClick(&f.table, Qt::Key_F10, Qt::ShiftModifier);
+    QVERIFY(!f.menu.isVisible()); // no row is selected
+    f.table.selectRowIndexes({1}, false);
+    QTest::keyClick(&f.table, Qt::Key_F10);
+    QVERIFY(!f.menu.isVisible());
+    QTest::keyClick(&f.table, Qt::Key_F10, Qt::ShiftModifier);
+    QVERIFY(f.menu.isVisible());
+    f.menu.hide();
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{1});
+}
 
 void tst_BVTableViewEvents::rightClickAddsTheRow()
 {
