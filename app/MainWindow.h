@@ -43,6 +43,7 @@ Q_SIGNALS:
     void painted();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 

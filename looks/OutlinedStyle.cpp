@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "looks/OutlinedStyle.h"
+
+#include "looks/Contrast.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleOption>
+
+namespace brevant {
+
+namespace {
+
+const QString fusion = QStringLiteral("fusion");
+
+enum class Shape { Box, Circle };
+
+void outline(QPainter &painter, const QStyleOption &option, const QRect &rect, Shape shape)
+{
+    if (!isHighContrast(option.palette))
+        return;
+    const auto *const button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+    const bool isDefault = button && button->features.testFlag(QStyleOptionButton::DefaultButton);
+    const bool stands = isDefault || option.state.testFlag(QStyle::State_HasFocus);
+    const auto group = option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
+    const double width = stands ? 2 : 1;
+    const double half = width / 2;
+    painter.save();
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(option.palette.color(group, stands ? QPalette::Highlight : QPalette::WindowText),
+                        width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    const QRectF line = QRectF(rect).adjusted(half, half, -half, -half);
+    painter.setRenderHint(QPainter::Antialiasing, shape == Shape::Circle);
+    if (shape == Shape::Circle)
+        painter.drawEllipse(line);
+    else
+        painter.drawRect(line);
+    painter.restore();
+}
+
+} // namespace
+
+OutlinedStyle::OutlinedStyle() : QProxyStyle(fusion) {}
+
+void OutlinedStyle::installIfNeeded()
+{
+    if (isHighContrast(QApplication::palette()) && QApplication::style()->name() == fusion &&
+        !qobject_cast<OutlinedStyle *>(QApplication::style()))
+        QApplication::setStyle(new OutlinedStyle); // the application's
+}
+
+void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                                  const QWidget *widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+    case PE_IndicatorCheckBox:
+    case PE_PanelLineEdit:
+    case PE_PanelButtonCommand:
+        outline(*painter, *option, option->rect, Shape::Box);
+        break;
+    case PE_IndicatorRadioButton:
+        outline(*painter, *option, option->rect, Shape::Circle);
+        break;
+    default:
+        break;
+    }
+}
+
+void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                       QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox)
+        outline(*painter, *option, option->rect, Shape::Box);
+    else if (control == CC_ScrollBar)
+        outline(*painter, *option, subControlRect(control, option, SC_ScrollBarSlider, widget), Shape::Box);
+}
+
+} // namespace brevant

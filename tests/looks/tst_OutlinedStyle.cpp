@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "looks/OutlinedStyle.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+using namespace brevant;
+
+namespace {
+
+QPalette paletteOf(const QColor &ground, const QColor &text)
+{
+    QPalette palette(ground);
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(role, ground);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, text);
+    return palette;
+}
+
+/// How many pixels have all but the colour; those of a circle are mixed a little.
+int pixelsOf(const QColor &colour, QWidget &widget)
+{
+    constexpr int tolerance = 60;
+    const auto near = [](int one, int other) { return std::abs(one - other) < tolerance; };
+    const QImage image = widget.grab().toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor seen = image.pixelColor(x, y);
+            if (near(seen.red(), colour.red()) && near(seen.green(), colour.green()) &&
+                near(seen.blue(), colour.blue()))
+                ++count;
+        }
+    }
+    return count;
+}
+
+template <typename Control>
+std::unique_ptr<QWidget> make()
+{
+    return std::make_unique<Control>();
+}
+
+} // namespace
+
+class tst_OutlinedStyle final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(35, 38, 41)));
+    }
+
+    void leavesOrdinaryPalettesAlone()
+    {
+        QStyle *const before = QApplication::style();
+        OutlinedStyle::installIfNeeded();
+        QCOMPARE(QApplication::style(), before);
+    }
+
+    void leavesTheStyleOfADesktopAlone()
+    {
+        QApplication::setStyle(QStringLiteral("windows"));
+        QApplication::setPalette(paletteOf(Qt::black, Qt::white));
+        OutlinedStyle::installIfNeeded();
+        QCOMPARE(QApplication::style()->name(), QStringLiteral("windows"));
+    }
+
+    void emptyControlsAreSeen_data()
+    {
+        QTest::addColumn<std::function<std::unique_ptr<QWidget>()>>("make");
+        QTest::newRow("check box") << std::function(make<QCheckBox>);
+        QTest::newRow("radio button") << std::function(make<QRadioButton>);
+        QTest::newRow("field") << std::function(make<QLineEdit>);
+        QTest::newRow("combo box") << std::function(make<QComboBox>);
+        QTest::newRow("button") << std::function(make<QPushButton>);
+        QTest::newRow("scroll bar") << std::function(make<QScrollBar>);
+    }
+
+    void emptyControlsAreSeen()
+    {
+        using Maker = std::function<std::unique_ptr<QWidget>()>;
+        QFETCH(const Maker, make);
+        QApplication::setPalette(paletteOf(Qt::black, Qt::white));
+        OutlinedStyle::installIfNeeded();
+        OutlinedStyle::installIfNeeded();
+        const std::unique_ptr<QWidget> widget = make();
+        widget->resize(100, 100);
+        QTRY_VERIFY(pixelsOf(Qt::white, *widget) >= 8);
+        // And none of it when the palette has changed back.
+        QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(250, 0, 0)));
+        QTRY_COMPARE(pixelsOf(QColor(250, 0, 0), *widget), 0);
+    }
+};
+
+QTEST_MAIN(tst_OutlinedStyle)
+#include "tst_OutlinedStyle.moc"
