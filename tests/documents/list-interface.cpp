@@ -54,12 +54,9 @@ void listMenu(const QList<QAction *> &actions, const QString &menu, QJsonArray &
             listMenu(action->menu()->actions(), plain(action->text()), items);
             continue;
         }
-        // A key that is no shortcut stands behind a tab.
-        const QStringList parts = plain(action->text()).split(u'\t');
-        const QString key = parts.size() > 1 ? parts.last() : action->shortcut().toString();
         items.append(QJsonObject{{QStringLiteral("menu"), menu},
-                                 {QStringLiteral("text"), parts.first()},
-                                 {QStringLiteral("key"), key}});
+                                 {QStringLiteral("text"), plain(action->text())},
+                                 {QStringLiteral("key"), action->shortcut().toString()}});
     }
 }
 
