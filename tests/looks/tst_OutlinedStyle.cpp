@@ -66,9 +66,8 @@ private Q_SLOTS:
 
     void leavesOrdinaryPalettesAlone()
     {
-        QStyle *const before = QApplication::style();
         OutlinedStyle::installIfNeeded();
-        QCOMPARE(QApplication::style(), before);
+        QVERIFY(!qobject_cast<OutlinedStyle *>(QApplication::style()));
     }
 
     void leavesTheStyleOfADesktopAlone()
