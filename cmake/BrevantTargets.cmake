@@ -20,6 +20,31 @@ if(BREVANT_SANITIZE)
     target_link_options(brevant_options INTERFACE -fsanitize=${BREVANT_SANITIZE})
 endif()
 
+# Hardening. tests/package/test-hardening.sh looks for it in what was built.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "BREVANT_KNOWS_${flag}" known)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+        target_compile_options(brevant_options INTERFACE ${flag})
+    endif()
+endforeach()
+if(NOT BREVANT_SANITIZE)
+    # Only with optimisation: without it the C library warns. Undefined first, for compilers that define it themselves.
+    target_compile_options(brevant_options INTERFACE
+        "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+endif()
+target_link_options(brevant_options INTERFACE LINKER:-z,relro,-z,now,-z,noexecstack)
+
+# No path of this machine in what is installed, so that two builds give the same bytes wherever they are made.
+check_cxx_compiler_flag(-ffile-prefix-map=/from=/to BREVANT_KNOWS_FILE_PREFIX_MAP)
+if(BREVANT_KNOWS_FILE_PREFIX_MAP)
+    target_compile_options(brevant_options INTERFACE "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+endif()
+
 # One static library per folder. Headers are included by their path from the top: "queue/FileQueue.h".
 function(brevant_add_library name)
     add_library(${name} STATIC ${ARGN})
