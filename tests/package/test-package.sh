@@ -105,6 +105,7 @@ libqt6svg6
 libqt6widgets6
 libsndfile1
 libstdc++6
+libxcb1
 LIST
 )
 [[ $needed == "$wanted" ]] || fail "what it depends on: $(diff <(echo "$wanted") <(echo "$needed"))"
