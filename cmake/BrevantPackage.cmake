@@ -27,7 +27,6 @@ brevant-cli does the same in terminals and build scripts.
 The work is done by YUI Compressor and htmlcompressor, which are included.")
 # Files that name the prefix must name the one of the installed package, not of the folder it is put together in.
 set(CPACK_SET_DESTDIR ON)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)

@@ -118,6 +118,6 @@ if grep -q '^DBusActivatable=true' "$share/applications/org.brevant.Brevant.desk
 fi
 
 lintian --fail-on error,warning "$deb" || fail "lintian"
-rm -rf -- "$tree" "$work/one" "$work/two, of a longer name"
 [[ $failures -eq 0 ]] || exit 1
+rm -rf -- "$tree" "$work/one" "$work/two, of a longer name"
 echo "ok    ${first##*/}, $(stat -c %s -- "$deb") bytes"
