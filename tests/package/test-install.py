@@ -13,7 +13,7 @@ from in_use import SHORT, SOURCE, use_in_window
 from session import Session, equal
 
 HERE = Path(__file__).resolve().parent
-EXECUTABLE = {"brevant", "brevant-cli", "org.brevant.Brevant-minify.desktop"}
+EXECUTABLE = {"bin/brevant", "bin/brevant-cli", "share/kio/servicemenus/org.brevant.Brevant-minify.desktop"}
 
 
 def check_modes(top):
@@ -21,7 +21,7 @@ def check_modes(top):
     for path in top.rglob("*"):
         if path.is_dir():
             continue
-        expected = 0o755 if path.name in EXECUTABLE else 0o644
+        expected = 0o755 if str(path.relative_to(top)) in EXECUTABLE else 0o644
         equal(oct(stat.S_IMODE(path.stat().st_mode)), oct(expected), f"mode of {path.relative_to(top)}")
 
 

@@ -94,6 +94,7 @@ wanted=$(sort <<'LIST'
 default-jre-headless | java-runtime-headless
 fonts-dejavu-core
 libc6
+libfontconfig1
 libgcc-s1
 libicu72
 libqscintilla2-qt6-15
@@ -112,7 +113,7 @@ LIST
 kinds=$(grep -h '^MimeType=' "$share/applications/org.brevant.Brevant.desktop" \
     "$share/kio/servicemenus/org.brevant.Brevant-minify.desktop" | sort -u)
 [[ $(wc -l <<<"$kinds") -eq 1 ]] || fail "the menus are for other kinds of files than the program"
-if grep -q '^DBusActivatable=true' "$share/applications/org.brevant.Brevant.desktop"; then
+if [[ -e $checkout/resources/desktop/org.brevant.Brevant.service.in ]]; then
     grep -qsE '^Exec=/usr/bin/brevant( |$)' "$share/dbus-1/services/org.brevant.Brevant.service" ||
         fail "the bus cannot start it"
 fi
