@@ -6,11 +6,13 @@
 #include "app/MenuActions.h"
 #include "app/ServiceRequests.h"
 #include "app/StartUp.h"
+#include "engine/InterruptedRuns.h"
 #include "settings/SettingsKeys.h"
 
 #include <QTimer>
 
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace brevant {
@@ -75,6 +77,8 @@ void Application::finishStart()
 {
     if (std::exchange(m_started, true))
         return;
+    for (const QString &sentence : putBackAfterInterruption(m_services.tools.originals))
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(sentence));
     loadApplicationIcon();
     m_settings.watchFile();
     if (m_launch.minify)

@@ -8,6 +8,7 @@
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
 #include "engine/GzipCopy.h"
+#include "engine/InterruptedRuns.h"
 #include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
@@ -164,6 +165,8 @@ int runTerminal(const CommandLine &line, const Tools &tools)
         TerminalText::print(stdout, line.action == CommandLine::Action::Help ? helpText() : versionText());
         return static_cast<int>(ExitStatus::AllDone);
     }
+    for (const QString &sentence : putBackAfterInterruption(tools.originals))
+        printError(TerminalText::printable(sentence));
     if (QString error = inputError(line); !error.isEmpty()) {
         printError(error);
         return static_cast<int>(ExitStatus::WrongUsage);

@@ -73,5 +73,5 @@ function(brevant_add_test source)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT}
         LABELS "${arg_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
 endfunction()

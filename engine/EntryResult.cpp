@@ -70,6 +70,13 @@ void EntryWatch::compressorEnded(const ChildExit &exit)
     m_result.outcome = judge(exit);
 }
 
+EntryResult EntryWatch::notSafe(const QString &reason)
+{
+    m_result.outcome = EntryResult::Outcome::NotSafe;
+    m_result.detail = reason;
+    return m_result;
+}
+
 EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
 {
     m_result.seconds = seconds;
@@ -87,23 +94,49 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     return m_result;
 }
 
-QString EntryResult::reason() const
+namespace {
+
+QString wordsFor(const EntryResult &result)
 {
-    switch (outcome) {
+    using Outcome = EntryResult::Outcome;
+    switch (result.outcome) {
     case Outcome::Done:
         return {};
     case Outcome::CompressorFailed:
-        return QStringLiteral("the compressor ended with status %1").arg(status);
+        return QStringLiteral("the compressor ended with status %1").arg(result.status);
     case Outcome::CompressorKilled:
-        return QStringLiteral("the compressor was ended by signal %1").arg(status);
+        return QStringLiteral("the compressor was ended by signal %1").arg(result.status);
     case Outcome::NoOutput:
         return QStringLiteral("the compressor wrote no output");
     case Outcome::EmptyOutput:
         return QStringLiteral("the compressor left an empty output");
     case Outcome::NoGzipCopy:
         return QStringLiteral("the gzip copy could not be made");
+    case Outcome::DiskFull:
+        return QStringLiteral("the disk is full");
+    case Outcome::NotSafe:
+        return QStringLiteral("not minified, as no safety copy of it could be made: %1").arg(result.detail);
     }
     return {};
+}
+
+} // namespace
+
+QString EntryResult::reason() const
+{
+    if (outcome == Outcome::Done)
+        return {};
+    switch (sourceState) {
+    case Source::Safe:
+        break;
+    case Source::PutBack:
+        return wordsFor(*this) + QStringLiteral("; the source was put back");
+    case Source::Lost:
+        return wordsFor(*this) +
+               QStringLiteral("; the source could not be put back (%1), the next start tries again")
+                   .arg(detail);
+    }
+    return wordsFor(*this);
 }
 
 } // namespace brevant

@@ -22,13 +22,23 @@ struct EntryResult {
         NoOutput,         ///< it left no output, or only the one from before
         EmptyOutput,      ///< it left an empty output of a source that gives none
         NoGzipCopy,       ///< minified, but the copy was not made
+        DiskFull,         ///< written over the source with no room left, so it may be cut
+        NotSafe,          ///< not worked on: the source might be lost, and no safety copy could be made
+    };
+    /// What became of a source that might have been lost.
+    enum class Source {
+        Safe,
+        PutBack, ///< it was lost, and is as before again
+        Lost,    ///< it could not be put back; the next start of the program tries again
     };
 
     QString source;
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
-    int status = 0;                   ///< the compressor's exit status, or the signal that ended it
-    double seconds = 0;               ///< for the compressor and the gzip copy
+    Source sourceState = Source::Safe;
+    QString detail;     ///< why there is no safety copy, or why the source could not be put back
+    int status = 0;     ///< the compressor's exit status, or the signal that ended it
+    double seconds = 0; ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
@@ -44,6 +54,9 @@ public:
 
     /// To be called between the compressor and the gzip copy.
     void compressorEnded(const ChildExit &exit);
+
+    /// The result of an entry that was not worked on, `reason` being why its source is not safe.
+    [[nodiscard]] EntryResult notSafe(const QString &reason);
 
     /// The result, when everything is done for this entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);

@@ -2,19 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/ChildProcess.h"
-#include "engine/CompressorCommand.h"
 #include "engine/Tools.h"
 #include "queue/OutputPath.h"
 
-#include <QString>
-
 #include <atomic>
-#include <memory>
-#include <optional>
 
 namespace brevant {
 
+class EntryRun;
 class FileQueue;
 class JobDisplay;
 class SettingsStore;
@@ -38,17 +33,13 @@ public:
     End run(const std::atomic<bool> &stop);
 
 private:
-    [[nodiscard]] End runEntries(const std::atomic<bool> &stop);
-    [[nodiscard]] bool runEntry(const QString &entry, const std::optional<QString> &output);
-    [[nodiscard]] QString startFailure(const ChildExit &exit) const;
+    [[nodiscard]] End runEntries(EntryRun &entryRun, const std::atomic<bool> &stop);
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
     const Tools m_tools;
     JobDisplay &m_display;
     OutputPath m_outputPath;
-    CompressorOptions m_options;
-    std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
 };
 
 } // namespace brevant

@@ -2,17 +2,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/OriginalsFolder.h"
+
 #include <QString>
 
 namespace brevant {
 
-/// The outside programs of a run and where they are.
+/// The outside programs of a run and where they are, and where safety copies go meanwhile.
 struct Tools {
     /// The Java runtime; always this one, whatever the search path says.
     QString java = QStringLiteral("/usr/bin/java");
 
     /// Where the compressors lie: their working folder too.
     QString folder;
+
+    /// The folder for safety copies of sources; empty for none at all, which only a measurement wants.
+    QString originals = OriginalsFolder::standardPath();
 
     /// The tools in `lib` of a resource folder.
     [[nodiscard]] static Tools inResources(const QString &resourceFolder);

@@ -112,6 +112,7 @@ Sandbox::Sandbox()
     environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("HOME"), m_home);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home + QLatin1StringView("/config"));
+    environment.insert(QStringLiteral("XDG_STATE_HOME"), m_home + QLatin1StringView("/state"));
     environment.insert(QStringLiteral("TERM"), QStringLiteral("xterm"));
     environment.insert(QStringLiteral("CLI"), cliProgram());
 }

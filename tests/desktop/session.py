@@ -120,6 +120,7 @@ class Session:
         self.environment.update({
             "HOME": str(self.home),
             "XDG_CONFIG_HOME": str(self.home / "config"),
+            "XDG_STATE_HOME": str(self.home / "state"),
             "XDG_DATA_HOME": str(self.home / "data"),
             "XDG_CACHE_HOME": str(self.home / "cache"),
         })

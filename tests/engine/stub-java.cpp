@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Stands in for the Java runtime where a failure must be forced. What it does is told by the first word of
-// the source file: copy, fail, crash, silent, empty, flood, wait (until the file named next to it vanishes).
-// Every call is appended to the file named by BREVANT_STUB_LOG: working folder and arguments, tab-separated.
+// the source file: copy, fail, crash, silent, empty, flood, wait (until the file named next to it vanishes);
+// cut, delete, replace, overwrite and grow, which do that to the source or the output and end with the status
+// next to them, minus the number of a signal; orphan, which kills its parent, empties the source once the
+// file named next to it has vanished, and ends. Every call is appended to the file named by BREVANT_STUB_LOG:
+// working folder and arguments, tab-separated.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -13,6 +16,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
@@ -27,12 +32,58 @@ void log(const std::vector<std::string> &arguments)
     std::ofstream(path, std::ios::app) << line + '\n';
 }
 
+/// Ends as a compressor that has just damaged something does.
+int endWith(const std::string &status)
+{
+    const int number = std::atoi(status.c_str());
+    return number < 0 ? std::raise(-number) : number;
+}
+
+void write(const std::string &path, const std::string &text)
+{
+    std::ofstream(path, std::ios::trunc) << text;
+}
+
+void orphan(const std::string &source, const std::string &flag)
+{
+    ::kill(::getppid(), SIGKILL);
+    while (std::filesystem::exists(flag))
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    write(source, {});
+}
+
+/// What a compressor does to its source; whether `mode` is one of these.
+bool damage(const std::string &mode, const std::string &source, const std::string &output)
+{
+    if (mode == "cut")
+        std::filesystem::resize_file(output, 2);
+    else if (mode == "delete")
+        std::filesystem::remove(source);
+    else if (mode == "replace") {
+        write(source + ".new", "newer work");
+        std::filesystem::rename(source + ".new", source);
+    } else if (mode == "overwrite")
+        write(source, "minified");
+    else if (mode == "grow")
+        write(output, std::string(1'000'000, 'x'));
+    else
+        return false;
+    return true;
+}
+
 int act(const std::string &source, const std::string &output)
 {
     std::ifstream in(source);
     std::string mode;
     std::string operand;
     in >> mode >> operand;
+    in.close();
+    if (damage(mode, source, output))
+        return endWith(operand);
+    if (mode == "orphan") {
+        orphan(source, operand);
+        return 0;
+    }
     if (mode == "fail")
         return 3;
     if (mode == "crash")

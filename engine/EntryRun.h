@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/ChildProcess.h"
+#include "engine/CompressorCommand.h"
+#include "engine/EntryResult.h"
+#include "engine/SafetyCopy.h"
+#include "engine/Tools.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace brevant {
+
+class SettingsStore;
+
+/// The work on one entry after another: safety copy, compressor, gzip copy.
+class EntryRun final {
+public:
+    EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options);
+
+    /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
+    /// if the Java runtime could not be started.
+    [[nodiscard]] std::optional<EntryResult> run(const QString &entry, const std::optional<QString> &output);
+
+    /// Why the Java runtime could not be started, in words.
+    [[nodiscard]] QString startFailure() const;
+
+private:
+    const SettingsStore &m_settings;
+    const Tools m_tools;
+    CompressorOptions m_options;
+    SafetyCopy m_safetyCopy;
+    std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
+};
+
+} // namespace brevant

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/SafetyCopy.h"
+
+#include "engine/Descriptor.h"
+#include "engine/EntryResult.h"
+#include "engine/FileBytes.h"
+#include "engine/OriginalsFolder.h"
+#include "engine/PutBack.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace brevant {
+
+namespace {
+
+/// Whether the disk that `file` is on takes no more. A compressor whose output did not fit can end well.
+bool isDiskFull(const QByteArray &file)
+{
+    const QByteArray folder = file.first(std::max<qsizetype>(file.lastIndexOf('/'), 1));
+    const Descriptor probe(
+        uninterrupted([&] { return ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
+    constexpr qsizetype oneBlock = 4096;
+    return probe.isOpen() && !FileBytes::writeAll(probe.number(), QByteArray(oneBlock, '\0'), 0) &&
+           (errno == ENOSPC || errno == EDQUOT);
+}
+
+} // namespace
+
+SafetyCopy::~SafetyCopy()
+{
+    if (m_slot)
+        m_slot->remove();
+}
+
+QString SafetyCopy::make(const QString &source, const std::optional<QString> &output)
+{
+    m_record.reset();
+    if (m_folder.isEmpty() || !output)
+        return {};
+    const QByteArray path = QFile::encodeName(source);
+    struct stat before {};
+    if (::stat(path.constData(), &before) != 0 || !S_ISREG(before.st_mode))
+        return {}; // nothing to lose
+    struct stat there {};
+    m_isOutput = ::stat(QFile::encodeName(*output).constData(), &there) == 0 &&
+                 there.st_dev == before.st_dev && there.st_ino == before.st_ino;
+    if (!m_isOutput && !output->contains(u':'))
+        return {};
+
+    const Descriptor file(uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC); }));
+    if (!file.isOpen() || ::fstat(file.number(), &before) != 0)
+        return qt_error_string(errno);
+    m_record = OriginalRecord::of(path, before);
+    if (!m_record)
+        return qt_error_string(errno);
+    if (!m_slot) {
+        if (QString error = OriginalsFolder::make(m_folder); !error.isEmpty()) {
+            m_record.reset();
+            return error;
+        }
+    }
+    if (fill(file.number()))
+        return {};
+    const QString error = qt_error_string(errno);
+    m_record.reset();
+    if (m_slot)
+        m_slot->remove(); // it may have grown as far as the disk allowed
+    m_slot.reset();
+    return error;
+}
+
+bool SafetyCopy::fill(int source)
+{
+    if (!m_slot)
+        m_slot = OriginalSlot::makeIn(QFile::encodeName(m_folder));
+    return m_slot && m_slot->fill(source, *m_record);
+}
+
+void SafetyCopy::setInherited(bool inherited)
+{
+    if (m_record)
+        m_slot->setInherited(inherited);
+}
+
+bool SafetyCopy::isLost(const EntryResult &result, bool gzipWanted) const
+{
+    // Where the compressor did its work, other content is the output, or somebody else's doing.
+    if (result.outcome == EntryResult::Outcome::Done || result.outcome == EntryResult::Outcome::NoGzipCopy) {
+        const SourceState state = glanceAtSource(*m_record);
+        return state == SourceState::Missing || state == SourceState::Empty;
+    }
+    switch (stateOfSource(*m_record, *m_slot)) {
+    case SourceState::Missing:
+    case SourceState::Empty:
+    case SourceState::Beginning:
+    case SourceState::Changed:
+        return true;
+    case SourceState::Replaced:
+        // Compressors write to the file that is there; only the gzip copy puts another into its place.
+        return m_isOutput && gzipWanted;
+    case SourceState::Same:
+    case SourceState::Unknown:
+        break;
+    }
+    return false;
+}
+
+void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
+{
+    if (!m_record)
+        return;
+    if (m_isOutput && result.outcome == EntryResult::Outcome::Done && isDiskFull(m_record->file))
+        result.outcome = EntryResult::Outcome::DiskFull;
+    if (isLost(result, gzipWanted))
+        putBackSource(result, gzipWanted);
+    else if (m_isOutput && gzipWanted && result.outcome != EntryResult::Outcome::Done)
+        static_cast<void>(putBackLink(*m_record, true)); // an older gzip copy took the link's place
+    if (m_slot)
+        m_slot->clear();
+    m_record.reset();
+}
+
+void SafetyCopy::putBackSource(EntryResult &result, bool gzipWanted)
+{
+    QString error = putBack(*m_record, *m_slot);
+    if (error.isEmpty())
+        error = putBackLink(*m_record, m_isOutput && gzipWanted);
+    if (m_isOutput && result.outcome == EntryResult::Outcome::Done)
+        result.outcome = EntryResult::Outcome::NoOutput; // it was there, and was lost again
+    result.sourceState = error.isEmpty() ? EntryResult::Source::PutBack : EntryResult::Source::Lost;
+    if (error.isEmpty()) {
+        if (m_isOutput)
+            result.sizeAfter = m_record->size;
+        return;
+    }
+    result.detail = error;
+    m_slot.reset(); // stays in the folder, for the next start
+}
+
+} // namespace brevant

@@ -1,0 +1,348 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/InterruptedRuns.h"
+#include "engine/OriginalRecord.h"
+#include "engine/OriginalSlot.h"
+#include "engine/OriginalsFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <functional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace brevant;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray original("a { b : c ; }");
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(missing)");
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        QFAIL(qPrintable(path));
+}
+
+struct stat statusOf(const QString &path)
+{
+    struct stat status {};
+    ::lstat(QFile::encodeName(path).constData(), &status);
+    return status;
+}
+
+} // namespace
+
+/// What the next start does with the copies of programs that ended amid a run.
+class tst_InterruptedRuns final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QDir(m_folder->path()).mkdir(u"site"_s);
+        m_source = path(u"site/a.css"_s);
+        m_originals = path(u"originals"_s);
+        write(m_source, original);
+    }
+
+    void sources_data()
+    {
+        QTest::addColumn<QByteArray>("now"); // null: none is there
+        QTest::addColumn<QByteArray>("left");
+        QTest::addColumn<QString>("sentence"); // its end, %1 being the kept file; empty: none
+        const QString putBack = u" was lost when a run was cut short, and has been put back."_s;
+        const QString kept = u" was cut short; what it was before is kept as %1."_s;
+        QTest::newRow("missing") << QByteArray() << original << putBack;
+        QTest::newRow("empty") << QByteArray("") << original << putBack;
+        QTest::newRow("minified") << QByteArray("a{b:c}") << QByteArray("a{b:c}") << kept;
+        QTest::newRow("longer") << original + "more" << original + "more" << kept;
+        QTest::newRow("beginning") << original.first(4) << original.first(4) << kept;
+        QTest::newRow("untouched") << original << original << QString();
+    }
+
+    void sources()
+    {
+        QFETCH(QByteArray, now);
+        QFETCH(QString, sentence);
+        leaveCopy();
+        if (now.isNull())
+            QVERIFY(QFile::remove(m_source));
+        else
+            write(m_source, now);
+        const QStringList sentences = putBackAfterInterruption(m_originals);
+        QTEST(bytesOf(m_source), "left");
+        const QStringList files = leftInFolder();
+        QCOMPARE(sentences.size(), sentence.isEmpty() ? 0 : 1);
+        if (sentence.contains(u"%1"_s)) {
+            QCOMPARE(files.size(), 1);
+            QVERIFY(files.first().endsWith(u"-a.css"_s));
+            QCOMPARE(bytesOf(m_originals + u'/' + files.first()), original);
+            sentence = sentence.arg(m_originals + u'/' + files.first());
+        } else {
+            QCOMPARE(files, QStringList());
+        }
+        if (!sentence.isEmpty()) {
+            QVERIFY2(sentences.first().contains(m_source), qPrintable(sentences.first()));
+            QVERIFY2(sentences.first().endsWith(sentence), qPrintable(sentences.first()));
+        }
+        // Said once, and nothing happens to the source any more.
+        write(m_source, QByteArray());
+        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(bytesOf(m_source), QByteArray());
+    }
+
+    void attributes_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("missing") << false;
+        QTest::newRow("empty") << true;
+    }
+
+    void attributes()
+    {
+        QFETCH(bool, isThere);
+        const std::array<timespec, 2> times{timespec{1'000'000'000, 123'456'789},
+                                            timespec{1'000'000'001, 987'654'321}};
+        const QByteArray name = QFile::encodeName(m_source);
+        QCOMPARE(::chmod(name.constData(), 0640), 0);
+        QCOMPARE(::utimensat(AT_FDCWD, name.constData(), times.data(), 0), 0);
+        const QString other = path(u"site/other.css"_s);
+        if (isThere)
+            QCOMPARE(::link(name.constData(), QFile::encodeName(other).constData()), 0);
+        leaveCopy();
+        const struct stat before = statusOf(m_source);
+        if (isThere)
+            QCOMPARE(::truncate(name.constData(), 0), 0);
+        else
+            QVERIFY(QFile::remove(m_source));
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        const struct stat after = statusOf(m_source);
+        QCOMPARE(after.st_mode, before.st_mode);
+        QCOMPARE(after.st_uid, before.st_uid);
+        QCOMPARE(after.st_mtim.tv_sec, times[1].tv_sec);
+        QCOMPARE(after.st_mtim.tv_nsec, times[1].tv_nsec);
+        QCOMPARE(after.st_atim.tv_nsec, times[0].tv_nsec);
+        if (isThere) {
+            QCOMPARE(after.st_ino, before.st_ino);
+            QCOMPARE(bytesOf(other), original);
+        }
+    }
+
+    void aLinkAndItsTarget()
+    {
+        const QString link = path(u"site/link.css"_s);
+        QVERIFY(QFile::link(u"a.css"_s, link));
+        leaveCopy(link);
+        QVERIFY(QFile::remove(m_source) && QFile::remove(link));
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(bytesOf(link), original);
+        QVERIFY(!QFileInfo(m_source).isSymLink());
+    }
+
+    void whatIsInUseIsLeftAlone()
+    {
+        std::optional<OriginalSlot> copy = fill(m_source);
+        QVERIFY(copy);
+        write(m_source, QByteArray());
+        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(bytesOf(m_source), QByteArray());
+        QCOMPARE(leftInFolder().size(), 1);
+        copy.reset();
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(bytesOf(m_source), original);
+    }
+
+    void cutShortWhilePuttingBack()
+    {
+        {
+            std::optional<OriginalSlot> copy = fill(m_source);
+            QVERIFY(copy && copy->markPuttingBack());
+        }
+        write(m_source, original.first(4));
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(leftInFolder(), QStringList());
+    }
+
+    void whatCannotBePutBackIsTriedAgain()
+    {
+        leaveCopy();
+        QVERIFY(QDir(path(u"site"_s)).removeRecursively());
+        for (int start = 0; start < 2; ++start) {
+            const QStringList sentences = putBackAfterInterruption(m_originals);
+            QCOMPARE(sentences.size(), 1);
+            QVERIFY2(sentences.first().contains(u"cannot be put back now: No such file"),
+                     qPrintable(sentences.first()));
+        }
+        QVERIFY(QDir(m_folder->path()).mkdir(u"site"_s));
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(bytesOf(m_source), original);
+    }
+
+    void whatIsNoFileNow()
+    {
+        leaveCopy();
+        QVERIFY(QFile::remove(m_source));
+        QCOMPARE(::mkfifo(QFile::encodeName(m_source).constData(), 0600), 0);
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QVERIFY(S_ISFIFO(statusOf(m_source).st_mode));
+        QCOMPARE(leftInFolder().size(), 1);
+    }
+
+    void unusedAndForeignFiles()
+    {
+        QCOMPARE(OriginalsFolder::make(m_originals), QString());
+        QVERIFY(OriginalSlot::makeIn(QFile::encodeName(m_originals)));
+        write(m_originals + u"/empty.original"_s, QByteArray());
+        write(m_originals + u"/notes"_s, "mine");
+        QVERIFY(QFile::link(m_source, m_originals + u"/link.original"_s));
+        QVERIFY(QDir(m_originals).mkdir(u"folder.original"_s));
+        QCOMPARE(::mkfifo(QFile::encodeName(m_originals + u"/fifo.original"_s).constData(), 0600), 0);
+        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(leftInFolder(),
+                 QStringList({u"fifo.original"_s, u"folder.original"_s, u"link.original"_s, u"notes"_s}));
+        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(putBackAfterInterruption(path(u"nowhere"_s)), QStringList());
+    }
+
+    void damagedCopies()
+    {
+        // Any one byte of the record or the content: the source is put back as it was, or not at all.
+        leaveCopy();
+        const QString name = leftInFolder().first();
+        const QByteArray whole = bytesOf(m_originals + u'/' + name);
+        write(m_source, QByteArray());
+        const qsizetype content = whole.indexOf(original);
+        QVERIFY(content > 0);
+        const qsizetype record = OriginalRecord::fromBytes(whole).value().toBytes().size();
+        QList<qsizetype> places{content, content + original.size() - 1};
+        for (qsizetype place = 0; place < record + 20; ++place)
+            places.append(place);
+        for (const qsizetype place : places) {
+            QByteArray changed = whole;
+            changed[place] = static_cast<char>(changed[place] ^ (1 << (place % 8)));
+            const bool isBetween = place >= record && place < content;
+            QCOMPARE(settles(name, changed), isBetween ? 1 : 0);
+        }
+    }
+
+    void shortenedAndRandomCopies()
+    {
+        leaveCopy();
+        const QString name = leftInFolder().first();
+        const QByteArray whole = bytesOf(m_originals + u'/' + name);
+        write(m_source, QByteArray());
+        for (const qsizetype size : {1, 8, 12, 44, 200, 4096, 65536, 65540})
+            QCOMPARE(settles(name, whole.first(size)), 0);
+        QRandomGenerator random(1);
+        for (int round = 0; round < 200; ++round) {
+            QByteArray bytes(random.bounded(1, 70'000), Qt::Uninitialized);
+            for (char &byte : bytes)
+                byte = static_cast<char>(random.bounded(256));
+            if (round % 2 == 0)
+                bytes.replace(0, 8, "BVORIG1\n");
+            QCOMPARE(settles(name, bytes), 0);
+        }
+    }
+
+    void aTornCopyOfAnUntouchedSource()
+    {
+        leaveCopy();
+        const QString name = leftInFolder().first();
+        QByteArray torn = bytesOf(m_originals + u'/' + name);
+        torn[torn.indexOf(original)] = '\0';
+        write(m_originals + u'/' + name, torn);
+        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(leftInFolder(), QStringList());
+        QCOMPARE(bytesOf(m_source), original);
+    }
+
+    void recordsAndBytes()
+    {
+        const struct stat status = statusOf(m_source);
+        const std::optional<OriginalRecord> record = OriginalRecord::of(QFile::encodeName(m_source), status);
+        QVERIFY(record);
+        const std::optional<OriginalRecord> read = OriginalRecord::fromBytes(record->toBytes() + "more");
+        QVERIFY(read);
+        QCOMPARE(read->toBytes(), record->toBytes());
+        QVERIFY(read->isUntouched(status));
+        for (const char *path : {"", "a.css", "/w/a.css\0x"}) {
+            OriginalRecord other = *record;
+            other.file = QByteArray(path, path[0] == '/' ? 10 : qsizetype(qstrlen(path)));
+            QVERIFY(!OriginalRecord::fromBytes(other.toBytes()));
+        }
+    }
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    [[nodiscard]] std::optional<OriginalSlot> fill(const QString &source) const
+    {
+        const QByteArray name = QFile::encodeName(source);
+        struct stat status {};
+        ::stat(name.constData(), &status);
+        std::optional<OriginalRecord> record = OriginalRecord::of(name, status);
+        const Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC));
+        if (!record || !OriginalsFolder::make(m_originals).isEmpty())
+            return std::nullopt;
+        std::optional<OriginalSlot> copy = OriginalSlot::makeIn(QFile::encodeName(m_originals));
+        if (!copy || !copy->fill(file.number(), *record))
+            return std::nullopt;
+        return copy;
+    }
+
+    /// What a program that is killed leaves.
+    void leaveCopy(const QString &source = QString()) const
+    {
+        QVERIFY(fill(source.isEmpty() ? m_source : source));
+    }
+
+    /// Starts with these bytes as the only copy; whether the source was put back. It is empty again then.
+    int settles(const QString &name, const QByteArray &bytes) const
+    {
+        QDir(m_originals).removeRecursively();
+        QDir().mkdir(m_originals);
+        write(m_originals + u'/' + name, bytes);
+        static_cast<void>(putBackAfterInterruption(m_originals));
+        const QByteArray now = bytesOf(m_source);
+        if (!now.isEmpty() && now != original)
+            QTest::qFail(now.constData(), __FILE__, __LINE__);
+        if (QDir(path(u"site"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot) !=
+                QStringList{u"a.css"_s} ||
+            QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() !=
+                2)
+            QTest::qFail("a file was made elsewhere", __FILE__, __LINE__);
+        write(m_source, QByteArray());
+        return now == original ? 1 : 0;
+    }
+
+    [[nodiscard]] QStringList leftInFolder() const
+    {
+        return QDir(m_originals)
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_source;
+    QString m_originals;
+};
+
+QTEST_GUILESS_MAIN(tst_InterruptedRuns)
+#include "tst_InterruptedRuns.moc"
