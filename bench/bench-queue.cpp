@@ -6,7 +6,14 @@
 // empty one
 // bench-queue combine TARGET SOURCE...
 //                              joins the sources, prints the seconds and the most memory used, in KiB
+// bench-queue in-place with|without SOURCE...
+//                              minifies each source onto itself, with or without safety copies, prints the
+//                              seconds
 #include "engine/CombineFiles.h"
+#include "engine/EntryResult.h"
+#include "engine/JobDisplay.h"
+#include "engine/MinifyJob.h"
+#include "engine/Tools.h"
 #include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -15,8 +22,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include <malloc.h>
@@ -74,6 +83,43 @@ int benchCombine(int count, char *paths[])
     return result.outcome == CombineResult::Outcome::Written ? 0 : 1;
 }
 
+/// Shows nothing, and ends the program where a file was not minified.
+class NoDisplay final : public JobDisplay {
+public:
+    void lockControls() override {}
+    void setStatusText(const QString &) override {}
+    void selectRow(int) override {}
+    void deselectRows() override {}
+    void playDoneSound() override {}
+    void unlockControls() override {}
+    void entryEnded(const EntryResult &result) override
+    {
+        if (result.outcome != EntryResult::Outcome::Done)
+            std::exit(1);
+    }
+};
+
+int benchInPlace(bool withCopies, int count, char *paths[])
+{
+    const QTemporaryDir folder;
+    SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+    settings.registerDefaults(registeredDefaults());
+    settings.setOverride(false, suffixSwitcherKeyString);
+    FileQueue queue;
+    for (int i = 0; i < count; ++i)
+        queue.append(QFile::decodeName(paths[i]));
+    Tools tools = Tools::inResources(findResourceFolder());
+    if (!withCopies)
+        tools.originals.clear();
+    NoDisplay display;
+    const std::atomic<bool> stop = false;
+    const auto start = std::chrono::steady_clock::now();
+    const MinifyJob::End end = MinifyJob(queue, settings, tools, display).run(stop);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    std::printf("%.4f\n", seconds.count());
+    return end == MinifyJob::End::Completed ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -84,6 +130,9 @@ int main(int argc, char *argv[])
         return benchMemory(argv[2]);
     if (argc > 3 && std::strcmp(argv[1], "combine") == 0)
         return benchCombine(argc - 2, argv + 2);
-    std::fprintf(stderr, "usage: bench-queue adding TREE | memory COUNT | combine TARGET SOURCE...\n");
+    if (argc > 3 && std::strcmp(argv[1], "in-place") == 0)
+        return benchInPlace(std::strcmp(argv[2], "with") == 0, argc - 3, argv + 3);
+    std::fprintf(stderr, "usage: bench-queue adding TREE | memory COUNT | combine TARGET SOURCE... | "
+                         "in-place with|without SOURCE...\n");
     return 2;
 }

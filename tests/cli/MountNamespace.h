@@ -13,6 +13,11 @@ namespace brevant::test {
 [[nodiscard]] Ended runWithJava(const Sandbox &sandbox, const QString &replacement,
                                 const QStringList &arguments);
 
+/// Runs brevant-cli after the lines for /bin/sh `mounts`, whose mounts are for it and its children alone.
+/// `whenStarted` gets a process id.
+[[nodiscard]] Ended runMounted(const Sandbox &sandbox, const QString &mounts, const QStringList &arguments,
+                               const std::function<void(qint64)> &whenStarted = {});
+
 /// Writes a script that may be executed; returns its path.
 [[nodiscard]] QString addScript(const Sandbox &sandbox, const QString &name, const QByteArray &lines);
 

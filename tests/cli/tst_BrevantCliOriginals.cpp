@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/CliRun.h"
+#include "tests/cli/MountNamespace.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <csignal>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace brevant::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList inPlace{u"--set"_s, u"suffixSwitcherKeyString=false"_s};
+const QByteArray css("a { b : c ; }");
+
+/// Names of what is kept in the folder for safety copies.
+QStringList copies(const Sandbox &sandbox)
+{
+    return QDir(sandbox.home() + u"/state/brevant/originals"_s).entryList(QDir::Files | QDir::Hidden);
+}
+
+/// A start that minifies nothing.
+Ended start(const Sandbox &sandbox)
+{
+    sandbox.add(u"other/x.css"_s, css);
+    return sandbox.run({u"--list"_s, u"other"_s});
+}
+
+/// Runs brevant-cli over a.css in place, with the stub as its Java; it is killed amid that.
+Ended runOrphaning(const Sandbox &sandbox, const QByteArray &source)
+{
+    sandbox.add(u"a.css"_s, source);
+    return runWithJava(sandbox, QStringLiteral(STUB_JAVA), inPlace + QStringList{u"a.css"_s});
+}
+
+/// Waits until no process has a safety copy open any more.
+bool waitUntilUnused(const Sandbox &sandbox)
+{
+    const QString pattern = sandbox.home() + u"/state/brevant/originals/*.original"_s;
+    return QTest::qWaitFor(
+        [&] {
+            return sandbox.runShell(u"for f in %1; do flock -n \"$f\" true || exit 1; done"_s.arg(pattern))
+                       .status == 0;
+        },
+        30'000);
+}
+
+} // namespace
+
+/// That no source is lost, with the real compressors, and with a stub where a program must end amid its run.
+class tst_BrevantCliOriginals final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void ontoItself_data();
+    void ontoItself();
+    void colonInTheOutput_data();
+    void colonInTheOutput();
+    void killedAmidARun();
+    void killedWhileTheCompressorLivesOn();
+    void twoProcesses();
+    void noRoomForTheCopy();
+    void noRoomForTheOutput();
+    void readOnlyFolder();
+
+private:
+    QString m_noNamespace;
+};
+
+void tst_BrevantCliOriginals::initTestCase()
+{
+    QCOMPARE(missingCompressors(), QString());
+    m_noNamespace = noMountNamespace();
+}
+
+void tst_BrevantCliOriginals::ontoItself_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QByteArray>("left"); // null: as it was
+    QTest::addColumn<bool>("gzip");
+    QTest::addColumn<QByteArray>("reason");
+
+    const QByteArray none;
+    const QByteArray status1("the compressor ended with status 1; the source was put back");
+    for (const bool gzip : {false, true}) {
+        const auto row = [gzip](const char *name) -> QTestData & {
+            return QTest::addRow("%s%s", name, gzip ? ", gzip" : "");
+        };
+        row("css") << u"a.css"_s << css << QByteArray("a{b:c}") << gzip << none;
+        row("css of a comment") << u"a.css"_s << QByteArray("/* a */") << none << gzip
+                                << QByteArray("the compressor left an empty output; the source was put back");
+        row("long string") << u"a.css"_s << "a { b : \"" + QByteArray(5000, 'x') + "\" }" << none << gzip
+                           << status1;
+        row("js of a comment") << u"a.js"_s << QByteArray("/* a */\n") << none << gzip << status1;
+        row("blank js") << u"a.js"_s << QByteArray(" \n") << none << gzip << status1;
+        row("empty js") << u"a.js"_s << QByteArray("") << none << gzip
+                        << QByteArray("the compressor ended with status 1");
+        row("bad js") << u"a.js"_s << QByteArray("var = ;") << none << gzip
+                      << QByteArray("the compressor ended with status 2");
+        row("bad script in html") << u"a.html"_s << QByteArray("<script>var = ;</script>") << none << gzip
+                                  << QByteArray("the compressor ended with status 1");
+        row("empty html") << u"a.html"_s << QByteArray("") << none << gzip << none;
+    }
+}
+
+void tst_BrevantCliOriginals::ontoItself()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, source);
+    QFETCH(QByteArray, left);
+    QFETCH(QByteArray, reason);
+    QFETCH(bool, gzip);
+    const Sandbox sandbox;
+    const QByteArray path = QFile::encodeName(sandbox.add(name, source));
+    const QString gzipSetting = u"gzipCheckerKeyString=%1"_s.arg(gzip ? u"true"_s : u"false"_s);
+    const Ended ended = sandbox.run(inPlace + QStringList{u"--set"_s, gzipSetting, name});
+    QCOMPARE(sandbox.read(name), left.isNull() ? source : left);
+    QCOMPARE(ended.status, reason.isEmpty() ? 0 : 1);
+    if (!reason.isEmpty())
+        QVERIFY2(ended.err.endsWith("Failed: " + path + ": " + reason + "\n"), ended.err);
+    QCOMPARE(copies(sandbox), QStringList());
+    QCOMPARE(sandbox.has(name + u".gz"_s), gzip);
+}
+
+void tst_BrevantCliOriginals::colonInTheOutput_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("suffix");
+    QTest::newRow("folder") << u"new:out"_s << u".min"_s;
+    QTest::newRow("folder that is there") << u"out:x"_s << u".min"_s;
+    QTest::newRow("name") << u"out"_s << u":min"_s;
+}
+
+void tst_BrevantCliOriginals::colonInTheOutput()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, suffix);
+    const Sandbox sandbox;
+    for (const QString &name : {u"out"_s, u"out:x"_s})
+        QVERIFY(QDir().mkdir(sandbox.path(name)));
+    for (const QString &name : {u"a.css"_s, u"b.js"_s})
+        sandbox.add(name, name.endsWith(u"css") ? css : "f ( ) ;");
+    const Ended ended = sandbox.run({u"--set"_s, u"sameFolderKeyString=false"_s, u"--set"_s,
+                                     u"selectedFolderKeyString="_s + sandbox.path(folder), u"--set"_s,
+                                     u"suffixKeyString="_s + suffix, u"a.css"_s, u"b.js"_s});
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(ended.out.endsWith("0 files: 0 -> 0 bytes, 0 % saved; 2 failed.\n"), ended.out);
+    QCOMPARE(ended.err.count("the compressor wrote no output; the source was put back\n"), 2);
+    QCOMPARE(sandbox.read(u"a.css"_s), css);
+    QCOMPARE(sandbox.read(u"b.js"_s), QByteArray("f ( ) ;"));
+    QCOMPARE(copies(sandbox), QStringList());
+}
+
+void tst_BrevantCliOriginals::killedAmidARun()
+{
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    const QByteArray source("orphan nothing-to-wait-for");
+    QCOMPARE(runOrphaning(sandbox, source).status, -SIGKILL);
+    QVERIFY(waitUntilUnused(sandbox));
+    QCOMPARE(sandbox.read(u"a.css"_s), QByteArray());
+    QCOMPARE(copies(sandbox).size(), 1);
+    const QByteArray path = QFile::encodeName(sandbox.path(u"a.css"_s));
+    const Ended ended = start(sandbox);
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(ended.err,
+             "brevant-cli: " + path + " was lost when a run was cut short, and has been put back.\n");
+    QCOMPARE(sandbox.read(u"a.css"_s), source);
+    QCOMPARE(copies(sandbox), QStringList());
+    QCOMPARE(start(sandbox).err, QByteArray());
+}
+
+void tst_BrevantCliOriginals::killedWhileTheCompressorLivesOn()
+{
+    // It may still destroy the source: nothing is settled before it has ended.
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    const QByteArray source = "orphan " + QFile::encodeName(sandbox.add(u"flag"_s, "here"));
+    QCOMPARE(runOrphaning(sandbox, source).status, -SIGKILL);
+    QCOMPARE(sandbox.read(u"a.css"_s), source);
+    QCOMPARE(start(sandbox).err, QByteArray());
+    QCOMPARE(copies(sandbox).size(), 1);
+    QVERIFY(QFile::remove(sandbox.path(u"flag"_s)));
+    QVERIFY(waitUntilUnused(sandbox));
+    QCOMPARE(sandbox.read(u"a.css"_s), QByteArray());
+    QVERIFY(start(sandbox).err.endsWith("has been put back.\n"));
+    QCOMPARE(sandbox.read(u"a.css"_s), source);
+}
+
+void tst_BrevantCliOriginals::twoProcesses()
+{
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    const QString flag = sandbox.add(u"flag"_s, "here");
+    const QByteArray source = "wait " + QFile::encodeName(flag);
+    sandbox.add(u"a.css"_s, source);
+    bool began = false;
+    Ended second;
+    const auto meanwhile = [&](qint64) {
+        began = QTest::qWaitFor([&] { return copies(sandbox).size() == 1; }, 30'000);
+        second = start(sandbox);
+        began = began && copies(sandbox).size() == 1;
+        QFile::remove(flag);
+    };
+    const Ended first =
+        runMounted(sandbox, u"mount --bind '%1' /usr/bin/java"_s.arg(QStringLiteral(STUB_JAVA)),
+                   inPlace + QStringList{u"a.css"_s}, meanwhile);
+    QVERIFY(began);
+    QCOMPARE(second.err, QByteArray());
+    QCOMPARE(first.status, 0);
+    QVERIFY(sandbox.read(u"a.css"_s).startsWith("minified "));
+    QCOMPARE(copies(sandbox), QStringList());
+}
+
+void tst_BrevantCliOriginals::noRoomForTheCopy()
+{
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"b.css"_s, css);
+    const QByteArray path = QFile::encodeName(sandbox.path(u"a.css"_s));
+    QVERIFY(QDir().mkpath(sandbox.home() + u"/state"_s));
+    const Ended ended = runMounted(sandbox, u"mount -t tmpfs -o size=64k none \"$XDG_STATE_HOME\""_s,
+                                   inPlace + QStringList{u"a.css"_s});
+    QCOMPARE(ended.status, 1);
+    QCOMPARE(ended.err,
+             "Failed: " + path +
+                 ": not minified, as no safety copy of it could be made: No space left on device\n");
+    QCOMPARE(sandbox.read(u"a.css"_s), css);
+    // What needs no copy is worked on.
+    const Ended other =
+        runMounted(sandbox, u"mount -t tmpfs -o size=64k none \"$XDG_STATE_HOME\""_s, {u"b.css"_s});
+    QCOMPARE(other.status, 0);
+    QCOMPARE(sandbox.read(u"b.min.css"_s), QByteArray("a{b:c}"));
+}
+
+void tst_BrevantCliOriginals::noRoomForTheOutput()
+{
+    // The compressor writes what fits and says that all is well.
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    QVERIFY(QDir().mkdir(sandbox.path(u"small"_s)));
+    const Ended ended =
+        runMounted(sandbox,
+                   u"mount -t tmpfs -o size=64k none small && mount --bind '%1' /usr/bin/java && printf "
+                   u"'grow 0' > small/a.css && "
+                   "\"$CLI\" --set suffixSwitcherKeyString=false small/a.css; cat small/a.css"_s.arg(
+                       QStringLiteral(STUB_JAVA)),
+                   {u"--version"_s});
+    QVERIFY2(ended.err.endsWith("small/a.css: the disk is full; the source was put back\n"), ended.err);
+    QVERIFY2(ended.out.contains("\ngrow 0"), ended.out);
+}
+
+void tst_BrevantCliOriginals::readOnlyFolder()
+{
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    sandbox.add(u"a.css"_s, css);
+    QVERIFY(QDir().mkpath(sandbox.home() + u"/state"_s));
+    const Ended ended = runMounted(sandbox, u"mount -t tmpfs -o size=64k,ro none \"$XDG_STATE_HOME\""_s,
+                                   inPlace + QStringList{u"a.css"_s});
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(ended.err.endsWith("could be made: Read-only file system\n"), ended.err);
+    QCOMPARE(sandbox.read(u"a.css"_s), css);
+}
+
+QTEST_GUILESS_MAIN(tst_BrevantCliOriginals)
+#include "tst_BrevantCliOriginals.moc"
