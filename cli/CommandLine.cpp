@@ -8,6 +8,7 @@
 #include <QCommandLineOption>
 #include <QCommandLineParser>
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -15,8 +16,11 @@ namespace brevant {
 
 namespace {
 
+constexpr int mostJobs = 256;
+
 const QString setOption = QStringLiteral("set");
 const QString settingsOption = QStringLiteral("settings");
+const QString jobsOption = QStringLiteral("jobs");
 const QString listOption = QStringLiteral("list");
 const QString dryRunOption = QStringLiteral("dry-run");
 const QString reportOption = QStringLiteral("report");
@@ -65,7 +69,7 @@ std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(
 
 void addOptions(QCommandLineParser &parser)
 {
-    for (const QString &name : {setOption, settingsOption, reportOption})
+    for (const QString &name : {setOption, settingsOption, jobsOption, reportOption})
         parser.addOption(QCommandLineOption(name, QString(), QStringLiteral("value")));
     for (const QString &name : {listOption, dryRunOption, quietOption, versionOption})
         parser.addOption(QCommandLineOption(name));
@@ -80,6 +84,22 @@ std::optional<UsageError> readFileName(const QCommandLineParser &parser, const Q
     if (parser.isSet(option) && fileName.isEmpty())
         return UsageError{QStringLiteral("--%1 needs the name of a file").arg(option)};
     return std::nullopt;
+}
+
+std::optional<UsageError> readJobs(const QCommandLineParser &parser, int &jobs)
+{
+    if (!parser.isSet(jobsOption))
+        return std::nullopt;
+    const QString value = parser.value(jobsOption);
+    // Digits alone: toInt() would take blanks and a sign.
+    const bool isNumber = !value.isEmpty() && std::all_of(value.begin(), value.end(), [](QChar sign) {
+        return sign >= u'0' && sign <= u'9';
+    });
+    jobs = isNumber ? value.toInt() : 0;
+    if (jobs >= 1 && jobs <= mostJobs)
+        return std::nullopt;
+    return UsageError{
+        QStringLiteral("--jobs takes a number from 1 to %1, not \"%2\"").arg(mostJobs).arg(value)};
 }
 
 } // namespace
@@ -109,6 +129,8 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
         return *error;
     if (const auto error = readFileName(parser, reportOption, line.reportFile))
         return *error;
+    if (const auto error = readJobs(parser, line.jobs))
+        return *error;
     for (const QString &assignment : parser.values(setOption)) {
         const auto parsed = parseSetting(assignment);
         if (const auto *error = std::get_if<UsageError>(&parsed))
@@ -127,6 +149,7 @@ const std::vector<OptionHelp> &allOptions()
         {QLatin1StringView("--set KEY=VALUE"), QLatin1StringView("a setting for this run only; repeatable")},
         {QLatin1StringView("--settings FILE"),
          QLatin1StringView("read the settings from FILE, not the user's own")},
+        {QLatin1StringView("--jobs N"), QLatin1StringView("run up to N compressors at once")},
         {QLatin1StringView("--list"), QLatin1StringView("print each file and its output, run nothing")},
         {QLatin1StringView("--dry-run"), QLatin1StringView("print each command line, run nothing")},
         {QLatin1StringView("--report FILE"), QLatin1StringView("write a JSON report of the run to FILE")},

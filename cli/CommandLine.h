@@ -21,6 +21,7 @@ struct CommandLine {
     std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< --set, in their order
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
+    int jobs = 1;                                                   ///< compressors at once
     bool quiet = false;
 };
 

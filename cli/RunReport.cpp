@@ -48,8 +48,14 @@ QJsonObject toObject(const EntryResult &result)
 void RunReport::finish(MinifyJob::End end, const std::vector<QString> &entries)
 {
     m_end = end;
-    if (entries.size() > m_results.size())
-        m_notRun.assign(entries.begin() + static_cast<std::ptrdiff_t>(m_results.size()), entries.end());
+    // The results are in the queue's order, and no entry is there twice.
+    auto next = m_results.begin();
+    for (const QString &entry : entries) {
+        if (next != m_results.end() && next->source == entry)
+            ++next;
+        else
+            m_notRun.push_back(entry);
+    }
 }
 
 int RunReport::doneCount() const

@@ -16,6 +16,7 @@ constexpr int signalStatus = 128; // as the shells count, bash(1)
 
 std::atomic<bool> stopRequested = false;
 std::atomic<int> stopSignal = 0;
+std::atomic<bool> isForSeveralFiles = false;
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
 extern "C" void handleStopSignal(int number)
@@ -23,7 +24,9 @@ extern "C" void handleStopSignal(int number)
     if (stopRequested.exchange(true))
         ::_exit(signalStatus + number);
     stopSignal = number;
-    constexpr std::string_view words = "\nStopping after this file; once more to end at once.\n";
+    constexpr std::string_view thisFile = "\nStopping after this file; once more to end at once.\n";
+    constexpr std::string_view theseFiles = "\nStopping after these files; once more to end at once.\n";
+    const std::string_view words = isForSeveralFiles ? theseFiles : thisFile;
     const int error = errno;
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
     errno = error;
@@ -31,8 +34,9 @@ extern "C" void handleStopSignal(int number)
 
 } // namespace
 
-void catchAll()
+void catchAll(bool severalFiles)
 {
+    isForSeveralFiles = severalFiles;
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction action {};
         if (::sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)

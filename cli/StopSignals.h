@@ -8,8 +8,8 @@ namespace brevant::StopSignals {
 
 /// From now on Ctrl+C, SIGTERM and a closed terminal ask for a stop instead of ending the program; a second
 /// one ends it at once, and leaves the compressor to finish its file. What is ignored stays ignored
-/// (nohup(1)).
-void catchAll();
+/// (nohup(1)). `severalFiles`: whether more than one file may be worked on then, for the words said.
+void catchAll(bool severalFiles);
 
 /// Whether a stop was asked for.
 [[nodiscard]] const std::atomic<bool> &requested();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalRun.h"
 
+#include "cli/ParallelRun.h"
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalJobDisplay.h"
@@ -123,12 +124,15 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
         printError(missing);
         return static_cast<int>(ExitStatus::NoTools);
     }
-    StopSignals::catchAll();
+    StopSignals::catchAll(line.jobs > 1);
     RunReport report;
     TerminalJobDisplay display(queue, report,
                                line.quiet ? TerminalJobDisplay::Style::Quiet
                                           : TerminalJobDisplay::styleOfStandardOutput());
-    const MinifyJob::End end = MinifyJob(queue, settings, tools, display).run(StopSignals::requested());
+    const std::atomic<bool> &stop = StopSignals::requested();
+    const MinifyJob::End end = line.jobs == 1
+                                   ? MinifyJob(queue, settings, tools, display).run(stop)
+                                   : ParallelRun(queue, settings, tools, display).run(line.jobs, stop);
     report.finish(end, queue.entries());
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());

@@ -36,6 +36,7 @@ class tst_CommandLine final : public QObject {
 private Q_SLOTS:
     void options_data();
     void options();
+    void jobs();
     void wrongUses_data();
     void wrongUses();
     void namesWhatItDoesNotKnow_data();
@@ -108,6 +109,13 @@ void tst_CommandLine::options()
     QVERIFY(line.settings.empty());
 }
 
+void tst_CommandLine::jobs()
+{
+    QCOMPARE(parse({u"a"_s}).line.jobs, 1);
+    QCOMPARE(parse({u"--jobs"_s, u"1"_s, u"a"_s}).line.jobs, 1);
+    QCOMPARE(parse({u"--jobs=256"_s, u"a"_s}).line.jobs, 256);
+}
+
 void tst_CommandLine::wrongUses_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -125,6 +133,11 @@ void tst_CommandLine::wrongUses_data()
                                          << u"--report needs a run, which --list and --dry-run are not"_s;
     QTest::newRow("empty settings file")
         << QStringList{u"--settings"_s, u""_s, u"a"_s} << u"--settings needs the name of a file"_s;
+    for (const QString &number :
+         {u""_s, u"0"_s, u"-1"_s, u"257"_s, u"two"_s, u"2x"_s, u" 2"_s, u"+2"_s, u"1.5"_s, u"99999999999"_s})
+        QTest::addRow("jobs \"%s\"", qPrintable(number))
+            << QStringList{u"--jobs="_s + number, u"a"_s}
+            << u"--jobs takes a number from 1 to 256, not \"%1\""_s.arg(number);
     QTest::newRow("empty report file")
         << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
 }
@@ -276,8 +289,9 @@ void tst_CommandLine::settingsKeepTheirOrder()
 void tst_CommandLine::helpNamesEverything()
 {
     const QString help = helpText();
-    const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--list"_s,    u"--dry-run"_s,
-                             u"--report FILE"_s,   u"--quiet"_s,         u"--version"_s, u"--help"_s};
+    const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,
+                             u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s,
+                             u"--quiet"_s,         u"--version"_s,       u"--help"_s};
     QStringList shown;
     for (const OptionHelp &option : allOptions())
         shown << option.usage;
@@ -298,7 +312,9 @@ void tst_CommandLine::helpShowsOptionsThatExist()
     for (const OptionHelp &option : allOptions()) {
         QStringList arguments = QString(option.usage).split(u' ');
         if (arguments.size() == 2)
-            arguments[1] = arguments[1] == u"FILE" ? u"f"_s : u"suffixKeyString=x"_s;
+            arguments[1] = arguments[1] == u"FILE" ? u"f"_s
+                           : arguments[1] == u"N"  ? u"2"_s
+                                                   : u"suffixKeyString=x"_s;
         QCOMPARE(parse(arguments + QStringList{u"a"_s}).error, QString());
     }
 }

@@ -21,15 +21,18 @@
 
 namespace {
 
+void append(const std::string &line)
+{
+    if (const char *path = std::getenv("BREVANT_STUB_LOG"))
+        std::ofstream(path, std::ios::app) << line + '\n';
+}
+
 void log(const std::vector<std::string> &arguments)
 {
-    const char *path = std::getenv("BREVANT_STUB_LOG");
-    if (path == nullptr)
-        return;
     std::string line = std::filesystem::current_path().string();
     for (const std::string &argument : arguments)
         line += '\t' + argument;
-    std::ofstream(path, std::ios::app) << line + '\n';
+    append(line);
 }
 
 /// Ends as a compressor that has just damaged something does.
@@ -109,8 +112,12 @@ int main(int argc, char *argv[])
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     log(arguments);
     for (std::size_t i = 1; i + 1 < arguments.size(); ++i) {
-        if (arguments[i] == "-o")
-            return act(arguments[i - 1], arguments[i + 1]);
+        if (arguments[i] != "-o")
+            continue;
+        const int status = act(arguments[i - 1], arguments[i + 1]);
+        if (std::getenv("BREVANT_STUB_ENDS") != nullptr)
+            append("ended\t" + arguments[i - 1]);
+        return status;
     }
     return 1;
 }
