@@ -55,6 +55,7 @@ private Q_SLOTS:
     void initTestCase();
     void finishesTheFile_data();
     void finishesTheFile();
+    void finishesBothFiles();
     void secondTimeEndsAtOnce();
     void ignoredStaysIgnored_data();
     void ignoredStaysIgnored();
@@ -115,6 +116,23 @@ void tst_BrevantCliStop::finishesTheFile()
     const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
     QCOMPARE(report[u"done"_s].toInt(), 2);
     QCOMPARE(report[u"notRun"_s].toInt(), 1);
+}
+
+void tst_BrevantCliStop::finishesBothFiles()
+{
+    const Sandbox sandbox;
+    addFiles(sandbox, m_source);
+    sandbox.add(u"a.js"_s, m_source);
+    const QStringList several{u"--jobs"_s, u"2"_s, u"a.js"_s, u"b.js"_s, u"c.css"_s};
+    Pty terminal(sandbox, several);
+    QVERIFY(terminal.waitUntil([&] { return childrenRunning(terminal.processId(), java) == 2; }));
+    terminal.type("\x03");
+    QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after these files"); }));
+    QCOMPARE(terminal.waitForEnd(), 130);
+    QVERIFY(sandbox.read(u"a.min.js"_s) == m_minified);
+    QVERIFY(sandbox.read(u"b.min.js"_s) == m_minified);
+    QVERIFY(!sandbox.has(u"c.min.css"_s));
+    QVERIFY2(terminal.output().contains("\n2 files: "), terminal.output());
 }
 
 void tst_BrevantCliStop::secondTimeEndsAtOnce()

@@ -45,6 +45,8 @@ private Q_SLOTS:
     void oneFile();
     void someFailed();
     void stopped();
+    void stoppedAmidSeveral();
+    void lostSources();
     void javaNotStarted();
     void failuresInWords_data();
     void failuresInWords();
@@ -105,6 +107,37 @@ void tst_RunReport::stopped()
     QVERIFY(!report.isAllDone());
     QCOMPARE(report.summary(), u"1 file: 10 -> 5 bytes, 50 % saved.\n"
                                "Stopped before /w/b.css; 2 files not minified.\n"_s);
+}
+
+void tst_RunReport::stoppedAmidSeveral()
+{
+    // The second waited for the first, and the third did not.
+    RunReport report;
+    report.add(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
+    report.add(result(u"/w/c.css"_s, Outcome::Done, 10, 5));
+    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s, u"/w/d.css"_s});
+    QVERIFY2(report.summary().endsWith(u"Stopped before /w/b.css; 2 files not minified.\n"_s),
+             qPrintable(report.summary()));
+}
+
+void tst_RunReport::lostSources()
+{
+    RunReport report;
+    EntryResult lost = result(u"/w/a.js"_s, Outcome::CompressorFailed, 10, 10, 1);
+    lost.sourceState = EntryResult::Source::PutBack;
+    report.add(lost);
+    lost.sourceState = EntryResult::Source::Lost;
+    lost.detail = u"No space left on device"_s;
+    report.add(lost);
+    lost.sourceState = EntryResult::Source::Safe;
+    lost.outcome = Outcome::NotSafe;
+    report.add(lost);
+    report.finish(End::Completed, {});
+    QCOMPARE(report.failures(),
+             u"Failed: /w/a.js: the compressor ended with status 1; the source was put back\n"
+             "Failed: /w/a.js: the compressor ended with status 1; the source could not be put back (No space "
+             "left on device), the next start tries again\n"
+             "Failed: /w/a.js: not minified, as no safety copy of it could be made: No space left on device\n"_s);
 }
 
 void tst_RunReport::javaNotStarted()
