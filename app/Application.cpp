@@ -63,22 +63,29 @@ void Application::serve(ApplicationService &service)
 void Application::start(const Launch &launch)
 {
     m_launch = launch;
-    if (launch.asService)
+    if (launch.asService) {
+        putBackOriginals(); // files may come at once, and no window waits
         QTimer::singleShot(serviceWait, &m_lifetime, &Lifetime::quitIfUnseen);
-    else
+    } else {
         m_window.show();
+    }
     m_delegate.applicationDidFinishLaunching();
     // What takes a while is left until the window has been painted, or is not going to be, being minimised.
     QObject::connect(&m_window, &MainWindow::painted, &m_delegate, [this] { finishStart(); });
     QTimer::singleShot(longestWait, &m_delegate, [this] { finishStart(); });
 }
 
+void Application::putBackOriginals() const
+{
+    for (const QString &sentence : putBackAfterInterruption(m_services.tools.originals))
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(sentence));
+}
+
 void Application::finishStart()
 {
     if (std::exchange(m_started, true))
         return;
-    for (const QString &sentence : putBackAfterInterruption(m_services.tools.originals))
-        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(sentence));
+    putBackOriginals();
     loadApplicationIcon();
     m_settings.watchFile();
     if (m_launch.minify)

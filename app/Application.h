@@ -45,6 +45,7 @@ public:
     [[nodiscard]] JobRunner &jobs() { return m_jobs; }
 
 private:
+    void putBackOriginals() const;
     void finishStart();
 
     Launch m_launch;

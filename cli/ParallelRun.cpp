@@ -110,6 +110,7 @@ bool ParallelRun::showAll()
             isComplete = false;
             continue;
         }
+        m_display.setProgress(static_cast<int>(index), static_cast<int>(m_entries.size()));
         m_display.setStatusText(
             QStringLiteral("Minified %1 of %2 items.").arg(index + 1).arg(m_entries.size()));
         m_display.selectRow(static_cast<int>(index));

@@ -35,6 +35,22 @@ std::vector<char *> pointers(QList<QByteArray> &texts)
     return list;
 }
 
+/// The processes that a thread has started and that run `program` by now.
+QList<pid_t> running(pid_t process, const QString &thread, const QString &program)
+{
+    const QString wanted = QFileInfo(program).canonicalFilePath();
+    QList<pid_t> found;
+    QFile list(QStringLiteral("/proc/%1/task/%2/children").arg(process).arg(thread));
+    if (!list.open(QIODevice::ReadOnly))
+        return found;
+    for (const QByteArray &child : list.readAll().split(' ')) {
+        const QFileInfo link(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(child)));
+        if (!child.isEmpty() && link.canonicalFilePath() == wanted)
+            found.append(child.toInt());
+    }
+    return found;
+}
+
 } // namespace
 
 Pty::Pty(const Sandbox &sandbox, const QStringList &arguments, int columns)
@@ -119,16 +135,17 @@ int Pty::waitForEnd()
 
 pid_t childRunning(pid_t parent, const QString &program)
 {
-    const QString wanted = QFileInfo(program).canonicalFilePath();
-    QFile list(QStringLiteral("/proc/%1/task/%1/children").arg(parent));
-    if (!list.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &child : list.readAll().split(' ')) {
-        const QFileInfo running(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(child)));
-        if (!child.isEmpty() && running.canonicalFilePath() == wanted)
-            return child.toInt();
-    }
-    return -1;
+    const QList<pid_t> children = running(parent, QString::number(parent), program);
+    return children.isEmpty() ? -1 : children.first();
+}
+
+int childrenRunning(pid_t parent, const QString &program)
+{
+    qsizetype count = 0;
+    const QDir threads(QStringLiteral("/proc/%1/task").arg(parent));
+    for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        count += running(parent, thread, program).size();
+    return static_cast<int>(count);
 }
 
 } // namespace brevant::test

@@ -54,4 +54,7 @@ private:
 /// The process that `parent` has started and that runs `program` by now, or -1.
 [[nodiscard]] pid_t childRunning(pid_t parent, const QString &program);
 
+/// How many processes that any thread of `parent` has started run `program` by now.
+[[nodiscard]] int childrenRunning(pid_t parent, const QString &program);
+
 } // namespace brevant::test

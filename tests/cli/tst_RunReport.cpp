@@ -133,11 +133,12 @@ void tst_RunReport::lostSources()
     lost.outcome = Outcome::NotSafe;
     report.add(lost);
     report.finish(End::Completed, {});
-    QCOMPARE(report.failures(),
-             u"Failed: /w/a.js: the compressor ended with status 1; the source was put back\n"
-             "Failed: /w/a.js: the compressor ended with status 1; the source could not be put back (No space "
-             "left on device), the next start tries again\n"
-             "Failed: /w/a.js: not minified, as no safety copy of it could be made: No space left on device\n"_s);
+    QCOMPARE(
+        report.failures(),
+        u"Failed: /w/a.js: the compressor ended with status 1; the source was put back\n"
+        "Failed: /w/a.js: the compressor ended with status 1; the source could not be put back (No space "
+        "left on device), the next start tries again\n"
+        "Failed: /w/a.js: not minified, as no safety copy of it could be made: No space left on device\n"_s);
 }
 
 void tst_RunReport::javaNotStarted()
