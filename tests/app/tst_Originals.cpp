@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/OriginalRecord.h"
+#include "engine/OriginalSlot.h"
+#include "engine/OriginalsFolder.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+using namespace brevant;
+using namespace Qt::StringLiterals;
+
+/// The built window program, started after one that was killed amid a run.
+class tst_Originals final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aStartPutsSourcesBack_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("with a window") << QStringList();
+        QTest::newRow("for the bus") << QStringList{u"--gapplication-service"_s};
+    }
+
+    void aStartPutsSourcesBack()
+    {
+        QFETCH(QStringList, arguments);
+        const QTemporaryDir home;
+        const QByteArray source = QFile::encodeName(home.filePath(u"a.css"_s));
+        QFile file(home.filePath(u"a.css"_s));
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.write("a { b : c }") > 0 && file.flush());
+        leaveCopy(source, home.filePath(u"state/brevant/originals"_s));
+        QVERIFY(file.resize(0));
+
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_STATE_HOME"_s, home.filePath(u"state"_s));
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.path());
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(BREVANT), arguments);
+        QVERIFY(program.waitForStarted());
+        QByteArray said;
+        QTRY_VERIFY_WITH_TIMEOUT((said += program.readAllStandardError()).contains("put back.\n"), 30'000);
+        program.terminate();
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(said.count("brevant: " + source + " was lost when a run was cut short"), 1);
+        QVERIFY(file.seek(0));
+        QCOMPARE(file.readAll(), "a { b : c }"_ba);
+    }
+
+private:
+    /// What a program that is killed leaves.
+    static void leaveCopy(const QByteArray &source, const QString &originals)
+    {
+        struct stat status {};
+        QCOMPARE(::stat(source.constData(), &status), 0);
+        std::optional<OriginalRecord> record = OriginalRecord::of(source, status);
+        const Descriptor file(::open(source.constData(), O_RDONLY | O_CLOEXEC));
+        QCOMPARE(OriginalsFolder::make(originals), QString());
+        std::optional<OriginalSlot> copy = OriginalSlot::makeIn(QFile::encodeName(originals));
+        QVERIFY(record && copy && copy->fill(file.number(), *record));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Originals)
+#include "tst_Originals.moc"
