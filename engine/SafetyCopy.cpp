@@ -65,7 +65,7 @@ QString SafetyCopy::make(const QString &source, const std::optional<QString> &ou
     }
     if (fill(file.number()))
         return {};
-    const QString error = qt_error_string(errno);
+    QString error = qt_error_string(errno);
     m_record.reset();
     if (m_slot)
         m_slot->remove(); // it may have grown as far as the disk allowed
