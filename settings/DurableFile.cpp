@@ -19,6 +19,8 @@ namespace {
 
 constexpr int maximumLinks = 40; // as many as Linux follows, path_resolution(7)
 
+constexpr QByteArrayView ownDescriptors("/proc/self/fd"); // the way to name an open file, open(2)
+
 QByteArray folderOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
@@ -82,19 +84,19 @@ bool DurableFile::open()
     }
     if (!exists && errno != ENOENT) // links in a circle, for one: not to be mistaken for a name that is free
         return fail();
-    // O_EXCL finds a free name; a new file gets 0666 less the umask, a replaced one its own mode below.
-    do {
-        m_temporary = folderOf(m_target) + "/.brevant-" +
-                      QByteArray::number(QRandomGenerator::global()->generate64(), 36) + ".tmp";
-        m_descriptor = uninterrupted([&] {
-            return ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                          exists ? 0600 : 0666);
-        });
-    } while (m_descriptor < 0 && errno == EEXIST);
+    // A new file gets 0666 less the umask, a replaced one its own mode below.
+    const mode_t mode = exists ? 0600 : 0666;
+    // A file without a name leaves nothing behind when the program is killed; it gets one by way of /proc.
+    if (::access(ownDescriptors.constData(), X_OK) == 0)
+        m_descriptor = uninterrupted(
+            [&] { return ::open(folderOf(m_target).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); });
+    // Not every file system can do that.
     if (m_descriptor < 0) {
-        m_temporary.clear();
-        return fail();
+        m_descriptor = underFreeName(
+            [mode](const char *name) { return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
     }
+    if (m_descriptor < 0)
+        return fail();
     if (exists) {
         // Another owner can be given by root only; anybody else keeps the mode at least.
         [[maybe_unused]] const int owned = ::fchown(m_descriptor, old.st_uid, old.st_gid);
@@ -102,6 +104,27 @@ bool DurableFile::open()
             return fail();
     }
     return true;
+}
+
+int DurableFile::underFreeName(const std::function<int(const char *)> &make)
+{
+    int result = -1;
+    do {
+        m_temporary = folderOf(m_target) + "/.brevant-" +
+                      QByteArray::number(QRandomGenerator::global()->generate64(), 36) + ".tmp";
+        result = uninterrupted([&] { return make(m_temporary.constData()); });
+    } while (result < 0 && errno == EEXIST);
+    if (result < 0)
+        m_temporary.clear();
+    return result;
+}
+
+bool DurableFile::giveName()
+{
+    const QByteArray file = ownDescriptors.toByteArray() + '/' + QByteArray::number(m_descriptor);
+    return underFreeName([&file](const char *name) {
+               return ::linkat(AT_FDCWD, file.constData(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
+           }) == 0;
 }
 
 bool DurableFile::write(QByteArrayView bytes)
@@ -133,6 +156,8 @@ bool DurableFile::commit()
 {
     if (!flush())
         return false;
+    if (m_temporary.isEmpty() && !giveName())
+        return fail();
     const int closed = ::close(m_descriptor); // never repeated: the descriptor is gone even after an error
     m_descriptor = -1;
     if (closed != 0 && errno != EINTR)

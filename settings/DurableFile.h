@@ -5,13 +5,17 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 namespace brevant {
 
 /// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
 /// complete new one.
 ///
-/// The bytes go to a temporary file in the same folder, which is flushed to the disk and then renamed over
-/// the target; the folder is flushed too. A symbolic link is followed: what it points at is replaced. The
+/// The bytes go to a file without a name in the same folder, or one with a temporary name where the file
+/// system has no such thing. It is flushed to the disk and then put into the target's place; the folder is
+/// flushed too. A program that is killed meanwhile leaves no file behind, but for the moment between naming
+/// it and putting it into place. A symbolic link is followed: what it points at is replaced. The
 /// target keeps its mode and, where the process may set it, its owner; a new file gets the usual mode.
 class DurableFile final {
 public:
@@ -44,8 +48,13 @@ private:
     [[nodiscard]] bool fail();
     void discard();
 
+    /// Calls `make` with names that may be free until one is; what it returns, negative with errno on
+    /// failure.
+    [[nodiscard]] int underFreeName(const std::function<int(const char *)> &make);
+    [[nodiscard]] bool giveName();
+
     QByteArray m_target;
-    QByteArray m_temporary;
+    QByteArray m_temporary; ///< its path; empty for a file without a name
     QString m_errorText;
     int m_descriptor = -1;
     bool m_flushed = false;

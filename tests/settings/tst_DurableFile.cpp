@@ -7,6 +7,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+
+#include <sys/wait.h>
+
 using namespace brevant;
 using namespace brevant::test;
 
@@ -26,6 +30,7 @@ private Q_SLOTS:
     void linkLoopIsAnError();
     void targetStaysUntilTheCommit();
     void droppedWithoutCommit();
+    void killedWithoutCommit();
     void writesInPieces();
     void failures_data();
     void failures();
@@ -185,10 +190,31 @@ void tst_DurableFile::droppedWithoutCommit()
     {
         DurableFile file(path);
         QVERIFY(file.write("new"));
-        QCOMPARE(names().size(), 2);
     }
     QCOMPARE(readFile(path), QByteArray("old"));
     QCOMPARE(names(), QStringList{QStringLiteral("file")});
+}
+
+void tst_DurableFile::killedWithoutCommit()
+{
+    const int probe = ::open(QFile::encodeName(m_folder->path()).constData(), O_TMPFILE | O_WRONLY, 0600);
+    if (probe < 0)
+        QSKIP("files without a name cannot be made here");
+    ::close(probe);
+    const QString path = at(QLatin1StringView("file"));
+    QVERIFY(writeFile(path, "old"));
+    const pid_t child = ::fork();
+    if (child == 0) {
+        DurableFile file(path);
+        if (file.write("new") && file.flush())
+            ::raise(SIGKILL);
+        ::_exit(1);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(names(), QStringList{QStringLiteral("file")});
+    QCOMPARE(readFile(path), QByteArray("old"));
 }
 
 void tst_DurableFile::writesInPieces()
