@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -36,6 +35,16 @@ std::int64_t nanoseconds(const timespec &time)
 void report(const QString &line)
 {
     std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(line));
+}
+
+/// Makes the folder, and those above it, where they are missing: for their owner alone, as the XDG Base
+/// Directory Specification 0.8 has it. False, with errno set, on failure.
+bool makeFolders(const std::filesystem::path &folder)
+{
+    constexpr mode_t ownerOnly = 0700;
+    const auto make = [&] { return ::mkdir(folder.c_str(), ownerOnly) == 0 || errno == EEXIST; };
+    const std::filesystem::path above = folder.parent_path();
+    return make() || (errno == ENOENT && !above.empty() && above != folder && makeFolders(above) && make());
 }
 
 /// Makes the programs of ours that write into one folder take turns. Where locks are not to be had, it does
@@ -140,20 +149,37 @@ bool SettingsFile::refreshLocked()
     Reading reading = read(m_encodedPath);
     const bool differs = merged(reading.values) != merged(m_reading.values);
     if (reading.content == Content::Bad)
-        keepBadFile(reading.bytes);
+        noteBadFile(reading.bytes);
     else
         m_badBytes.reset();
     if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
-        report(QStringLiteral("the settings in %1 cannot be read; the defaults are used").arg(m_path));
+        report(
+            QStringLiteral("the settings in %1 cannot be read; the defaults are used, and changes hold until "
+                           "the program ends")
+                .arg(m_path));
     m_reading = std::move(reading);
     return differs;
 }
 
-void SettingsFile::keepBadFile(const QByteArray &bytes)
+void SettingsFile::noteBadFile(const QByteArray &bytes)
 {
     if (m_badBytes == bytes)
         return;
     m_badBytes = bytes;
+    m_badBytesToKeep = bytes;
+    wakeWriter();
+}
+
+void SettingsFile::keepBadFile()
+{
+    std::optional<QByteArray> noted;
+    {
+        const std::lock_guard lock(m_mutex);
+        noted = std::exchange(m_badBytesToKeep, std::nullopt);
+    }
+    if (!noted)
+        return;
+    const QByteArray &bytes = *noted;
     const QString bad = m_path + QLatin1StringView(".bad");
     // An empty file, which somebody may be about to fill, must not replace bad content kept before.
     const bool kept =
@@ -194,10 +220,15 @@ void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
     {
         const std::lock_guard lock(m_mutex);
         m_pending.insert(key, value);
-        ++m_setCount;
-        if (!m_writer.joinable())
-            m_writer = std::thread([this] { writeBehind(); });
+        wakeWriter();
     }
+}
+
+void SettingsFile::wakeWriter()
+{
+    ++m_setCount;
+    if (!m_writer.joinable())
+        m_writer = std::thread([this] { writeBehind(); });
     m_wake.notify_all();
 }
 
@@ -218,6 +249,7 @@ void SettingsFile::writeBehind()
         const QJsonObject changes = m_pending;
         const std::uint64_t count = m_setCount;
         lock.unlock();
+        keepBadFile();
         // Nothing is left to write if the same value was set twice, and the first write took it.
         const QString error = changes.isEmpty() ? QString() : writeOnce(changes);
         lock.lock();
@@ -235,10 +267,12 @@ void SettingsFile::writeBehind()
 bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
 {
     if (!error.isEmpty()) {
-        if (!std::exchange(m_writeFailureReported, true))
+        const bool differs = refreshLocked();
+        // What cannot be read has been reported, and that it cannot be written either.
+        if (m_reading.content != Content::Unreadable && !std::exchange(m_writeFailureReported, true))
             report(QStringLiteral("%1 cannot be written (%2); the settings hold until the program ends")
                        .arg(m_path, error));
-        return false;
+        return differs;
     }
     m_writeFailureReported = false;
     const QJsonObject before = merged(m_reading.values);
@@ -256,18 +290,19 @@ QString SettingsFile::writeOnce(const QJsonObject &changes)
     std::filesystem::path folder = std::filesystem::path(m_encodedPath.toStdString()).parent_path();
     if (folder.empty())
         folder = ".";
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error)
-        return QString::fromStdString(error.message());
+    if (!makeFolders(folder))
+        return qt_error_string(errno);
     const FolderLock lock(folder);
     while (true) {
         Reading current = read(m_encodedPath);
         if (current.content == Content::Unreadable)
             return QStringLiteral("it cannot be read");
         if (current.content == Content::Bad) {
-            const std::lock_guard guard(m_mutex);
-            keepBadFile(current.bytes);
+            {
+                const std::lock_guard guard(m_mutex);
+                noteBadFile(current.bytes);
+            }
+            keepBadFile();
         }
         for (auto it = changes.begin(); it != changes.end(); ++it)
             current.values.insert(it.key(), it.value());

@@ -29,7 +29,8 @@ public:
     /// because somebody else changed the file.
     SettingsFile(const QString &path, std::function<void()> changed);
 
-    /// Waits until every value set so far has been written, or could not be.
+    /// Waits until every value set so far has been written, or could not be, and bad content found has been
+    /// kept.
     ~SettingsFile();
 
     SettingsFile(const SettingsFile &) = delete;
@@ -46,7 +47,8 @@ public:
     /// Reads the file again if it has changed.
     void refresh();
 
-    /// Waits until every value set so far has been written, or could not be.
+    /// Waits until every value set so far has been written, or could not be, and bad content found has been
+    /// kept.
     void synchronize();
 
 private:
@@ -71,7 +73,9 @@ private:
     [[nodiscard]] static Reading read(const QByteArray &path);
     [[nodiscard]] QJsonObject merged(QJsonObject values) const;
     [[nodiscard]] bool refreshLocked();
-    void keepBadFile(const QByteArray &bytes);
+    void noteBadFile(const QByteArray &bytes);
+    void keepBadFile();
+    void wakeWriter();
     void writeBehind();
     [[nodiscard]] bool settle(const QJsonObject &changes, const QString &error);
     [[nodiscard]] QString writeOnce(const QJsonObject &changes);
@@ -84,13 +88,14 @@ private:
     std::condition_variable m_wake;
     std::condition_variable m_written;
     Reading m_reading;
-    std::optional<QByteArray> m_badBytes; ///< the bad content already reported
-    QJsonObject m_pending;                ///< set and not yet in the file
+    std::optional<QByteArray> m_badBytes;       ///< the bad content found last
+    std::optional<QByteArray> m_badBytesToKeep; ///< the same, until the writer has kept and reported it
+    QJsonObject m_pending;                      ///< set and not yet in the file
     std::uint64_t m_setCount = 0;
     std::uint64_t m_writtenCount = 0;
     bool m_writeFailureReported = false;
     bool m_stop = false;
-    std::thread m_writer; ///< started by the first value set
+    std::thread m_writer; ///< started by the first value set, or bad content found
 };
 
 } // namespace brevant

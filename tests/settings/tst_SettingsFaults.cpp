@@ -78,6 +78,7 @@ void tst_SettingsFaults::badFile()
         for (int reader = 0; reader < 3; ++reader)
             QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
         QVERIFY(store->isFalse(gzipCheckerKeyString));
+        store->synchronize();
         QCOMPARE(readFile(badPath()), bytes);
         QCOMPARE(readFile(m_path), bytes);
         QCOMPARE(standardError.lineCount(), 1);
@@ -116,8 +117,10 @@ void tst_SettingsFaults::secondBadFileIsReportedToo()
     const CapturedStandardError standardError;
     QVERIFY(writeFile(m_path, "one"));
     const auto store = makeStore();
+    store->synchronize();
     QVERIFY(replaceFile(m_path, "two"));
     QVERIFY(store->isTrue(soundCheckerKeyString));
+    store->synchronize();
     QCOMPARE(readFile(badPath()), QByteArray("two"));
     QCOMPARE(standardError.lineCount(), 2);
 }
@@ -127,15 +130,18 @@ void tst_SettingsFaults::emptyFileKeepsTheEarlierBadFile()
     const CapturedStandardError standardError;
     QVERIFY(writeFile(m_path, "precious"));
     const auto store = makeStore();
+    store->synchronize();
     QVERIFY(writeFile(m_path, ""));
     QVERIFY(store->isTrue(soundCheckerKeyString));
+    store->synchronize();
     QCOMPARE(readFile(badPath()), QByteArray("precious"));
 }
 
 void tst_SettingsFaults::placeThatCannotBeRead_data()
 {
     QTest::addColumn<QString>("form");
-    QTest::addColumn<int>("linesOfReading");
+    QTest::addColumn<int>(
+        "linesOfReading"); // the one line there is comes with the first writing at the latest
     QTest::newRow("folder") << QStringLiteral("folder") << 1;
     QTest::newRow("pipe") << QStringLiteral("pipe") << 1;
     QTest::newRow("link to itself") << QStringLiteral("loop") << 0; // nothing is there
@@ -164,7 +170,7 @@ void tst_SettingsFaults::placeThatCannotBeRead()
         store->synchronize();
         QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QString::number(i)));
     }
-    QCOMPARE(standardError.lineCount(), linesOfReading + 1); // and one that it cannot be written
+    QCOMPARE(standardError.lineCount(), 1);
     struct stat after {};
     QCOMPARE(::lstat(QFile::encodeName(m_path).constData(), &after), 0);
     QCOMPARE(after.st_ino, before.st_ino);
@@ -189,7 +195,7 @@ void tst_SettingsFaults::fileThatMayNotBeRead()
     store->setBool(true, gzipCheckerKeyString);
     store->synchronize();
     QVERIFY(store->isTrue(gzipCheckerKeyString));
-    QCOMPARE(standardError.lineCount(), 2);
+    QCOMPARE(standardError.lineCount(), 1);
 
     // What could not be read was not replaced, and counts again as soon as it can be read.
     QVERIFY(setMode(m_path, 0600));

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void destructorWritesEverything();
     void overrides();
     void modeIsKept();
+    void newFoldersArePrivate();
     void linkIsFollowed_data();
     void linkIsFollowed();
     void foldersAreMade();
@@ -296,6 +297,20 @@ void tst_SettingsStore::modeIsKept()
     QVERIFY(setMode(m_path, 0604));
     makeStore()->setBool(true, gzipCheckerKeyString);
     QCOMPARE(modeOf(m_path), mode_t{0604});
+}
+
+void tst_SettingsStore::newFoldersArePrivate()
+{
+    const QTemporaryDir top;
+    QVERIFY(setMode(top.path(), 0755));
+    {
+        SettingsStore store(top.filePath(QStringLiteral("a/b/settings.json")));
+        store.setBool(true, gzipCheckerKeyString);
+    }
+    QCOMPARE(modeOf(top.path()), mode_t{0755});
+    QCOMPARE(modeOf(top.filePath(QStringLiteral("a"))), mode_t{0700});
+    QCOMPARE(modeOf(top.filePath(QStringLiteral("a/b"))), mode_t{0700});
+    QVERIFY(QFile::exists(top.filePath(QStringLiteral("a/b/settings.json"))));
 }
 
 void tst_SettingsStore::linkIsFollowed_data()
