@@ -151,7 +151,7 @@ bool SettingsFile::refreshLocked()
     if (reading.content == Content::Bad)
         noteBadFile(reading.bytes);
     else
-        m_badBytes.reset();
+        m_bad.reset();
     if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
         report(
             QStringLiteral("the settings in %1 cannot be read; the defaults are used, and changes hold until "
@@ -163,30 +163,35 @@ bool SettingsFile::refreshLocked()
 
 void SettingsFile::noteBadFile(const QByteArray &bytes)
 {
-    if (m_badBytes == bytes)
+    if (m_bad && m_bad->bytes == bytes)
         return;
-    m_badBytes = bytes;
-    m_badBytesToKeep = bytes;
+    m_bad = BadContent{bytes};
     wakeWriter();
 }
 
-void SettingsFile::keepBadFile()
+/// Keeps the bad content found last beside the file, and reports it once. False if it could not be kept.
+bool SettingsFile::keepBadFile()
 {
-    std::optional<QByteArray> noted;
-    {
-        const std::lock_guard lock(m_mutex);
-        noted = std::exchange(m_badBytesToKeep, std::nullopt);
-    }
-    if (!noted)
-        return;
-    const QByteArray &bytes = *noted;
-    const QString bad = m_path + QLatin1StringView(".bad");
+    std::unique_lock lock(m_mutex);
+    if (!m_bad || m_bad->kept)
+        return true;
+    const QByteArray bytes = m_bad->bytes;
+    const bool reported = std::exchange(m_bad->reported, true);
+    lock.unlock();
+    const QString bad = badPath();
     // An empty file, which somebody may be about to fill, must not replace bad content kept before.
     const bool kept =
         (bytes.isEmpty() && QFileInfo::exists(bad)) || DurableFile::replace(bad, bytes).isEmpty();
-    report(kept ? QStringLiteral("%1 holds no settings; the defaults are used, and the file is kept as %2")
-                      .arg(m_path, bad)
-                : QStringLiteral("%1 holds no settings; the defaults are used").arg(m_path));
+    if (!reported) {
+        report(kept
+                   ? QStringLiteral("%1 holds no settings; the defaults are used, and the file is kept as %2")
+                         .arg(m_path, bad)
+                   : QStringLiteral("%1 holds no settings; the defaults are used").arg(m_path));
+    }
+    lock.lock();
+    if (m_bad && m_bad->bytes == bytes)
+        m_bad->kept = kept;
+    return kept || bytes.isEmpty();
 }
 
 QJsonValue SettingsFile::value(QLatin1StringView key)
@@ -249,7 +254,7 @@ void SettingsFile::writeBehind()
         const QJsonObject changes = m_pending;
         const std::uint64_t count = m_setCount;
         lock.unlock();
-        keepBadFile();
+        static_cast<void>(keepBadFile());
         // Nothing is left to write if the same value was set twice, and the first write took it.
         const QString error = changes.isEmpty() ? QString() : writeOnce(changes);
         lock.lock();
@@ -302,7 +307,8 @@ QString SettingsFile::writeOnce(const QJsonObject &changes)
                 const std::lock_guard guard(m_mutex);
                 noteBadFile(current.bytes);
             }
-            keepBadFile();
+            if (!keepBadFile())
+                return QStringLiteral("what it holds cannot be kept as %1").arg(badPath());
         }
         for (auto it = changes.begin(); it != changes.end(); ++it)
             current.values.insert(it.key(), it.value());

@@ -69,12 +69,19 @@ private:
         bool fresh = false; ///< read so soon after the change that the next change might have the same stamp
     };
 
+    struct BadContent {
+        QByteArray bytes;
+        bool reported = false;
+        bool kept = false;
+    };
+
     [[nodiscard]] static Stamp stampOf(const QByteArray &path);
     [[nodiscard]] static Reading read(const QByteArray &path);
     [[nodiscard]] QJsonObject merged(QJsonObject values) const;
     [[nodiscard]] bool refreshLocked();
+    [[nodiscard]] QString badPath() const { return m_path + QLatin1StringView(".bad"); }
     void noteBadFile(const QByteArray &bytes);
-    void keepBadFile();
+    [[nodiscard]] bool keepBadFile();
     void wakeWriter();
     void writeBehind();
     [[nodiscard]] bool settle(const QJsonObject &changes, const QString &error);
@@ -88,9 +95,8 @@ private:
     std::condition_variable m_wake;
     std::condition_variable m_written;
     Reading m_reading;
-    std::optional<QByteArray> m_badBytes;       ///< the bad content found last
-    std::optional<QByteArray> m_badBytesToKeep; ///< the same, until the writer has kept and reported it
-    QJsonObject m_pending;                      ///< set and not yet in the file
+    std::optional<BadContent> m_bad; ///< found last
+    QJsonObject m_pending;           ///< set and not yet in the file
     std::uint64_t m_setCount = 0;
     std::uint64_t m_writtenCount = 0;
     bool m_writeFailureReported = false;

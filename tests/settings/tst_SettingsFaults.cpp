@@ -24,6 +24,7 @@ private Q_SLOTS:
     void badFileWhileRunning();
     void secondBadFileIsReportedToo();
     void emptyFileKeepsTheEarlierBadFile();
+    void badFileThatCannotBeKeptStays();
     void placeThatCannotBeRead_data();
     void placeThatCannotBeRead();
     void fileThatMayNotBeRead();
@@ -134,6 +135,28 @@ void tst_SettingsFaults::emptyFileKeepsTheEarlierBadFile()
     QVERIFY(writeFile(m_path, ""));
     QVERIFY(store->isTrue(soundCheckerKeyString));
     store->synchronize();
+    QCOMPARE(readFile(badPath()), QByteArray("precious"));
+}
+
+void tst_SettingsFaults::badFileThatCannotBeKeptStays()
+{
+    const CapturedStandardError standardError;
+    QVERIFY(QDir().mkpath(badPath() + QLatin1StringView("/in the way")));
+    QVERIFY(writeFile(m_path, "precious"));
+    const auto store = makeStore();
+    for (int i = 0; i < 3; ++i) {
+        store->setObject(QString::number(i), suffixKeyString);
+        store->synchronize();
+    }
+    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral("2")));
+    QCOMPARE(readFile(m_path), QByteArray("precious"));
+    QCOMPARE(standardError.lineCount(), 2); // no settings in it; it cannot be written
+
+    QVERIFY(QDir(badPath()).removeRecursively());
+    store->setBool(true, gzipCheckerKeyString);
+    store->synchronize();
+    const QJsonObject expected{{suffixKeyString, QStringLiteral("2")}, {gzipCheckerKeyString, true}};
+    QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected);
     QCOMPARE(readFile(badPath()), QByteArray("precious"));
 }
 
