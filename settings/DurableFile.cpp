@@ -158,15 +158,14 @@ bool DurableFile::commit()
         return false;
     if (m_temporary.isEmpty() && !giveName())
         return fail();
-    const int closed = ::close(m_descriptor); // never repeated: the descriptor is gone even after an error
-    m_descriptor = -1;
-    if (closed != 0 && errno != EINTR)
-        return fail();
+    // At once after it has its name, so that hardly a moment is left in which a killed program leaves it
+    // behind.
     if (::rename(m_temporary.constData(), m_target.constData()) != 0)
         return fail();
     m_temporary.clear();
     // The new file is complete and in its place; that the folder could not be flushed changes nothing of it.
     flushFolder(folderOf(m_target));
+    discard();
     return true;
 }
 
