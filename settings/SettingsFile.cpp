@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -232,8 +233,14 @@ void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
 void SettingsFile::wakeWriter()
 {
     ++m_setCount;
-    if (!m_writer.joinable())
-        m_writer = std::thread([this] { writeBehind(); });
+    try {
+        if (!m_writer.joinable())
+            m_writer = std::thread([this] { writeBehind(); });
+    } catch (const std::system_error &error) {
+        // The next value set tries again; nobody may wait for this one.
+        m_writtenCount = m_setCount;
+        reportWriteFailure(QString::fromLocal8Bit(error.what()));
+    }
     m_wake.notify_all();
 }
 
@@ -269,14 +276,20 @@ void SettingsFile::writeBehind()
     }
 }
 
+void SettingsFile::reportWriteFailure(const QString &error)
+{
+    if (!std::exchange(m_writeFailureReported, true))
+        report(QStringLiteral("%1 cannot be written (%2); the settings hold until the program ends")
+                   .arg(m_path, error));
+}
+
 bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
 {
     if (!error.isEmpty()) {
         const bool differs = refreshLocked();
         // What cannot be read has been reported, and that it cannot be written either.
-        if (m_reading.content != Content::Unreadable && !std::exchange(m_writeFailureReported, true))
-            report(QStringLiteral("%1 cannot be written (%2); the settings hold until the program ends")
-                       .arg(m_path, error));
+        if (m_reading.content != Content::Unreadable)
+            reportWriteFailure(error);
         return differs;
     }
     m_writeFailureReported = false;

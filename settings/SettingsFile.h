@@ -83,6 +83,7 @@ private:
     void noteBadFile(const QByteArray &bytes);
     [[nodiscard]] bool keepBadFile();
     void wakeWriter();
+    void reportWriteFailure(const QString &error);
     void writeBehind();
     [[nodiscard]] bool settle(const QJsonObject &changes, const QString &error);
     [[nodiscard]] QString writeOnce(const QJsonObject &changes);
