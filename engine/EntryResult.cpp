@@ -2,11 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryResult.h"
 
+#include "engine/Descriptor.h"
+#include "engine/FileBytes.h"
 #include "queue/FileKind.h"
 #include "queue/PathString.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include <cerrno>
+
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace brevant {
@@ -25,6 +31,18 @@ bool mayBeEmpty(const QString &source)
 {
     const std::optional<FileKind> kind = kindOf(source);
     return kind && *kind != FileKind::Js;
+}
+
+/// Whether the disk that the output is on takes no more. A compressor whose output did not fit can end well.
+bool isDiskFull(const QString &output)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(output).canonicalPath());
+    const Descriptor probe(
+        uninterrupted([&] { return ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
+    constexpr qsizetype oneBlock = 4096;
+    const bool takesMore =
+        probe.isOpen() && FileBytes::writeAll(probe.number(), QByteArray(oneBlock, '\0'), 0);
+    return !takesMore && (errno == ENOSPC || errno == EDQUOT);
 }
 
 } // namespace
@@ -61,7 +79,7 @@ EntryResult::Outcome EntryWatch::judge(const ChildExit &exit) const
         return EntryResult::Outcome::NoOutput;
     if (written->size == 0 && (m_result.sizeBefore != 0 || !mayBeEmpty(m_result.source)))
         return EntryResult::Outcome::EmptyOutput;
-    return EntryResult::Outcome::Done;
+    return isDiskFull(*m_result.output) ? EntryResult::Outcome::DiskFull : EntryResult::Outcome::Done;
 }
 
 void EntryWatch::compressorEnded(const ChildExit &exit)

@@ -22,7 +22,7 @@ struct EntryResult {
         NoOutput,         ///< it left no output, or only the one from before
         EmptyOutput,      ///< it left an empty output of a source that gives none
         NoGzipCopy,       ///< minified, but the copy was not made
-        DiskFull,         ///< written over the source with no room left, so it may be cut
+        DiskFull,         ///< written, and no room is left on the disk, so it may be cut
         NotSafe,          ///< not worked on: the source might be lost, and no safety copy could be made
     };
     /// What became of a source that might have been lost.

@@ -4,7 +4,6 @@
 
 #include "engine/Descriptor.h"
 #include "engine/EntryResult.h"
-#include "engine/FileBytes.h"
 #include "engine/OriginalsFolder.h"
 #include "engine/PutBack.h"
 
@@ -14,21 +13,6 @@
 #include <sys/stat.h>
 
 namespace brevant {
-
-namespace {
-
-/// Whether the disk that `file` is on takes no more. A compressor whose output did not fit can end well.
-bool isDiskFull(const QByteArray &file)
-{
-    const QByteArray folder = file.first(std::max<qsizetype>(file.lastIndexOf('/'), 1));
-    const Descriptor probe(
-        uninterrupted([&] { return ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
-    constexpr qsizetype oneBlock = 4096;
-    return probe.isOpen() && !FileBytes::writeAll(probe.number(), QByteArray(oneBlock, '\0'), 0) &&
-           (errno == ENOSPC || errno == EDQUOT);
-}
-
-} // namespace
 
 SafetyCopy::~SafetyCopy()
 {
@@ -113,8 +97,6 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     if (!m_record)
         return;
-    if (m_isOutput && result.outcome == EntryResult::Outcome::Done && isDiskFull(m_record->file))
-        result.outcome = EntryResult::Outcome::DiskFull;
     if (isLost(result, gzipWanted))
         putBackSource(result, gzipWanted);
     else if (m_isOutput && gzipWanted && result.outcome != EntryResult::Outcome::Done)
