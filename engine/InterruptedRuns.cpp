@@ -144,6 +144,9 @@ QString settle(OriginalSlot &copy)
         return settleDamaged(copy, *original);
     case OriginalSlot::Content::Unknown:
         return keepUnreadable(copy, QStringLiteral("A safety copy"));
+    case OriginalSlot::Content::Unreadable:
+        return QStringLiteral("The safety copy %1 cannot be read now; the next start tries again.")
+            .arg(shown(copy.path()));
     }
     return {};
 }

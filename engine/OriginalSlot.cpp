@@ -129,7 +129,7 @@ std::pair<OriginalSlot::Content, std::optional<OriginalRecord>> OriginalSlot::re
 {
     const std::optional<QByteArray> bytes = FileBytes::read(m_file.number(), flagAt, 0);
     if (!bytes)
-        return {Content::Unknown, std::nullopt};
+        return {Content::Unreadable, std::nullopt};
     const QByteArrayView beginning =
         QByteArrayView(*bytes).first(std::min<qint64>(sizeof(quint64), bytes->size()));
     if (std::ranges::all_of(beginning, [](char byte) { return byte == '\0'; }))
@@ -137,7 +137,10 @@ std::pair<OriginalSlot::Content, std::optional<OriginalRecord>> OriginalSlot::re
     std::optional<OriginalRecord> record = OriginalRecord::fromBytes(*bytes);
     if (!record)
         return {Content::Unknown, std::nullopt};
-    const bool isWhole = contentHash(record->size) == record->hash;
+    const std::optional<QByteArray> hash = contentHash(record->size);
+    if (!hash)
+        return {Content::Unreadable, std::move(record)};
+    const bool isWhole = hash == record->hash;
     return {isWhole ? Content::Source : Content::Damaged, std::move(record)};
 }
 

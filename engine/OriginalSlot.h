@@ -21,10 +21,11 @@ class OriginalSlot final {
 public:
     /// What an opened slot holds.
     enum class Content {
-        Nothing, ///< no source: unused, or not yet filled when its program ended
-        Source,  ///< a record and the content that belongs to it
-        Damaged, ///< a record, but not its content
-        Unknown, ///< bytes that are no record
+        Nothing,    ///< no source: unused, or not yet filled when its program ended
+        Source,     ///< a record and the content that belongs to it
+        Damaged,    ///< a record, but not its content
+        Unknown,    ///< bytes that are no record
+        Unreadable, ///< cannot be told, as the disk does not give it; the record, if that was read
     };
 
     /// A new slot in a folder that is there; nothing, with errno set, on failure.
