@@ -3,8 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/TerminalRun.h"
 #include "engine/Tools.h"
-
-#include <QFile>
+#include "queue/PathString.h"
 
 #include <clocale>
 
@@ -17,7 +16,7 @@ int main(int argc, char *argv[])
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.append(QFile::decodeName(argv[i]));
+        arguments.append(PathString::decoded(argv[i]));
 
     const auto parsed = parseCommandLine(arguments);
     if (const auto *error = std::get_if<UsageError>(&parsed))

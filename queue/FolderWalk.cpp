@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
 
+#include "queue/PathString.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -117,7 +119,7 @@ private:
         level.next += length + 2;
 
         m_path.truncate(level.pathLength);
-        m_path += QFile::decodeName(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
+        m_path += PathString::decoded(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
         m_visit(m_path);
         if (!isFolder(level.descriptor, name, type))
             return;

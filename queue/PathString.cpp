@@ -3,6 +3,7 @@
 #include "queue/PathString.h"
 
 #include <QDir>
+#include <QFile>
 
 namespace brevant::PathString {
 
@@ -100,6 +101,17 @@ QString expandTilde(const QString &path)
     if (path == u'~' || path.startsWith(QLatin1StringView("~/")))
         return QDir::homePath().append(QStringView(path).sliced(1));
     return path;
+}
+
+QString decoded(const QByteArray &name)
+{
+    constexpr QByteArrayView mark("\xEF\xBB\xBF");
+    qsizetype marks = 0;
+    while (QByteArrayView(name).sliced(marks * mark.size()).startsWith(mark))
+        ++marks;
+    if (marks == 0)
+        return QFile::decodeName(name);
+    return QString(marks, QChar(QChar::ByteOrderMark)) + QFile::decodeName(name.sliced(marks * mark.size()));
 }
 
 } // namespace brevant::PathString

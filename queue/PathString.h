@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -33,5 +34,9 @@ namespace brevant::PathString {
 
 /// The path with a leading "~" or "~/" replaced by the user's home folder.
 [[nodiscard]] QString expandTilde(const QString &path);
+
+/// The text of a name, or a path, that the system gave. Unlike QFile::decodeName it keeps U+FEFF at the
+/// beginning, where that takes it for a mark of the byte order.
+[[nodiscard]] QString decoded(const QByteArray &name);
 
 } // namespace brevant::PathString

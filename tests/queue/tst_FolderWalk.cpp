@@ -228,6 +228,7 @@ void tst_FolderWalk::oddNames()
                       QStringLiteral("...css"),
                       QStringLiteral("\u65e5\u672c.css"),
                       QStringLiteral("\U0001F600.js"),
+                      QStringLiteral("\uFEFF\uFEFFmark\uFEFF.js"),
                       QString(251, u'n') + QLatin1StringView(".css")};
     for (const QString &name : names)
         QVERIFY(writeFile(at(name), ""));
