@@ -1,0 +1,196 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What the cases share: a place to work in, how a run is judged, and the count of it all."""
+import ctypes
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+LONGEST = 120  # seconds that anything may take
+PR_SET_CHILD_SUBREAPER = 36  # prctl(2)
+SLOT_CONTENT_AT = 65536  # where a safety copy's own file holds the source
+
+
+class Tally:
+    """One row of the table."""
+
+    def __init__(self, name):
+        self.name = name
+        self.tried = 0
+        self.files = 0
+        self.lost = 0
+        self.problems = []
+        self.notes = []
+        self._lock = threading.Lock()
+
+    def add(self, what, files=0, lost=(), problems=()):
+        """One thing tried: the files at stake, which of them were lost, and what else was wrong."""
+        with self._lock:
+            self.tried += 1
+            self.files += files
+            self.lost += len(lost)
+            self.problems += [f"{what}: LOST {name}" for name in lost]
+            self.problems += [f"{what}: {problem}" for problem in problems]
+
+
+class Ended:
+    def __init__(self, status, out, err):
+        self.status, self.out, self.err = status, out, err
+
+
+class Place:
+    """A folder to work in, with a home of its own; use with `with`."""
+
+    build = None  # the build folder of the programs
+
+    def __init__(self, files=None, disk=None):
+        """On `disk`, what is printed goes to another one all the same."""
+        self.streams = Path(tempfile.mkdtemp(prefix="brevant-faults-out-"))
+        self.top = Path(tempfile.mkdtemp(prefix="brevant-faults-", dir=disk)).resolve()
+        self.site = self.top / "site"
+        self.site.mkdir()
+        for name in ("config", "state"):
+            (self.top / name).mkdir()
+        self.environment = dict(os.environ, HOME=str(self.top), XDG_CONFIG_HOME=str(self.top / "config"),
+                                XDG_STATE_HOME=str(self.top / "state"), LC_ALL="C.UTF-8")
+        self.files = {}
+        for name, content in (files or {}).items():
+            self.add(name, content)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for folder in (self.top, self.streams):
+            shutil.rmtree(os.fsencode(folder), ignore_errors=True)
+
+    def add(self, name, content):
+        path = self.site / name
+        path.write_bytes(content)
+        self.files[name] = content
+        return path
+
+    def cli(self):
+        return str(self.build / "brevant-cli")
+
+    def start(self, command, **options):
+        """A program in a process group of its own, its output in two files."""
+        out, err = open(self.streams / "out", "wb+"), open(self.streams / "err", "wb+")
+        options.setdefault("stdin", subprocess.DEVNULL)
+        process = subprocess.Popen(command, cwd=self.site, env=self.environment, stdout=out, stderr=err,
+                                   start_new_session=True, **options)
+        process.streams = out, err
+        return process
+
+    def end(self, process, patience=LONGEST):
+        """Waits for the program and all that it started."""
+        try:
+            process.wait(patience)
+            wait_for_group(process.pid, patience)
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+            return Ended("does not end", *self._printed(process))
+        return Ended(process.returncode, *self._printed(process))
+
+    @staticmethod
+    def _printed(process):
+        texts = []
+        for stream in process.streams:
+            stream.seek(0)
+            texts.append(stream.read())
+            stream.close()
+        return texts
+
+    def run(self, *arguments, wrap=(), **options):
+        return self.end(self.start([*wrap, self.cli(), *arguments], **options))
+
+    def next_start(self):
+        """A start of the program that works on nothing."""
+        return self.run("--list", "--set", "enableHTMLCheckerKeyString=true", self.top / "config")
+
+    def originals(self):
+        folder = Path(self.environment["XDG_STATE_HOME"]) / "brevant/originals"
+        return list(folder.iterdir()) if folder.is_dir() else []
+
+    def leftovers(self, folder=None):
+        return [path.name for path in (folder or self.site).iterdir() if path.name.startswith(".brevant-")]
+
+
+def adopt_orphans():
+    """From now on what a killed program leaves running is ours to wait for, wherever init is slow to."""
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
+
+
+def wait_for_group(group, patience=LONGEST):
+    """Until no process of the group is left: a killed program's compressor goes on."""
+    end = time.monotonic() + patience
+    while True:
+        try:
+            os.waitpid(-group, os.WNOHANG)
+        except ChildProcessError:
+            pass
+        try:
+            os.killpg(group, 0)
+        except ProcessLookupError:
+            return
+        if time.monotonic() > end:
+            raise subprocess.TimeoutExpired("group", patience)
+        time.sleep(0.002)
+
+
+def descendants(pid):
+    """The children of a program, as long as it lives."""
+    try:
+        text = Path(f"/proc/{pid}/task/{pid}/children").read_text()
+    except OSError:
+        return []
+    return [int(word) for word in text.split()]
+
+
+def stub_output(content):
+    return b"(" + content + b")"
+
+
+def judge_in_place(place, first, second, minified=stub_output):
+    """What became of the sources of a run onto themselves, after it and the next start: the lost ones, what else is
+    wrong, and how many are whole and minified though nobody said so."""
+    lost, problems, unsaid = [], [], 0
+    printed = first.out + first.err + second.out + second.err
+    for name, original in place.files.items():
+        path = place.site / name
+        content = path.read_bytes() if path.is_file() else None
+        if content == original:
+            continue
+        if is_kept(place, original, printed):
+            continue
+        if content != minified(original):
+            lost.append(name)
+        elif f"{path} -> {path}".encode() not in first.out:
+            unsaid += 1
+    for copy in place.originals():
+        if str(copy).encode() not in printed:
+            problems.append(f"{copy.name} stays in the folder of the originals, and nobody said so")
+    problems += [f"{name} is left behind" for name in place.leftovers()]
+    return lost, problems, unsaid
+
+
+def is_kept(place, original, printed):
+    """Whether a copy lies where the program said."""
+    for copy in place.originals():
+        content = copy.read_bytes()
+        content = content[SLOT_CONTENT_AT:][:len(original)] if copy.suffix == ".original" else content
+        if content == original and str(copy).encode() in printed:
+            return True
+    return False
+
+
+def sources(count, size=3000):
+    """Names and contents that differ from each other in every part."""
+    return {f"s{number}.css": b"".join(b"a%d { x: %d }\n" % (number, line) for line in range(size // 12))
+            for number in range(count)}

@@ -1,0 +1,96 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Compressors that misbehave."""
+import os
+import signal
+import time
+
+from killed import IN_PLACE
+from places import Place, Tally, judge_in_place, sources, stub_output
+
+
+def wait_until(condition, seconds=30):
+    end = time.monotonic() + seconds
+    while not condition() and time.monotonic() < end:
+        time.sleep(0.005)
+    return condition()
+
+
+def hangs(full):
+    """Over an emptied source: the first stop is said, the second ends the program at once."""
+    tally = Tally("compressor hangs, in place")
+    for number in ((signal.SIGINT, signal.SIGTERM, signal.SIGHUP) if full else (signal.SIGINT,)):
+        with Place(sources(2)) as place:
+            place.environment["FAULT_JAVA"] = "hang"
+            process = place.start([place.cli(), *IN_PLACE, *place.files])
+            first = place.site / next(iter(place.files))
+            problems = [] if wait_until(lambda: first.stat().st_size == 0) else ["the compressor never began"]
+            os.kill(process.pid, number)
+            if not wait_until(lambda: b"Stopping" in (place.streams / "err").read_bytes()):
+                problems.append("the first stop is not said")
+            os.kill(process.pid, number)
+            status = process.wait(30)
+            if status != 128 + number:
+                problems.append(f"ended with {status}")
+            # Whoever stopped the program ends the compressor too.
+            os.killpg(process.pid, signal.SIGKILL)
+            ended = place.end(process)
+            lost, found, _ = judge_in_place(place, ended, place.next_start())
+            tally.add(number.name, len(place.files), lost, problems + found)
+    return tally
+
+
+def floods(full):
+    tally = Tally("compressor prints 100 MB")
+    with Place(sources(1)) as place:
+        place.environment["FAULT_JAVA"] = "flood"
+        process = place.start([place.cli(), *place.files])
+        peak = 0
+        while process.poll() is None:
+            try:
+                with open(f"/proc/{process.pid}/status") as status:
+                    peak = max([peak, *(int(line.split()[1]) for line in status if line.startswith("VmHWM"))])
+            except OSError:
+                pass
+            time.sleep(0.002)
+        ended = place.end(process)
+        whole = (place.site / "s0.min.css").read_bytes() == stub_output(place.files["s0.css"])
+        problems = [] if whole and ended.status == 0 else [f"ended with {ended.status}"]
+        problems += [] if len(ended.out) > 100_000_000 else ["something of it is missing"]
+        problems += [] if peak < 50_000 else [f"the program took {peak} KiB"]
+        tally.add("flood", 1, [], problems)
+        tally.notes.append(f"brevant-cli took {peak / 1024:.0f} MiB")
+    return tally
+
+
+def wrong(mode, arguments, name):
+    tally = Tally(name)
+    with Place(sources(3)) as place:
+        place.environment["FAULT_JAVA"] = mode
+        ended = place.run(*arguments, *place.files)
+        lost = [source for source, content in place.files.items() if (place.site / source).read_bytes() != content]
+        problems = [] if ended.status == 1 else [f"ended with {ended.status}"]
+        problems += [f"{source} is not named" for source in place.files if f"{source}: ".encode() not in ended.err]
+        tally.add(mode, len(place.files), lost, problems)
+    return tally
+
+
+def colon(full):
+    """An output whose name holds a colon is written over the source."""
+    tally = Tally("colon in the output's name")
+    with Place(sources(3)) as place:
+        ended = place.run("--set", "suffixKeyString=:x", *place.files)
+        lost = [source for source, content in place.files.items() if (place.site / source).read_bytes() != content]
+        problems = [] if ended.status == 1 else [f"ended with {ended.status}"]
+        problems += [f"{source} is not named" for source in place.files if f"{source}: ".encode() not in ended.err]
+        tally.add("suffix", len(place.files), lost, problems)
+    return tally
+
+
+def cases(full):
+    yield lambda: hangs(full)
+    yield lambda: floods(full)
+    yield lambda: wrong("nothing", (), "compressor writes nothing")
+    yield lambda: wrong("nothing", IN_PLACE, "compressor writes nothing, in place")
+    yield lambda: wrong("fail", IN_PLACE, "compressor fails, in place")
+    yield lambda: colon(full)
