@@ -132,6 +132,8 @@ QString wordsFor(const EntryResult &result)
         return QStringLiteral("the gzip copy could not be made");
     case Outcome::DiskFull:
         return QStringLiteral("the disk is full");
+    case Outcome::NotWritten:
+        return QStringLiteral("the output could not be written to the disk");
     case Outcome::NotSafe:
         return QStringLiteral("not minified, as no safety copy of it could be made: %1").arg(result.detail);
     }

@@ -23,6 +23,7 @@ struct EntryResult {
         EmptyOutput,      ///< it left an empty output of a source that gives none
         NoGzipCopy,       ///< minified, but the copy was not made
         DiskFull,         ///< written, and no room is left on the disk, so it may be cut
+        NotWritten,       ///< written over the source, and then the disk refused it
         NotSafe,          ///< not worked on: the source might be lost, and no safety copy could be made
     };
     /// What became of a source that might have been lost.

@@ -14,6 +14,19 @@
 
 namespace brevant {
 
+namespace {
+
+/// Waits until the content of a file is on the disk; whether it is then. Without it a power cut after the
+/// copy is dropped could leave neither.
+bool isOnDisk(const QByteArray &file)
+{
+    const Descriptor output(
+        uninterrupted([&] { return ::open(file.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    return !output.isOpen() || uninterrupted([&] { return ::fdatasync(output.number()); }) == 0;
+}
+
+} // namespace
+
 SafetyCopy::~SafetyCopy()
 {
     if (m_slot)
@@ -97,6 +110,8 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     if (!m_record)
         return;
+    if (m_isOutput && result.outcome == EntryResult::Outcome::Done && !isOnDisk(m_record->file))
+        result.outcome = EntryResult::Outcome::NotWritten;
     if (isLost(result, gzipWanted))
         putBackSource(result, gzipWanted);
     else if (m_isOutput && gzipWanted && result.outcome != EntryResult::Outcome::Done)

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void noRoomForTheCopy();
     void noRoomForTheOutput();
     void readOnlyFolder();
+    void theDiskRefusesTheResult();
 
 private:
     QString m_noNamespace;
@@ -278,6 +279,28 @@ void tst_BrevantCliOriginals::readOnlyFolder()
     QCOMPARE(ended.status, 1);
     QVERIFY2(ended.err.endsWith("could be made: Read-only file system\n"), ended.err);
     QCOMPARE(sandbox.read(u"a.css"_s), css);
+}
+
+void tst_BrevantCliOriginals::theDiskRefusesTheResult()
+{
+    const Sandbox sandbox;
+    const auto run = [&](const QString &fault) {
+        sandbox.add(u"a.css"_s, css);
+        return sandbox.runProgram(u"/usr/bin/strace"_s,
+                                  QStringList{u"-o"_s, sandbox.path(u"trace"_s), u"-e"_s,
+                                              u"trace=fdatasync"_s, u"-e"_s, fault, u"--"_s, cliProgram()} +
+                                      inPlace + QStringList{u"a.css"_s});
+    };
+    if (run(u"inject=fdatasync:error=EINTR:when=1"_s).status != 0)
+        QSKIP("strace cannot trace a process here");
+    QCOMPARE(sandbox.read(u"a.css"_s), QByteArray("a{b:c}"));
+    const Ended ended = run(u"inject=fdatasync:error=EIO:when=2"_s); // the first is the copy's
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(
+        ended.err.endsWith("a.css: the output could not be written to the disk; the source was put back\n"),
+        ended.err);
+    QCOMPARE(sandbox.read(u"a.css"_s), css);
+    QCOMPARE(copies(sandbox), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_BrevantCliOriginals)
