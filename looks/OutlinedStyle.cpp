@@ -8,6 +8,9 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <array>
+#include <utility>
+
 namespace brevant {
 
 namespace {
@@ -48,6 +51,22 @@ void OutlinedStyle::installIfNeeded()
     if (isHighContrast(QApplication::palette()) && QApplication::style()->name() == fusion &&
         !qobject_cast<OutlinedStyle *>(QApplication::style()))
         QApplication::setStyle(new OutlinedStyle); // the application's
+}
+
+void OutlinedStyle::polish(QPalette &palette)
+{
+    QProxyStyle::polish(palette);
+    if (!isHighContrast(palette))
+        return;
+    constexpr std::array<std::pair<QPalette::ColorRole, QPalette::ColorRole>, 3> textsOnGrounds{
+        {{QPalette::WindowText, QPalette::Window},
+         {QPalette::Text, QPalette::Base},
+         {QPalette::ButtonText, QPalette::Button}}};
+    for (const auto &[text, ground] : textsOnGrounds)
+        palette.setColor(QPalette::Disabled, text,
+                         readableOn(palette.color(QPalette::Disabled, ground),
+                                    palette.color(QPalette::Active, text),
+                                    palette.color(QPalette::Disabled, text), readableContrast));
 }
 
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

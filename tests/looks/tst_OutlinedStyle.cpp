@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "looks/OutlinedStyle.h"
 
+#include "looks/Contrast.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -102,6 +104,32 @@ private Q_SLOTS:
         // And none of it when the palette has changed back.
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(250, 0, 0)));
         QTRY_COMPARE(pixelsOf(QColor(250, 0, 0), *widget), 0);
+    }
+
+    void whatIsDisabledCanBeRead_data()
+    {
+        QTest::addColumn<QColor>("ground");
+        QTest::addColumn<QColor>("text");
+        QTest::addColumn<bool>("helps");
+        QTest::newRow("white on black") << QColor(Qt::black) << QColor(Qt::white) << true;
+        QTest::newRow("black on white") << QColor(Qt::white) << QColor(Qt::black) << true;
+        QTest::newRow("not of high contrast") << QColor(239, 240, 241) << QColor(35, 38, 41) << false;
+    }
+
+    void whatIsDisabledCanBeRead()
+    {
+        QFETCH(const QColor, ground);
+        QFETCH(const QColor, text);
+        QFETCH(const bool, helps);
+        QPalette palette = paletteOf(ground, text);
+        for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            palette.setColor(QPalette::Disabled, role, ground);
+        OutlinedStyle().polish(palette);
+        for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+            const QColor disabled = palette.color(QPalette::Disabled, role);
+            QCOMPARE(contrast(disabled, ground) >= readableContrast, helps);
+            QVERIFY(disabled != palette.color(QPalette::Active, role));
+        }
     }
 };
 
