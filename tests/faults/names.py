@@ -7,8 +7,8 @@ from places import Place, Tally
 
 TEXT, MINIFIED = b"a { color : red ; }\n", b"a{color:red}"
 
-PLAIN = [b"two\nlines", b"it's", b'"q"', b"-rf", b"--help", b"-o", b"$HOME", b"`id`", b"back\\slash", b" blank ",
-         b"*?[a]{b}", b"100%1", b"#;&|<>()!", b"~", b"\x01\x1b[31m\x7f", b"\ttab", b"..x", b".hidden", b"@file",
+PLAIN = [b"two\nlines", b"it's", b"\x01\x1b[31m\x7f", b'"q"', b"-rf", b"--help", b"-o", b"$HOME", b"`id`", b"back\\slash", b" blank ",
+         b"*?[a]{b}", b"100%1", b"#;&|<>()!", b"~", b"\ttab", b"..x", b".hidden", b"@file",
          b"n" * 247]
 WIDE = ["übel", "u\u0308", "日本語", "한국어", "🙂👩‍💻", "עברית", "العربية", "\u202egpj.exe",
         "\u200b", "\ufeffmark", "ß" * 123]

@@ -59,6 +59,7 @@ class Place:
         self.environment = dict(os.environ, HOME=str(self.top), XDG_CONFIG_HOME=str(self.top / "config"),
                                 XDG_STATE_HOME=str(self.top / "state"), LC_ALL="C.UTF-8")
         self.files = {}
+        self.groups = []
         for name, content in (files or {}).items():
             self.add(name, content)
 
@@ -66,6 +67,11 @@ class Place:
         return self
 
     def __exit__(self, *_):
+        for group in self.groups:  # where a case stumbled
+            try:
+                os.killpg(group, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
         for folder in (self.top, self.streams):
             shutil.rmtree(os.fsencode(folder), ignore_errors=True)
 
@@ -85,6 +91,7 @@ class Place:
         process = subprocess.Popen(command, cwd=self.site, env=self.environment, stdout=out, stderr=err,
                                    start_new_session=True, **options)
         process.streams = out, err
+        self.groups.append(process.pid)
         return process
 
     def end(self, process, patience=LONGEST):
@@ -92,6 +99,7 @@ class Place:
         try:
             process.wait(patience)
             wait_for_group(process.pid, patience)
+            self.groups.remove(process.pid)
         except subprocess.TimeoutExpired:
             os.killpg(process.pid, signal.SIGKILL)
             process.wait()
