@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Does one piece of the programs' work by their own code, once a line comes in on standard input: until then
-// a tracer can get hold of it.
+// Does one piece of the programs' work by their own code. It prints "ready", and begins once a line comes in
+// on standard input: between the two a tracer can get hold of it.
 //
 //   fault-driver settings FILE VALUE...     sets the suffix to one value after the other
 //   fault-driver combine TARGET SOURCE...   joins the sources as the window does
@@ -62,6 +62,8 @@ int main(int argc, char *argv[])
         arguments.removeFirst();
     if (arguments.size() < 3)
         return 2;
+    std::puts("ready");
+    std::fflush(stdout);
     char byte = 0;
     while (::read(STDIN_FILENO, &byte, 1) < 0) {
     }

@@ -5,6 +5,7 @@ import json
 import os
 import re
 import subprocess
+import time
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 
@@ -43,6 +44,8 @@ class Traced:
         if not self.attach:
             return self.place.end(self.place.start([*strace, *self.command])), log
         process = self.place.start(self.command, stdin=subprocess.PIPE, bufsize=0)
+        while not (self.place.streams / "out").stat().st_size:  # "ready"
+            time.sleep(0.001)
         tracer = subprocess.Popen([*strace, "-f", "-p", str(process.pid)], stderr=subprocess.PIPE)
         tracer.stderr.readline()  # "Process N attached"
         try:
@@ -87,20 +90,33 @@ def plan(log, attach, full, kill):
     return faults if full else faults[::max(1, len(faults) // 25)]
 
 
-def inject(name, full, prepare, judge, attach, kill=False):
-    """`prepare` gives a place and the command; `judge(tally, what, place, ended)` looks at what it left."""
+def unnamed_files_refused(log):
+    """What makes a program run as on a file system without files without a name."""
+    opened = Counter()
+    for line in log.read_text(errors="replace").splitlines():
+        thread = line.split()[0]
+        opened[thread] += " openat(" in line
+        if "O_TMPFILE" in line:
+            return ["-e", f"inject=openat:error=EOPNOTSUPP:when={opened[thread]}"]
+    raise RuntimeError("no file without a name was opened")
+
+
+def inject(name, full, prepare, judge, attach, kill=False, named=False):
+    """`prepare` gives a place and the command; `judge(tally, what, place, ended)` looks at what it left. `named`: as
+    where every file has a name."""
     tally = Tally(name)
     place, command = prepare()
     with place:
         _, log = Traced(place, command, attach).run()
-        faults = plan(log, attach, full, kill)
+        refused = unnamed_files_refused(log) if named else []
+        faults = [fault for fault in plan(log, attach, full, kill) if not named or fault[0] != "openat"]
 
     def try_one(fault):
         call, number, what = fault
         fresh, fresh_command = prepare()
         with fresh:
             effect = "signal=KILL" if kill else f"error={what}"
-            ended, _ = Traced(fresh, fresh_command, attach).run("-e", f"trace={call}",
+            ended, _ = Traced(fresh, fresh_command, attach).run("-e", f"trace={call},openat", *refused,
                                                                 "-e", f"inject={call}:{effect}:when={number}")
             try:
                 judge(tally, f"{call} {number} {what}", fresh, ended)
@@ -255,6 +271,8 @@ def cases(full):
     yield lambda: inject("settings, killed at a call", full, prepare_settings, judge_settings(True), True, True)
     yield lambda: inject("settings typed wrongly, failing calls", full, bad, judge_bad_settings, True)
     yield lambda: inject("combine, failing calls", full, prepare_combine, judge_combine(False), True)
+    yield lambda: inject("combine where files need names, failing calls", full, prepare_combine, judge_combine(False),
+                         True, named=True)
     yield lambda: inject("combine, killed at a call", full, prepare_combine, judge_combine(True), True, True)
     yield lambda: inject("run with a report, failing calls", full, prepare_report, judge_report, False)
     yield lambda: inject("run in place, failing calls", full, prepare_in_place, judge_run_in_place, False)
