@@ -10,7 +10,7 @@ namespace brevant {
 
 namespace {
 
-constexpr int answerTimeout = 100; // milliseconds: a window waits for it
+constexpr int portalTimeout = 100; // milliseconds: a window waits for it
 
 /// One setting of the desktop, as org.freedesktop.portal.Settings tells it; invalid if it does not.
 QVariant desktopSetting(const QDBusConnection &bus, const QString &group, const QString &key)
@@ -20,7 +20,7 @@ QVariant desktopSetting(const QDBusConnection &bus, const QString &group, const 
         QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
     question.setAutoStartService(false);
     question << group << key;
-    const QDBusMessage answer = bus.call(question, QDBus::Block, answerTimeout);
+    const QDBusMessage answer = bus.call(question, QDBus::Block, portalTimeout);
     if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty())
         return {};
     // The value comes in a variant within a variant.
