@@ -57,7 +57,10 @@ Instance::Instance(ApplicationService &service, const QString &busAddress)
     if (busAddress.isEmpty())
         return;
     m_claiming = std::thread([this, busAddress] {
-        m_bus = QDBusConnection::connectToBus(busAddress, connectionName());
+        // One connection for all that the program does on the session bus, Qt's menu bar included.
+        m_bus = busAddress == sessionBusAddress()
+                    ? QDBusConnection::sessionBus()
+                    : QDBusConnection::connectToBus(busAddress, connectionName());
         m_claim = m_service.claim(m_bus);
     });
 }
@@ -66,7 +69,7 @@ Instance::~Instance()
 {
     finishClaim();
     if (m_bus.isConnected())
-        QDBusConnection::disconnectFromBus(connectionName());
+        QDBusConnection::disconnectFromBus(m_bus.name());
 }
 
 void Instance::finishClaim()

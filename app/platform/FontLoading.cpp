@@ -4,9 +4,23 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace brevant {
 
-FontLoading::FontLoading() : m_thread([] { FcInit(); }) {}
+namespace {
+
+void read()
+{
+    // The display server is not to wait for this. On Linux a thread has a nice value of its own: sched(7).
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
+    FcInit();
+}
+
+} // namespace
+
+FontLoading::FontLoading() : m_thread(read) {}
 
 FontLoading::~FontLoading()
 {
