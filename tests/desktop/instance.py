@@ -42,7 +42,7 @@ def owner(session):
 
 
 class Foreign:
-    """A Brevant that somebody else of this session started, the way a subprocess is looked at."""
+    """A Brevant that something else started, looked at the way a subprocess is."""
     stdout = None
     returncode = None
 
