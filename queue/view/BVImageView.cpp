@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -37,26 +38,29 @@ void BVImageView::setImageNamed(const QString &name)
     if (plain == m_imageName)
         return;
     m_imageName = plain;
-    load();
+    m_image.reset();
+    update();
 }
 
-void BVImageView::load()
+// Read when it is first needed.
+QSvgRenderer &BVImageView::image() const
 {
+    if (m_image)
+        return *m_image;
     const QString path = QStringLiteral(":/%1.svg").arg(m_imageName);
     const QString darkPath = QStringLiteral(":/%1-dark.svg").arg(m_imageName);
     m_image = std::make_unique<QSvgRenderer>();
     if (QFile::exists(path))
         m_image->load(isDark(palette()) && QFile::exists(darkPath) ? darkPath : path);
     m_image->setAspectRatioMode(Qt::KeepAspectRatio);
-    updateGeometry();
-    update();
+    return *m_image;
 }
 
 QRectF BVImageView::imageRect() const
 {
-    if (!m_image || !m_image->isValid())
+    if (!image().isValid())
         return {};
-    const QSizeF full = m_image->defaultSize();
+    const QSizeF full = image().defaultSize();
     const QSizeF room = QSizeF(size()) - QSizeF(2 * margin, 2 * margin);
     const qreal scale = std::min({1.0, room.width() / full.width(), room.height() / full.height()});
     if (scale <= 0)
@@ -66,13 +70,6 @@ QRectF BVImageView::imageRect() const
     // On whole pixels, so that the straight lines of the picture stay crisp at its full size.
     rect.moveTopLeft(rect.topLeft().toPoint());
     return rect;
-}
-
-QSize BVImageView::sizeHint() const
-{
-    if (!m_image || !m_image->isValid())
-        return QWidget::sizeHint();
-    return m_image->defaultSize() + QSize(2 * margin, 2 * margin);
 }
 
 void BVImageView::startWindowMove()
@@ -87,13 +84,20 @@ void BVImageView::paintEvent(QPaintEvent *)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    m_image->render(&painter, rect);
+    image().render(&painter, rect);
+}
+
+void BVImageView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // While the window waits to be put on the screen, which takes longer than reading the picture.
+    QTimer::singleShot(0, this, [this] { image(); });
 }
 
 void BVImageView::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::PaletteChange && !m_imageName.isEmpty())
-        load();
+    if (event->type() == QEvent::PaletteChange)
+        m_image.reset();
     QWidget::changeEvent(event);
 }
 

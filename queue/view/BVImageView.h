@@ -35,23 +35,22 @@ public:
     /// Where the picture is drawn; empty if none is shown.
     [[nodiscard]] QRectF imageRect() const;
 
-    [[nodiscard]] QSize sizeHint() const override;
-
 protected:
     /// Hands the window to the window manager to be moved.
     virtual void startWindowMove();
 
     void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    void load();
+    QSvgRenderer &image() const;
 
     QString m_imageName;
-    std::unique_ptr<QSvgRenderer> m_image;
+    mutable std::unique_ptr<QSvgRenderer> m_image;
     WindowDrag m_windowDrag;
 };
 
