@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "app/AccessibleWindows.h"
-#include "looks/OutlinedStyle.h"
+#include "looks/FusionStyle.h"
 #include "settings/preferences/BackgroundDrag.h"
 #include "ui_MainWindow.h"
 
@@ -38,7 +38,7 @@ void MainWindow::setUp()
 {
     loadResources();
     installAccessibleWindows();
-    OutlinedStyle::installIfNeeded();
+    FusionStyle::install();
     m_ui->setupUi(this);
     // A screen with large pixels may have no room for the usual size.
     resize(size().boundedTo(screen()->availableSize() * shareOfScreen));
@@ -107,14 +107,6 @@ void MainWindow::paintEvent(QPaintEvent *event)
     QMainWindow::paintEvent(event);
     if (!std::exchange(m_painted, true))
         QTimer::singleShot(0, this, &MainWindow::painted);
-}
-
-void MainWindow::changeEvent(QEvent *event)
-{
-    QMainWindow::changeEvent(event);
-    // Later: a style cannot be changed amid its own change.
-    if (event->type() == QEvent::PaletteChange)
-        QTimer::singleShot(0, this, &OutlinedStyle::installIfNeeded);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

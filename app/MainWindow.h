@@ -43,7 +43,6 @@ Q_SIGNALS:
     void painted();
 
 protected:
-    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 

@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/OutlinedStyle.h"
+#include "looks/FusionStyle.h"
 
 #include "looks/Contrast.h"
 
 #include <QApplication>
+#include <QIconEngine>
 #include <QPainter>
+#include <QStyleFactory>
 #include <QStyleOption>
 
 #include <array>
+#include <memory>
 #include <utility>
 
 namespace brevant {
@@ -42,18 +45,53 @@ void outline(QPainter &painter, const QStyleOption &option, const QRect &rect, S
     painter.restore();
 }
 
+/// A picture of the style that is read when it is first drawn.
+class LateIcon final : public QIconEngine {
+public:
+    explicit LateIcon(QStyle::StandardPixmap which) : m_which(which) {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().pixmap(size, 1, mode, state);
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new LateIcon(m_which); }
+
+private:
+    const QIcon &icon()
+    {
+        if (m_icon.isNull())
+            m_icon = std::unique_ptr<QStyle>(QStyleFactory::create(fusion))->standardIcon(m_which);
+        return m_icon;
+    }
+
+    QStyle::StandardPixmap m_which;
+    QIcon m_icon;
+};
+
 } // namespace
 
-OutlinedStyle::OutlinedStyle() : QProxyStyle(fusion) {}
+FusionStyle::FusionStyle() : QProxyStyle(fusion) {}
 
-void OutlinedStyle::installIfNeeded()
+void FusionStyle::install()
 {
-    if (isHighContrast(QApplication::palette()) && QApplication::style()->name() == fusion &&
-        !qobject_cast<OutlinedStyle *>(QApplication::style()))
-        QApplication::setStyle(new OutlinedStyle); // the application's
+    if (QApplication::style()->name() == fusion && !qobject_cast<FusionStyle *>(QApplication::style()))
+        QApplication::setStyle(new FusionStyle); // the application's
 }
 
-void OutlinedStyle::polish(QPalette &palette)
+QIcon FusionStyle::standardIcon(StandardPixmap which, const QStyleOption *option, const QWidget *widget) const
+{
+    if (which == SP_ToolBarHorizontalExtensionButton)
+        return QIcon(new LateIcon(which)); // the icon's
+    return QProxyStyle::standardIcon(which, option, widget);
+}
+
+void FusionStyle::polish(QPalette &palette)
 {
     QProxyStyle::polish(palette);
     if (!isHighContrast(palette))
@@ -69,8 +107,8 @@ void OutlinedStyle::polish(QPalette &palette)
                                     palette.color(QPalette::Disabled, text), readableContrast));
 }
 
-void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
-                                  const QWidget *widget) const
+void FusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                                const QWidget *widget) const
 {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
@@ -87,8 +125,8 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
     }
 }
 
-void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
-                                       QPainter *painter, const QWidget *widget) const
+void FusionStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const
 {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (control == CC_ComboBox)

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/OutlinedStyle.h"
+#include "looks/FusionStyle.h"
 
 #include "looks/Contrast.h"
 
@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -56,7 +57,7 @@ std::unique_ptr<QWidget> make()
 
 } // namespace
 
-class tst_OutlinedStyle final : public QObject {
+class tst_FusionStyle final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -66,17 +67,20 @@ private Q_SLOTS:
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(35, 38, 41)));
     }
 
-    void leavesOrdinaryPalettesAlone()
+    void looksAsEverInOrdinaryPalettes()
     {
-        OutlinedStyle::installIfNeeded();
-        QVERIFY(!qobject_cast<OutlinedStyle *>(QApplication::style()));
+        QCheckBox plain(QStringLiteral("Plain"));
+        const QImage without = plain.grab().toImage();
+        FusionStyle::install();
+        QVERIFY(qobject_cast<FusionStyle *>(QApplication::style()));
+        QCOMPARE(plain.grab().toImage(), without);
     }
 
     void leavesTheStyleOfADesktopAlone()
     {
         QApplication::setStyle(QStringLiteral("windows"));
         QApplication::setPalette(paletteOf(Qt::black, Qt::white));
-        OutlinedStyle::installIfNeeded();
+        FusionStyle::install();
         QCOMPARE(QApplication::style()->name(), QStringLiteral("windows"));
     }
 
@@ -95,15 +99,29 @@ private Q_SLOTS:
     {
         using Maker = std::function<std::unique_ptr<QWidget>()>;
         QFETCH(const Maker, make);
-        QApplication::setPalette(paletteOf(Qt::black, Qt::white));
-        OutlinedStyle::installIfNeeded();
-        OutlinedStyle::installIfNeeded();
+        FusionStyle::install();
+        FusionStyle::install();
+        QApplication::setPalette(paletteOf(Qt::black, Qt::white)); // while the program runs
         const std::unique_ptr<QWidget> widget = make();
         widget->resize(100, 100);
         QTRY_VERIFY(pixelsOf(Qt::white, *widget) >= 8);
         // And none of it when the palette has changed back.
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(250, 0, 0)));
         QTRY_COMPARE(pixelsOf(QColor(250, 0, 0), *widget), 0);
+    }
+
+    void theButtonOfANarrowMenuBarHasItsPicture()
+    {
+        const auto seen = [] {
+            QMenuBar bar;
+            for (const char *const title : {"File", "Edit", "View", "Help"})
+                bar.addMenu(QString::fromLatin1(title));
+            bar.resize(60, bar.sizeHint().height());
+            return bar.grab().toImage();
+        };
+        const QImage without = seen();
+        FusionStyle::install();
+        QCOMPARE(seen(), without);
     }
 
     void whatIsDisabledCanBeRead_data()
@@ -124,7 +142,7 @@ private Q_SLOTS:
         QPalette palette = paletteOf(ground, text);
         for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
             palette.setColor(QPalette::Disabled, role, ground);
-        OutlinedStyle().polish(palette);
+        FusionStyle().polish(palette);
         for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
             const QColor disabled = palette.color(QPalette::Disabled, role);
             QCOMPARE(contrast(disabled, ground) >= readableContrast, helps);
@@ -133,5 +151,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_OutlinedStyle)
-#include "tst_OutlinedStyle.moc"
+QTEST_MAIN(tst_FusionStyle)
+#include "tst_FusionStyle.moc"
