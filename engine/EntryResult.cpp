@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryResult.h"
 
-#include "engine/Descriptor.h"
 #include "engine/FileBytes.h"
 #include "queue/FileKind.h"
 #include "queue/PathString.h"
+#include "settings/Descriptor.h"
 
 #include <QFile>
 #include <QFileInfo>

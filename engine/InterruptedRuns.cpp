@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/InterruptedRuns.h"
 
-#include "engine/Descriptor.h"
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
-#include "engine/OriginalsFolder.h"
 #include "engine/PutBack.h"
+#include "settings/Descriptor.h"
+#include "settings/DurableFile.h"
 
 #include <QFile>
 
@@ -60,7 +60,7 @@ QString keepCopy(OriginalSlot &copy, const OriginalRecord &original)
     }));
     const bool written = file.isOpen() && copy.copyTo(file.number(), original.size) &&
                          uninterrupted([&] { return ::fsync(file.number()); }) == 0 &&
-                         OriginalsFolder::flush(path.first(path.lastIndexOf('/')));
+                         flushFolder(path.first(path.lastIndexOf('/')));
     if (written) {
         copy.remove();
         return QStringLiteral("A run over %1 was cut short; what it was before is kept as %2.")

@@ -3,7 +3,7 @@
 #include "engine/OriginalSlot.h"
 
 #include "engine/FileBytes.h"
-#include "engine/OriginalsFolder.h"
+#include "settings/DurableFile.h"
 
 #include <QRandomGenerator>
 
@@ -115,7 +115,7 @@ bool OriginalSlot::fill(int source, OriginalRecord &record)
         uninterrupted([&] { return ::fdatasync(file); }) != 0)
         return false;
     if (std::exchange(m_isNew, false))
-        return OriginalsFolder::flush(m_path.first(m_path.lastIndexOf('/')));
+        return flushFolder(m_path.first(m_path.lastIndexOf('/')));
     return true;
 }
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/Descriptor.h"
 #include "engine/OriginalRecord.h"
+#include "settings/Descriptor.h"
 
 #include <QByteArray>
 #include <QString>

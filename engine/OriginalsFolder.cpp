@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/OriginalsFolder.h"
 
-#include "engine/Descriptor.h"
 #include "queue/PathString.h"
+#include "settings/Descriptor.h"
+#include "settings/DurableFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,7 +18,8 @@ namespace {
 
 constexpr mode_t ownerOnly = 0700;
 
-/// False, with errno set, on failure. The specification wants what is made on the way to be private too.
+/// False, with errno set, on failure. The XDG Base Directory Specification wants what is made on the way to
+/// be private too.
 bool makeFolders(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
@@ -31,7 +33,7 @@ bool makeFolders(const QString &path)
         if (::mkdir(name.constData(), ownerOnly) != 0 && errno != EEXIST)
             return false;
     }
-    return flush(QFile::encodeName(PathString::folder(path).toString()));
+    return flushFolder(QFile::encodeName(PathString::folder(path).toString()));
 }
 
 } // namespace
@@ -58,13 +60,6 @@ QString make(const QString &path)
     if ((status.st_mode & 07777) != ownerOnly && ::fchmod(folder.number(), ownerOnly) != 0)
         return qt_error_string(errno);
     return {};
-}
-
-bool flush(const QByteArray &path)
-{
-    const Descriptor folder(
-        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return folder.isOpen() && uninterrupted([&] { return ::fsync(folder.number()); }) == 0;
 }
 
 } // namespace brevant::OriginalsFolder

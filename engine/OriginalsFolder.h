@@ -15,7 +15,4 @@ namespace brevant::OriginalsFolder {
 /// reason of a failure, or an empty text.
 [[nodiscard]] QString make(const QString &path);
 
-/// Waits until the names in the folder are on the disk; false, with errno set, on failure.
-[[nodiscard]] bool flush(const QByteArray &path);
-
 } // namespace brevant::OriginalsFolder

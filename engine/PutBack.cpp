@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/PutBack.h"
 
-#include "engine/Descriptor.h"
 #include "engine/FileBytes.h"
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
-#include "engine/OriginalsFolder.h"
+#include "settings/Descriptor.h"
+#include "settings/DurableFile.h"
 
 #include <QRandomGenerator>
 
@@ -64,7 +64,7 @@ bool makeAnew(const OriginalRecord &original, const OriginalSlot &copy)
     if (writeContent(file.number(), original, copy) &&
         ::renameat2(AT_FDCWD, temporary.constData(), AT_FDCWD, original.file.constData(), RENAME_NOREPLACE) ==
             0)
-        return OriginalsFolder::flush(folderOf(original.file));
+        return flushFolder(folderOf(original.file));
     const int error = errno;
     ::unlink(temporary.constData());
     errno = error;

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/SafetyCopy.h"
 
-#include "engine/Descriptor.h"
 #include "engine/EntryResult.h"
 #include "engine/OriginalsFolder.h"
 #include "engine/PutBack.h"
+#include "settings/Descriptor.h"
 
 #include <QFile>
 

@@ -44,28 +44,14 @@ QByteArray linkTarget(QByteArray path)
     return path;
 }
 
-/// Repeats a system call for as long as a signal interrupts it.
-template <typename Call>
-auto uninterrupted(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-bool flushFolder(const QByteArray &folder)
-{
-    const int descriptor =
-        uninterrupted([&] { return ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-    if (descriptor < 0)
-        return false;
-    const bool flushed = uninterrupted([&] { return ::fsync(descriptor); }) == 0;
-    ::close(descriptor);
-    return flushed;
-}
-
 } // namespace
+
+bool flushFolder(const QByteArray &path)
+{
+    const Descriptor folder(
+        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    return folder.isOpen() && uninterrupted([&] { return ::fsync(folder.number()); }) == 0;
+}
 
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
@@ -88,19 +74,20 @@ bool DurableFile::open()
     const mode_t mode = exists ? 0600 : 0666;
     // A file without a name leaves nothing behind when the program is killed; it gets one by way of /proc.
     if (::access(ownDescriptors.constData(), X_OK) == 0)
-        m_descriptor = uninterrupted(
-            [&] { return ::open(folderOf(m_target).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); });
+        m_file = Descriptor(uninterrupted(
+            [&] { return ::open(folderOf(m_target).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); }));
     // Not every file system can do that.
-    if (m_descriptor < 0) {
-        m_descriptor = underFreeName(
-            [mode](const char *name) { return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
+    if (!m_file.isOpen()) {
+        m_file = Descriptor(underFreeName([mode](const char *name) {
+            return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        }));
     }
-    if (m_descriptor < 0)
+    if (!m_file.isOpen())
         return fail();
     if (exists) {
         // Another owner can be given by root only; anybody else keeps the mode at least.
-        [[maybe_unused]] const int owned = ::fchown(m_descriptor, old.st_uid, old.st_gid);
-        if (::fchmod(m_descriptor, old.st_mode & 07777) != 0)
+        [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
+        if (::fchmod(m_file.number(), old.st_mode & 07777) != 0)
             return fail();
     }
     return true;
@@ -121,7 +108,7 @@ int DurableFile::underFreeName(const std::function<int(const char *)> &make)
 
 bool DurableFile::giveName()
 {
-    const QByteArray file = ownDescriptors.toByteArray() + '/' + QByteArray::number(m_descriptor);
+    const QByteArray file = ownDescriptors.toByteArray() + '/' + QByteArray::number(m_file.number());
     return underFreeName([&file](const char *name) {
                return ::linkat(AT_FDCWD, file.constData(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
            }) == 0;
@@ -129,12 +116,12 @@ bool DurableFile::giveName()
 
 bool DurableFile::write(QByteArrayView bytes)
 {
-    if (m_descriptor < 0 && !open())
+    if (!m_file.isOpen() && !open())
         return false;
     m_flushed = false;
     while (!bytes.isEmpty()) {
         const ssize_t written = uninterrupted(
-            [&] { return ::write(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size())); });
+            [&] { return ::write(m_file.number(), bytes.data(), static_cast<std::size_t>(bytes.size())); });
         if (written < 0)
             return fail();
         bytes = bytes.sliced(written);
@@ -144,9 +131,9 @@ bool DurableFile::write(QByteArrayView bytes)
 
 bool DurableFile::flush()
 {
-    if (m_descriptor < 0 && !open())
+    if (!m_file.isOpen() && !open())
         return false;
-    if (!m_flushed && uninterrupted([&] { return ::fsync(m_descriptor); }) != 0)
+    if (!m_flushed && uninterrupted([&] { return ::fsync(m_file.number()); }) != 0)
         return fail();
     m_flushed = true;
     return true;
@@ -164,7 +151,7 @@ bool DurableFile::commit()
         return fail();
     m_temporary.clear();
     // The new file is complete and in its place; that the folder could not be flushed changes nothing of it.
-    flushFolder(folderOf(m_target));
+    static_cast<void>(flushFolder(folderOf(m_target)));
     discard();
     return true;
 }
@@ -184,9 +171,7 @@ bool DurableFile::fail()
 
 void DurableFile::discard()
 {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-    m_descriptor = -1;
+    m_file = Descriptor();
     if (!m_temporary.isEmpty())
         ::unlink(m_temporary.constData());
     m_temporary.clear();

@@ -2,12 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "settings/Descriptor.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <functional>
 
 namespace brevant {
+
+/// Waits until the names in the folder are on the disk; false, with errno set, on failure.
+[[nodiscard]] bool flushFolder(const QByteArray &path);
 
 /// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
 /// complete new one.
@@ -56,7 +61,7 @@ private:
     QByteArray m_target;
     QByteArray m_temporary; ///< its path; empty for a file without a name
     QString m_errorText;
-    int m_descriptor = -1;
+    Descriptor m_file;
     bool m_flushed = false;
 };
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsFile.h"
 
+#include "settings/Descriptor.h"
 #include "settings/DurableFile.h"
 
 #include <QFile>
@@ -53,21 +54,14 @@ bool makeFolders(const std::filesystem::path &folder)
 class FolderLock final {
 public:
     explicit FolderLock(const std::filesystem::path &folder)
-        : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+        : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
-        while (m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
-        }
+        if (m_folder.isOpen())
+            uninterrupted([this] { return ::flock(m_folder.number(), LOCK_EX); });
     }
-    ~FolderLock()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    FolderLock(const FolderLock &) = delete;
-    FolderLock &operator=(const FolderLock &) = delete;
 
 private:
-    const int m_descriptor;
+    const Descriptor m_folder;
 };
 
 } // namespace
