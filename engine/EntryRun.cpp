@@ -22,8 +22,9 @@ std::optional<EntryResult> EntryRun::run(const QString &entry, const std::option
 {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point start = Clock::now();
+    const QString error = m_safetyCopy.make(entry, output);
     EntryWatch watch(entry, output);
-    if (const QString error = m_safetyCopy.make(entry, output); !error.isEmpty())
+    if (!error.isEmpty())
         return watch.notSafe(error);
 
     m_options.readSwitches(m_settings);

@@ -7,7 +7,12 @@
 #include "engine/PutBack.h"
 #include "settings/Descriptor.h"
 
+#include <QCryptographicHash>
 #include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -25,6 +30,33 @@ bool isOnDisk(const QByteArray &file)
     return !output.isOpen() || uninterrupted([&] { return ::fdatasync(output.number()); }) == 0;
 }
 
+bool isSameFile(const QString &path, const struct stat &file)
+{
+    struct stat there {};
+    return ::stat(QFile::encodeName(path).constData(), &there) == 0 && there.st_dev == file.st_dev &&
+           there.st_ino == file.st_ino;
+}
+
+/// Waits until no other run, of this program or another, has its turn with the file of that name; ours lasts
+/// for as long as what is returned is open. What is locked is a byte of a file of our own: a source may be
+/// missing for a moment, and some file systems let nobody write to what is locked. Where nothing can be
+/// locked, nobody waits.
+Descriptor takeTurn(const QString &turns, const QString &source)
+{
+    Descriptor file(uninterrupted([&] {
+        return ::open(QFile::encodeName(turns).constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    }));
+    const QByteArray hash = QCryptographicHash::hash(QFile::encodeName(QFileInfo(source).absoluteFilePath()),
+                                                     QCryptographicHash::Sha256);
+    struct flock turn {};
+    turn.l_type = F_WRLCK;
+    turn.l_start = qFromBigEndian<qint64>(hash.constData()) & 0x3fff'ffff'ffff'ffff;
+    turn.l_len = 1;
+    if (file.isOpen())
+        uninterrupted([&] { return ::fcntl(file.number(), F_OFD_SETLKW, &turn); });
+    return file;
+}
+
 } // namespace
 
 SafetyCopy::~SafetyCopy()
@@ -36,32 +68,34 @@ SafetyCopy::~SafetyCopy()
 QString SafetyCopy::make(const QString &source, const std::optional<QString> &output)
 {
     m_record.reset();
+    m_turn = Descriptor();
     if (m_folder.isEmpty() || !output)
         return {};
     const QByteArray path = QFile::encodeName(source);
     struct stat before {};
-    if (::stat(path.constData(), &before) != 0 || !S_ISREG(before.st_mode))
-        return {}; // nothing to lose
-    struct stat there {};
-    m_isOutput = ::stat(QFile::encodeName(*output).constData(), &there) == 0 &&
-                 there.st_dev == before.st_dev && there.st_ino == before.st_ino;
-    if (!m_isOutput && !output->contains(u':'))
+    const bool isThere = ::stat(path.constData(), &before) == 0;
+    const bool isOutput = source == *output || (isThere && isSameFile(*output, before));
+    if (!isOutput && !output->contains(u':'))
         return {};
 
+    if (isThere && S_ISREG(before.st_mode) && !m_slot) {
+        if (QString error = OriginalsFolder::make(m_folder); !error.isEmpty())
+            return error;
+    }
+    Descriptor turn = takeTurn(m_folder + QLatin1StringView(".turns"), source);
+    if (::stat(path.constData(), &before) != 0 || !S_ISREG(before.st_mode))
+        return {}; // nothing to lose
     const Descriptor file(uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC); }));
     if (!file.isOpen() || ::fstat(file.number(), &before) != 0)
         return qt_error_string(errno);
+    m_isOutput = isSameFile(*output, before);
     m_record = OriginalRecord::of(path, before);
     if (!m_record)
         return qt_error_string(errno);
-    if (!m_slot) {
-        if (QString error = OriginalsFolder::make(m_folder); !error.isEmpty()) {
-            m_record.reset();
-            return error;
-        }
-    }
-    if (fill(file.number()))
+    if (fill(file.number())) {
+        m_turn = std::move(turn);
         return {};
+    }
     QString error = qt_error_string(errno);
     m_record.reset();
     if (m_slot)
@@ -110,6 +144,7 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     if (!m_record)
         return;
+    const Descriptor turn = std::move(m_turn);
     if (m_isOutput && result.outcome == EntryResult::Outcome::Done && !isOnDisk(m_record->file))
         result.outcome = EntryResult::Outcome::NotWritten;
     if (isLost(result, gzipWanted))

@@ -4,6 +4,7 @@
 
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
+#include "settings/Descriptor.h"
 
 #include <QString>
 
@@ -17,6 +18,9 @@ struct EntryResult;
 /// empty, cut or overwritten when the output is the source itself, or when the output's path holds a ":",
 /// which YUI Compressor 2.4.8 takes for a pattern. Such a source is copied before, and put back if it is lost
 /// afterwards. For every other entry nothing is done.
+///
+/// Runs take turns with such a source, from its copy to its end: none may take what another's compressor has
+/// half written for the source, or for a loss.
 class SafetyCopy final {
 public:
     /// The copies are made in that folder, which is made when it is needed; with no folder, none are made.
@@ -28,7 +32,8 @@ public:
     SafetyCopy(const SafetyCopy &) = delete;
     SafetyCopy &operator=(const SafetyCopy &) = delete;
 
-    /// To be called before the compressor starts. Returns the reason why the source cannot be kept safe, and
+    /// To be called before the compressor starts, and before anything is asked of the source: another run may
+    /// have its turn with it, and then this waits. Returns the reason why the source cannot be kept safe, and
     /// then the entry must not be worked on; else an empty text.
     [[nodiscard]] QString make(const QString &source, const std::optional<QString> &output);
 
@@ -57,6 +62,7 @@ private:
     const QString m_folder;
     std::optional<OriginalSlot> m_slot;
     std::optional<OriginalRecord> m_record; ///< of the entry being worked on, if its source is copied
+    Descriptor m_turn;                      ///< with that source
     bool m_isOutput = false;                ///< the source is the output too
 };
 

@@ -11,6 +11,8 @@
 #include <QTest>
 
 #include <array>
+#include <atomic>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -268,6 +270,41 @@ private Q_SLOTS:
                 QVERIFY(bytesOf(source) == text);
             }
         }
+    }
+
+    void runsTakeTurns()
+    {
+        const QString source = add(u"a.css"_s, "copy");
+        const QString another = add(u"b.css"_s, "copy");
+        SafetyCopy first(m_tools.originals);
+        QCOMPARE(first.make(source, source), QString());
+        QVERIFY(QFile::remove(source)); // as gzip does for a moment
+        SafetyCopy second(m_tools.originals);
+        std::atomic<bool> hasBegun = false;
+        std::atomic<bool> firstEnds = false;
+        bool wasInTurn = false;
+        QString error;
+        std::thread thread([&] {
+            hasBegun = true;
+            error = second.make(source, source);
+            wasInTurn = firstEnds;
+        });
+        while (!hasBegun)
+            std::this_thread::yield();
+        EntryResult result;
+        for (int i = 0; i < 20; ++i) { // nobody waits for the turn with another source
+            SafetyCopy other(m_tools.originals);
+            QCOMPARE(other.make(another, another), QString());
+            other.finish(result, false);
+        }
+        firstEnds = true;
+        first.finish(result, false);
+        thread.join();
+        QVERIFY(wasInTurn);
+        QCOMPARE(error, QString());
+        QCOMPARE(::truncate(QFile::encodeName(source).constData(), 0), 0);
+        second.finish(result, false);
+        QCOMPARE(bytesOf(source), "copy"_ba);
     }
 
     void withoutACopyNothingIsRun_data()
