@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Stands in for the Java runtime where a failure must be forced. What it does is told by the first word of
-// the source file: copy, fail, crash, silent, empty, flood, wait (until the file named next to it vanishes);
-// cut, delete, replace, overwrite and grow, which do that to the source or the output and end with the status
-// next to them, minus the number of a signal; orphan, which kills its parent, empties the source once the
-// file named next to it has vanished, and ends. Every call is appended to the file named by BREVANT_STUB_LOG:
-// working folder and arguments, tab-separated.
+// the source file: copy, fail, crash, silent, empty, flood, wait (until the file named next to it vanishes),
+// slow (with pauses in its writing); cut, delete, replace, overwrite and grow, which do that to the source or
+// the output and end with the status next to them, minus the number of a signal; orphan, which kills its
+// parent, empties the source once the file named next to it has vanished, and ends. Every call is appended to
+// the file named by BREVANT_STUB_LOG: working folder and arguments, tab-separated.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -74,6 +74,11 @@ bool damage(const std::string &mode, const std::string &source, const std::strin
     return true;
 }
 
+void pause()
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
 int act(const std::string &source, const std::string &output)
 {
     std::ifstream in(source);
@@ -100,8 +105,16 @@ int act(const std::string &source, const std::string &output)
     while (mode == "wait" && std::filesystem::exists(operand))
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     std::ofstream out(output, std::ios::trunc);
-    if (mode != "empty")
-        out << "minified " << source;
+    if (mode == "empty")
+        return 0;
+    if (mode == "slow")
+        pause();
+    out << "minified ";
+    if (mode == "slow") {
+        out.flush();
+        pause();
+    }
+    out << source;
     return 0;
 }
 

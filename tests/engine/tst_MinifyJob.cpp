@@ -7,6 +7,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -339,7 +340,21 @@ private Q_SLOTS:
         QCOMPARE(m_display->results.at(0).outcome, EntryResult::Outcome::NoGzipCopy);
     }
 
+    /// Again and again for as many seconds as BREVANT_THREADS_SECONDS says, and once at least.
     void twoJobsWhileAllIsChanged()
+    {
+        const QDeadlineTimer end(
+            std::chrono::seconds(qEnvironmentVariableIntValue("BREVANT_THREADS_SECONDS")));
+        int rounds = 0;
+        do {
+            changeAllDuringTwoJobs();
+            ++rounds;
+        } while (!end.hasExpired() && !QTest::currentTestFailed());
+        qInfo("%d jobs", 2 * rounds);
+    }
+
+private:
+    void changeAllDuringTwoJobs()
     {
         for (int i = 0; i < 12; ++i)
             m_queue.append(source(QByteArray("f" + QByteArray::number(i) + ".css").constData()));
@@ -366,7 +381,6 @@ private Q_SLOTS:
         }
     }
 
-private:
     static QStringList words(std::initializer_list<const char *> list)
     {
         QStringList result;
