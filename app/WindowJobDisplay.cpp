@@ -9,6 +9,7 @@
 #include "queue/PathString.h"
 #include "queue/view/BVTableView.h"
 
+#include <cstdio>
 #include <utility>
 
 namespace brevant {
@@ -64,6 +65,9 @@ void WindowJobDisplay::entryEnded(const EntryResult &result)
 {
     using enum EntryResult::Outcome;
     ++m_done;
+    if (!result.kept.isEmpty())
+        std::fprintf(stderr, "brevant: %s: %s\n", qUtf8Printable(result.source),
+                     qUtf8Printable(result.reason()));
     if (result.outcome != Done && result.outcome != NoGzipCopy)
         return;
     ++m_outcome.minified;

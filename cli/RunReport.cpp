@@ -97,8 +97,9 @@ QString RunReport::failures() const
     QString text;
     for (const EntryResult &result : m_results) {
         if (result.outcome != EntryResult::Outcome::Done)
-            text += QStringLiteral("Failed: %1: %2\n")
-                        .arg(TerminalText::printable(result.source), result.reason());
+            text +=
+                QStringLiteral("Failed: %1: %2\n")
+                    .arg(TerminalText::printable(result.source), TerminalText::printable(result.reason()));
     }
     return text;
 }

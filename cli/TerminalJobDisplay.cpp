@@ -81,7 +81,8 @@ QString TerminalJobDisplay::lineFor(const EntryResult &result) const
 {
     const QString source = TerminalText::printable(result.source);
     if (result.outcome != EntryResult::Outcome::Done)
-        return QStringLiteral("%1 %2: %3\n").arg(m_statusText, source, result.reason());
+        return QStringLiteral("%1 %2: %3\n")
+            .arg(m_statusText, source, TerminalText::printable(result.reason()));
     return QStringLiteral("%1 %2 -> %3, %4 -> %5 bytes\n")
         .arg(m_statusText, source, TerminalText::printable(*result.output),
              TerminalText::grouped(result.sizeBefore.value_or(0)),

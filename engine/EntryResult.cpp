@@ -150,7 +150,8 @@ QString EntryResult::reason() const
     case Source::Safe:
         break;
     case Source::PutBack:
-        return wordsFor(*this) + QStringLiteral("; the source was put back");
+        return wordsFor(*this) + QStringLiteral("; the source was put back") +
+               (kept.isEmpty() ? QString() : QStringLiteral(", and what was in it is kept as ") + kept);
     case Source::Lost:
         return wordsFor(*this) +
                QStringLiteral("; the source could not be put back (%1), the next start tries again")

@@ -37,9 +37,10 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString detail;     ///< why there is no safety copy, or why the source could not be put back
-    int status = 0;     ///< the compressor's exit status, or the signal that ended it
-    double seconds = 0; ///< for the compressor and the gzip copy
+    QString kept;   ///< where that lies which was in a source before it was put back, and may be newer work
+    QString detail; ///< why there is no safety copy, or why the source could not be put back
+    int status = 0; ///< the compressor's exit status, or the signal that ended it
+    double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made

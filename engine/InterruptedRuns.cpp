@@ -4,6 +4,7 @@
 
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
+#include "engine/OriginalsFolder.h"
 #include "engine/PutBack.h"
 #include "settings/Descriptor.h"
 #include "settings/DurableFile.h"
@@ -36,13 +37,12 @@ std::vector<QByteArray> slotsIn(const QByteArray &folder)
     return paths;
 }
 
-/// What a kept file is called: it ends with the source's name, as far as that fits.
-QByteArray keptPath(const QByteArray &slotPath, const QByteArray &suffix)
+/// What the file is called that is kept of a slot.
+QByteArray keptPath(const QByteArray &slotPath, const QByteArray &name)
 {
-    constexpr qsizetype longest = 200;
     const qsizetype slash = slotPath.lastIndexOf('/') + 1;
     const QByteArray id = slotPath.sliced(slash, slotPath.indexOf('.', slash) - slash);
-    return slotPath.first(slash) + "kept-" + id + '-' + suffix.last(std::min(longest, suffix.size()));
+    return OriginalsFolder::keptPath(slotPath.first(slash - 1), id, name);
 }
 
 QString shown(const QByteArray &path)

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -60,6 +62,12 @@ QString make(const QString &path)
     if ((status.st_mode & 07777) != ownerOnly && ::fchmod(folder.number(), ownerOnly) != 0)
         return qt_error_string(errno);
     return {};
+}
+
+QByteArray keptPath(const QByteArray &folder, const QByteArray &id, const QByteArray &name)
+{
+    constexpr qsizetype longest = 200;
+    return folder + "/kept-" + id + '-' + name.last(std::min(longest, name.size()));
 }
 
 } // namespace brevant::OriginalsFolder

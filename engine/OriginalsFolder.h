@@ -15,4 +15,7 @@ namespace brevant::OriginalsFolder {
 /// reason of a failure, or an empty text.
 [[nodiscard]] QString make(const QString &path);
 
+/// Where a file is kept for its user: the name ends with that of the source, as far as that fits.
+[[nodiscard]] QByteArray keptPath(const QByteArray &folder, const QByteArray &id, const QByteArray &name);
+
 } // namespace brevant::OriginalsFolder

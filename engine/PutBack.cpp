@@ -5,6 +5,7 @@
 #include "engine/FileBytes.h"
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
+#include "engine/OriginalsFolder.h"
 #include "settings/Descriptor.h"
 #include "settings/DurableFile.h"
 
@@ -114,6 +115,29 @@ QString putBack(const OriginalRecord &original, OriginalSlot &copy)
     const bool done = file.isOpen() ? overwrite(file.number(), original, copy)
                                     : errno == ENOENT && makeAnew(original, copy);
     return done ? QString() : qt_error_string(errno);
+}
+
+std::optional<QByteArray> keepContent(const OriginalRecord &original, const QByteArray &folder)
+{
+    const Descriptor source(uninterrupted(
+        [&] { return ::open(original.file.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
+    struct stat status {};
+    if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
+        return std::nullopt;
+    const QByteArray path =
+        OriginalsFolder::keptPath(folder, QByteArray::number(QRandomGenerator::global()->generate64(), 36),
+                                  original.path.sliced(original.path.lastIndexOf('/') + 1));
+    const Descriptor kept(uninterrupted(
+        [&] { return ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }));
+    if (!kept.isOpen())
+        return std::nullopt;
+    if (FileBytes::copy(source.number(), 0, kept.number(), 0, status.st_size) == status.st_size &&
+        uninterrupted([&] { return ::fsync(kept.number()); }) == 0 && flushFolder(folder))
+        return path;
+    const int error = errno;
+    ::unlink(path.constData());
+    errno = error;
+    return std::nullopt;
 }
 
 QString putBackLink(const OriginalRecord &original, bool replacesFile)

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace brevant {
 
 struct OriginalRecord;
@@ -32,6 +34,10 @@ enum class SourceState {
 /// file cannot take the content, as it seems beforehand, it stays as it is. Returns the reason of a failure,
 /// or an empty text.
 [[nodiscard]] QString putBack(const OriginalRecord &original, OriginalSlot &copy);
+
+/// Copies what is in the source now to a file in `folder`, which must be there, and waits until it is on the
+/// disk. The path of that file, or nothing, with errno set, on failure.
+[[nodiscard]] std::optional<QByteArray> keepContent(const OriginalRecord &original, const QByteArray &folder);
 
 /// Makes the source the symbolic link again that it was, where nothing is there now; or a file, if one may be
 /// replaced. Returns as above.

@@ -140,6 +140,16 @@ bool SafetyCopy::isLost(const EntryResult &result, bool gzipWanted) const
     return false;
 }
 
+/// A compressor that failed may have written to the source, but so may somebody who edited it meanwhile.
+bool SafetyCopy::mayBeNewer(const EntryResult &result) const
+{
+    if (!m_isOutput || (result.outcome != EntryResult::Outcome::CompressorFailed &&
+                        result.outcome != EntryResult::Outcome::CompressorKilled))
+        return false;
+    const SourceState state = stateOfSource(*m_record, *m_slot);
+    return state == SourceState::Changed || state == SourceState::Replaced;
+}
+
 void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     if (!m_record)
@@ -158,6 +168,10 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 
 void SafetyCopy::putBackSource(EntryResult &result, bool gzipWanted)
 {
+    if (mayBeNewer(result)) {
+        if (const std::optional<QByteArray> kept = keepContent(*m_record, QFile::encodeName(m_folder)))
+            result.kept = QFile::decodeName(*kept);
+    }
     QString error = putBack(*m_record, *m_slot);
     if (error.isEmpty())
         error = putBackLink(*m_record, m_isOutput && gzipWanted);

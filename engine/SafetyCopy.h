@@ -56,6 +56,7 @@ public:
 private:
     [[nodiscard]] bool fill(int source);
     [[nodiscard]] bool isLost(const EntryResult &result, bool gzipWanted) const;
+    [[nodiscard]] bool mayBeNewer(const EntryResult &result) const;
     void setInherited(bool inherited);
     void putBackSource(EntryResult &result, bool gzipWanted);
 

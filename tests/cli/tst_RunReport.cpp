@@ -187,6 +187,16 @@ void tst_RunReport::namesAreMadeVisible()
              qPrintable(report.summary()));
     // Machines get the names as they are.
     QCOMPARE(parsed(report)[u"files"_s][0][u"source"_s].toString(), u"/w/\x1b[2J%1\n.js"_s);
+    EntryResult kept = result(u"/w/a.js"_s, Outcome::CompressorFailed, 5, 5, 1);
+    kept.sourceState = EntryResult::Source::PutBack;
+    kept.kept = u"/k/kept-1-a\n.js"_s;
+    RunReport another;
+    another.add(kept);
+    another.finish(End::Completed, {u"/w/a.js"_s});
+    QCOMPARE(
+        another.failures(),
+        u"Failed: /w/a.js: the compressor ended with status 1; the source was put back, and what was in it "
+        "is kept as /k/kept-1-a\\n.js\n"_s);
 }
 
 void tst_RunReport::json()

@@ -117,6 +117,10 @@ private Q_SLOTS:
                                      << Source::PutBack << same;
         QTest::newRow("overwritten, failed")
             << "overwrite 1"_ba << true << false << Outcome::CompressorFailed << Source::PutBack << same;
+        QTest::newRow("overwritten, failed, gzip")
+            << "overwrite 1"_ba << true << true << Outcome::CompressorFailed << Source::PutBack << same;
+        QTest::newRow("overwritten, killed")
+            << "overwrite -9"_ba << true << false << Outcome::CompressorKilled << Source::PutBack << same;
         QTest::newRow("deleted") << "delete 0"_ba << true << false << Outcome::NoOutput << Source::PutBack
                                  << same;
         QTest::newRow("deleted, gzip")
@@ -159,11 +163,20 @@ private Q_SLOTS:
             QCOMPARE(after.st_mtim.tv_nsec, times[1].tv_nsec);
         }
         if (result.sourceState == Source::PutBack) {
-            QVERIFY(result.reason().endsWith(u"; the source was put back"));
+            QVERIFY(result.reason().contains(u"; the source was put back"));
             if (inPlace)
                 QCOMPARE(result.sizeAfter, std::optional<qint64>(text.size()));
         }
-        QCOMPARE(leftInFolder(), QStringList());
+        const bool isKept = inPlace && text.startsWith("overwrite");
+        QCOMPARE(leftInFolder(), isKept ? QStringList{QFileInfo(result.kept).fileName()} : QStringList());
+        QCOMPARE(result.kept.isEmpty(), !isKept);
+        if (isKept) {
+            QVERIFY2(result.reason().endsWith(u", and what was in it is kept as "_s + result.kept),
+                     qPrintable(result.reason()));
+            QVERIFY(result.kept.endsWith(u"-a.css"));
+            QCOMPARE(bytesOf(result.kept), "minified"_ba);
+            QCOMPARE(statusOf(result.kept).st_mode & 07777U, 0600U);
+        }
         QCOMPARE(QDir(path(u"site"_s))
                      .entryList({u".*"_s}, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                  QStringList());
