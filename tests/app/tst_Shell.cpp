@@ -5,6 +5,8 @@
 #include "app/preview/PreviewPanel.h"
 
 #include <QApplication>
+#include <QMessageBox>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
@@ -54,6 +56,19 @@ private Q_SLOTS:
                      "mailto:support@brevant.example?SUBJECT=Brevant%201.0.0%20feedback,%20OS%20X%20")),
                  qPrintable(url));
         QVERIFY2(url.endsWith(u'&') && !url.contains(u' '), qPrintable(url));
+    }
+
+    void about()
+    {
+        QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+        AppFixture app;
+        app.window.show();
+        app.window.ui().aboutMenu->trigger();
+        const QPointer<QMessageBox> box = app.window.findChild<QMessageBox *>();
+        QVERIFY(box && box->isVisible());
+        QCOMPARE(box->text(), QStringLiteral("Brevant 1.0.0"));
+        QTest::keyClick(box, Qt::Key_Escape);
+        QTRY_VERIFY(!box);
     }
 
     void thePreferencesAreMadeOnce()

@@ -12,9 +12,11 @@
 #include <QTest>
 
 #include <array>
+#include <csignal>
 #include <functional>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,6 +46,24 @@ struct stat statusOf(const QString &path)
     ::lstat(QFile::encodeName(path).constData(), &status);
     return status;
 }
+
+/// As on a full disk: no file may become longer than `most` bytes while this is there.
+class NoRoom final {
+public:
+    explicit NoRoom(rlim_t most)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{most, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~NoRoom() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    NoRoom(const NoRoom &) = delete;
+    NoRoom &operator=(const NoRoom &) = delete;
+
+private:
+    rlimit m_before{};
+};
 
 } // namespace
 
@@ -194,6 +214,43 @@ private Q_SLOTS:
         QVERIFY(QDir(m_folder->path()).mkdir(u"site"_s));
         QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
         QCOMPARE(bytesOf(m_source), original);
+    }
+
+    void noRoom_data()
+    {
+        QTest::addColumn<QByteArray>("now"); // null: none is there
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("missing") << QByteArray() << u"cannot be put back now: File too large"_s;
+        QTest::newRow("empty") << QByteArray("") << u"cannot be put back now: File too large"_s;
+        QTest::newRow("minified") << QByteArray("a{b:c}") << u"cannot be taken out: File too large"_s;
+    }
+
+    void noRoom()
+    {
+        QFETCH(QByteArray, now);
+        QFETCH(QString, sentence);
+        leaveCopy();
+        if (now.isNull())
+            QVERIFY(QFile::remove(m_source));
+        else
+            write(m_source, now);
+        const QStringList site = QDir(path(u"site"_s)).entryList(QDir::AllEntries | QDir::Hidden);
+        const QStringList copies = leftInFolder();
+        for (int start = 0; start < 2; ++start) {
+            const QStringList sentences = [&] {
+                const NoRoom limit(4);
+                return putBackAfterInterruption(m_originals);
+            }();
+            QCOMPARE(sentences.size(), 1);
+            QVERIFY2(sentences.first().contains(sentence), qPrintable(sentences.first()));
+            // Nothing is half done: neither beside the source nor beside the copy.
+            QCOMPARE(QDir(path(u"site"_s)).entryList(QDir::AllEntries | QDir::Hidden), site);
+            QCOMPARE(leftInFolder(), copies);
+            if (!now.isNull())
+                QCOMPARE(bytesOf(m_source), now);
+        }
+        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(bytesOf(now.isEmpty() ? m_source : m_originals + u'/' + leftInFolder().first()), original);
     }
 
     void whatIsNoFileNow()

@@ -88,6 +88,8 @@ private Q_SLOTS:
     void keysLeftToThePanel();
     void ownKeys_data();
     void ownKeys();
+    void altScrolls_data();
+    void altScrolls();
     void heldSpace();
     void copies();
     void turnButtons();
@@ -407,6 +409,43 @@ void tst_PreviewPanel::ownKeys()
         QVERIFY(m_owner.keys.empty());
         m_panel->orderOut();
     }
+}
+
+void tst_PreviewPanel::altScrolls_data()
+{
+    // From the middle of a long text. A step is a line, a page about what the window shows.
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("isDown");
+    QTest::addColumn<bool>("isToTheEnd");
+    QTest::addColumn<bool>("isLine");
+    QTest::newRow("up") << Qt::Key_Up << false << false << true;
+    QTest::newRow("down") << Qt::Key_Down << true << false << true;
+    QTest::newRow("page up") << Qt::Key_PageUp << false << false << false;
+    QTest::newRow("page down") << Qt::Key_PageDown << true << false << false;
+    QTest::newRow("home") << Qt::Key_Home << false << true << false;
+    QTest::newRow("end") << Qt::Key_End << true << true << false;
+}
+
+void tst_PreviewPanel::altScrolls()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(bool, isDown);
+    QFETCH(bool, isToTheEnd);
+    QFETCH(bool, isLine);
+    open({m_files.add(QStringLiteral("long.css"), QByteArray("a{}\n").repeated(500))});
+    QTRY_COMPARE(m_panel->focusWidget(), editor());
+    const QScrollBar &bar = *qobject_cast<QAbstractScrollArea *>(editor())->verticalScrollBar();
+    QTRY_VERIFY(bar.maximum() > 4 * bar.pageStep());
+    const int middle = bar.maximum() / 2;
+    const int step = isLine ? bar.singleStep() : bar.pageStep();
+    const int reached = isDown ? middle + step : middle - step;
+    const int end = isDown ? bar.maximum() : bar.minimum();
+    for (QWidget *const focus : {editor(), static_cast<QWidget *>(m_panel)}) {
+        qobject_cast<QAbstractScrollArea *>(editor())->verticalScrollBar()->setValue(middle);
+        QTest::keyClick(focus, key, Qt::AltModifier);
+        QCOMPARE(bar.value(), isToTheEnd ? end : reached);
+    }
+    QVERIFY(m_owner.keys.empty()); // the list stays where it is
 }
 
 void tst_PreviewPanel::heldSpace()
