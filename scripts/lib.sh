@@ -62,6 +62,11 @@ build_preset() {
     cmake --build "$folder" "$@"
 }
 
+# What earlier runs of the tests of the preset asan have counted.
+forget_coverage() {
+    find "$(build_folder asan)" -name '*.gcda' -delete
+}
+
 # Both archives into the build folder. Where neither npm nor the downloads give them, npm is
 # installed and asked.
 fetch_compressors() {
