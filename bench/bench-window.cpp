@@ -10,6 +10,8 @@
 // bench-window drop TREE         prints the seconds that a drop of TREE takes, and the entries
 // bench-window edit COUNT        prints the milliseconds of Select All and Remove with COUNT rows
 // bench-window job FILE...       prints the seconds of one run over the files
+//
+// The settings are those of the user: name another XDG_CONFIG_HOME.
 #include "app/Application.h"
 #include "app/ApplicationService.h"
 #include "app/Instance.h"
@@ -23,7 +25,6 @@
 #include <QApplication>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
 
@@ -126,9 +127,8 @@ int main(int argc, char *argv[])
     FirstPaint firstPaint;
     setUpApplication();
     instance.finishClaim();
-    const QTemporaryDir folder;
     fonts.wait();
-    Application application(folder.filePath(QStringLiteral("settings.json")));
+    Application application(SettingsStore::defaultFilePath());
     application.serve(service);
     if (mode == "start")
         application.window().installEventFilter(&firstPaint);
