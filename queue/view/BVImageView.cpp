@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QTimer>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -38,7 +39,7 @@ void BVImageView::setImageNamed(const QString &name)
     if (plain == m_imageName)
         return;
     m_imageName = plain;
-    m_image.reset();
+    forget();
     update();
 }
 
@@ -83,21 +84,45 @@ void BVImageView::paintEvent(QPaintEvent *)
     if (rect.isEmpty())
         return;
     QPainter painter(this);
+    painter.drawPixmap(rect.topLeft(), drawn(rect.size(), painter.deviceTransform().m11()));
+}
+
+// Drawn once for all paintings at one size, which is most of them: the picture does not grow with the window.
+const QPixmap &BVImageView::drawn(QSizeF size, qreal scale) const
+{
+    const QSize pixels(qCeil(size.width() * scale), qCeil(size.height() * scale));
+    if (m_drawn.size() == pixels && m_drawn.devicePixelRatio() == scale)
+        return m_drawn;
+    m_drawn = QPixmap(pixels);
+    m_drawn.setDevicePixelRatio(scale);
+    m_drawn.fill(Qt::transparent);
+    QPainter painter(&m_drawn);
     painter.setRenderHint(QPainter::Antialiasing);
-    image().render(&painter, rect);
+    image().render(&painter, QRectF(QPointF(), size));
+    return m_drawn;
+}
+
+void BVImageView::forget()
+{
+    m_image.reset();
+    m_drawn = QPixmap();
 }
 
 void BVImageView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // While the window waits to be put on the screen, which takes longer than reading the picture.
-    QTimer::singleShot(0, this, [this] { image(); });
+    // While the window waits to be put on the screen, which takes longer than reading and drawing the
+    // picture.
+    QTimer::singleShot(0, this, [this] {
+        if (const QRectF rect = imageRect(); !rect.isEmpty())
+            drawn(rect.size(), devicePixelRatioF());
+    });
 }
 
 void BVImageView::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::PaletteChange)
-        m_image.reset();
+        forget();
     QWidget::changeEvent(event);
 }
 

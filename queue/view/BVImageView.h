@@ -4,6 +4,7 @@
 
 #include "queue/view/WindowDrag.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 #include <memory>
@@ -48,9 +49,12 @@ protected:
 
 private:
     QSvgRenderer &image() const;
+    const QPixmap &drawn(QSizeF size, qreal scale) const;
+    void forget();
 
     QString m_imageName;
     mutable std::unique_ptr<QSvgRenderer> m_image;
+    mutable QPixmap m_drawn; ///< the picture at the size that it was last painted at
     WindowDrag m_windowDrag;
 };
 

@@ -7,6 +7,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <utility>
+#include <vector>
+
 using brevant::BVImageView;
 
 namespace {
@@ -47,6 +50,7 @@ private Q_SLOTS:
     void missingPictureShowsNothing();
     void pictureIsCentredAndKeepsItsAspect_data();
     void pictureIsCentredAndKeepsItsAspect();
+    void sizesAndScalesDoNotMix();
     void isSharpAtTwiceTheScale();
     void darkWindowShowsTheDarkTwin();
     void dragMovesTheWindow();
@@ -115,6 +119,25 @@ void tst_BVImageView::pictureIsCentredAndKeepsItsAspect()
     QCOMPARE(rect.width() == 400.0, full);
     view.resize(20, 20);
     QVERIFY(view.imageRect().isEmpty());
+}
+
+void tst_BVImageView::sizesAndScalesDoNotMix()
+{
+    const auto fresh = [](QSize size, qreal scale) {
+        BVImageView view;
+        view.resize(size);
+        view.setImageNamed(QStringLiteral("dropN"));
+        return grabbed(view, scale);
+    };
+    BVImageView view;
+    view.setImageNamed(QStringLiteral("dropN"));
+    // The third needs as many pixels as the second.
+    const std::vector<std::pair<QSize, qreal>> steps{
+        {{440, 400}, 1}, {{232, 400}, 1}, {{132, 400}, 2}, {{600, 500}, 1}, {{600, 500}, 1.25}};
+    for (const auto &[size, scale] : steps) {
+        view.resize(size);
+        QCOMPARE(grabbed(view, scale), fresh(size, scale));
+    }
 }
 
 void tst_BVImageView::isSharpAtTwiceTheScale()
