@@ -71,10 +71,10 @@ void AppController::addFile()
 
 void AppController::minify()
 {
-    m_services.jobs.detachNewThread([this](const std::atomic<bool> &stop) { doMinify(stop); });
+    m_services.jobs.detachNewThread([this](const std::atomic<Stop> &stop) { doMinify(stop); });
 }
 
-void AppController::doMinify(const std::atomic<bool> &stop)
+void AppController::doMinify(const std::atomic<Stop> &stop)
 {
     runMinifyJob(m_outlets, m_services, stop);
 }

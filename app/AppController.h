@@ -6,12 +6,12 @@
 #include "app/QueueDisplay.h"
 #include "app/Services.h"
 #include "app/preview/PreviewPanel.h"
+#include "engine/Stop.h"
 #include "queue/view/DropTarget.h"
 #include "queue/view/FilesTableModel.h"
 
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -73,7 +73,7 @@ public:
     void feedback();
 
     /// One whole run, on the calling thread.
-    void doMinify(const std::atomic<bool> &stop);
+    void doMinify(const std::atomic<Stop> &stop);
 
     // Answers to notices.
     void updateBadge();

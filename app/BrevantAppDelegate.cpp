@@ -62,7 +62,7 @@ bool BrevantAppDelegate::addFiles(const QStringList &paths)
 
 void BrevantAppDelegate::startRun()
 {
-    m_services.jobs.detachNewThread([this](const std::atomic<bool> &stop) { doMinify(stop); });
+    m_services.jobs.detachNewThread([this](const std::atomic<Stop> &stop) { doMinify(stop); });
 }
 
 void BrevantAppDelegate::togglePreviewPanel()
@@ -89,7 +89,7 @@ void BrevantAppDelegate::makePreviewPanel()
             [this] { m_previewController.endPreviewPanelControl(); });
 }
 
-void BrevantAppDelegate::doMinify(const std::atomic<bool> &stop)
+void BrevantAppDelegate::doMinify(const std::atomic<Stop> &stop)
 {
     runMinifyJob(m_outlets, m_services, stop);
 }

@@ -5,11 +5,11 @@
 #include "app/Outlets.h"
 #include "app/QueueDisplay.h"
 #include "app/Services.h"
+#include "engine/Stop.h"
 
 #include <QObject>
 #include <QStringList>
 
-#include <atomic>
 #include <memory>
 
 namespace brevant {
@@ -42,7 +42,7 @@ public:
     void togglePreviewPanel();
 
     /// One whole run, on the calling thread.
-    void doMinify(const std::atomic<bool> &stop);
+    void doMinify(const std::atomic<Stop> &stop);
 
     /// The panel, if it was ever opened.
     [[nodiscard]] PreviewPanel *sharedPreviewPanel() const { return m_sharedPreviewPanel.get(); }

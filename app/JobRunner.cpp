@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/JobRunner.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brevant {
@@ -11,9 +12,14 @@ JobRunner::~JobRunner()
     stopAndWait();
 }
 
+void JobRunner::requestStop(Stop stop)
+{
+    m_stop = std::max(m_stop.load(), stop);
+}
+
 void JobRunner::stopAndWait()
 {
-    requestStop();
+    requestStop(Stop::AfterFile);
     for (auto &[number, thread] : m_threads) {
         if (thread.joinable())
             thread.join();

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/Stop.h"
+
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <map>
 #include <thread>
@@ -16,8 +17,8 @@ class JobRunner final : public QObject {
     Q_OBJECT
 
 public:
-    /// A whole job; ends soon after `stop` becomes true.
-    using Job = std::function<void(const std::atomic<bool> &stop)>;
+    /// A whole job; ends soon after `stop` asks for it.
+    using Job = std::function<void(const std::atomic<Stop> &stop)>;
 
     using QObject::QObject;
     ~JobRunner() override;
@@ -27,8 +28,8 @@ public:
 
     [[nodiscard]] bool isRunning() const { return !m_threads.empty(); }
 
-    /// No job starts another file.
-    void requestStop() { m_stop = true; }
+    /// Asks all jobs to stop, those to come too. What was asked for before is never taken back.
+    void requestStop(Stop stop);
 
     /// Asks all jobs to stop and waits for the files they are working on.
     void stopAndWait();
@@ -40,7 +41,7 @@ Q_SIGNALS:
 private:
     void threadEnded(int number);
 
-    std::atomic<bool> m_stop = false;
+    std::atomic<Stop> m_stop = Stop::No;
     std::map<int, std::thread> m_threads;
     int m_lastNumber = 0;
 };

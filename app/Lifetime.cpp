@@ -11,7 +11,6 @@
 #include <QTimer>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -26,17 +25,23 @@ namespace {
 // The program stays for the sound at the end of a run.
 constexpr std::chrono::milliseconds soundLength(1000);
 
+constexpr int signalStatus = 128; // as the shells count, bash(1)
+
 // A signal handler may only write to a descriptor; the main loop hears of it at the other end.
 std::array<int, 2> signalPipe{-1, -1};
 
-std::atomic_flag signalled;
+StopCount stopCount;
 
 extern "C" void tellMainLoop(int number)
 {
-    if (signalled.test_and_set())
-        ::_exit(128 + number); // as the shells count, bash(1)
+    const int request = stopCount.add();
+    if (request == 0)
+        return;
+    if (request > 2)
+        ::_exit(signalStatus + number);
     const int error = errno;
-    [[maybe_unused]] const ssize_t written = ::write(signalPipe[0], "", 1);
+    const auto byte = static_cast<char>(number);
+    [[maybe_unused]] const ssize_t written = ::write(signalPipe[0], &byte, 1);
     errno = error;
 }
 
@@ -55,9 +60,10 @@ void Lifetime::catchSignals()
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, signalPipe.data()) != 0)
         return;
     auto *const notifier = new QSocketNotifier(signalPipe[1], QSocketNotifier::Read, this); // a child of this
-    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
-        notifier->setEnabled(false);
-        quit();
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        char number = 0;
+        if (::read(signalPipe[1], &number, 1) == 1)
+            signalled(number);
     });
     for (const int number : {SIGINT, SIGTERM}) {
         struct sigaction action {};
@@ -67,11 +73,21 @@ void Lifetime::catchSignals()
     }
 }
 
+void Lifetime::signalled(int number)
+{
+    if (++m_signals == 1) {
+        quit();
+    } else {
+        m_exitStatus = signalStatus + number;
+        m_jobs.requestStop(Stop::AtOnce);
+    }
+}
+
 void Lifetime::quit()
 {
     m_quitting = true;
     Q_EMIT ending();
-    m_jobs.requestStop();
+    m_jobs.requestStop(Stop::AfterFile);
     m_window.hide();
     Q_EMIT quitting();
     if (!m_jobs.isRunning())
@@ -96,7 +112,7 @@ void Lifetime::windowClosed()
 void Lifetime::runsEnded()
 {
     if (m_quitting) {
-        QCoreApplication::exit(0);
+        QCoreApplication::exit(m_exitStatus);
     } else if (m_window.isHidden()) {
         QTimer::singleShot(soundLength, this, &Lifetime::quitIfUnseen);
     }

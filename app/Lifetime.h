@@ -17,7 +17,8 @@ class Lifetime final : public QObject {
 public:
     Lifetime(MainWindow &window, JobRunner &jobs, QObject *parent = nullptr);
 
-    /// SIGINT and SIGTERM quit as the menu item does; a second one ends the program at once.
+    /// SIGINT and SIGTERM quit as the menu item does; a second one ends the compressors too, and a third one
+    /// the program as it stands.
     void catchSignals();
 
     /// Ends the program as soon as no file is being worked on.
@@ -34,12 +35,15 @@ Q_SIGNALS:
     void ending();
 
 private:
+    void signalled(int number);
     void windowClosed();
     void runsEnded();
 
     MainWindow &m_window;
     JobRunner &m_jobs;
     bool m_quitting = false;
+    int m_signals = 0;
+    int m_exitStatus = 0;
 };
 
 } // namespace brevant

@@ -105,13 +105,13 @@ void WindowJobDisplay::runEnded(MinifyJob::End end)
         [&news = m_services.runNews, run = m_run, outcome = m_outcome] { news.runEnded(run, outcome); });
 }
 
-void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<bool> &stop)
+void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
 {
     WindowJobDisplay display(outlets, services);
     const MinifyJob::End end =
         MinifyJob(services.queue, services.settings, services.tools, display).run(stop);
     // Who has asked for the end need not be told of it.
-    display.runEnded(stop ? MinifyJob::End::Stopped : end);
+    display.runEnded(stop != Stop::No ? MinifyJob::End::Stopped : end);
 }
 
 } // namespace brevant

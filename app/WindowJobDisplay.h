@@ -6,8 +6,8 @@
 #include "app/RunNews.h"
 #include "app/Services.h"
 #include "engine/JobDisplay.h"
+#include "engine/Stop.h"
 
-#include <atomic>
 #include <functional>
 #include <optional>
 
@@ -44,6 +44,6 @@ private:
 };
 
 /// One whole run over the queue, shown in the window, on the calling thread.
-void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<bool> &stop);
+void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop);
 
 } // namespace brevant

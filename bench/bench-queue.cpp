@@ -112,7 +112,7 @@ int benchInPlace(bool withCopies, int count, char *paths[])
     if (!withCopies)
         tools.originals.clear();
     NoDisplay display;
-    const std::atomic<bool> stop = false;
+    const std::atomic<Stop> stop = Stop::No;
     const auto start = std::chrono::steady_clock::now();
     const MinifyJob::End end = MinifyJob(queue, settings, tools, display).run(stop);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;

@@ -33,7 +33,7 @@ ParallelRun::ParallelRun(const FileQueue &queue, const SettingsStore &settings, 
 {
 }
 
-MinifyJob::End ParallelRun::run(int jobs, const std::atomic<bool> &stop)
+MinifyJob::End ParallelRun::run(int jobs, const std::atomic<Stop> &stop)
 {
     const CompressorOptions options = CompressorOptions::atStartOfRun(m_settings);
     m_workers = std::min(jobs, static_cast<int>(m_entries.size()));
@@ -41,27 +41,27 @@ MinifyJob::End ParallelRun::run(int jobs, const std::atomic<bool> &stop)
     std::vector<std::thread> threads;
     for (int i = 0, count = m_workers; i < count; ++i) {
         threads.emplace_back([this, &options, &stop] {
-            EntryRun entryRun(m_settings, m_tools, options);
+            EntryRun entryRun(m_settings, m_tools, options, stop);
             work(entryRun, stop);
         });
     }
-    const bool allShown = showAll();
+    const bool allRun = showAll() && stop != Stop::AtOnce;
     for (std::thread &thread : threads)
         thread.join();
     m_display.deselectRows();
 
-    MinifyJob::End end = allShown ? MinifyJob::End::Completed : MinifyJob::End::Stopped;
+    MinifyJob::End end = allRun ? MinifyJob::End::Completed : MinifyJob::End::Stopped;
     if (!m_startFailure.isEmpty()) {
         end = MinifyJob::End::JavaNotStarted;
         m_display.setStatusText(m_startFailure);
-    } else if (allShown) {
+    } else if (allRun) {
         m_display.setStatusText(QStringLiteral("Well done!"));
     }
     m_display.unlockControls();
     return end;
 }
 
-void ParallelRun::work(EntryRun &entryRun, const std::atomic<bool> &stop)
+void ParallelRun::work(EntryRun &entryRun, const std::atomic<Stop> &stop)
 {
     while (const std::optional<int> index = takeNext(stop)) {
         const PlannedEntry &entry = m_entries[static_cast<std::size_t>(*index)];
@@ -72,13 +72,13 @@ void ParallelRun::work(EntryRun &entryRun, const std::atomic<bool> &stop)
     m_changed.notify_all();
 }
 
-std::optional<int> ParallelRun::takeNext(const std::atomic<bool> &stop)
+std::optional<int> ParallelRun::takeNext(const std::atomic<Stop> &stop)
 {
     std::unique_lock lock(m_mutex);
     std::optional<int> index;
     // Where nothing is free, something runs that the rest waits for, and its end is told to all.
     m_changed.wait(lock, [&] {
-        if (stop || !m_startFailure.isEmpty() || m_order.isAllTaken())
+        if (stop != Stop::No || !m_startFailure.isEmpty() || m_order.isAllTaken())
             return true;
         index = m_order.takeNext();
         return index.has_value();

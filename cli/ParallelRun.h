@@ -24,15 +24,15 @@ public:
     ParallelRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
                 JobDisplay &display);
 
-    /// Runs to the end with at most `jobs` compressors at once. After `stop` none is started, and those that
-    /// run are waited for.
-    MinifyJob::End run(int jobs, const std::atomic<bool> &stop);
+    /// Runs to the end with at most `jobs` compressors at once. After a stop none is started, and those that
+    /// run are waited for, or ended.
+    MinifyJob::End run(int jobs, const std::atomic<Stop> &stop);
 
 private:
     enum class Stage { Waiting, Running, Ended };
 
-    void work(EntryRun &entryRun, const std::atomic<bool> &stop);
-    [[nodiscard]] std::optional<int> takeNext(const std::atomic<bool> &stop);
+    void work(EntryRun &entryRun, const std::atomic<Stop> &stop);
+    [[nodiscard]] std::optional<int> takeNext(const std::atomic<Stop> &stop);
     void store(int index, const std::optional<EntryResult> &result, const EntryRun &entryRun);
 
     /// Shows the entries one after the other; whether all have been worked on.

@@ -14,16 +14,27 @@ namespace {
 
 constexpr int signalStatus = 128; // as the shells count, bash(1)
 
-std::atomic<bool> stopRequested = false;
+StopCount stopCount;
+std::atomic<Stop> stopRequested = Stop::No;
 std::atomic<int> stopSignal = 0;
 std::atomic<bool> isForSeveralFiles = false;
-static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Stop>::is_always_lock_free);
 
 extern "C" void handleStopSignal(int number)
 {
-    if (stopRequested.exchange(true))
+    switch (stopCount.add()) {
+    case 0:
+        return;
+    case 1:
+        break;
+    case 2:
+        stopRequested = Stop::AtOnce;
+        return;
+    default:
         ::_exit(signalStatus + number);
+    }
     stopSignal = number;
+    stopRequested = Stop::AfterFile;
     constexpr std::string_view thisFile = "\nStopping after this file; once more to end at once.\n";
     constexpr std::string_view theseFiles = "\nStopping after these files; once more to end at once.\n";
     const std::string_view words = isForSeveralFiles ? theseFiles : thisFile;
@@ -50,7 +61,7 @@ void catchAll(bool severalFiles)
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-const std::atomic<bool> &requested()
+const std::atomic<Stop> &requested()
 {
     return stopRequested;
 }

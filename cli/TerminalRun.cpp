@@ -129,7 +129,7 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     TerminalJobDisplay display(queue, report,
                                line.quiet ? TerminalJobDisplay::Style::Quiet
                                           : TerminalJobDisplay::styleOfStandardOutput());
-    const std::atomic<bool> &stop = StopSignals::requested();
+    const std::atomic<Stop> &stop = StopSignals::requested();
     const MinifyJob::End end = line.jobs == 1
                                    ? MinifyJob(queue, settings, tools, display).run(stop)
                                    : ParallelRun(queue, settings, tools, display).run(line.jobs, stop);

@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+#include <unistd.h>
+
 namespace brevant {
 
 ChildProcess::ChildProcess(const QString &program, const QString &folder, const QStringList &arguments)
@@ -15,9 +17,10 @@ ChildProcess::ChildProcess(const QString &program, const QString &folder, const 
     m_process.setInputChannelMode(QProcess::ForwardedInputChannel);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([] {
-        // Both are sent to every process of a terminal. Java and gzip leave an ignored signal ignored.
-        std::signal(SIGINT, SIG_IGN);
-        std::signal(SIGHUP, SIG_IGN);
+        ::setpgid(0, 0);
+        // Its group is not the terminal's: a question there, or "stty tostop", would halt it for good.
+        std::signal(SIGTTIN, SIG_IGN);
+        std::signal(SIGTTOU, SIG_IGN);
     });
 }
 
@@ -27,15 +30,17 @@ bool ChildProcess::launch()
     return m_process.waitForStarted(-1);
 }
 
-ChildExit ChildProcess::waitUntilExit()
+ChildExit ChildProcess::waitUntilExit(const std::atomic<Stop> &stop)
 {
+    constexpr int lookAgain = 50; // milliseconds
     ChildExit exit;
-    if (m_process.error() == QProcess::FailedToStart) {
-        exit.error = m_process.errorString();
+    exit.started = m_process.error() != QProcess::FailedToStart;
+    if (!exit.started)
         return exit;
+    while (!m_process.waitForFinished(lookAgain) && m_process.state() != QProcess::NotRunning) {
+        if (stop == Stop::AtOnce)
+            ::kill(-static_cast<pid_t>(m_process.processId()), SIGKILL);
     }
-    m_process.waitForFinished(-1);
-    exit.started = true;
     exit.crashed = m_process.exitStatus() == QProcess::CrashExit;
     exit.code = m_process.exitCode();
     return exit;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/Stop.h"
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -13,13 +15,13 @@ struct ChildExit {
     bool started = false;
     bool crashed = false; ///< ended by a signal
     int code = 0;         ///< exit status, or the signal's number
-    QString error;        ///< why it could not be started
 
     [[nodiscard]] bool isSuccess() const { return started && !crashed && code == 0; }
 };
 
 /// One child process, started from a list and never through a shell. It inherits the environment and all
-/// three streams. Ctrl+C and the closing of a terminal do not reach it, so that it finishes what it writes.
+/// three streams. It has a process group of its own: what is sent to ours, as Ctrl+C is, does not reach it,
+/// so that it finishes what it writes.
 class ChildProcess final {
 public:
     /// `folder` is the child's working folder; empty for our own.
@@ -28,8 +30,12 @@ public:
     /// Starts the child; false if that fails.
     bool launch();
 
-    /// Waits for the child's end, without a time limit.
-    [[nodiscard]] ChildExit waitUntilExit();
+    /// Waits for the child's end, without a time limit; its group is killed where a stop at once is asked
+    /// for.
+    [[nodiscard]] ChildExit waitUntilExit(const std::atomic<Stop> &stop);
+
+    /// Why the child could not be started, in words.
+    [[nodiscard]] QString startFailure() const { return m_process.errorString(); }
 
 private:
     QProcess m_process;

@@ -13,8 +13,10 @@
 
 namespace brevant {
 
-EntryRun::EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options)
-    : m_settings(settings), m_tools(tools), m_options(std::move(options)), m_safetyCopy(tools.originals)
+EntryRun::EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options,
+                   const std::atomic<Stop> &stop)
+    : m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop),
+      m_safetyCopy(tools.originals)
 {
 }
 
@@ -35,12 +37,12 @@ std::optional<EntryResult> EntryRun::run(const QString &entry, const std::option
         if (!java->launch())
             return std::nullopt;
     }
-    watch.compressorEnded(java->waitUntilExit());
+    watch.compressorEnded(java->waitUntilExit(m_stop));
 
     const bool gzipWanted = m_settings.boolForKey(gzipCheckerKeyString);
     if (gzipWanted) {
         const SafetyCopy::Inheritance inheritance(m_safetyCopy);
-        makeGzipCopy(output);
+        makeGzipCopy(output, m_stop);
     }
     EntryResult result =
         watch.finish(gzipWanted, std::chrono::duration<double>(Clock::now() - start).count());
@@ -54,7 +56,7 @@ QString EntryRun::startFailure() const
         return QStringLiteral("Java was not found at %1.").arg(m_tools.java);
     if (!QFileInfo(m_tools.folder).isDir())
         return QStringLiteral("The compressors were not found in %1.").arg(m_tools.folder);
-    return QStringLiteral("Java could not be started: %1").arg(java->waitUntilExit().error);
+    return QStringLiteral("Java could not be started: %1").arg(java->startFailure());
 }
 
 } // namespace brevant

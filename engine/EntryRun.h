@@ -20,7 +20,9 @@ class SettingsStore;
 /// The work on one entry after another: safety copy, compressor, gzip copy.
 class EntryRun final {
 public:
-    EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options);
+    /// `stop` must outlive this; a stop at once ends the child that works on the entry.
+    EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options,
+             const std::atomic<Stop> &stop);
 
     /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
     /// if the Java runtime could not be started.
@@ -33,6 +35,7 @@ private:
     const SettingsStore &m_settings;
     const Tools m_tools;
     CompressorOptions m_options;
+    const std::atomic<Stop> &m_stop;
     SafetyCopy m_safetyCopy;
     std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
 };

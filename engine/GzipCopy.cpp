@@ -39,12 +39,14 @@ std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output)
     }};
 }
 
-void makeGzipCopy(const std::optional<QString> &output)
+void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop)
 {
     for (const GzipStep &step : gzipSteps(output)) {
+        if (stop == Stop::AtOnce)
+            return;
         ChildProcess process(step.program, QString(), step.arguments);
         process.launch();
-        static_cast<void>(process.waitUntilExit());
+        static_cast<void>(process.waitUntilExit(stop));
     }
 }
 

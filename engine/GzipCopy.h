@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/Stop.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -24,7 +26,7 @@ struct GzipStep {
 /// off.
 [[nodiscard]] std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output);
 
-/// Runs the steps one after the other, whatever becomes of each.
-void makeGzipCopy(const std::optional<QString> &output);
+/// Runs the steps one after the other, whatever becomes of each; none is begun after a stop at once.
+void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop);
 
 } // namespace brevant

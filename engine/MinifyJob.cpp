@@ -35,9 +35,9 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 {
 }
 
-MinifyJob::End MinifyJob::run(const std::atomic<bool> &stop)
+MinifyJob::End MinifyJob::run(const std::atomic<Stop> &stop)
 {
-    EntryRun entryRun(m_settings, m_tools, CompressorOptions::atStartOfRun(m_settings));
+    EntryRun entryRun(m_settings, m_tools, CompressorOptions::atStartOfRun(m_settings), stop);
     const ControlsLock lock(m_display);
     const End end = runEntries(entryRun, stop);
     m_display.deselectRows();
@@ -51,11 +51,11 @@ MinifyJob::End MinifyJob::run(const std::atomic<bool> &stop)
     return end;
 }
 
-MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<bool> &stop)
+MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<Stop> &stop)
 {
     int index = 0;
     while (const std::optional<QString> entry = m_queue.entryAt(index)) {
-        if (stop)
+        if (stop != Stop::No)
             return End::Stopped;
         const int count = m_queue.count();
         m_display.setProgress(index, count);
@@ -67,7 +67,7 @@ MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<bool>
         m_display.entryEnded(*result);
         ++index;
     }
-    return End::Completed;
+    return stop == Stop::AtOnce ? End::Stopped : End::Completed;
 }
 
 } // namespace brevant

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/Stop.h"
 #include "engine/Tools.h"
 #include "queue/OutputPath.h"
-
-#include <atomic>
 
 namespace brevant {
 
@@ -23,17 +22,18 @@ class MinifyJob final {
 public:
     enum class End {
         Completed,
-        Stopped,        ///< on request, after the file being worked on
+        Stopped,        ///< on request
         JavaNotStarted, ///< the Java runtime could not be started
     };
 
     MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, JobDisplay &display);
 
-    /// Runs to the end. `stop` is looked at before each file. The display is told of the end exactly once.
-    End run(const std::atomic<bool> &stop);
+    /// Runs to the end, or for as long as nothing else is asked for. The display is told of the end exactly
+    /// once.
+    End run(const std::atomic<Stop> &stop);
 
 private:
-    [[nodiscard]] End runEntries(EntryRun &entryRun, const std::atomic<bool> &stop);
+    [[nodiscard]] End runEntries(EntryRun &entryRun, const std::atomic<Stop> &stop);
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;

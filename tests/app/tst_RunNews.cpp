@@ -203,7 +203,7 @@ private Q_SLOTS:
         const AppController controller(app.services, app.window.outlets());
         app.window.hide();
         app.jobs.detachNewThread(
-            [&](const std::atomic<bool> &stop) { const_cast<AppController &>(controller).doMinify(stop); });
+            [&](const std::atomic<Stop> &stop) { const_cast<AppController &>(controller).doMinify(stop); });
         QTRY_COMPARE(texts(), QStringList{u"Nothing was minified|Java was not found at /nowhere/java."_s});
         QTRY_VERIFY(!app.jobs.isRunning());
         QTRY_COMPARE(m_dock->progress, QStringList({u"0"_s, u"gone"_s}));

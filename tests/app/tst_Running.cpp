@@ -135,7 +135,7 @@ private Q_SLOTS:
         const auto app = filled(8);
         app->controller->minify();
         app->delegate->applicationOpenFiles({});
-        app->jobs.detachNewThread([&app](const std::atomic<bool> &stop) { app->delegate->doMinify(stop); });
+        app->jobs.detachNewThread([&app](const std::atomic<Stop> &stop) { app->delegate->doMinify(stop); });
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 16);
         QCOMPARE(app->state(),

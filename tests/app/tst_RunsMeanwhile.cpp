@@ -30,7 +30,7 @@ public:
     explicit CountedJob(std::atomic<int> &worked) : m_worked(worked) {}
 
     /// The whole job, on the calling thread.
-    void run(const Outlets &outlets, const Services &services, const std::atomic<bool> &stop)
+    void run(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
     {
         WindowJobDisplay shown(outlets, services);
         m_shown = &shown;
@@ -192,7 +192,7 @@ void tst_RunsMeanwhile::beginRound(Place place)
 void tst_RunsMeanwhile::startJob()
 {
     m_jobs.push_back(std::make_unique<CountedJob>(m_worked));
-    m_app->jobs.detachNewThread([this, job = m_jobs.back().get()](const std::atomic<bool> &stop) {
+    m_app->jobs.detachNewThread([this, job = m_jobs.back().get()](const std::atomic<Stop> &stop) {
         job->run(m_app->window.outlets(), m_app->services, stop);
     });
 }

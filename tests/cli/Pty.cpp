@@ -17,6 +17,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace brevant::test {
@@ -116,6 +117,15 @@ bool Pty::waitUntil(const std::function<bool()> &condition)
 void Pty::type(QByteArrayView keys) const
 {
     if (::write(m_master, keys.data(), static_cast<std::size_t>(keys.size())) != keys.size())
+        std::abort();
+}
+
+void Pty::stopBackgroundOutput() const
+{
+    termios modes{};
+    ::tcgetattr(m_master, &modes);
+    modes.c_lflag |= TOSTOP;
+    if (::tcsetattr(m_master, TCSANOW, &modes) != 0)
         std::abort();
 }
 

@@ -39,6 +39,9 @@ public:
     /// Types on the terminal.
     void type(QByteArrayView keys) const;
 
+    /// Lets the terminal halt who writes on it from the background, as "stty tostop" does.
+    void stopBackgroundOutput() const;
+
     /// Reads until the program ends. Its exit status, or minus the signal's number; -1000 if it does not end.
     [[nodiscard]] int waitForEnd();
 

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void finishesTheFile();
     void finishesBothFiles();
     void secondTimeEndsAtOnce();
+    void outputWhereTheTerminalStopsTheBackground();
     void ignoredStaysIgnored_data();
     void ignoredStaysIgnored();
     void duringTheLastFile();
@@ -96,10 +97,15 @@ void tst_BrevantCliStop::finishesTheFile()
         const QString link = u"/proc/%1/fd/%2"_s.arg(child).arg(QLatin1StringView(stream));
         QCOMPARE(QFile::symLinkTarget(link), terminal.device());
     }
-    if (signal == 0)
-        terminal.type("\x03");
-    else
+    // Twice at a moment, which is one request: timeout(1) sends to the program and to its group.
+    if (signal == 0) {
+        terminal.type("\x03\x03");
+    } else {
+        ::kill(terminal.processId(), SIGSTOP); // so that both have come before one is heard
         ::kill(terminal.processId(), signal);
+        ::kill(-terminal.processId(), signal);
+        ::kill(terminal.processId(), SIGCONT);
+    }
     QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
     QVERIFY(isAlive(child));
 
@@ -138,20 +144,38 @@ void tst_BrevantCliStop::finishesBothFiles()
 void tst_BrevantCliStop::secondTimeEndsAtOnce()
 {
     const Sandbox sandbox;
-    addFiles(sandbox, manyFunctions(5000));
-    Pty terminal(sandbox, files);
+    const QByteArray source = manyFunctions(5000);
+    addFiles(sandbox, source);
+    const QStringList inPlace{u"--set"_s, u"suffixSwitcherKeyString=false"_s, u"--report"_s, u"r.json"_s};
+    Pty terminal(sandbox, inPlace + files);
     const pid_t child = waitForSecondFile(terminal);
     QVERIFY2(child > 0, terminal.output());
     terminal.type("\x03");
     QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
+    QTest::qWait(600); // within half a second it would be the same request
     terminal.type("\x03");
     QCOMPARE(terminal.waitForEnd(), 130);
-    QVERIFY2(isAlive(child), "the compressor was waited for");
-    QVERIFY(!terminal.output().contains("Stopped before"));
-    // The compressor goes on, and its output is complete in the end.
-    QTRY_VERIFY_WITH_TIMEOUT(!isAlive(child), 60'000);
-    QVERIFY(sandbox.read(u"b.min.js"_s).endsWith(";"));
-    QVERIFY(!sandbox.has(u"c.min.css"_s));
+    QVERIFY2(!isAlive(child), "the compressor goes on");
+    QVERIFY(sandbox.read(u"b.js"_s) == source);
+    QCOMPARE(sandbox.read(u"c.css"_s), css);
+    QVERIFY2(terminal.output().contains("; 1 failed.\r\nStopped before "), terminal.output());
+    const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
+    QCOMPARE(report[u"done"_s].toInt(), 1);
+    QCOMPARE(report[u"failed"_s].toInt(), 1);
+    QCOMPARE(report[u"notRun"_s].toInt(), 1);
+}
+
+void tst_BrevantCliStop::outputWhereTheTerminalStopsTheBackground()
+{
+    // The compressors are not in the terminal's foreground, and must be able to speak there all the same.
+    const Sandbox sandbox;
+    for (const QString &name : files)
+        sandbox.add(name, "a {"); // an error to the compressor of b.js
+    Pty terminal(sandbox, files);
+    QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Minified 1 of 3"); }));
+    terminal.stopBackgroundOutput();
+    QCOMPARE(terminal.waitForEnd(), 1);
+    QVERIFY2(terminal.output().contains("[ERROR]"), terminal.output());
 }
 
 void tst_BrevantCliStop::ignoredStaysIgnored_data()

@@ -149,11 +149,11 @@ private Q_SLOTS:
         const QString flag = add(u"flag"_s, "here");
         for (const char *name : {"a.css", "b.css", "c.css", "d.css"})
             append(QString::fromLatin1(name), "wait " + QFile::encodeName(flag));
-        std::atomic<bool> stop = false;
+        std::atomic<Stop> stop = Stop::No;
         std::thread stopper([&] {
             while (log().size() < 2)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            stop = true;
+            stop = Stop::AfterFile;
             QFile::remove(flag);
         });
         const MinifyJob::End end = ParallelRun(m_queue, *m_settings, m_tools, *m_display).run(2, stop);
@@ -166,6 +166,31 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path(u"c.min.css"_s)));
         QCOMPARE(m_display->calls.mid(m_display->calls.size() - 3),
                  QStringList({u"ended"_s, u"deselect"_s, u"unlock"_s}));
+    }
+
+    void aStopAtOnceEndsAllAndPutsTheirSourcesBack()
+    {
+        m_settings->setOverride(false, suffixSwitcherKeyString);
+        const QByteArray text = "hollow " + QFile::encodeName(add(u"flag"_s, "here"));
+        const QStringList sources{append(u"a.css"_s, text), append(u"b.css"_s, text)};
+        append(u"c.css"_s, "copy");
+        std::atomic<Stop> stop = Stop::No;
+        std::thread stopper([&] {
+            while (QFile(sources[0]).size() != 0 || QFile(sources[1]).size() != 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            stop = Stop::AtOnce;
+        });
+        const MinifyJob::End end = ParallelRun(m_queue, *m_settings, m_tools, *m_display).run(2, stop);
+        stopper.join();
+        QCOMPARE(end, MinifyJob::End::Stopped);
+        QCOMPARE(m_display->results.size(), std::size_t(2));
+        for (const EntryResult &result : m_display->results) {
+            QCOMPARE(result.outcome, EntryResult::Outcome::CompressorKilled);
+            QCOMPARE(result.sourceState, EntryResult::Source::PutBack);
+            QFile source(result.source);
+            QVERIFY(source.open(QIODevice::ReadOnly));
+            QCOMPARE(source.readAll(), text);
+        }
     }
 
     void anEmptyQueue()
@@ -205,7 +230,7 @@ private:
 
     MinifyJob::End run(int jobs)
     {
-        const std::atomic<bool> stop = false;
+        const std::atomic<Stop> stop = Stop::No;
         return ParallelRun(m_queue, *m_settings, m_tools, *m_display).run(jobs, stop);
     }
 

@@ -222,6 +222,11 @@ class HeldFile:
             return False
         return True
 
+    def expect_no_reader(self):
+        os.close(self._end)
+        self._end = None
+        equal(self._open(), False, "a compressor still reads")
+
     def release(self, text):
         os.write(self._end, text)
         os.close(self._end)

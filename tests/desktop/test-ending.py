@@ -3,6 +3,7 @@
 """How the program ends: at once, or after the file or the run it is busy with."""
 import os
 import signal
+import time
 
 from cases import run
 from session import equal, wait_for
@@ -51,6 +52,17 @@ def sigint_during_a_run(case):
     ends_after_the_file(case, program, held)
 
 
+def a_second_sigint_during_a_run(case):
+    program, held = in_a_run(case)
+    os.kill(program.process.pid, signal.SIGINT)
+    wait_for("the window to go", lambda: not program.windows())
+    equal(program.process.poll(), None, "still busy with the file")
+    time.sleep(0.6)  # sooner it would be the same request
+    os.kill(program.process.pid, signal.SIGINT)
+    program.wait_for_exit(128 + signal.SIGINT)
+    held.expect_no_reader()
+
+
 def the_window_is_closed_during_a_run(case):
     program, held = in_a_run(case)
     program.key("alt+F4")
@@ -91,5 +103,5 @@ def quit_in_the_menu(case):
     equal(program.messages(), "")
 
 
-run([ctrl_q_during_a_run, sigterm_during_a_run, sigint_during_a_run, the_window_is_closed_during_a_run,
-     the_window_is_closed, other_windows_do_not_keep_it, quit_in_the_menu])
+run([ctrl_q_during_a_run, sigterm_during_a_run, sigint_during_a_run, a_second_sigint_during_a_run,
+     the_window_is_closed_during_a_run, the_window_is_closed, other_windows_do_not_keep_it, quit_in_the_menu])

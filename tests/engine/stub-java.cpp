@@ -5,7 +5,8 @@
 // the source file: copy, fail, crash, silent, empty, flood, wait (until the file named next to it vanishes),
 // slow (with pauses in its writing); cut, delete, replace, overwrite and grow, which do that to the source or
 // the output and end with the status next to them, minus the number of a signal; orphan, which kills its
-// parent, empties the source once the file named next to it has vanished, and ends. Every call is appended to
+// parent, empties the source once the file named next to it has vanished, and ends; hollow, which empties the
+// source first and waits for that. Every call is appended to
 // the file named by BREVANT_STUB_LOG: working folder and arguments, tab-separated.
 #include <chrono>
 #include <csignal>
@@ -47,11 +48,21 @@ void write(const std::string &path, const std::string &text)
     std::ofstream(path, std::ios::trunc) << text;
 }
 
+void pause()
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
+void waitUntilGone(const std::string &flag)
+{
+    while (std::filesystem::exists(flag))
+        pause();
+}
+
 void orphan(const std::string &source, const std::string &flag)
 {
     ::kill(::getppid(), SIGKILL);
-    while (std::filesystem::exists(flag))
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    waitUntilGone(flag);
     write(source, {});
 }
 
@@ -74,11 +85,6 @@ bool damage(const std::string &mode, const std::string &source, const std::strin
     return true;
 }
 
-void pause()
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-}
-
 int act(const std::string &source, const std::string &output)
 {
     std::ifstream in(source);
@@ -92,6 +98,11 @@ int act(const std::string &source, const std::string &output)
         orphan(source, operand);
         return 0;
     }
+    if (mode == "hollow") {
+        write(source, {});
+        waitUntilGone(operand);
+        return 0;
+    }
     if (mode == "fail")
         return 3;
     if (mode == "crash")
@@ -102,8 +113,8 @@ int act(const std::string &source, const std::string &output)
         for (int i = 0; i < 200'000; ++i)
             std::cerr << "a line of much output\n";
     }
-    while (mode == "wait" && std::filesystem::exists(operand))
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    if (mode == "wait")
+        waitUntilGone(operand);
     std::ofstream out(output, std::ios::trunc);
     if (mode == "empty")
         return 0;

@@ -32,6 +32,8 @@ QByteArray unzipped(const QString &path)
     return gunzip.waitForFinished() ? gunzip.readAllStandardOutput() : QByteArray("(gzip failed)");
 }
 
+const std::atomic<Stop> noStop = Stop::No;
+
 QStringList files(const QTemporaryDir &folder)
 {
     return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
@@ -87,7 +89,7 @@ private Q_SLOTS:
         const QString output = folder.filePath(name);
         for (const QByteArray &text : {QByteArray("first"), QByteArray("second, longer text")}) {
             write(output, text);
-            makeGzipCopy(output); // the second time over what the first has left
+            makeGzipCopy(output, noStop); // the second time over what the first has left
             QCOMPARE(read(output), text);
             QCOMPARE(unzipped(output + QStringLiteral(".gz")), text);
             QCOMPARE(files(folder), QStringList({name, name + QStringLiteral(".gz")}));
@@ -97,7 +99,7 @@ private Q_SLOTS:
     void nothingComesOfNothing()
     {
         const QTemporaryDir folder;
-        makeGzipCopy(folder.filePath(QStringLiteral("a.css")));
+        makeGzipCopy(folder.filePath(QStringLiteral("a.css")), noStop);
         QCOMPARE(files(folder), QStringList());
     }
 
@@ -106,11 +108,20 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString output = folder.filePath(QStringLiteral("a.css"));
         write(output, "old");
-        makeGzipCopy(output);
+        makeGzipCopy(output, noStop);
         QFile::remove(output);
-        makeGzipCopy(output);
+        makeGzipCopy(output, noStop);
         QCOMPARE(read(output), QByteArray("old"));
         QCOMPARE(unzipped(output + QStringLiteral(".gz")), QByteArray("old"));
+    }
+
+    void noneAfterAStopAtOnce()
+    {
+        const QTemporaryDir folder;
+        write(folder.filePath(QStringLiteral("a.css")), "text");
+        const std::atomic<Stop> stop = Stop::AtOnce;
+        makeGzipCopy(folder.filePath(QStringLiteral("a.css")), stop);
+        QCOMPARE(files(folder), QStringList({QStringLiteral("a.css")}));
     }
 };
 

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <functional>
 #include <thread>
 
@@ -220,12 +221,39 @@ private Q_SLOTS:
     {
         m_queue.append(source("a.css"));
         m_queue.append(source("b.css"));
-        std::atomic<bool> stop = false;
-        m_display->onText = [&stop](const QString &) { stop = true; };
+        std::atomic<Stop> stop = Stop::No;
+        m_display->onText = [&stop](const QString &) { stop = Stop::AfterFile; };
         QCOMPARE(MinifyJob(m_queue, *m_settings, m_tools, *m_display).run(stop), MinifyJob::End::Stopped);
         QCOMPARE(m_display->calls, words({"lock", "Minified 1 of 2 items.", "row 0", "deselect", "unlock"}));
         QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("a.min.css"))));
         QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("b.min.css"))));
+    }
+
+    void aStopAtOnceEndsTheCompressorAndPutsTheSourceBack()
+    {
+        m_settings->setOverride(false, suffixSwitcherKeyString);
+        m_settings->setOverride(true, gzipCheckerKeyString);
+        m_tools.originals = m_folder->filePath(QStringLiteral("originals"));
+        const QByteArray text = "hollow " + QFile::encodeName(source("flag"));
+        const QString hollow = source("a.css", text.constData());
+        m_queue.append(hollow);
+        std::atomic<Stop> stop = Stop::No;
+        std::thread stopper([&] {
+            while (QFile(hollow).size() != 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            stop = Stop::AtOnce;
+        });
+        const MinifyJob::End end = MinifyJob(m_queue, *m_settings, m_tools, *m_display).run(stop);
+        stopper.join();
+        QCOMPARE(end, MinifyJob::End::Stopped);
+        QCOMPARE(m_display->results.size(), std::size_t(1));
+        QCOMPARE(m_display->results.at(0).outcome, EntryResult::Outcome::CompressorKilled);
+        QCOMPARE(m_display->results.at(0).status, SIGKILL);
+        QCOMPARE(m_display->results.at(0).sourceState, EntryResult::Source::PutBack);
+        QFile file(hollow);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), text);
+        QVERIFY(!QFile::exists(hollow + QStringLiteral(".gz")));
     }
 
     void withoutJavaTheRunEndsInWords()
@@ -358,7 +386,7 @@ private:
     {
         for (int i = 0; i < 12; ++i)
             m_queue.append(source(QByteArray("f" + QByteArray::number(i) + ".css").constData()));
-        std::atomic<bool> stop = false;
+        std::atomic<Stop> stop = Stop::No;
         RecordingDisplay first;
         RecordingDisplay second;
         std::thread one([&] { MinifyJob(m_queue, *m_settings, m_tools, first).run(stop); });
@@ -400,7 +428,7 @@ private:
 
     MinifyJob::End run()
     {
-        const std::atomic<bool> stop = false;
+        const std::atomic<Stop> stop = Stop::No;
         return MinifyJob(m_queue, *m_settings, m_tools, *m_display).run(stop);
     }
 

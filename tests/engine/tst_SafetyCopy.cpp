@@ -376,7 +376,8 @@ private:
 
     EntryResult run(const QString &source, const std::optional<QString> &output)
     {
-        EntryRun entryRun(*m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings));
+        const std::atomic<Stop> stop = Stop::No;
+        EntryRun entryRun(*m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings), stop);
         const std::optional<EntryResult> result = entryRun.run(source, output);
         return result.value_or(EntryResult());
     }

@@ -9,7 +9,7 @@ import time
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 
-from places import LONGEST, Place, Tally, judge_in_place, sources, stub_output
+from places import LONGEST, Place, Tally, judge_in_place, kill_all, sources, stub_output
 
 FAMILIES = {
     "read": "read pread64 getdents64 readlink readlinkat fstat newfstatat statx lseek",
@@ -252,7 +252,7 @@ def prepare_next_start():
     first = place.site / next(iter(place.files))
     while first.stat().st_size and process.poll() is None:
         pass
-    os.killpg(process.pid, 9)
+    kill_all(process.pid)
     place.end(process)
     del place.environment["FAULT_JAVA"]
     return place, [place.cli(), "--list", str(place.top / "config")]

@@ -8,7 +8,7 @@ import signal
 import time
 
 from injected import OLD, driver
-from places import Place, Tally, descendants, judge_in_place, sources, stub_output
+from places import Place, Tally, descendants, judge_in_place, kill_all, sources, stub_output
 
 IN_PLACE = ("--set", "suffixSwitcherKeyString=false")
 DELAY = "3000"  # microseconds the stub rests between two steps, so that most moments lie amid its work
@@ -19,11 +19,11 @@ def moments(full, few=15, many=200):
     return [(number + 0.5) / count for number in range(count)]
 
 
-def kill_after(place, process, seconds, whole_group):
+def kill_after(place, process, seconds, compressor_too):
     try:
         process.wait(seconds)
     except Exception:
-        os.killpg(process.pid, signal.SIGKILL) if whole_group else process.kill()
+        kill_all(process.pid) if compressor_too else process.kill()
     return place.end(process)
 
 

@@ -9,7 +9,7 @@ import subprocess
 import time
 
 from killed import DELAY, IN_PLACE
-from places import Place, Tally, sources, stub_output
+from places import Place, Tally, kill_all, sources, stub_output
 from stubs import wait_until
 
 NOBODY = ("setpriv", "--reuid=65534", "--regid=65534", "--clear-groups")
@@ -106,14 +106,14 @@ def no_files(full):
             for _ in range(2):
                 if program:
                     os.kill(int(program[0]), signal.SIGTERM)
-                time.sleep(0.05)
+                time.sleep(0.6)  # sooner it would be the same request
             try:
                 status = process.wait(20)
             except subprocess.TimeoutExpired:
                 status = "does not end"
             if status not in (143, -signal.SIGTERM):
                 problems.append(f"cannot be stopped: {status}")
-            os.killpg(process.pid, signal.SIGKILL)
+            kill_all(process.pid)
             place.end(process)
             for line in log.read_text(errors="replace").splitlines():
                 if any(f'/{name}"' in line for name in ("a.css", "b.html", "c.js", "d.css")):

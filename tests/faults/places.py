@@ -59,7 +59,7 @@ class Place:
         self.environment = dict(os.environ, HOME=str(self.top), XDG_CONFIG_HOME=str(self.top / "config"),
                                 XDG_STATE_HOME=str(self.top / "state"), LC_ALL="C.UTF-8")
         self.files = {}
-        self.groups = []
+        self.sessions = []
         for name, content in (files or {}).items():
             self.add(name, content)
 
@@ -67,11 +67,8 @@ class Place:
         return self
 
     def __exit__(self, *_):
-        for group in self.groups:  # where a case stumbled
-            try:
-                os.killpg(group, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
+        for session in self.sessions:  # where a case stumbled
+            kill_all(session)
         for folder in (self.top, self.streams):
             shutil.rmtree(os.fsencode(folder), ignore_errors=True)
 
@@ -85,23 +82,23 @@ class Place:
         return str(self.build / "brevant-cli")
 
     def start(self, command, **options):
-        """A program in a process group of its own, its output in two files."""
+        """A program in a session of its own, its output in two files."""
         out, err = open(self.streams / "out", "wb+"), open(self.streams / "err", "wb+")
         options.setdefault("stdin", subprocess.DEVNULL)
         process = subprocess.Popen(command, cwd=self.site, env=self.environment, stdout=out, stderr=err,
                                    start_new_session=True, **options)
         process.streams = out, err
-        self.groups.append(process.pid)
+        self.sessions.append(process.pid)
         return process
 
     def end(self, process, patience=LONGEST):
         """Waits for the program and all that it started."""
         try:
             process.wait(patience)
-            wait_for_group(process.pid, patience)
-            self.groups.remove(process.pid)
+            wait_for_session(process.pid, patience)
+            self.sessions.remove(process.pid)
         except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
+            kill_all(process.pid)
             process.wait()
             return Ended("does not end", *self._printed(process))
         return Ended(process.returncode, *self._printed(process))
@@ -135,20 +132,38 @@ def adopt_orphans():
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
 
 
-def wait_for_group(group, patience=LONGEST):
-    """Until no process of the group is left: a killed program's compressor goes on."""
-    end = time.monotonic() + patience
-    while True:
+def members(session):
+    """A program and all that it has started: compressors have process groups of their own."""
+    found = []
+    for stat in Path("/proc").glob("[0-9]*/stat"):
         try:
-            os.waitpid(-group, os.WNOHANG)
-        except ChildProcessError:
-            pass
+            fields = stat.read_bytes().rpartition(b")")[2].split()
+        except OSError:  # ended meanwhile
+            continue
+        if int(fields[3]) == session:
+            found.append(int(stat.parent.name))
+    return found
+
+
+def kill_all(session):
+    for pid in members(session):
         try:
-            os.killpg(group, 0)
+            os.kill(pid, signal.SIGKILL)
         except ProcessLookupError:
-            return
+            pass
+
+
+def wait_for_session(session, patience=LONGEST):
+    """Until no process of the session is left: a killed program's compressor goes on."""
+    end = time.monotonic() + patience
+    while left := members(session):
+        for pid in left:
+            try:
+                os.waitpid(pid, os.WNOHANG)
+            except ChildProcessError:
+                pass
         if time.monotonic() > end:
-            raise subprocess.TimeoutExpired("group", patience)
+            raise subprocess.TimeoutExpired("session", patience)
         time.sleep(0.002)
 
 

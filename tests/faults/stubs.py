@@ -7,7 +7,7 @@ import subprocess
 import time
 
 from killed import IN_PLACE
-from places import Place, Tally, judge_in_place, sources, stub_output
+from places import Place, Tally, judge_in_place, kill_all, members, sources, stub_output
 
 
 def wait_until(condition, seconds=30):
@@ -18,7 +18,7 @@ def wait_until(condition, seconds=30):
 
 
 def hangs(full):
-    """Over an emptied source: the first stop is said, the second ends the program at once."""
+    """Over an emptied source: the first stop is said, the second ends all at once."""
     tally = Tally("compressor hangs, in place")
     for number in ((signal.SIGINT, signal.SIGTERM, signal.SIGHUP) if full else (signal.SIGINT,)):
         with Place(sources(2)) as place:
@@ -29,6 +29,7 @@ def hangs(full):
             os.kill(process.pid, number)
             if not wait_until(lambda: b"Stopping" in (place.streams / "err").read_bytes()):
                 problems.append("the first stop is not said")
+            time.sleep(0.6)  # sooner it would be the same request
             os.kill(process.pid, number)
             try:
                 status = process.wait(10)
@@ -36,9 +37,12 @@ def hangs(full):
                 status = "does not end"
             if status != 128 + number:
                 problems.append(f"ended with {status}")
-            # Whoever stopped the program ends the compressor too.
-            os.killpg(process.pid, signal.SIGKILL)
+            if len(members(process.pid)) > 0:
+                problems.append("the compressor goes on")
+                kill_all(process.pid)
             ended = place.end(process)
+            if first.read_bytes() != place.files[first.name]:
+                problems.append("the source was not put back")
             lost, found, _ = judge_in_place(place, ended, place.next_start())
             tally.add(number.name, len(place.files), lost, problems + found)
     return tally
