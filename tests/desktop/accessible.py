@@ -92,6 +92,13 @@ class Node:
             raise Failure(f"{self!r} has no action {action!r}, but {actions}")
         self._call("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (actions.index(action),)))
 
+    def write(self, text):
+        """In place of what the field holds."""
+        self._call("org.a11y.atspi.EditableText", "SetTextContents", GLib.Variant("(s)", (text,)))
+
+    def select_row(self, row):
+        self._call("org.a11y.atspi.Table", "AddRowSelection", GLib.Variant("(i)", (row,)))
+
     def walk(self):
         yield self
         for child in self.children:

@@ -1,6 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the cases of one script: test-….py BREVANT DRAG-SOURCE FOLDER-FOR-PICTURES [CASE…]."""
+import shutil
 import subprocess
 import sys
 import time
@@ -80,10 +81,15 @@ class Case:
         return "".join(started.messages() for started in self._started if isinstance(started, Program))
 
 
-def run(cases, sound=False):
+def run(cases, desktop=Session, **options):
+    """Status 77, where the desktop cannot be had: skipped."""
     brevant, drag_source, pictures, *chosen = sys.argv[1:]
+    for tool in desktop.needs:
+        if not shutil.which(tool):
+            print(f"skipped: {tool} was not found")
+            sys.exit(77)
     failed = []
-    with Session(sound=sound) as session:
+    with desktop(**options) as session:
         for function in cases:
             name = function.__name__
             if chosen and name not in chosen:
@@ -101,6 +107,6 @@ def run(cases, sound=False):
                       f"messages of Brevant: {case.messages()!r}\npicture: {picture}", flush=True)
                 session.screenshot(picture)
             finally:
-                session.run("xdotool", "mouseup", "1")
+                session.let_go()
                 case.end()
     sys.exit(f"failed: {', '.join(failed)}" if failed else 0)

@@ -71,6 +71,7 @@ def _end_with_parent():
 
 class Session:
     """`with Session() as session:` runs a desktop. `sound=True` adds a sound server."""
+    needs = ("Xvfb", "openbox", "xdotool", "xprop", "xwininfo", "import", "dbus-daemon")
 
     def __init__(self, sound=False, scale=None, screen="1600x1000x24"):
         self.wants_sound, self.scale, self.screen = sound, scale, screen
@@ -193,6 +194,10 @@ class Session:
         """What is on that part of the screen, as bytes."""
         return self.run("import", "-silent", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}",
                         "-depth", "8", "rgb:-")
+
+    def let_go(self):
+        """Of what a test that failed may have left pressed."""
+        self.run("xdotool", "mouseup", "1")
 
     def _end(self):
         for connection in (getattr(self, "bus", None), getattr(self, "accessibility_bus", None)):
