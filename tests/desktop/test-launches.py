@@ -59,13 +59,16 @@ def while_the_first_ends(case):
         wait_for("the first window", lambda: owner(case.session) == first.pid and windows(case.session) == 1)
         if number % 2:
             first.terminate()
-        launches.start(file)
+        second = launches.start(file)
         if not number % 2:
             first.terminate()
         try:
             launches.badges.expect(1)  # in the first before it ended, or in a window of its own
         except Failure as failure:
             raise Failure(f"ending {number}: {failure}") from failure
+        # Only then does it know how to be ended.
+        wait_for("the second to hand its file over, or to show it", lambda: second.poll() is not None or (
+            owner(case.session) == second.pid and windows(case.session) == 1))
         launches.end()
 
 
