@@ -6,11 +6,13 @@
 #include "app/StartUp.h"
 #include "app/platform/Activation.h"
 #include "app/platform/FontLoading.h"
+#include "settings/StandardStreams.h"
 
 #include <QApplication>
 
 int main(int argc, char *argv[])
 {
+    brevant::openClosedStandardStreams();
     if (brevant::answeredInWords(argc, argv))
         return 0;
     const QVariantMap activation = brevant::activationFromEnvironment();

@@ -4,6 +4,7 @@
 #include "cli/TerminalRun.h"
 #include "engine/Tools.h"
 #include "queue/PathString.h"
+#include "settings/StandardStreams.h"
 
 #include <clocale>
 
@@ -11,6 +12,7 @@ int main(int argc, char *argv[])
 {
     using namespace brevant;
 
+    openClosedStandardStreams();
     // For the width of characters alone; the environment, which the compressors inherit, stays as it is.
     std::setlocale(LC_CTYPE, "C.UTF-8");
 

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void noRoomForTheOutput();
     void readOnlyFolder();
     void theDiskRefusesTheResult();
+    void closedStreams();
 
 private:
     QString m_noNamespace;
@@ -301,6 +302,17 @@ void tst_BrevantCliOriginals::theDiskRefusesTheResult()
         ended.err);
     QCOMPARE(sandbox.read(u"a.css"_s), css);
     QCOMPARE(copies(sandbox), QStringList());
+}
+
+void tst_BrevantCliOriginals::closedStreams()
+{
+    // The compressor fails over the emptied source, and prints why: not into the copy.
+    const Sandbox sandbox;
+    const QByteArray source = "a { b : \"" + QByteArray(5000, 'x') + "\" }";
+    sandbox.add(u"a.css"_s, source);
+    const Ended ended = sandbox.runShell(u"\"$CLI\" \"$@\" a.css <&- >&- 2>&-"_s, inPlace);
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(sandbox.read(u"a.css"_s) == source, sandbox.read(u"a.css"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_BrevantCliOriginals)

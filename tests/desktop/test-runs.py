@@ -1,6 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs: what goes on in the list meanwhile, and two of them at once."""
+import os
+
+from brevant import Program
 from cases import run
 from session import equal, wait_for
 
@@ -91,5 +94,13 @@ def a_drop_starts_a_second_run(case):
     equal(program.messages(), "")
 
 
+def closed_streams(case):
+    process = case.session.start("/bin/sh", "-c", 'exec "$0" "$1" <&- >&- 2>&-', case.brevant, case.file("a.css"))
+    program = case.keep(Program(case.session, case.brevant, process=process))
+    equal([os.readlink(f"/proc/{process.pid}/fd/{number}") for number in range(3)], ["/dev/null"] * 3)
+    program.click(program.button("Minify"))
+    program.expect_status("Well done!")
+
+
 run([the_run_is_shown, rows_are_removed_during_a_run, the_list_is_emptied_during_a_run,
-     a_drop_starts_a_second_run])
+     a_drop_starts_a_second_run, closed_streams])
