@@ -61,10 +61,12 @@ QColor shownKindColour(const QColor &colour, bool wantsHighContrast)
 QFont fixedFont(int pixels)
 {
     const QString family = QStringLiteral("Menlo");
-    QFont font(family); // not a copy of the default font, which may be bold or slanted
+    QFont font(family);
     font.setFamilies({family, QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
     font.setStyleHint(QFont::Monospace);
     font.setPixelSize(pixels);
+    // What is left open a painter takes from its own font, which may be bold or slanted.
+    font.setResolveMask(QFont::AllPropertiesResolved);
     return font;
 }
 
