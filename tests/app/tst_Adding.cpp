@@ -16,6 +16,23 @@ QString filledState(const char *label, const char *badge)
         .arg(QString::fromUtf8(label), QString::fromUtf8(badge));
 }
 
+/// How often an object got an event of one type.
+class Seen final : public QObject {
+public:
+    Seen(QObject *watched, QEvent::Type type) : m_type(type) { watched->installEventFilter(this); }
+    int times = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        times += event->type() == m_type ? 1 : 0;
+        return false;
+    }
+
+private:
+    const QEvent::Type m_type;
+};
+
 } // namespace
 
 /// The three ways in which files reach the list.
@@ -202,10 +219,15 @@ private Q_SLOTS:
         app.drop({app.file(QStringLiteral("a.css"))});
         app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
         app.dockTile.setBadgeLabel(QString());
+        app.window.ui().DropView->setImageNamed(QStringLiteral("dropP"));
+        app.window.show();
+        Seen spinner(app.window.ui().spinner, QEvent::Show);
         app.controller->setRunOpenPanel([](QWidget *, const QStringList &) { return std::nullopt; });
         const QString before = app.state();
         app.controller->addFile();
         QCOMPARE(app.state(), before);
+        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
+        QCOMPARE(spinner.times, 0);
     }
 
     void filesThatAreOpenedFromOutside()
@@ -223,20 +245,9 @@ private Q_SLOTS:
         AppFixture app;
         app.window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&app.window));
-        bool shown = false;
-        class Watch : public QObject {
-        public:
-            bool *shown = nullptr;
-            bool eventFilter(QObject *, QEvent *event) override
-            {
-                *shown = *shown || event->type() == QEvent::Paint;
-                return false;
-            }
-        } watch;
-        watch.shown = &shown;
-        app.window.ui().spinner->installEventFilter(&watch);
+        Seen paintings(app.window.ui().spinner, QEvent::Paint);
         app.drop({app.file(QStringLiteral("a.css"))});
-        QVERIFY(shown); // painted before the walk began, for no event is handled until it is over
+        QVERIFY(paintings.times > 0); // before the walk began: no event is handled until it is over
         QVERIFY(!app.window.ui().spinner->isVisible());
     }
 };

@@ -139,6 +139,49 @@ private Q_SLOTS:
         QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("?"));
     }
 
+    void theEncodingIsThatOfWhenThePanelOpened()
+    {
+        AppFixture app;
+        const QByteArray text("/* \xd6\xd0 */"); // GBK, and no UTF-8: read as such, all would be aborted
+        app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
+        app.controller->selectAll();
+        app.settings.setOverride(QStringLiteral("gbk"), selectedEncodingKeyString);
+        SavePanel *const panel = panelOf(app);
+        app.settings.setOverride(QStringLiteral("utf-8"), selectedEncodingKeyString);
+        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        save(panel, target);
+        QTRY_COMPARE(app.queue.entries(), std::vector<QString>({target}));
+        QCOMPARE(read(target), text + '\n' + text + '\n');
+    }
+
+    void theSelectionIsThatOfWhenThePanelIsConfirmed()
+    {
+        AppFixture app;
+        const QString first = app.file(QStringLiteral("a.css"), "a");
+        app.drop({first, app.file(QStringLiteral("b.css"), "b"), app.file(QStringLiteral("c.css"), "c")});
+        app.table->selectRowIndexes({0, 1}, false);
+        SavePanel *const panel = panelOf(app);
+        app.table->selectRowIndexes({1, 2}, false);
+        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        save(panel, target);
+        QTRY_COMPARE(app.queue.entries(), std::vector<QString>({first, target}));
+        QCOMPARE(read(target), QByteArray("b\nc\n"));
+    }
+
+    void theCombinedFileIsScrolledTo()
+    {
+        AppFixture app;
+        QStringList paths;
+        for (int i = 0; i < 40; ++i)
+            paths.append(app.file(QStringLiteral("f%1.css").arg(i)));
+        app.drop(paths);
+        app.window.show();
+        app.table->selectRowIndexes({0, 1}, false);
+        save(panelOf(app), app.folder.filePath(QStringLiteral("combined.css")));
+        QTRY_COMPARE(app.table->selectedRowIndexes(), std::vector<int>({38}));
+        QVERIFY(app.table->viewport()->rect().contains(app.table->frameOfCell(38)));
+    }
+
     void ontoAPathThatIsListedAlready()
     {
         AppFixture app;

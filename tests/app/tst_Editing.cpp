@@ -76,6 +76,31 @@ private Q_SLOTS:
         }
     }
 
+    void clearingAnEmptyListClearsWhatARunHasLeft()
+    {
+        AppFixture app;
+        app.settings.setOverride(false, soundCheckerKeyString);
+        app.controller->minify();
+        QTRY_VERIFY(!app.jobs.isRunning());
+        app.dockTile.setBadgeLabel(QStringLiteral("3"));
+        QCOMPARE(app.state(),
+                 QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"3\""));
+        app.controller->clear();
+        QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+    }
+
+    void clearingAloneTakesTheWindowsColourAway()
+    {
+        AppFixture app;
+        fill(app, 1);
+        app.window.setPalette(QPalette(Qt::red));
+        app.controller->selectAll();
+        app.controller->removeRow();
+        QCOMPARE(app.window.palette().color(QPalette::Window), QColor(Qt::red));
+        app.controller->clear();
+        QCOMPARE(app.window.palette().color(QPalette::Window), QPalette().color(QPalette::Window));
+    }
+
     void selectingAll()
     {
         AppFixture app;
@@ -115,15 +140,17 @@ private Q_SLOTS:
     void revealing()
     {
         AppFixture app;
-        fill(app, 3);
+        app.drop({app.file(QStringLiteral("a/a.css")), app.file(QStringLiteral("b/b.css")),
+                  app.file(QStringLiteral("c/c.css"))});
         app.controller->revealInFinder(); // nothing is selected
         QTest::qWait(50);
         QCOMPARE(app.opened, QList<QUrl>());
-        app.table->selectRowIndexes({0}, false);
-        app.table->selectRowIndexes({2}, true); // the one added last
+        for (const int row : {0, 2, 1})
+            app.table->selectRowIndexes({row}, true);
         app.controller->revealInFinder();
+        // The one added last; without a file manager, its folder.
         QTRY_COMPARE(app.opened,
-                     QList<QUrl>({QUrl::fromLocalFile(app.folder.path())})); // no file manager: its folder
+                     QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("b")))}));
     }
 
     void aRightClickRevealsWhatItClicked()

@@ -15,7 +15,7 @@ using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
-/// Writes down what a dock is told of the progress: "0.5", or "gone".
+/// Writes down what a dock is told of the progress, "0.5" or "gone", and of the badge, "3" or "gone".
 class Dock final : public QObject {
     Q_OBJECT
 
@@ -26,14 +26,16 @@ public:
                     SLOT(update(QDBusMessage)));
     }
     QStringList progress;
-    QVariant count;
+    QStringList badges;
 
 private Q_SLOTS:
     void update(const QDBusMessage &message)
     {
         const auto properties = qdbus_cast<QVariantMap>(message.arguments().value(1));
-        if (properties.contains(u"count"_s))
-            count = properties.value(u"count"_s);
+        if (properties.contains(u"count-visible"_s)) {
+            const bool isShown = properties.value(u"count-visible"_s).toBool();
+            badges.append(isShown ? properties.value(u"count"_s).toString() : u"gone"_s);
+        }
         if (properties.value(u"progress-visible"_s).toBool())
             progress.append(QString::number(properties.value(u"progress"_s).toDouble()));
         else if (properties.contains(u"progress-visible"_s))
@@ -311,9 +313,19 @@ private Q_SLOTS:
         filled({"copy", "fail", "copy", "copy"});
         run();
         QCOMPARE(m_dock->progress, QStringList({u"0"_s, u"0.25"_s, u"0.5"_s, u"0.75"_s, u"gone"_s}));
-        QCOMPARE(m_dock->count, QVariant(4LL)); // beside it
+        QCOMPARE(m_dock->badges, QStringList{u"4"_s}); // beside it, and not touched
         run();
         QCOMPARE(m_dock->progress.size(), 10);
+    }
+
+    void eachChangeOfASettingTellsTheBadgeOnce()
+    {
+        AppFixture &app = filled({"copy", "copy", "copy"});
+        for (const bool isOn : {false, true})
+            app.settings.setBool(isOn, badgeCheckerKeyString);
+        app.settings.setObject(u"-small"_s, suffixKeyString);
+        settle();
+        QCOMPARE(m_dock->badges, QStringList({u"3"_s, u"gone"_s, u"3"_s, u"3"_s}));
     }
 
     void onlyWholePercentsAreTold()

@@ -14,6 +14,22 @@
 
 using namespace brevant;
 
+namespace {
+
+/// Notes what the panel asks when it reloads.
+class Source final : public PreviewPanelDataSource {
+public:
+    mutable int asked = 0;
+    [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override
+    {
+        ++asked;
+        return 0;
+    }
+    [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
+};
+
+} // namespace
+
 /// The menu's ways out, the preferences, the preview.
 class tst_Shell final : public QObject {
     Q_OBJECT
@@ -200,23 +216,48 @@ private Q_SLOTS:
         QTableView other;
         other.setModel(&model);
         other.show();
-        // What the panel asks when it reloads is seen through a source of our own.
-        class Source final : public PreviewPanelDataSource {
-        public:
-            mutable int asked = 0;
-            [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override
-            {
-                ++asked;
-                return 0;
-            }
-            [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
-        } source;
+        Source source;
         panel->setDataSource(&source);
         source.asked = 0;
         other.selectRow(1);
         QVERIFY(source.asked > 0);
         panel->setDataSource(app.controller.get());
         app.delegate->togglePreviewPanel();
+    }
+
+    void removingReloadsThePreview()
+    {
+        AppFixture app;
+        fill(app, 2);
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        app.table->deselectAll(); // so that no change of the selection reloads it
+        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        Source source;
+        panel->setDataSource(&source);
+        source.asked = 0;
+        app.controller->removeRow();
+        QVERIFY(source.asked > 0);
+        panel->setDataSource(app.controller.get());
+        app.delegate->togglePreviewPanel();
+    }
+
+    void theWindowMovesByItsBackground()
+    {
+        AppFixture app;
+        fill(app, 2);
+        QWidget *const window = &app.window;
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        const auto drag = [window](const QWidget *by) {
+            const QPoint from = by->mapTo(window, QPoint(4, by->height() / 2));
+            const QPoint before = window->pos();
+            QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, from);
+            QTest::mouseMove(window->windowHandle(), from + QPoint(20, 30));
+            QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, from);
+            return window->pos() - before;
+        };
+        QCOMPARE(drag(app.window.ui().progressTextField), QPoint(20, 30));
+        QCOMPARE(drag(app.window.ui().minifyButton), QPoint());
     }
 };
 

@@ -22,6 +22,8 @@
 
 using namespace brevant;
 
+Q_DECLARE_METATYPE(QLatin1StringView)
+
 namespace {
 
 /// Writes down every call, and can do something of its own when a text is shown.
@@ -190,6 +192,52 @@ private Q_SLOTS:
         run();
         QVERIFY(log().at(2).contains(QStringLiteral("--line-break\t80")));
         QVERIFY(!log().at(3).contains(QStringLiteral("--line-break")));
+    }
+
+    void eachSwitchIsReadForEachFile_data()
+    {
+        QTest::addColumn<QLatin1StringView>("key");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("trace"); // of the switch that is on
+        const auto row = [](QLatin1StringView key, const char *kind, const char *trace) {
+            QTest::newRow(key.data()) << key << QString::fromLatin1(kind) << QString::fromLatin1(trace);
+        };
+        row(lineBreakSwitcherKeyString, "css", "\t--line-break\t500\t");
+        row(nomungeSwitcherKeyString, "js", "\t--nomunge\t");
+        row(preserveSemiSwitcherKeyString, "js", "\t--preserve-semi\t");
+        row(disableOptimizationsSwitcherKeyString, "js", "\t--disable-optimizations\t");
+        row(keepXMLSpaceCheckerKeyString, "html", "\t--preserve-intertag-spaces\t");
+        row(gzipCheckerKeyString, "css", "\tgzip");
+        row(soundCheckerKeyString, "css", "\tsound"); // read at the end of the run
+    }
+
+    void eachSwitchIsReadForEachFile()
+    {
+        QFETCH(QLatin1StringView, key);
+        QFETCH(QString, kind);
+        QFETCH(QString, trace);
+        for (const bool turnedOn : {true, false}) { // between the two files
+            m_settings->setOverride(!turnedOn, key);
+            m_queue.clear();
+            for (const char *name : {"a.", "b."})
+                m_queue.append(source((name + kind.toLatin1()).constData()));
+            m_display->calls.clear();
+            m_display->onText = [this, key, turnedOn](const QString &text) {
+                if (text.startsWith(QStringLiteral("Minified 2")))
+                    m_settings->setOverride(turnedOn, key);
+            };
+            run();
+            QStringList traces = log().last(2);
+            for (int i = 0; i < 2; ++i) {
+                if (QFile::remove(m_folder->filePath(QStringLiteral("%1.min.css.gz").arg(QChar(u'a' + i)))))
+                    traces[i].append(QStringLiteral("\tgzip"));
+            }
+            if (m_display->calls.contains(QStringLiteral("sound")))
+                traces[1].append(QStringLiteral("\tsound"));
+            QCOMPARE(traces.at(1).contains(trace), turnedOn);
+            if (key != soundCheckerKeyString)
+                QCOMPARE(traces.at(0).contains(trace), !turnedOn);
+        }
     }
 
     void whatIsAppendedMeanwhileIsWorkedOn()

@@ -64,6 +64,8 @@ void tst_OutputPath::table_data()
     row("suffix, other folder, upper case", true, false, "/x/y/App.JS", "/out/App.min.js");
     row("suffix, folder is 1", true, one, "/x/y/app.js", "/out/app.min.js");
     row("suffix, folder is a text", true, text, "/x/y/app.js", "/out/app.min.js");
+    row("suffix, other folder, folder as entry", true, false, "/x/theme.css/", "/out/theme.min.css");
+    row("no suffix, other folder, folder as entry", false, false, "/x/theme.css//", "/out/theme.css");
     row("no suffix, same folder", false, true, "/x/a.css", "/x/a.css");
     row("no suffix, same folder, upper case", false, true, "/x/A.CSS", "/x/A.css");
     row("no suffix, other folder", false, false, "/x/y/app.js", "/out/app.js");

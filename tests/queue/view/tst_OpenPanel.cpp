@@ -108,6 +108,7 @@ void tst_OpenPanel::initTestCase()
     }
     QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("site/deep")));
     QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("old")));
+    QVERIFY(QFile::link(QStringLiteral("deep"), at(QStringLiteral("site/link"))));
 }
 
 void tst_OpenPanel::allowedTypes_data()
@@ -208,6 +209,8 @@ void tst_OpenPanel::typedNames_data()
                                   << QStringList{QStringLiteral(".hidden.css")};
     QTest::newRow("a folder below") << QStringLiteral("site/deep")
                                     << QStringList{QStringLiteral("site/deep")};
+    QTest::newRow("a link to a folder")
+        << QStringLiteral("site/link") << QStringList{QStringLiteral("site/link")};
     QTest::newRow("with a blank") << QStringLiteral("two words.css")
                                   << QStringList{QStringLiteral("two words.css")};
     QTest::newRow("two") << QStringLiteral("\"a.css\" \"c.js\"")

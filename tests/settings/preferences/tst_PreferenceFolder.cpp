@@ -206,18 +206,23 @@ void tst_PreferenceFolder::byMouse()
 
 void tst_PreferenceFolder::panel_data()
 {
+    QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("confirm");
-    QTest::newRow("confirmed") << true;
-    QTest::newRow("cancelled") << false;
+    QTest::newRow("confirmed") << "out" << true;
+    QTest::newRow("cancelled") << "out" << false;
+    QTest::newRow("a link, which stays one") << "link" << true;
 }
 
 void tst_PreferenceFolder::panel()
 {
+    QFETCH(QString, name);
     QFETCH(bool, confirm);
     QTemporaryDir folder;
     QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("out")));
-    const QString out = folder.filePath(QStringLiteral("out"));
+    QVERIFY(QFile::link(QStringLiteral("out"), folder.filePath(QStringLiteral("link"))));
+    const QString out = folder.filePath(name);
     PreferenceBench bench;
+    bench.store.setBool(false, sameFolderKeyString); // as it is after an earlier choice
     bench.store.setObject(folder.path(), selectedFolderKeyString);
     PreferenceController controller(bench.store, [](const QString &) { return QIcon(); });
     controller.showWindow();
@@ -234,14 +239,14 @@ void tst_PreferenceFolder::panel()
                dialog->fileMode() == QFileDialog::Directory &&
                dialog->testOption(QFileDialog::ShowDirsOnly) && !dialog->testOption(QFileDialog::ReadOnly) &&
                dialog->parentWidget() == controller.window() && dialog->directory() == QDir(folder.path());
-        auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-        name->setText(out);
-        QTest::keyClick(name, confirm ? Qt::Key_Return : Qt::Key_Escape);
+        auto *edit = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        edit->setText(out);
+        QTest::keyClick(edit, confirm ? Qt::Key_Return : Qt::Key_Escape);
     });
     timer.start(20);
     QVERIFY(pick(controller.window()->findChild<QComboBox *>(QStringLiteral("popupButton")), choose));
     QVERIFY(seen);
-    QCOMPARE(bench.store.isFalse(sameFolderKeyString), confirm);
+    QCOMPARE(bench.store.objectForKey(sameFolderKeyString), QJsonValue(!confirm));
     QCOMPARE(bench.store.stringForKey(selectedFolderKeyString), confirm ? out : folder.path());
 }
 

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void sameAsSourceWarns_data();
     void sameAsSourceWarns();
     void sameAsSourceWarnsEachTime();
+    void addSuffixDoesNotWarn_data();
     void addSuffixDoesNotWarn();
     void phpOnWarns();
     void phpOffDoesNotWarn();
@@ -85,10 +86,18 @@ void tst_PreferenceWarnings::sameAsSourceWarnsEachTime()
     }
 }
 
+void tst_PreferenceWarnings::addSuffixDoesNotWarn_data()
+{
+    QTest::addColumn<QJsonValue>("stored");
+    QTest::newRow("the other row is chosen") << QJsonValue(false);
+    QTest::newRow("it is chosen already, by the layout alone") << QJsonValue(1);
+}
+
 void tst_PreferenceWarnings::addSuffixDoesNotWarn()
 {
+    QFETCH(QJsonValue, stored);
     PreferenceBench bench;
-    bench.store.setBool(false, suffixSwitcherKeyString);
+    bench.store.setObject(stored, suffixSwitcherKeyString);
     QVERIFY(bench.show());
     QTest::mouseClick(bench.control<QRadioButton>("addSuffixButton"), Qt::LeftButton, {}, QPoint(8, 8));
     QVERIFY(bench.store.isTrue(suffixSwitcherKeyString));
