@@ -128,6 +128,25 @@ class Program:
         self.session.run("xdotool", "mousemove", x, y, "click", "--repeat", repeat, "--delay", 60,
                          button)
 
+    def expect_moved_by(self, x, y):
+        """Drags the active window by a place on it: it comes along, and Escape takes it back. That is the window
+        manager's way, with its edges; a program that moves its window itself has none."""
+        window = self.session.run("xdotool", "getactivewindow").decode().strip()
+
+        def position():
+            lines = self.session.run("xdotool", "getwindowgeometry", "--shell", window).decode().split()
+            return tuple(int(line.split("=")[1]) for line in lines[1:3])
+
+        left, top = position()
+        self.session.run("xdotool", "mousemove", x, y, "mousedown", "1")
+        for step in (5, 15, 30, 50, 80):
+            time.sleep(0.05)
+            self.session.run("xdotool", "mousemove", x + step, y + step)
+        wait_for("the window to come along", lambda: position() > (left + 40, top + 40))
+        self.key("Escape")
+        wait_for("the window back in its place", lambda: position() == (left, top))
+        self.session.run("xdotool", "mouseup", "1")
+
     def click_check_box(self, node):
         """Where people click: on the box itself, at the start of the control."""
         x, y, _width, height = wait_for(f"{node!r} on the screen", lambda: node.extents)

@@ -147,7 +147,17 @@ def the_window_keeps_a_smallest_size(case):
         equal(x + button_width <= _x + width and y + button_height <= _y + height, True, name)
 
 
+def the_window_is_moved_by_its_background(case):
+    program = three_rows(case)
+    program.expect_moved_by(*below_the_rows(program))
+    program.choose("File", "Clear")
+    program.expect_names()
+    program.expect_moved_by(*program.table.centre)  # over the picture
+    x, y, width, height = program.window.extents
+    program.expect_moved_by(x + width // 2, y + height - 5)
+
+
 run([a_right_click_adds_the_row, a_right_click_below_the_rows_shows_no_menu,
      space_opens_the_preview_and_closes_it, the_preview_follows_the_arrow_keys,
      a_click_right_after_the_preview_is_the_lists, css_files_are_combined_with_keys, different_kinds_are_not_combined, the_menu_bar_clears,
-     the_window_keeps_a_smallest_size])
+     the_window_keeps_a_smallest_size, the_window_is_moved_by_its_background])

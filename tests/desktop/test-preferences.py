@@ -132,6 +132,13 @@ def a_folder_for_the_outputs_is_chosen(case):
     wait_for("the folder in the list", lambda: box.name == "out put" or str(folder) in box.name)
 
 
+def the_window_is_moved_by_its_background(case):
+    program, window = preferences(case)
+    x, y, _width, _height = window.extents
+    program.expect_moved_by(x + 5, y + 5)
+    program.expect_active("Preferences")
+
+
 run([check_boxes_are_stored_at_once, the_line_break_column_is_typed, the_same_name_as_the_source_is_warned_of,
      php_is_warned_of, a_typed_suffix_names_the_next_output, an_encoding_is_chosen_from_the_list,
-     a_folder_for_the_outputs_is_chosen])
+     a_folder_for_the_outputs_is_chosen, the_window_is_moved_by_its_background])
