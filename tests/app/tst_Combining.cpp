@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace brevant;
 
@@ -218,12 +219,14 @@ private Q_SLOTS:
         app.controller->selectAll();
         SavePanel *const panel = panelOf(app);
         bool asked = false;
-        QTimer::singleShot(200, panel, [&] {
+        QTimer looking; // the question is a loop of its own
+        connect(&looking, &QTimer::timeout, panel, [&] {
             if (auto *const box = panel->findChild<QMessageBox *>()) {
                 asked = true;
                 box->button(QMessageBox::No)->click();
             }
         });
+        looking.start(0);
         save(panel, app.folder.filePath(QStringLiteral("there"))); // the question is about there.css
         QVERIFY(asked);
         QCOMPARE(app.queue.count(), 2);

@@ -42,9 +42,9 @@ int combineForEver(const QStringList &arguments)
     const std::vector<QString> second{arguments[2], arguments[2], arguments[1]};
     // Begins with the one that is not there.
     bool isFirst = QFileInfo(arguments[0]).size() == 2 * QFileInfo(arguments[1]).size() + 2;
-    std::puts("ready");
-    std::fflush(stdout);
     for (;; isFirst = !isFirst) {
+        std::puts("begins");
+        std::fflush(stdout);
         if (combine(isFirst ? second : first, arguments[0], TextEncoding::Utf8).outcome != Outcome::Written)
             return 1;
     }
@@ -424,8 +424,13 @@ void tst_CombineFiles::killedAtAnyMoment()
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(),
                     {QStringLiteral("--combine-for-ever"), target, first, second});
-        QVERIFY(child.waitForReadyRead(30000));
-        ::usleep(random.bounded(25000U));
+        // Amid the first, the second or the third: however long they take, something is there to see.
+        for (int begun = random.bounded(3); begun >= 0; --begun) {
+            while (!child.canReadLine())
+                QVERIFY(child.waitForReadyRead(30000));
+            child.readLine();
+        }
+        ::usleep(random.bounded(5000U));
         QCOMPARE(child.state(), QProcess::Running);
         child.kill();
         QVERIFY(child.waitForFinished(30000));
