@@ -180,7 +180,7 @@ class DragSource:
         fcntl.fcntl(self.process.stdout, fcntl.F_SETFL, os.O_NONBLOCK)
         window = wait_for("the drag source", self._window)
         session.run("xdotool", "windowraise", window)
-        self.outcomes = b""
+        self.said = b""
 
     def _window(self):
         try:
@@ -203,16 +203,27 @@ class DragSource:
             self._move(int(160 + (x - 160) * part), int(110 + (y - 110) * part))
         time.sleep(0.15)
 
+    def expect_taken(self, x, y):
+        """Waits there for a target that would take it. No hand is quite still."""
+        def taken():
+            for place in (x + 1, x):
+                self._move(place, y)
+            return self._lines()[-1:] == ["over copy"]
+        wait_for("a target for the drag", taken)
+
     def drop(self):
         """Lets go, and returns what the source was told."""
         self.session.run("xdotool", "mouseup", "1")
 
-        def told():
-            self.outcomes += self.process.stdout.read() or b""
-            return b"\n" in self.outcomes
-        wait_for("the end of the drag", told)
-        outcome, _line, self.outcomes = self.outcomes.partition(b"\n")
-        return outcome.decode()
+        def outcomes():
+            return [line for line in self._lines() if not line.startswith("over ")]
+        (outcome,) = wait_for("the end of the drag", outcomes)
+        self.said = b""
+        return outcome
+
+    def _lines(self):
+        self.said += self.process.stdout.read() or b""
+        return self.said.decode().splitlines() if self.said.endswith(b"\n") else []
 
     def _move(self, x, y):
         self.session.run("xdotool", "mousemove", x, y)

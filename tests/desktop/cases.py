@@ -33,11 +33,12 @@ class Case:
         return self.keep(DragSource(self.session, self._drag_source, *arguments))
 
     def drop(self, x, y, *arguments):
-        """A whole drag of files from another program; returns what became of it. The other program must live
-        on: what was dropped is fetched from it later."""
+        """A whole drag of files from another program that are taken; returns what became of it. The other
+        program must live on: what was dropped is fetched from it later."""
         source = self.drag_source(*arguments)
         source.pick_up()
         source.drag_to(x, y)
+        source.expect_taken(x, y)
         return source.drop()
 
     def file(self, name, text="a { color: red; }\n"):

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A window to drag files out of, as a file manager's: drag-source PATH…, or drag-source --text TEXT.
-// Prints what became of each drag: "copy", "none", or the number of another action.
+// Prints what became of each drag: "copy", "none", or the number of another action. Before that, each time
+// it changes, what would become of it there: "over copy" and so on.
 
 #include <QApplication>
 #include <QDrag>
@@ -38,7 +39,14 @@ protected:
         QPixmap nothing(1, 1); // which would hide what is below it
         nothing.fill(Qt::transparent);
         drag->setPixmap(nothing);
-        const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
+        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) { say("over ", action); });
+        say("", drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction));
+    }
+
+private:
+    static void say(const char *when, Qt::DropAction action)
+    {
+        std::fputs(when, stdout);
         if (action == Qt::CopyAction)
             std::puts("copy");
         else if (action == Qt::IgnoreAction)
@@ -48,7 +56,6 @@ protected:
         std::fflush(stdout);
     }
 
-private:
     [[nodiscard]] QMimeData *data() const
     {
         auto *const data = new QMimeData; // goes to the drag

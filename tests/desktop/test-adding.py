@@ -16,6 +16,12 @@ def picture(case, table):
     return case.session.pixels(x + 40, y + 40, width - 80, height - 80)
 
 
+def quiet_picture(case, table):
+    """As it is once it is there at all."""
+    wait_for("the picture to be painted", lambda: len(set(picture(case, table))) > 8)
+    return picture(case, table)
+
+
 def files_are_dropped(case):
     css, js = case.file("a one.css"), case.file("b.js", "var b = 1;\n")
     program = case.start()
@@ -39,7 +45,7 @@ def a_folder_is_dropped(case):
 
 def text_is_refused(case):
     program = case.start()
-    before = picture(case, program.table)
+    before = quiet_picture(case, program.table)
     source = case.drag_source("--text", "/etc/a.css")
     source.pick_up()
     source.drag_to(*corner_of(program.table))
@@ -53,7 +59,7 @@ def the_picture_follows_the_drag(case):
     notes = case.file("notes.txt")
     program = case.start()
     table = program.table
-    before = picture(case, table)
+    before = quiet_picture(case, table)
     source = case.drag_source(notes)
     source.pick_up()
     source.drag_to(*corner_of(table))
@@ -63,6 +69,7 @@ def the_picture_follows_the_drag(case):
     wait_for("the quiet picture after leaving", lambda: picture(case, table) == before)
     source.drag_to(*corner_of(table))
     wait_for("the lit picture again", lambda: picture(case, table) == lit)
+    source.expect_taken(*corner_of(table))
     equal(source.drop(), "copy")  # taken, although there is nothing to list in it
     wait_for("the quiet picture after the drop", lambda: picture(case, table) == before)
     equal(program.names(), [])
