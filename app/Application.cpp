@@ -7,6 +7,7 @@
 #include "app/ServiceRequests.h"
 #include "app/StartUp.h"
 #include "engine/InterruptedRuns.h"
+#include "settings/PrintableText.h"
 #include "settings/SettingsKeys.h"
 
 #include <QTimer>
@@ -78,7 +79,7 @@ void Application::start(const Launch &launch)
 void Application::putBackOriginals() const
 {
     for (const QString &sentence : putBackAfterInterruption(m_services.tools.originals))
-        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(sentence));
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(sentence)));
 }
 
 void Application::finishStart()

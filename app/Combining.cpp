@@ -5,6 +5,7 @@
 #include "app/SavePanel.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVTableView.h"
+#include "settings/PrintableText.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "settings/preferences/WarningSheet.h"
@@ -66,7 +67,7 @@ void Combining::finish(const std::vector<QString> &sources, const QString &targe
     if (--m_running == 0)
         m_outlets.spinner->hide();
     if (!result.errorText.isEmpty())
-        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(result.errorText));
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(result.errorText)));
     if (result.outcome == CombineResult::Outcome::Aborted)
         return;
     // By name: rows may have moved while the text was being joined.

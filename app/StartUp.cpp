@@ -3,6 +3,7 @@
 #include "app/StartUp.h"
 
 #include "queue/PathString.h"
+#include "settings/PrintableText.h"
 
 #include <QApplication>
 #include <QCommandLineOption>
@@ -83,7 +84,8 @@ Launch launchOnCommandLine()
         QStringLiteral("Files and folders to list, in the window that is open if there is one."),
         QStringLiteral("[PATH...]"));
     if (!parser.parse(QCoreApplication::arguments())) {
-        std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n", qUtf8Printable(parser.errorText()));
+        std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n",
+                     qUtf8Printable(printable(parser.errorText())));
         std::exit(2);
     }
     if (parser.isSet(QStringLiteral("help")))

@@ -8,6 +8,7 @@
 #include "engine/EntryResult.h"
 #include "queue/PathString.h"
 #include "queue/view/BVTableView.h"
+#include "settings/PrintableText.h"
 
 #include <cstdio>
 #include <utility>
@@ -66,8 +67,8 @@ void WindowJobDisplay::entryEnded(const EntryResult &result)
     using enum EntryResult::Outcome;
     ++m_done;
     if (!result.kept.isEmpty())
-        std::fprintf(stderr, "brevant: %s: %s\n", qUtf8Printable(result.source),
-                     qUtf8Printable(result.reason()));
+        std::fprintf(stderr, "brevant: %s: %s\n", qUtf8Printable(printable(result.source)),
+                     qUtf8Printable(printable(result.reason())));
     if (result.outcome != Done && result.outcome != NoGzipCopy)
         return;
     ++m_outcome.minified;

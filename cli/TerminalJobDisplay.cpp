@@ -49,7 +49,7 @@ TerminalJobDisplay::Style TerminalJobDisplay::styleOfStandardOutput()
 
 void TerminalJobDisplay::setStatusText(const QString &text)
 {
-    m_statusText = text;
+    m_statusText = TerminalText::printable(text);
     m_fileName.clear();
 }
 

@@ -28,7 +28,7 @@ namespace {
 
 void printError(const QString &text)
 {
-    TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(text));
+    TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(TerminalText::printable(text)));
 }
 
 /// Why that settings file cannot be used; empty if it can.
@@ -36,14 +36,13 @@ QString settingsFileError(const QString &fileName)
 {
     QFile file(fileName);
     if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
-        return QStringLiteral("the settings file %1 cannot be read").arg(TerminalText::printable(fileName));
+        return QStringLiteral("the settings file %1 cannot be read").arg(fileName);
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (document.isObject())
         return {};
     return QStringLiteral("the settings file %1 holds no JSON object (%2)")
-        .arg(TerminalText::printable(fileName),
-             document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
+        .arg(fileName, document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
 }
 
 /// What is wrong with the files that the command line names; empty if nothing is.
@@ -56,7 +55,7 @@ QString inputError(const CommandLine &line)
     for (const QString &path : line.paths) {
         const QFileInfo file(path);
         if (!file.exists() && !file.isSymLink())
-            return QStringLiteral("%1 does not exist").arg(TerminalText::printable(path));
+            return QStringLiteral("%1 does not exist").arg(path);
     }
     return {};
 }
@@ -113,8 +112,7 @@ bool writeReport(const CommandLine &line, const RunReport &report)
         return true;
     const QString error = DurableFile::replace(line.reportFile, report.toJson());
     if (!error.isEmpty())
-        printError(QStringLiteral("the report %1 cannot be written: %2")
-                       .arg(TerminalText::printable(line.reportFile), error));
+        printError(QStringLiteral("the report %1 cannot be written: %2").arg(line.reportFile, error));
     return error.isEmpty();
 }
 
@@ -170,7 +168,7 @@ int runTerminal(const CommandLine &line, const Tools &tools)
         return static_cast<int>(ExitStatus::AllDone);
     }
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
-        printError(TerminalText::printable(sentence));
+        printError(sentence);
     if (QString error = inputError(line); !error.isEmpty()) {
         printError(error);
         return static_cast<int>(ExitStatus::WrongUsage);

@@ -19,26 +19,29 @@ bool isSafeInShell(QChar character)
            (code >= u'0' && code <= u'9') || QStringView(u"_@%+=:,./-").contains(character);
 }
 
-} // namespace
-
-QString printable(const QString &text)
+/// In the shell's $'…', its signs that are not printable as the bytes of their UTF-8.
+QString quotedWithEscapes(const QString &argument)
 {
-    QString visible;
-    for (const QChar character : text) {
-        if (character == u'\n')
-            visible += QLatin1StringView("\\n");
-        else if (character == u'\t')
-            visible += QLatin1StringView("\\t");
-        else if (character.category() == QChar::Other_Control)
-            visible += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-        else
-            visible += character;
+    QString quoted;
+    for (const QChar character : argument) {
+        if (character == u'\'' || character == u'\\')
+            quoted += u'\\';
+        if (isPrintable(character)) {
+            quoted += character;
+            continue;
+        }
+        for (const char byte : QString(character).toUtf8())
+            quoted += QStringLiteral("\\%1").arg(static_cast<unsigned char>(byte), 3, 8, QLatin1Char('0'));
     }
-    return visible;
+    return QStringLiteral("$'%1'").arg(quoted);
 }
+
+} // namespace
 
 QString shellQuoted(const QString &argument)
 {
+    if (!std::ranges::all_of(argument, isPrintable))
+        return quotedWithEscapes(argument);
     if (!argument.isEmpty() && std::ranges::all_of(argument, isSafeInShell))
         return argument;
     QString quoted = argument;

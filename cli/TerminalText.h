@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "settings/PrintableText.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -10,11 +12,10 @@
 /// How texts look on a terminal.
 namespace brevant::TerminalText {
 
-/// `text` with every control character made visible (a newline as "\n"), so that no file name can move the
-/// cursor or begin a line.
-[[nodiscard]] QString printable(const QString &text);
+using brevant::printable;
 
-/// `argument` as a POSIX shell reads it back: as it is where that is safe, else in single quotes.
+/// `argument` as a shell reads it back: as it is where that is safe, else in single quotes; what is not
+/// printable in $'…', which bash, zsh and ksh know.
 [[nodiscard]] QString shellQuoted(const QString &argument);
 
 /// A whole command line for a shell.

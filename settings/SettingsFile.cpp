@@ -4,6 +4,7 @@
 
 #include "settings/Descriptor.h"
 #include "settings/DurableFile.h"
+#include "settings/PrintableText.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -36,7 +37,7 @@ std::int64_t nanoseconds(const timespec &time)
 
 void report(const QString &line)
 {
-    std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(line));
+    std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(line)));
 }
 
 /// Makes the folder, and those above it, where they are missing: for their owner alone, as the XDG Base

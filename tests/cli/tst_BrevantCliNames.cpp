@@ -28,6 +28,8 @@ private Q_SLOTS:
     void folderThroughALink();
     void awkwardNames();
     void awkwardNamesWithGzip();
+    void nothingOfANameReachesTheTerminal_data();
+    void nothingOfANameReachesTheTerminal();
     void leadingDash();
     void plainEnvironment();
     void plainEnvironmentAndUmlauts();
@@ -131,6 +133,32 @@ void tst_BrevantCliNames::awkwardNamesWithGzip()
     QCOMPARE(sandbox.run({u"--set"_s, u"gzipCheckerKeyString=true"_s, u"."_s}).status, 0);
     QCOMPARE(decompressed(sandbox.path(u"a b's\n$x.min.css.gz"_s)), cssMinified);
     QCOMPARE(tree(sandbox.path()).size(), 3);
+}
+
+void tst_BrevantCliNames::nothingOfANameReachesTheTerminal_data()
+{
+    QTest::addColumn<QStringList>("arguments"); // "@" is the name
+
+    QTest::newRow("run") << QStringList{u"@.css"_s};
+    QTest::newRow("list") << QStringList{u"--list"_s, u"@.css"_s};
+    QTest::newRow("dry run") << QStringList{u"--dry-run"_s, u"@.css"_s};
+    QTest::newRow("missing") << QStringList{u"@"_s};
+    QTest::newRow("option") << QStringList{u"--@"_s, u"@.css"_s};
+    QTest::newRow("setting") << QStringList{u"--set"_s, u"@=1"_s, u"@.css"_s};
+    QTest::newRow("settings file") << QStringList{u"--settings"_s, u"@"_s, u"@.css"_s};
+    QTest::newRow("report") << QStringList{u"--report"_s, u"@/@"_s, u"@.css"_s};
+}
+
+void tst_BrevantCliNames::nothingOfANameReachesTheTerminal()
+{
+    QFETCH(QStringList, arguments);
+    const Sandbox sandbox;
+    const QString name = u"a\x1b[31m\u202eb"_s;
+    sandbox.add(name + u".css"_s, css);
+    const Ended ended = sandbox.run(arguments.replaceInStrings(u"@"_s, name));
+    const QByteArray text = ended.out + ended.err;
+    QVERIFY2(text.contains("[31m"), text);
+    QVERIFY2(!text.contains('\x1b') && !text.contains("\u202e"), text);
 }
 
 void tst_BrevantCliNames::leadingDash()

@@ -52,6 +52,11 @@ void tst_TerminalText::printable_data()
     QTest::newRow("escape") << u"\x1b[2J"_s << u"\\x1b[2J"_s;
     QTest::newRow("bell and delete") << u"\a\x7f"_s << u"\\x07\\x7f"_s;
     QTest::newRow("one byte sequence introducer") << u"\u009b2J"_s << u"\\x9b2J"_s;
+    QTest::newRow("marks of direction") << u"\u061c\u200e\u200f\u202a\u202e\u2066\u2069"_s
+                                        << u"\\u061c\\u200e\\u200f\\u202a\\u202e\\u2066\\u2069"_s;
+    QTest::newRow("ends of lines") << u"\u0085\u2028\u2029"_s << u"\\x85\\u2028\\u2029"_s;
+    QTest::newRow("joiners") << u"\u200d\u200c\u00ad"_s << u"\u200d\u200c\u00ad"_s;
+    QTest::newRow("from right to left") << u"שלום"_s << u"שלום"_s;
     QTest::newRow("empty") << QString() << QString();
 }
 
@@ -73,6 +78,9 @@ void tst_TerminalText::shellQuoted_data()
     QTest::newRow("quote") << u"it's"_s << u"'it'\\''s'"_s;
     QTest::newRow("home") << u"~"_s << u"'~'"_s;
     QTest::newRow("letter beyond ASCII") << u"ä"_s << u"'ä'"_s;
+    QTest::newRow("newline") << u"a\nb"_s << u"$'a\\012b'"_s;
+    QTest::newRow("escape and quotes") << u"\x1b[31m'\\"_s << u"$'\\033[31m\\'\\\\'"_s;
+    QTest::newRow("mark of direction, digits") << u"\u202e1ä"_s << u"$'\\342\\200\\2561ä'"_s;
 }
 
 void tst_TerminalText::shellQuoted()
@@ -83,18 +91,48 @@ void tst_TerminalText::shellQuoted()
 
 void tst_TerminalText::aShellReadsItBack()
 {
-    QStringList arguments{
-        u""_s,      u" "_s,    u"a b"_s,   u"'"_s,      u"''"_s,      u"\""_s,  u"\\"_s,
-        u"$HOME"_s, u"`id`"_s, u"$(id)"_s, u"*"_s,      u"?[a-z]"_s,  u"~"_s,   u"~root"_s,
-        u"#"_s,     u"a#b"_s,  u"a\nb"_s,  u"\n"_s,     u"a\tb"_s,    u"!!"_s,  u"{a,b}"_s,
-        u"a;b"_s,   u"a&b"_s,  u"a|b"_s,   u"<a>"_s,    u"(a)"_s,     u"a=b"_s, u"-n"_s,
-        u"--"_s,    u"%s%%"_s, u"\\n"_s,   u"ä日本😀"_s, u"\x1b[2J"_s, u"\r"_s,  u"it's \"$1\"\n"_s};
+    QStringList arguments{u""_s,
+                          u" "_s,
+                          u"a b"_s,
+                          u"'"_s,
+                          u"''"_s,
+                          u"\""_s,
+                          u"\\"_s,
+                          u"$HOME"_s,
+                          u"`id`"_s,
+                          u"$(id)"_s,
+                          u"*"_s,
+                          u"?[a-z]"_s,
+                          u"~"_s,
+                          u"~root"_s,
+                          u"#"_s,
+                          u"a#b"_s,
+                          u"a\nb"_s,
+                          u"\n"_s,
+                          u"a\tb"_s,
+                          u"!!"_s,
+                          u"{a,b}"_s,
+                          u"a;b"_s,
+                          u"a&b"_s,
+                          u"a|b"_s,
+                          u"<a>"_s,
+                          u"(a)"_s,
+                          u"a=b"_s,
+                          u"-n"_s,
+                          u"--"_s,
+                          u"%s%%"_s,
+                          u"\\n"_s,
+                          u"ä日本😀"_s,
+                          u"\x1b[2J"_s,
+                          u"\r"_s,
+                          u"\u202e\u2028'\\1"_s,
+                          u"it's \"$1\"\n"_s};
     for (ushort code = 1; code < 128; ++code)
         arguments << QString(QChar(code)) << u"a"_s + QChar(code) + u"'"_s;
     const QString script = TerminalText::commandLine(u"printf"_s, QStringList{u"%s\\0"_s} + arguments);
 
     QProcess shell;
-    shell.start(u"/bin/sh"_s, {u"-c"_s, script});
+    shell.start(u"/bin/bash"_s, {u"-c"_s, script});
     QVERIFY(shell.waitForFinished());
     QCOMPARE(shell.readAllStandardError(), QByteArray());
     QStringList read;
