@@ -9,7 +9,6 @@
 #include <QCommandLineParser>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 namespace brevant {
@@ -28,18 +27,6 @@ const QString quietOption = QStringLiteral("quiet");
 const QString versionOption = QStringLiteral("version");
 const QString helpOption = QStringLiteral("help");
 
-/// The value of a boolean setting: a number stays one, which only the flag test takes for a truth value.
-std::optional<QJsonValue> booleanValue(const QString &text)
-{
-    if (text == QLatin1StringView("true"))
-        return true;
-    if (text == QLatin1StringView("false"))
-        return false;
-    bool isNumber = false;
-    const double number = text.toDouble(&isNumber);
-    return isNumber && std::isfinite(number) ? std::optional<QJsonValue>(number) : std::nullopt;
-}
-
 std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(const QString &assignment)
 {
     const qsizetype sign = assignment.indexOf(u'=');
@@ -51,11 +38,10 @@ std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(
     if (setting == nullptr)
         return UsageError{QStringLiteral("--set: there is no setting \"%1\"").arg(key)};
     if (setting->type == SettingType::Boolean) {
-        const std::optional<QJsonValue> state = booleanValue(value);
-        if (!state)
-            return UsageError{
-                QStringLiteral("--set: %1 takes true, false or a number, not \"%2\"").arg(key, value)};
-        return std::pair(setting->key, *state);
+        const bool isTrue = value == QLatin1StringView("true");
+        if (!isTrue && value != QLatin1StringView("false"))
+            return UsageError{QStringLiteral("--set: %1 takes true or false, not \"%2\"").arg(key, value)};
+        return std::pair(setting->key, QJsonValue(isTrue));
     }
     if (setting->key == selectedEncodingKeyString && !isEncodingName(value)) {
         QStringList names;

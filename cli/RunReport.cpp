@@ -45,9 +45,10 @@ QJsonObject toObject(const EntryResult &result)
 
 } // namespace
 
-void RunReport::finish(MinifyJob::End end, const std::vector<QString> &entries)
+void RunReport::finish(MinifyJob::End end, const std::vector<QString> &entries, const QString &reason)
 {
     m_end = end;
+    m_reason = reason;
     // The results are in the queue's order, and no entry is there twice.
     auto next = m_results.begin();
     for (const QString &entry : entries) {
@@ -112,13 +113,15 @@ QByteArray RunReport::toJson() const
     for (const QString &entry : m_notRun)
         files.append(QJsonObject{{QStringLiteral("source"), entry},
                                  {QStringLiteral("outcome"), QStringLiteral("not run")}});
-    const QJsonObject report{
+    QJsonObject report{
         {QStringLiteral("brevant"), QStringLiteral(BREVANT_VERSION)},
         {QStringLiteral("done"), doneCount()},
         {QStringLiteral("failed"), static_cast<qint64>(m_results.size()) - doneCount()},
         {QStringLiteral("notRun"), static_cast<qint64>(m_notRun.size())},
         {QStringLiteral("files"), files},
     };
+    if (!m_reason.isEmpty())
+        report.insert(QStringLiteral("reason"), m_reason);
     return QJsonDocument(report).toJson();
 }
 

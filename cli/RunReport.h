@@ -17,8 +17,9 @@ class RunReport final {
 public:
     void add(const EntryResult &result) { m_results.push_back(result); }
 
-    /// How the run ended, and the queue it went through; what it did not come to is reported too.
-    void finish(MinifyJob::End end, const std::vector<QString> &entries);
+    /// How the run ended, and the queue it went through; what it did not come to is reported too. `reason`:
+    /// why nothing could be run, if so.
+    void finish(MinifyJob::End end, const std::vector<QString> &entries, const QString &reason = QString());
 
     [[nodiscard]] int doneCount() const;
     [[nodiscard]] bool isAllDone() const;
@@ -35,6 +36,7 @@ public:
 private:
     std::vector<EntryResult> m_results;
     std::vector<QString> m_notRun;
+    QString m_reason; ///< why nothing could be run
     MinifyJob::End m_end = MinifyJob::End::Completed;
 };
 

@@ -100,7 +100,8 @@ void TerminalJobDisplay::drawLiveLine()
 QString TerminalJobDisplay::takeLiveLine()
 {
     // Where a stop was asked for, its words stand right above the cursor, and stay.
-    return std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No ? eraseLineAbove : QString();
+    return std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No ? eraseLineAbove
+                                                                                         : QString();
 }
 
 QString TerminalJobDisplay::progress() const

@@ -18,9 +18,13 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cerrno>
 
 namespace brevant {
 
@@ -31,6 +35,19 @@ void printError(const QString &text)
     TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(TerminalText::printable(text)));
 }
 
+/// Says which keys of a settings file are no settings.
+void nameUnknownKeys(const QString &fileName, const QJsonObject &values)
+{
+    QStringList unknown;
+    for (const QString &key : values.keys()) {
+        if (findSettingKey(key) == nullptr)
+            unknown.append(key);
+    }
+    if (!unknown.isEmpty())
+        printError(QStringLiteral("the settings file %1 holds what is no setting: %2")
+                       .arg(fileName, unknown.join(QLatin1StringView(", "))));
+}
+
 /// Why that settings file cannot be used; empty if it can.
 QString settingsFileError(const QString &fileName)
 {
@@ -39,15 +56,24 @@ QString settingsFileError(const QString &fileName)
         return QStringLiteral("the settings file %1 cannot be read").arg(fileName);
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (document.isObject())
+    if (document.isObject()) {
+        nameUnknownKeys(fileName, document.object());
         return {};
+    }
     return QStringLiteral("the settings file %1 holds no JSON object (%2)")
         .arg(fileName, document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
 }
 
-/// What is wrong with the files that the command line names; empty if nothing is.
+QString reportError(const CommandLine &line, const QString &reason)
+{
+    return QStringLiteral("the report %1 cannot be written: %2").arg(line.reportFile, reason);
+}
+
+/// What is wrong with the places that the command line names; empty if nothing is.
 QString inputError(const CommandLine &line)
 {
+    if (QDir::currentPath().isEmpty())
+        return QStringLiteral("the working folder is gone");
     if (!line.settingsFile.isEmpty()) {
         if (QString error = settingsFileError(line.settingsFile); !error.isEmpty())
             return error;
@@ -57,7 +83,21 @@ QString inputError(const CommandLine &line)
         if (!file.exists() && !file.isSymLink())
             return QStringLiteral("%1 does not exist").arg(path);
     }
+    if (!line.reportFile.isEmpty()) {
+        if (DurableFile trial(line.reportFile); !trial.write({}))
+            return reportError(line, trial.errorText());
+    }
     return {};
+}
+
+/// What in the settings would lead the outputs astray; empty if nothing does.
+QString settingsError(const SettingsStore &settings)
+{
+    if (settings.isTrue(sameFolderKeyString) ||
+        !settings.stringForKey(selectedFolderKeyString).value_or(QString()).isEmpty())
+        return {};
+    return QStringLiteral("%1 is not true, and %2 names no folder for the outputs")
+        .arg(sameFolderKeyString, selectedFolderKeyString);
 }
 
 QString whyNothingIsListed(const SettingsStore &settings)
@@ -77,32 +117,52 @@ QString whyNothingIsListed(const SettingsStore &settings)
     return text + QStringLiteral(".\n");
 }
 
-void printList(const FileQueue &queue, const SettingsStore &settings)
+/// False, with errno set, on failure; so with the next one.
+bool printList(const FileQueue &queue, const SettingsStore &settings)
 {
     OutputPath outputPath(settings);
     for (const QString &entry : queue.entries()) {
         const std::optional<QString> output = outputPath.next(entry);
-        TerminalText::print(stdout, QStringLiteral("%1\t%2\n")
-                                        .arg(TerminalText::printable(entry),
-                                             TerminalText::printable(output.value_or(QString()))));
+        const QString line =
+            QStringLiteral("%1\t%2\n")
+                .arg(TerminalText::printable(entry), TerminalText::printable(output.value_or(QString())));
+        if (!TerminalText::print(stdout, line))
+            return false;
     }
+    return true;
 }
 
 /// The commands of a run as a script: they are run in the tools folder, one after the other.
-void printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
+bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
 {
-    TerminalText::print(stdout, TerminalText::commandLine(QStringLiteral("cd"), {tools.folder}) + u'\n');
+    const auto print = [](const QString &program, const QStringList &arguments) {
+        return TerminalText::print(stdout, TerminalText::commandLine(program, arguments) + u'\n');
+    };
+    if (!print(QStringLiteral("cd"), {tools.folder}))
+        return false;
     OutputPath outputPath(settings);
     const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
     for (const QString &entry : queue.entries()) {
         const std::optional<QString> output = outputPath.next(entry);
         const QStringList arguments = compressorArguments(entry, output, options);
-        TerminalText::print(stdout, TerminalText::commandLine(tools.java, arguments) + u'\n');
+        if (!print(tools.java, arguments))
+            return false;
         if (!settings.boolForKey(gzipCheckerKeyString))
             continue;
-        for (const GzipStep &step : gzipSteps(output))
-            TerminalText::print(stdout, TerminalText::commandLine(step.program, step.arguments) + u'\n');
+        for (const GzipStep &step : gzipSteps(output)) {
+            if (!print(step.program, step.arguments))
+                return false;
+        }
     }
+    return true;
+}
+
+/// The exit status of what only prints.
+int statusOfPrinting(bool printed)
+{
+    if (!printed)
+        printError(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(errno)));
+    return static_cast<int>(printed ? ExitStatus::AllDone : ExitStatus::SomeFailed);
 }
 
 /// Writes the report that was asked for; false, and said why, if that fails.
@@ -112,7 +172,7 @@ bool writeReport(const CommandLine &line, const RunReport &report)
         return true;
     const QString error = DurableFile::replace(line.reportFile, report.toJson());
     if (!error.isEmpty())
-        printError(QStringLiteral("the report %1 cannot be written: %2").arg(line.reportFile, error));
+        printError(reportError(line, error));
     return error.isEmpty();
 }
 
@@ -120,6 +180,9 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
 {
     if (const QString missing = tools.missing(); !missing.isEmpty()) {
         printError(missing);
+        RunReport report;
+        report.finish(MinifyJob::End::JavaNotStarted, queue.entries(), missing);
+        static_cast<void>(writeReport(line, report));
         return static_cast<int>(ExitStatus::NoTools);
     }
     StopSignals::catchAll(line.jobs > 1);
@@ -131,7 +194,8 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     const MinifyJob::End end = line.jobs == 1
                                    ? MinifyJob(queue, settings, tools, display).run(stop)
                                    : ParallelRun(queue, settings, tools, display).run(line.jobs, stop);
-    report.finish(end, queue.entries());
+    report.finish(end, queue.entries(),
+                  end == MinifyJob::End::JavaNotStarted ? display.statusText() : QString());
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());
     else if (end == MinifyJob::End::JavaNotStarted)
@@ -163,10 +227,10 @@ int reportUsageError(const UsageError &error)
 
 int runTerminal(const CommandLine &line, const Tools &tools)
 {
-    if (line.action == CommandLine::Action::Help || line.action == CommandLine::Action::Version) {
-        TerminalText::print(stdout, line.action == CommandLine::Action::Help ? helpText() : versionText());
-        return static_cast<int>(ExitStatus::AllDone);
-    }
+    if (line.action == CommandLine::Action::Help)
+        return statusOfPrinting(TerminalText::print(stdout, helpText()));
+    if (line.action == CommandLine::Action::Version)
+        return statusOfPrinting(TerminalText::print(stdout, versionText()));
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
     if (QString error = inputError(line); !error.isEmpty()) {
@@ -179,6 +243,10 @@ int runTerminal(const CommandLine &line, const Tools &tools)
     settings.registerDefaults(registeredDefaults());
     for (const auto &[key, value] : line.settings)
         overrideSetting(settings, key, value);
+    if (QString error = settingsError(settings); !error.isEmpty()) {
+        printError(error);
+        return static_cast<int>(ExitStatus::WrongUsage);
+    }
 
     FileQueue queue;
     for (const QString &path : line.paths)
@@ -189,12 +257,10 @@ int runTerminal(const CommandLine &line, const Tools &tools)
         return static_cast<int>(reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
     }
     if (line.action == CommandLine::Action::List)
-        printList(queue, settings);
-    else if (line.action == CommandLine::Action::DryRun)
-        printCommands(queue, settings, tools);
-    else
-        return minify(line, tools, queue, settings);
-    return static_cast<int>(ExitStatus::AllDone);
+        return statusOfPrinting(printList(queue, settings));
+    if (line.action == CommandLine::Action::DryRun)
+        return statusOfPrinting(printCommands(queue, settings, tools));
+    return minify(line, tools, queue, settings);
 }
 
 } // namespace brevant

@@ -100,11 +100,11 @@ QString fitted(const QString &text, int columns)
     return kept;
 }
 
-void print(std::FILE *stream, const QString &text)
+bool print(std::FILE *stream, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }
 
 } // namespace brevant::TerminalText

@@ -33,7 +33,8 @@ using brevant::printable;
 /// `text` cut at its end to at most `columns` columns of a terminal.
 [[nodiscard]] QString fitted(const QString &text, int columns);
 
-/// Writes `text` at once, so that what child processes print comes after it.
-void print(std::FILE *stream, const QString &text);
+/// Writes `text` at once, so that what child processes print comes after it; false, with errno set, if that
+/// fails.
+bool print(std::FILE *stream, const QString &text);
 
 } // namespace brevant::TerminalText

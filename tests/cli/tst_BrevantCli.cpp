@@ -43,6 +43,12 @@ private Q_SLOTS:
     void dryRunOfAnUndecidedSwitch();
     void report();
     void reportThatCannotBeWritten();
+    void fullOutput_data();
+    void fullOutput();
+    void noFolderForTheOutputs_data();
+    void noFolderForTheOutputs();
+    void theWorkingFolderIsGone();
+    void unknownKeysAreNamedOnce();
     void gzipTwice();
     void aReaderThatGoesAway();
 };
@@ -75,9 +81,8 @@ void tst_BrevantCli::wrongUses_data()
                                     << QByteArray("Unknown option 'bogus'.");
     QTest::newRow("unknown key") << QStringList{u"--set"_s, u"x=1"_s, u"a.css"_s}
                                  << QByteArray("--set: there is no setting \"x\"");
-    QTest::newRow("bad value")
-        << QStringList{u"--set"_s, u"gzipCheckerKeyString=ja"_s, u"a.css"_s}
-        << QByteArray("--set: gzipCheckerKeyString takes true, false or a number, not \"ja\"");
+    QTest::newRow("bad value") << QStringList{u"--set"_s, u"gzipCheckerKeyString=ja"_s, u"a.css"_s}
+                               << QByteArray("--set: gzipCheckerKeyString takes true or false, not \"ja\"");
     QTest::newRow("list and dry run") << QStringList{u"--list"_s, u"--dry-run"_s, u"a.css"_s}
                                       << QByteArray("--list and --dry-run cannot be used together");
 }
@@ -146,7 +151,7 @@ void tst_BrevantCli::nothingListed_data()
     QTest::newRow("html off") << QStringList{u"--set"_s, u"enableHTMLCheckerKeyString=false"_s}
                               << "; HTML files are off (enableHTMLCheckerKeyString), " + php;
     QTest::newRow("all on") << QStringList{u"--set"_s, u"enablePHPCheckerKeyString=true"_s} << QByteArray();
-    QTest::newRow("filter") << QStringList{u"--set"_s, u"enablePHPCheckerKeyString=1"_s, u"--set"_s,
+    QTest::newRow("filter") << QStringList{u"--set"_s, u"enablePHPCheckerKeyString=true"_s, u"--set"_s,
                                            u"filterCheckerKeyString=true"_s}
                             << QByteArray("; files named .min are skipped (filterCheckerKeyString)");
     QTest::newRow("list") << QStringList{u"--list"_s} << "; " + php;
@@ -178,10 +183,9 @@ void tst_BrevantCli::list()
     QCOMPARE(ended.out,
              folder + "/b.JS\t" + folder + "/b.min.js\n" + folder + "/a.css\t" + folder + "/a.min.css\n");
     // No output path can be formed at the beginning of a run.
-    const Ended undecided =
-        sandbox.run({u"--list"_s, u"--set"_s, u"suffixSwitcherKeyString=1"_s, u"a.css"_s});
-    QCOMPARE(undecided.out, folder + "/a.css\t\n");
-    QCOMPARE(tree(sandbox.path()).size(), 3);
+    sandbox.add(u"s.json"_s, R"({"suffixSwitcherKeyString": 1})");
+    QCOMPARE(sandbox.run({u"--list"_s, u"--settings"_s, u"s.json"_s, u"a.css"_s}).out, folder + "/a.css\t\n");
+    QCOMPARE(tree(sandbox.path()).size(), 4);
 }
 
 void tst_BrevantCli::whoseSettingsCount()
@@ -292,7 +296,8 @@ void tst_BrevantCli::dryRunOfAnUndecidedSwitch()
 {
     const Sandbox sandbox;
     sandbox.add(u"a.js"_s, js);
-    const Ended ended = sandbox.run({u"--dry-run"_s, u"--set"_s, u"nomungeSwitcherKeyString=1"_s, u"a.js"_s});
+    sandbox.add(u"s.json"_s, R"({"nomungeSwitcherKeyString": 1})");
+    const Ended ended = sandbox.run({u"--dry-run"_s, u"--settings"_s, u"s.json"_s, u"a.js"_s});
     QCOMPARE(ended.out, "cd " + QFile::encodeName(toolsFolder()) + "\n/usr/bin/java\n");
 }
 
@@ -333,15 +338,81 @@ void tst_BrevantCli::reportThatCannotBeWritten()
     sandbox.add(u"a.css"_s, css);
     const Ended ended = sandbox.run({u"--report"_s, u"missing/r.json"_s, u"a.css"_s});
     QVERIFY2(ended.err.startsWith("brevant-cli: the report missing/r.json cannot be written: "), ended.err);
+    QCOMPARE(ended.status, 2);
+    QCOMPARE(tree(sandbox.path()).keys(), QStringList{u"a.css"_s}); // it was tried before the run
+}
+
+void tst_BrevantCli::fullOutput_data()
+{
+    QTest::addColumn<QString>("option");
+    for (const QString &option : {u"--list"_s, u"--dry-run"_s, u"--help"_s, u"--version"_s})
+        QTest::addRow("%s", qPrintable(option)) << option;
+}
+
+void tst_BrevantCli::fullOutput()
+{
+    QFETCH(QString, option);
+    const Sandbox sandbox;
+    sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"b.css"_s, css);
+    const Ended ended = sandbox.runShell(u"\"$CLI\" \"$1\" a.css b.css >/dev/full"_s, {option});
+    QCOMPARE(ended.err,
+             QByteArray("brevant-cli: standard output cannot be written: No space left on device\n"));
     QCOMPARE(ended.status, 1);
-    QCOMPARE(sandbox.read(u"a.min.css"_s), cssMinified);
+}
+
+void tst_BrevantCli::noFolderForTheOutputs_data()
+{
+    QTest::addColumn<QStringList>("options");
+    const QStringList other{u"--set"_s, u"sameFolderKeyString=false"_s};
+    QTest::newRow("never chosen") << other;
+    QTest::newRow("empty") << other + QStringList{u"--set"_s, u"selectedFolderKeyString="_s};
+    QTest::newRow("list") << other + QStringList{u"--list"_s};
+}
+
+void tst_BrevantCli::noFolderForTheOutputs()
+{
+    // It would be the root.
+    QFETCH(QStringList, options);
+    const Sandbox sandbox;
+    sandbox.add(u"brevant-test-a.css"_s, css);
+    const Ended ended = sandbox.run(options + QStringList{u"brevant-test-a.css"_s});
+    QCOMPARE(ended.err, QByteArray("brevant-cli: sameFolderKeyString is not true, and "
+                                   "selectedFolderKeyString names no folder for the outputs\n"));
+    QCOMPARE(ended.out, QByteArray());
+    QCOMPARE(ended.status, 2);
+    QVERIFY(!QFile::remove(u"/brevant-test-a.min.css"_s));
+}
+
+void tst_BrevantCli::theWorkingFolderIsGone()
+{
+    const Sandbox sandbox;
+    const QString source = sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"gone/x"_s, "");
+    const Ended ended = sandbox.runShell(u"cd gone && rm -r ../gone && exec \"$CLI\" \"$1\""_s, {source});
+    QCOMPARE(ended.err, QByteArray("brevant-cli: the working folder is gone\n"));
+    QCOMPARE(ended.status, 2);
+    QVERIFY(!sandbox.has(u"a.min.css"_s));
+}
+
+void tst_BrevantCli::unknownKeysAreNamedOnce()
+{
+    const Sandbox sandbox;
+    sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"s.json"_s, R"({"sufixKeyString": "-x", "suffixKeyString": "-m", "gzip\u001b": true})");
+    const Ended ended = sandbox.run({u"--settings"_s, u"s.json"_s, u"a.css"_s});
+    QCOMPARE(ended.err,
+             QByteArray("brevant-cli: the settings file s.json holds what is no setting: gzip\\x1b, "
+                        "sufixKeyString\n"));
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(sandbox.read(u"a-m.css"_s), cssMinified);
 }
 
 void tst_BrevantCli::gzipTwice()
 {
     const Sandbox sandbox;
     sandbox.add(u"a.css"_s, css);
-    const QStringList arguments{u"--set"_s, u"gzipCheckerKeyString=1"_s, u"a.css"_s};
+    const QStringList arguments{u"--set"_s, u"gzipCheckerKeyString=true"_s, u"a.css"_s};
     for (int round = 0; round < 2; ++round) {
         QCOMPARE(sandbox.run(arguments).status, 0);
         QCOMPARE(tree(sandbox.path()).keys(), (QStringList{u"a.css"_s, u"a.min.css"_s, u"a.min.css.gz"_s}));

@@ -163,7 +163,8 @@ void tst_BrevantCliOutcomes::noOutputPath()
 {
     const Sandbox sandbox;
     const QByteArray path = QFile::encodeName(sandbox.add(u"a.css"_s, "a { b : c ; }"));
-    const Ended ended = sandbox.run({u"--set"_s, u"suffixSwitcherKeyString=1"_s, u"a.css"_s});
+    sandbox.add(u"../s.json"_s, R"({"suffixSwitcherKeyString": 1})");
+    const Ended ended = sandbox.run({u"--settings"_s, u"../s.json"_s, u"a.css"_s});
     QCOMPARE(ended.status, 1);
     QVERIFY2(ended.err.contains("Failed: " + path + ": "), ended.err);
     QCOMPARE(tree(sandbox.path()).keys(), QStringList{u"a.css"_s});

@@ -5,6 +5,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -63,10 +65,15 @@ void tst_BrevantCliTools::noCompressors()
     QCOMPARE(one.out, QByteArray());
     QCOMPARE(one.status, 3);
     QVERIFY(QDir(lib).removeRecursively());
-    const Ended both = sandbox.runProgram(program, {u"--quiet"_s, u"a.css"_s});
+    sandbox.add(u"r.json"_s, "an older report");
+    const Ended both = sandbox.runProgram(program, {u"--quiet"_s, u"--report"_s, u"r.json"_s, u"a.css"_s});
     QCOMPARE(both.err, "brevant-cli: " + noCompressor(lib + u"yuicompressor-2.4.8.jar"_s) + "\n");
     QCOMPARE(both.status, 3);
     QVERIFY(!sandbox.has(u"a.min.css"_s));
+    const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
+    QCOMPARE(report[u"reason"_s].toString().toUtf8(), noCompressor(lib + u"yuicompressor-2.4.8.jar"_s));
+    QCOMPARE(report[u"notRun"_s].toInt(), 1);
+    QCOMPARE(report[u"files"_s][0][u"outcome"_s].toString(), u"not run"_s);
     // What runs nothing needs nothing.
     QCOMPARE(sandbox.runProgram(program, {u"--list"_s, u"a.css"_s}).status, 0);
     QCOMPARE(sandbox.runProgram(program, {u"--dry-run"_s, u"a.css"_s}).status, 0);
@@ -117,8 +124,10 @@ void tst_BrevantCliTools::javaThatCannotBeStarted()
     QVERIFY2((ended.out + ended.err).contains("Java could not be started: "), ended.out + ended.err);
     const QByteArray where = QFile::encodeName(sandbox.path(u"a.css"_s));
     QVERIFY2(ended.out.endsWith("Stopped before " + where + "; 2 files not minified.\n"), ended.out);
-    // An error is told to the quiet as well.
-    const Ended quiet = runWithJava(sandbox, java, {u"--quiet"_s, u"a.css"_s});
+    // An error is told to the quiet as well, and to the report.
+    const Ended quiet = runWithJava(sandbox, java, {u"--quiet"_s, u"--report"_s, u"r.json"_s, u"a.css"_s});
+    const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
+    QVERIFY(report[u"reason"_s].toString().startsWith(u"Java could not be started: "_s));
     QCOMPARE(quiet.status, 3);
     QCOMPARE(quiet.out, QByteArray());
     QVERIFY2(quiet.err.startsWith("brevant-cli: Java could not be started: "), quiet.err);

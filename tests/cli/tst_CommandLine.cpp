@@ -180,9 +180,6 @@ void tst_CommandLine::settingValues_data()
     const QString gzip = gzipCheckerKeyString;
     QTest::newRow("true") << u"gzipCheckerKeyString=true"_s << gzip << QJsonValue(true);
     QTest::newRow("false") << u"gzipCheckerKeyString=false"_s << gzip << QJsonValue(false);
-    QTest::newRow("number one") << u"gzipCheckerKeyString=1"_s << gzip << QJsonValue(1);
-    QTest::newRow("number zero") << u"gzipCheckerKeyString=0"_s << gzip << QJsonValue(0);
-    QTest::newRow("broken number") << u"gzipCheckerKeyString=-2.5"_s << gzip << QJsonValue(-2.5);
     const QString suffix = suffixKeyString;
     QTest::newRow("text") << u"suffixKeyString=-min"_s << suffix << QJsonValue(u"-min"_s);
     QTest::newRow("zeros as typed") << u"suffixKeyString=007"_s << suffix << QJsonValue(u"007"_s);
@@ -231,11 +228,11 @@ void tst_CommandLine::wrongSettings_data()
                                 << u"--set: there is no setting \"suffixkeystring\""_s;
     QTest::newRow("blank before") << u" suffixKeyString=x"_s
                                   << u"--set: there is no setting \" suffixKeyString\""_s;
-    for (const char *value : {"yes", "", "TRUE", "on", "1x", "0x1", "nan", "inf", "-inf", "1e999"}) {
+    for (const char *value : {"1", "0", "yes", "", "TRUE", " true", "on", "nan"}) {
         const QString text = QString::fromLatin1(value);
         QTest::addRow("boolean '%s'", value)
             << u"gzipCheckerKeyString="_s + text
-            << u"--set: gzipCheckerKeyString takes true, false or a number, not \"%1\""_s.arg(text);
+            << u"--set: gzipCheckerKeyString takes true or false, not \"%1\""_s.arg(text);
     }
 }
 
@@ -277,13 +274,13 @@ void tst_CommandLine::everyKeyCanBeSet()
 void tst_CommandLine::settingsKeepTheirOrder()
 {
     const CommandLine line = parse({u"--set"_s, u"suffixKeyString=1"_s, u"a"_s,
-                                    u"--set=gzipCheckerKeyString=1"_s, u"--set"_s, u"suffixKeyString=2"_s})
+                                    u"--set=gzipCheckerKeyString=true"_s, u"--set"_s, u"suffixKeyString=2"_s})
                                  .line;
     QStringList actual;
     for (const auto &[key, value] : line.settings)
         actual << key + u"="_s + value.toVariant().toString();
     QCOMPARE(actual,
-             (QStringList{u"suffixKeyString=1"_s, u"gzipCheckerKeyString=1"_s, u"suffixKeyString=2"_s}));
+             (QStringList{u"suffixKeyString=1"_s, u"gzipCheckerKeyString=true"_s, u"suffixKeyString=2"_s}));
 }
 
 void tst_CommandLine::helpNamesEverything()
