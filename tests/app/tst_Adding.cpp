@@ -63,8 +63,10 @@ private Q_SLOTS:
     void unsupportedFilesOnAnEmptyListChangeNothing()
     {
         AppFixture app;
+        app.settings.setOverride(true, autoMinifyCheckerKeyString);
         app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
         QVERIFY(app.drop({app.file(QStringLiteral("notes.txt"))}));
+        QVERIFY(!app.jobs.isRunning());
         QCOMPARE(app.status(), QStringLiteral("as it was"));
         QVERIFY(app.window.ui().minifyButton->isHidden());
         QVERIFY(!app.table->backgroundColor());
@@ -107,6 +109,29 @@ private Q_SLOTS:
         QCOMPARE(app.state(), filledState("2 items", "2"));
         QCOMPARE(app.controller->numberOfRowsInTableView(), 2);
         QCOMPARE(app.controller->tableViewObjectValue(1), app.folder.filePath(QStringLiteral("b.js")));
+    }
+
+    void theOrderIsThatOfWhoBringsThem_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"drop", "double click", "open"})
+            QTest::newRow(way) << QString::fromLatin1(way);
+    }
+
+    void theOrderIsThatOfWhoBringsThem()
+    {
+        QFETCH(QString, way);
+        AppFixture app;
+        const QStringList paths{app.file(QStringLiteral("b.css")), app.file(QStringLiteral("c.css")),
+                                app.file(QStringLiteral("a.css"))};
+        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
+        if (way == u"drop")
+            app.drop(paths);
+        else if (way == u"open")
+            app.delegate->applicationOpenFiles(paths);
+        else
+            QTest::mouseDClick(app.table->viewport(), Qt::LeftButton);
+        QCOMPARE(app.queue.entries(), std::vector<QString>(paths.begin(), paths.end()));
     }
 
     void unsupportedFilesOnAFilledListRefreshIt()

@@ -183,6 +183,25 @@ private Q_SLOTS:
         QVERIFY(app.table->viewport()->rect().contains(app.table->frameOfCell(38)));
     }
 
+    void theNameEndsInTheKind_data()
+    {
+        QTest::addColumn<QString>("saved");
+        QTest::newRow("all.css") << "all.css";
+        QTest::newRow("all.") << "all.css";
+        QTest::newRow("all.min") << "all.min.css";
+        QTest::newRow("all.CSS") << "all.CSS.css";
+    }
+
+    void theNameEndsInTheKind()
+    {
+        QFETCH(QString, saved);
+        AppFixture app;
+        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.controller->selectAll();
+        save(panelOf(app), app.folder.filePath(QString::fromLatin1(QTest::currentDataTag())));
+        QTRY_COMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(saved)}));
+    }
+
     void ontoAPathThatIsListedAlready()
     {
         AppFixture app;

@@ -156,6 +156,18 @@ private Q_SLOTS:
         app.delegate->togglePreviewPanel();
     }
 
+    void aTildeInANameIsOneForThePreviewToo()
+    {
+        AppFixture app;
+        app.queue.append(QStringLiteral("~/a.css"));
+        app.drop({});
+        app.table->selectRowIndexes({0}, false);
+        app.delegate->togglePreviewPanel();
+        QCOMPARE(app.controller->previewPanelPreviewItemAtIndex(0).path(),
+                 QDir::currentPath() + QStringLiteral("/~/a.css"));
+        app.delegate->togglePreviewPanel();
+    }
+
     void namesThatBeginWithTwoSlashes()
     {
         AppFixture app;
@@ -225,7 +237,7 @@ private Q_SLOTS:
         app.delegate->togglePreviewPanel();
     }
 
-    void removingReloadsThePreview()
+    void removingReloadsThePreviewAndClearingDoesNot()
     {
         AppFixture app;
         fill(app, 2);
@@ -238,6 +250,9 @@ private Q_SLOTS:
         source.asked = 0;
         app.controller->removeRow();
         QVERIFY(source.asked > 0);
+        source.asked = 0;
+        app.controller->clear();
+        QCOMPARE(source.asked, 0);
         panel->setDataSource(app.controller.get());
         app.delegate->togglePreviewPanel();
     }
