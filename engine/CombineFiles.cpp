@@ -28,9 +28,8 @@ QString combineKind(const std::vector<QString> &entries)
     if (entries.empty())
         return mixedKinds;
     const QStringView first = PathString::extension(entries.front());
-    const bool same = std::ranges::all_of(entries, [first](const QString &entry) {
-        return PathString::extension(entry).compare(first, Qt::CaseInsensitive) == 0;
-    });
+    const bool same = std::ranges::all_of(
+        entries, [first](const QString &entry) { return PathString::hasExtension(entry, first); });
     return same ? first.toString() : QString(mixedKinds);
 }
 

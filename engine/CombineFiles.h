@@ -20,7 +20,8 @@ struct CombineAlert {
 };
 
 /// The kind of the selected `entries`: the extension of the first one as it is spelt there, or "NO" if the
-/// others do not all have the same one, case ignored. It is the type that the combined file may have.
+/// others do not all have the same one, the case of A to Z ignored. It is the type that the combined file may
+/// have.
 [[nodiscard]] QString combineKind(const std::vector<QString> &entries);
 
 /// Why the selected `entries`, in the order of their rows, may not be combined; nothing if they may.

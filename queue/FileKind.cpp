@@ -36,28 +36,26 @@ bool isSwitchedOn(FileKind kind, const SettingsStore &settings)
 
 std::optional<FileKind> kindOf(QStringView path)
 {
-    const QStringView extension = PathString::extension(path);
     for (const FileKind kind : kinds) {
-        const QLatin1StringView own = extensionOf(kind);
-        if (extension.size() == own.size() && extension.compare(own, Qt::CaseInsensitive) == 0)
+        if (PathString::hasExtension(path, extensionOf(kind)))
             return kind;
     }
     return std::nullopt;
 }
 
-QLatin1StringView extensionOf(FileKind kind)
+QStringView extensionOf(FileKind kind)
 {
     switch (kind) {
     case FileKind::Css:
-        return QLatin1StringView("css");
+        return u"css";
     case FileKind::Js:
-        return QLatin1StringView("js");
+        return u"js";
     case FileKind::Html:
-        return QLatin1StringView("html");
+        return u"html";
     case FileKind::Phtml:
-        return QLatin1StringView("phtml");
+        return u"phtml";
     case FileKind::Php:
-        return QLatin1StringView("php");
+        return u"php";
     }
     return {};
 }

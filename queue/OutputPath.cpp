@@ -12,7 +12,7 @@ namespace brevant {
 std::optional<QString> OutputPath::next(const QString &entry)
 {
     if (const std::optional<FileKind> kind = kindOf(entry))
-        m_extension = extensionOf(*kind);
+        m_extension = extensionOf(*kind).toString();
 
     // Read once: a switch that the user turns between two readings would be neither true nor false.
     const QJsonValue suffixSwitch = m_settings.objectForKey(suffixSwitcherKeyString);

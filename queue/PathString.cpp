@@ -5,6 +5,11 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+#include <array>
+
+#include <pwd.h>
+
 namespace brevant::PathString {
 
 namespace {
@@ -25,6 +30,21 @@ qsizetype extensionDot(QStringView name)
     return dot > 0 ? dot : -1;
 }
 
+char16_t inLowerCase(QChar letter)
+{
+    return letter >= u'A' && letter <= u'Z' ? letter.unicode() + (u'a' - u'A') : letter.unicode();
+}
+
+/// The home folder of the user `name`; empty if there is none.
+QString homeOf(const QString &name)
+{
+    std::array<char, 16384> buffer{};
+    passwd entry{};
+    passwd *found = nullptr;
+    ::getpwnam_r(QFile::encodeName(name).constData(), &entry, buffer.data(), buffer.size(), &found);
+    return found != nullptr ? decoded(found->pw_dir) : QString();
+}
+
 } // namespace
 
 QStringView lastComponent(QStringView path)
@@ -40,6 +60,11 @@ QStringView extension(QStringView path)
     const QStringView name = lastComponent(path);
     const qsizetype dot = extensionDot(name);
     return dot < 0 ? QStringView() : name.sliced(dot + 1);
+}
+
+bool hasExtension(QStringView path, QStringView wanted)
+{
+    return std::ranges::equal(extension(path), wanted, {}, inLowerCase, inLowerCase);
 }
 
 QStringView stem(QStringView path)
@@ -98,9 +123,11 @@ QString absolute(const QString &path)
 
 QString expandTilde(const QString &path)
 {
-    if (path == u'~' || path.startsWith(QLatin1StringView("~/")))
-        return QDir::homePath().append(QStringView(path).sliced(1));
-    return path;
+    if (!path.startsWith(u'~'))
+        return path;
+    const QString first = path.section(separator, 0, 0);
+    const QString home = first.size() == 1 ? QDir::homePath() : homeOf(first.sliced(1));
+    return home.isEmpty() ? path : home + path.sliced(first.size());
 }
 
 QString decoded(const QByteArray &name)

@@ -17,6 +17,9 @@ namespace brevant::PathString {
 /// What follows the last "." of the last component, without the dot; empty if there is none.
 [[nodiscard]] QStringView extension(QStringView path);
 
+/// Whether that is its extension, the case of A to Z ignored. Other letters have none here.
+[[nodiscard]] bool hasExtension(QStringView path, QStringView wanted);
+
 /// The path without its extension and the dot before it: "/w/site.min.css" gives "/w/site.min".
 [[nodiscard]] QStringView stem(QStringView path);
 
@@ -32,7 +35,8 @@ namespace brevant::PathString {
 /// The path as it is if it begins at the root; else joined to the working folder, without "." at its start.
 [[nodiscard]] QString absolute(const QString &path);
 
-/// The path with a leading "~" or "~/" replaced by the user's home folder.
+/// The path with a leading "~", or "~name", replaced by the home folder of the user, or of the one of that
+/// name. The path as it is if there is nobody of that name.
 [[nodiscard]] QString expandTilde(const QString &path);
 
 /// The text of a name, or a path, that the system gave. Unlike QFile::decodeName it keeps U+FEFF at the

@@ -125,7 +125,7 @@ void tst_CombineFiles::refusal_data()
                         const std::optional<CombineAlert> &expected) {
         QTest::newRow(name) << std::vector<QString>(entries.begin(), entries.end()) << expected;
     };
-    const auto list = [](const char *entries) { return QString::fromLatin1(entries).split(u' '); };
+    const auto list = [](const char *entries) { return QString::fromUtf8(entries).split(u' '); };
     const CombineAlert notice{QStringLiteral("Notice"),
                               QStringLiteral("Please select 2 or more files to combine.")};
     const CombineAlert mixed{QStringLiteral("Combine different kinds of files?"),
@@ -146,6 +146,7 @@ void tst_CombineFiles::refusal_data()
     row("css", list("/w/a.css /w/b.css"), std::nullopt);
     row("js", list("/w/a.js /w/b.js /w/c.js"), std::nullopt);
     row("css in two cases", list("/w/a.css /w/b.CSS"), std::nullopt);
+    row("a letter beyond ASCII", list("/w/a.css /w/b.c\xc5\xbfs"), mixed);
     row("css and js", list("/w/a.css /w/b.js"), mixed);
     row("mixed in the middle", list("/w/a.css /w/b.js /w/c.css"), mixed);
     row("mixed at the end", list("/w/a.js /w/b.js /w/c.css"), mixed);

@@ -29,6 +29,8 @@ void tst_FileKind::kinds_data()
     const auto row = [](const char *path, const char *expected) {
         QTest::newRow(path) << QString::fromLatin1(expected);
     };
+    row("/x/a.c\xc5\xbfs", ""); // letters beyond ASCII have no case here: this is the long s
+    row("/x/a.j\xc5\xbf", "");
     row("/x/a.css", "css");
     row("/x/Style.CSS", "css");
     row("/x/a.js", "js");
@@ -70,8 +72,8 @@ void tst_FileKind::kinds_data()
 
 void tst_FileKind::kinds()
 {
-    const std::optional<FileKind> kind = kindOf(QString::fromLatin1(QTest::currentDataTag()));
-    QTEST(kind ? QString(extensionOf(*kind)) : QString(), "expected");
+    const std::optional<FileKind> kind = kindOf(QString::fromUtf8(QTest::currentDataTag()));
+    QTEST(kind ? extensionOf(*kind).toString() : QString(), "expected");
 }
 
 void tst_FileKind::acceptance_data()

@@ -109,7 +109,10 @@ void tst_PathString::expandTilde_data()
     row("~", "/home/of/me");
     row("~/", "/home/of/me/");
     row("~/a.css", "/home/of/me/a.css");
-    row("~other/a.css", "~other/a.css");
+    row("~root", "/root");
+    row("~root/a.css", "/root/a.css");
+    row("~nobody-has-this-name/a.css", "~nobody-has-this-name/a.css");
+    row("~\xc3\xbc/a.css", "~\xc3\xbc/a.css");
     row("/w/~/a.css", "/w/~/a.css");
     row("a~", "a~");
     row("", "");
