@@ -7,7 +7,6 @@
 #include "settings/PrintableText.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cerrno>
@@ -67,8 +66,10 @@ private:
 
 } // namespace
 
-SettingsFile::SettingsFile(const QString &path, std::function<void()> changed)
-    : m_path(path), m_encodedPath(QFile::encodeName(path)), m_changed(std::move(changed))
+SettingsFile::SettingsFile(const QString &path, std::function<void()> changed,
+                           std::chrono::milliseconds saveTime)
+    : m_path(path), m_encodedPath(QFile::encodeName(path)), m_changed(std::move(changed)),
+      m_saveTime(saveTime)
 {
     const std::lock_guard lock(m_mutex);
     static_cast<void>(refreshLocked()); // the first reading is no change
@@ -79,6 +80,7 @@ SettingsFile::~SettingsFile()
     {
         const std::lock_guard lock(m_mutex);
         m_stop = true;
+        m_hurried = true;
     }
     m_wake.notify_all();
     if (m_writer.joinable())
@@ -143,11 +145,14 @@ bool SettingsFile::refreshLocked()
     if (!m_reading.fresh && stampOf(m_encodedPath) == m_reading.stamp)
         return false;
     Reading reading = read(m_encodedPath);
-    const bool differs = merged(reading.values) != merged(m_reading.values);
-    if (reading.content == Content::Bad)
+    if (reading.content == Content::Bad) {
         noteBadFile(reading.bytes);
-    else
+        if (!m_bad->judged)
+            reading.values = m_reading.values;
+    } else {
         m_bad.reset();
+    }
+    const bool differs = merged(reading.values) != merged(m_reading.values);
     if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
         report(
             QStringLiteral("the settings in %1 cannot be read; the defaults are used, and changes hold until "
@@ -161,8 +166,28 @@ void SettingsFile::noteBadFile(const QByteArray &bytes)
 {
     if (m_bad && m_bad->bytes == bytes)
         return;
-    m_bad = BadContent{bytes};
+    m_bad = BadContent{.bytes = bytes, .due = std::chrono::steady_clock::now() + m_saveTime};
     wakeWriter();
+}
+
+/// Waits until bad content has stayed the same for a while, or is none any more.
+void SettingsFile::judgeBadFile(std::unique_lock<std::mutex> &lock)
+{
+    while (m_bad && !m_bad->judged) {
+        const QByteArray bytes = m_bad->bytes;
+        m_wake.wait_until(lock, m_bad->due, [this] { return m_hurried; });
+        bool differs = refreshLocked();
+        if (m_bad && m_bad->bytes == bytes) {
+            m_bad->judged = true;
+            differs = merged({}) != merged(m_reading.values);
+            m_reading.values = {};
+        }
+        if (differs) {
+            lock.unlock();
+            m_changed();
+            lock.lock();
+        }
+    }
 }
 
 /// Keeps the bad content found last beside the file, and reports it once. False if it could not be kept.
@@ -175,9 +200,8 @@ bool SettingsFile::keepBadFile()
     const bool reported = std::exchange(m_bad->reported, true);
     lock.unlock();
     const QString bad = badPath();
-    // An empty file, which somebody may be about to fill, must not replace bad content kept before.
-    const bool kept =
-        (bytes.isEmpty() && QFileInfo::exists(bad)) || DurableFile::replace(bad, bytes).isEmpty();
+    // There is nothing to keep of an empty file.
+    const bool kept = !bytes.isEmpty() && DurableFile::replace(bad, bytes).isEmpty();
     if (!reported) {
         report(kept
                    ? QStringLiteral("%1 holds no settings; the defaults are used, and the file is kept as %2")
@@ -186,7 +210,7 @@ bool SettingsFile::keepBadFile()
     }
     lock.lock();
     if (m_bad && m_bad->bytes == bytes)
-        m_bad->kept = kept;
+        m_bad->kept = kept || bytes.isEmpty();
     return kept || bytes.isEmpty();
 }
 
@@ -242,6 +266,8 @@ void SettingsFile::wakeWriter()
 void SettingsFile::synchronize()
 {
     std::unique_lock lock(m_mutex);
+    m_hurried = true;
+    m_wake.notify_all();
     const std::uint64_t count = m_setCount; // others may go on to set values for ever
     m_written.wait(lock, [this, count] { return m_writtenCount >= count; });
 }
@@ -253,6 +279,7 @@ void SettingsFile::writeBehind()
         m_wake.wait(lock, [this] { return m_stop || m_writtenCount != m_setCount; });
         if (m_writtenCount == m_setCount)
             return;
+        judgeBadFile(lock);
         const QJsonObject changes = m_pending;
         const std::uint64_t count = m_setCount;
         lock.unlock();
@@ -312,8 +339,11 @@ QString SettingsFile::writeOnce(const QJsonObject &changes)
             return QStringLiteral("it cannot be read");
         if (current.content == Content::Bad) {
             {
-                const std::lock_guard guard(m_mutex);
+                std::unique_lock guard(m_mutex);
                 noteBadFile(current.bytes);
+                judgeBadFile(guard);
+                if (!m_bad)
+                    continue; // somebody was about to write it
             }
             if (!keepBadFile())
                 return QStringLiteral("what it holds cannot be kept as %1").arg(badPath());

@@ -9,6 +9,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
@@ -26,11 +27,13 @@ namespace brevant {
 class SettingsFile final {
 public:
     /// `changed` is called, from the thread that found out and with no lock held, whenever values differ
-    /// because somebody else changed the file.
-    SettingsFile(const QString &path, std::function<void()> changed);
+    /// because somebody else changed the file. Content that is no settings is looked at again after
+    /// `saveTime`: an editor may be about to write it. Until then the values from before hold.
+    SettingsFile(const QString &path, std::function<void()> changed,
+                 std::chrono::milliseconds saveTime = std::chrono::milliseconds(500));
 
     /// Waits until every value set so far has been written, or could not be, and bad content found has been
-    /// kept.
+    /// kept, for which it does not wait.
     ~SettingsFile();
 
     SettingsFile(const SettingsFile &) = delete;
@@ -48,7 +51,7 @@ public:
     void refresh();
 
     /// Waits until every value set so far has been written, or could not be, and bad content found has been
-    /// kept.
+    /// kept. From now on nothing is waited for before that is.
     void synchronize();
 
 private:
@@ -71,6 +74,8 @@ private:
 
     struct BadContent {
         QByteArray bytes;
+        std::chrono::steady_clock::time_point due; ///< when it is looked at again
+        bool judged = false;                       ///< it was, and was the same
         bool reported = false;
         bool kept = false;
     };
@@ -81,6 +86,7 @@ private:
     [[nodiscard]] bool refreshLocked();
     [[nodiscard]] QString badPath() const { return m_path + QLatin1StringView(".bad"); }
     void noteBadFile(const QByteArray &bytes);
+    void judgeBadFile(std::unique_lock<std::mutex> &lock);
     [[nodiscard]] bool keepBadFile();
     void wakeWriter();
     void reportWriteFailure(const QString &error);
@@ -91,6 +97,7 @@ private:
     const QString m_path;
     const QByteArray m_encodedPath;
     const std::function<void()> m_changed;
+    const std::chrono::milliseconds m_saveTime;
 
     std::mutex m_mutex; ///< guards all below
     std::condition_variable m_wake;
@@ -101,6 +108,7 @@ private:
     std::uint64_t m_setCount = 0;
     std::uint64_t m_writtenCount = 0;
     bool m_writeFailureReported = false;
+    bool m_hurried = false;
     bool m_stop = false;
     std::thread m_writer; ///< started by the first value set, or bad content found
 };

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/SettingsFile.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "tests/settings/TestFiles.h"
@@ -9,6 +10,9 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <atomic>
+#include <chrono>
 
 using namespace brevant;
 using namespace brevant::test;
@@ -24,6 +28,9 @@ private Q_SLOTS:
     void badFileWhileRunning();
     void secondBadFileIsReportedToo();
     void emptyFileKeepsTheEarlierBadFile();
+    void fileInTheMiddleOfASave_data();
+    void fileInTheMiddleOfASave();
+    void badFileIsJudgedAMomentLater();
     void badFileThatCannotBeKeptStays();
     void placeThatCannotBeRead_data();
     void placeThatCannotBeRead();
@@ -80,7 +87,7 @@ void tst_SettingsFaults::badFile()
             QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral(".min")));
         QVERIFY(store->isFalse(gzipCheckerKeyString));
         store->synchronize();
-        QCOMPARE(readFile(badPath()), bytes);
+        QCOMPARE(QFile::exists(badPath()), !bytes.isEmpty());
         QCOMPARE(readFile(m_path), bytes);
         QCOMPARE(standardError.lineCount(), 1);
         QVERIFY(standardError.text().contains(QFile::encodeName(m_path)));
@@ -93,7 +100,9 @@ void tst_SettingsFaults::badFile()
     const QJsonObject expected{{gzipCheckerKeyString, true}};
     QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected);
     QVERIFY(makeStore()->isTrue(gzipCheckerKeyString));
-    QCOMPARE(readFile(badPath()), bytes);
+    QCOMPARE(QFile::exists(badPath()), !bytes.isEmpty());
+    if (!bytes.isEmpty())
+        QCOMPARE(readFile(badPath()), bytes);
     QCOMPARE(standardError.lineCount(), 1);
 }
 
@@ -136,6 +145,49 @@ void tst_SettingsFaults::emptyFileKeepsTheEarlierBadFile()
     QVERIFY(store->isTrue(soundCheckerKeyString));
     store->synchronize();
     QCOMPARE(readFile(badPath()), QByteArray("precious"));
+}
+
+void tst_SettingsFaults::fileInTheMiddleOfASave_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("emptied") << QByteArray();
+    QTest::newRow("cut off") << QByteArray(R"({"suffixKeyString": "-x", "gz)");
+}
+
+void tst_SettingsFaults::fileInTheMiddleOfASave()
+{
+    QFETCH(QByteArray, bytes);
+    const CapturedStandardError standardError;
+    QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-1"})"));
+    std::atomic<int> changes = 0;
+    {
+        SettingsFile file(
+            m_path, [&changes] { ++changes; }, std::chrono::hours(1));
+        for (int save = 2; save < 10; ++save) {
+            QVERIFY(writeFile(m_path, bytes));
+            QCOMPARE(file.value(suffixKeyString), QJsonValue(u'-' + QString::number(save - 1)));
+            QVERIFY(writeFile(m_path, QStringLiteral(R"({"suffixKeyString": "-%1"})").arg(save).toUtf8()));
+            QCOMPARE(file.value(suffixKeyString), QJsonValue(u'-' + QString::number(save)));
+            QCOMPARE(changes, save - 1);
+        }
+    }
+    QVERIFY(!QFile::exists(badPath()));
+    QCOMPARE(standardError.text(), QByteArray());
+}
+
+void tst_SettingsFaults::badFileIsJudgedAMomentLater()
+{
+    const CapturedStandardError standardError;
+    QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
+    std::atomic<int> changes = 0;
+    SettingsFile file(
+        m_path, [&changes] { ++changes; }, std::chrono::milliseconds(1));
+    QVERIFY(writeFile(m_path, "precious"));
+    file.refresh();
+    QTRY_COMPARE(readFile(badPath()), QByteArray("precious"));
+    QTRY_COMPARE(standardError.lineCount(), 1);
+    QVERIFY(file.value(suffixKeyString).isUndefined());
+    QTRY_COMPARE(changes, 1);
 }
 
 void tst_SettingsFaults::badFileThatCannotBeKeptStays()
