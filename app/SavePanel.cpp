@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SavePanel.h"
 
+#include "looks/FilePanel.h"
 #include "queue/PathString.h"
 
 #include <QLineEdit>
@@ -15,6 +16,7 @@ SavePanel::SavePanel(const QString &kind, const QString &name, QWidget *parent)
     setOption(DontUseNativeDialog);
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
+    setUpFilePanel(*this);
     setNameFilter(tr("%1 files (*.%2)").arg(kind.toUpper(), kind));
     selectFile(PathString::withExtension(name, kind));
 }

@@ -12,6 +12,9 @@ namespace brevant {
 constexpr double readableContrast = 4.5;
 constexpr double highContrast = 7;
 
+/// What the outline of a control must have (success criterion 1.4.11).
+constexpr double visibleContrast = 3;
+
 /// How many times lighter one colour is than the other, 1 to 21, both opaque
 /// (https://www.w3.org/TR/WCAG21/#dfn-contrast-ratio).
 [[nodiscard]] double contrast(const QColor &one, const QColor &other);

@@ -22,6 +22,21 @@ const QString fusion = QStringLiteral("fusion");
 
 enum class Shape { Box, Circle };
 
+void drawLine(QPainter &painter, const QRect &rect, Shape shape, const QColor &colour, double width)
+{
+    const double half = width / 2;
+    painter.save();
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    const QRectF line = QRectF(rect).adjusted(half, half, -half, -half);
+    painter.setRenderHint(QPainter::Antialiasing, shape == Shape::Circle);
+    if (shape == Shape::Circle)
+        painter.drawEllipse(line);
+    else
+        painter.drawRect(line);
+    painter.restore();
+}
+
 void outline(QPainter &painter, const QStyleOption &option, const QRect &rect, Shape shape)
 {
     if (!isHighContrast(option.palette))
@@ -30,19 +45,24 @@ void outline(QPainter &painter, const QStyleOption &option, const QRect &rect, S
     const bool isDefault = button && button->features.testFlag(QStyleOptionButton::DefaultButton);
     const bool stands = isDefault || option.state.testFlag(QStyle::State_HasFocus);
     const auto group = option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
-    const double width = stands ? 2 : 1;
-    const double half = width / 2;
-    painter.save();
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(option.palette.color(group, stands ? QPalette::Highlight : QPalette::WindowText),
-                        width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    const QRectF line = QRectF(rect).adjusted(half, half, -half, -half);
-    painter.setRenderHint(QPainter::Antialiasing, shape == Shape::Circle);
-    if (shape == Shape::Circle)
-        painter.drawEllipse(line);
-    else
-        painter.drawRect(line);
-    painter.restore();
+    drawLine(painter, rect, shape,
+             option.palette.color(group, stands ? QPalette::Highlight : QPalette::WindowText),
+             stands ? 2 : 1);
+}
+
+/// The box of a check box or a radio button.
+void outlineIndicator(QPainter &painter, const QStyleOption &option, Shape shape)
+{
+    const QColor ground = option.palette.color(QPalette::Window);
+    const QColor text = option.palette.color(QPalette::WindowText);
+    if (isHighContrast(option.palette)) {
+        outline(painter, option, option.rect, shape);
+    } else if (ground.lightness() < text.lightness()) {
+        const bool marked =
+            option.state.testFlags(QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange);
+        const QColor line = marked ? option.palette.color(QPalette::Highlight) : ground;
+        drawLine(painter, option.rect, shape, readableOn(ground, text, line, visibleContrast), 1);
+    }
 }
 
 /// A picture of the style that is read when it is first drawn.
@@ -113,12 +133,14 @@ void FusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
     case PE_IndicatorCheckBox:
+        outlineIndicator(*painter, *option, Shape::Box);
+        break;
+    case PE_IndicatorRadioButton:
+        outlineIndicator(*painter, *option, Shape::Circle);
+        break;
     case PE_PanelLineEdit:
     case PE_PanelButtonCommand:
         outline(*painter, *option, option->rect, Shape::Box);
-        break;
-    case PE_IndicatorRadioButton:
-        outline(*painter, *option, option->rect, Shape::Circle);
         break;
     default:
         break;

@@ -8,9 +8,10 @@ namespace brevant {
 
 /// Qt's own style, Fusion, with two things mended.
 ///
-/// Where the palette is one of high contrast, each control has an outline in the colour of its text. Fusion
-/// makes its outlines by darkening the ground, and a black ground gets no darker: a box that is not ticked
-/// cannot be seen. What is disabled is drawn darker too.
+/// Fusion makes its outlines by darkening the ground, which can hardly be seen on a dark one and not at all
+/// on black. So the boxes of check boxes and radio buttons have an outline of their own in a dark palette,
+/// and all controls have one in the colour of their text in a palette of high contrast, where what is
+/// disabled can be read, too.
 ///
 /// And the picture of the button that a menu bar has when it is too narrow is read when it is drawn. A menu
 /// bar asks for it when it is made, which loads all that Qt has for reading pictures.

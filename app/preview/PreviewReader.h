@@ -30,7 +30,7 @@ struct PreviewContent {
 };
 
 /// No more bytes of one file are shown.
-constexpr qint64 previewLimit = qint64(1024) * 1024;
+constexpr qint64 previewLimit = 1'000'000;
 
 /// Longer lines, in columns, are folded: a line is laid out as a whole, however little of it is in sight.
 constexpr int previewLongestLine = 400;

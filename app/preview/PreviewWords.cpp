@@ -3,6 +3,7 @@
 #include "app/preview/PreviewWords.h"
 
 #include "app/preview/PreviewReader.h"
+#include "looks/SizeText.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -15,17 +16,6 @@ namespace {
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(Preview)
 };
-
-QString sizeText(qint64 bytes)
-{
-    constexpr qint64 small = 1024;
-    if (bytes < small)
-        return bytes == 1 ? Words::tr("1 byte") : Words::tr("%1 bytes").arg(bytes);
-    // Whole numbers have no fraction: "1 MB".
-    const qint64 unit = bytes < small * small ? small : small * small;
-    const int digits = bytes % unit == 0 ? 0 : 1;
-    return QLocale().formattedDataSize(bytes, digits, QLocale::DataSizeTraditionalFormat);
-}
 
 QString linesText(qint64 lines)
 {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/OpenPanel.h"
 
+#include "looks/FilePanel.h"
 #include "queue/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
@@ -10,10 +11,12 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QTreeView>
 
 #include <algorithm>
 
@@ -47,6 +50,7 @@ OpenPanel::OpenPanel(const QStringList &allowedTypes, QWidget *parent)
     for (const QString &type : allowedTypes)
         patterns += QLatin1StringView("*.") + type;
     setNameFilter(tr("Files to minify (%1)").arg(patterns.join(u' ')));
+    setUpFilePanel(*this);
     // Made by QFileDialog the moment its own widgets are needed, under names that it keeps.
     m_list = findChild<QListView *>(QStringLiteral("listView"));
     m_nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
@@ -69,7 +73,10 @@ void OpenPanel::setUpChooseButton()
     connect(m_nameEdit, &QLineEdit::textChanged, this, &OpenPanel::updateChooseButton);
     // What is typed counts, not what was selected before.
     connect(m_nameEdit, &QLineEdit::textEdited, m_list, &QAbstractItemView::clearSelection);
-    connect(this, &QFileDialog::directoryEntered, this, &OpenPanel::updateChooseButton);
+    connect(this, &QFileDialog::directoryEntered, this, [this] {
+        m_wasEntered = true;
+        updateChooseButton();
+    });
     updateChooseButton();
 }
 
@@ -93,7 +100,9 @@ bool OpenPanel::mayBeChosen(const QString &path) const
     const QFileInfo item(path);
     if (item.isDir())
         return true;
-    return item.exists() && m_allowedTypes.contains(PathString::extension(path), Qt::CaseInsensitive);
+    return item.exists() && std::ranges::any_of(m_allowedTypes, [&path](const QString &type) {
+               return PathString::hasExtension(path, type);
+           });
 }
 
 /// The text is one name, or several in quotation marks; relative ones lie in the folder shown.
@@ -117,7 +126,12 @@ QStringList OpenPanel::typedPaths() const
 
 QStringList OpenPanel::chosenPaths() const
 {
+    const auto &files = *findChild<QTreeView *>(QStringLiteral("treeView"));
+    // The list sorts itself a moment after it has been read.
+    files.model()->sort(files.header()->sortIndicatorSection(), files.header()->sortIndicatorOrder());
     QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    if (rows.isEmpty() && m_nameEdit->text().isEmpty() && m_wasEntered)
+        return {directory().absolutePath()};
     if (rows.isEmpty())
         return typedPaths();
     std::ranges::sort(rows, {}, &QModelIndex::row);

@@ -25,7 +25,8 @@ public:
     /// Shows folders, and the files whose extension is one of `allowedTypes`, case ignored.
     explicit OpenPanel(const QStringList &allowedTypes, QWidget *parent = nullptr);
 
-    /// What is chosen, in the order in which the panel shows it.
+    /// What is chosen, in the order in which the panel shows it. Where nothing is, it is the folder shown, if
+    /// the user went there.
     [[nodiscard]] QStringList chosenPaths() const;
 
     /// Runs the panel modally, from the folder in which it ended last. The chosen paths, or nothing if the
@@ -45,6 +46,7 @@ private:
     QAbstractItemView *m_list = nullptr; ///< the dialog's own, like the next
     QLineEdit *m_nameEdit = nullptr;
     QPushButton *m_chooseButton = nullptr;
+    bool m_wasEntered = false; ///< the folder shown, by the user
 };
 
 } // namespace brevant

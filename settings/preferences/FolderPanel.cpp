@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/preferences/FolderPanel.h"
 
+#include "looks/FilePanel.h"
+
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -14,6 +16,7 @@ std::optional<QString> runFolderPanel(QWidget *window, const QString &startFolde
     panel.setFileMode(QFileDialog::Directory);
     panel.setOption(QFileDialog::ShowDirsOnly, true);
     panel.setOption(QFileDialog::ReadOnly, false); // new folders can be made
+    setUpFilePanel(panel);
     panel.setSupportedSchemes({QStringLiteral("file")});
     if (QFileInfo(startFolder).isDir())
         panel.setDirectory(startFolder);

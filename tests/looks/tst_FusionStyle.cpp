@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QStyleOptionButton>
 #include <QTest>
 
 #include <functional>
@@ -108,6 +109,45 @@ private Q_SLOTS:
         // And none of it when the palette has changed back.
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(250, 0, 0)));
         QTRY_COMPARE(pixelsOf(QColor(250, 0, 0), *widget), 0);
+    }
+
+    void boxesAreSeenInDarkPalettes_data()
+    {
+        QTest::addColumn<bool>("round");
+        QTest::addColumn<bool>("ticked");
+        QTest::newRow("check box") << false << false;
+        QTest::newRow("ticked check box") << false << true;
+        QTest::newRow("radio button") << true << false;
+        QTest::newRow("chosen radio button") << true << true;
+    }
+
+    void boxesAreSeenInDarkPalettes()
+    {
+        QFETCH(const bool, round);
+        QFETCH(const bool, ticked);
+        FusionStyle::install();
+        const QColor ground(42, 46, 50);
+        QPalette palette = paletteOf(ground, QColor(252, 252, 252));
+        palette.setColor(QPalette::Base, QColor(27, 30, 32));
+        QApplication::setPalette(palette);
+        std::unique_ptr<QAbstractButton> button;
+        if (round)
+            button = std::make_unique<QRadioButton>();
+        else
+            button = std::make_unique<QCheckBox>();
+        button->setCheckable(true);
+        button->setChecked(ticked);
+        button->resize(button->sizeHint());
+        QStyleOptionButton option;
+        option.initFrom(button.get());
+        const QRect box = QApplication::style()->subElementRect(
+            round ? QStyle::SE_RadioButtonIndicator : QStyle::SE_CheckBoxIndicator, &option, button.get());
+        const QImage image = button->grab().toImage();
+        for (const QPoint &point :
+             {QPoint(box.left(), box.center().y()), QPoint(box.right(), box.center().y()),
+              QPoint(box.center().x(), box.top()), QPoint(box.center().x(), box.bottom())})
+            QVERIFY2(contrast(image.pixelColor(point), ground) >= 3,
+                     qPrintable(image.pixelColor(point).name()));
     }
 
     void theButtonOfANarrowMenuBarHasItsPicture()

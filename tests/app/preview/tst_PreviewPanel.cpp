@@ -578,7 +578,7 @@ void tst_PreviewPanel::noSourceAndNoDelegate()
 
 void tst_PreviewPanel::bigFile()
 {
-    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10 * 1024 * 1024));
+    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10'000'000));
     QElapsedTimer sinceTick;
     qint64 longest = 0;
     QTimer ticks;
@@ -651,7 +651,7 @@ void tst_PreviewPanel::loadingIsSaid()
 
 void tst_PreviewPanel::closedWhileLoading()
 {
-    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10 * 1024 * 1024));
+    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10'000'000));
     for (int round = 0; round < 5; ++round) {
         m_owner.paths = QStringList{path};
         m_panel->makeKeyAndOrderFront();
@@ -669,7 +669,7 @@ void tst_PreviewPanel::closedWhileLoading()
 
 void tst_PreviewPanel::destroyedWhileLoading()
 {
-    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10 * 1024 * 1024));
+    const QString path = m_files.add(QStringLiteral("big.css"), oneLineOfCss(10'000'000));
     for (int round = 0; round < 5; ++round) {
         m_owner.paths = QStringList{path};
         m_owner.frame = round % 2 ? QRect(30, 40, 150, 34) : QRect();

@@ -210,7 +210,7 @@ void tst_PreviewReader::limit()
 
     // A file as large as this is not read to its end.
     QFile file(m_files.add(QStringLiteral("a.css"), exact));
-    QVERIFY(file.resize(Q_INT64_C(5) << 30));
+    QVERIFY(file.resize(5 * 1000 * previewLimit));
     content = contentOf(file.fileName());
     QCOMPARE(content.text, exact);
     QVERIFY(!content.lines);
@@ -265,11 +265,11 @@ void tst_PreviewReader::footer()
     PreviewContent content;
     content.state = State::Text;
     content.encoding = QStringLiteral("gbk");
-    content.size = 1536;
+    content.size = 12345;
     content.lines = 12;
     const QString dot = QStringLiteral("  ·  ");
     QCOMPARE(previewFooter(content),
-             QStringLiteral("1.5 kB") + dot + QStringLiteral("12 lines") + dot + QStringLiteral("gbk"));
+             QStringLiteral("12.3 kB") + dot + QStringLiteral("12 lines") + dot + QStringLiteral("gbk"));
     content.lines = 1;
     content.size = 1;
     content.modified = QDateTime::fromSecsSinceEpoch(1'000'000'000);

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 using namespace brevant;
 
@@ -49,13 +50,19 @@ struct Parts {
         return names;
     }
 
-    void select(const QString &name) const
+    [[nodiscard]] QModelIndex indexOf(const QString &name) const
     {
         for (int row = 0; row < list.model()->rowCount(list.rootIndex()); ++row) {
             const QModelIndex index = list.model()->index(row, 0, list.rootIndex());
             if (index.data().toString() == name)
-                list.selectionModel()->select(index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                return index;
         }
+        return {};
+    }
+
+    void select(const QString &name) const
+    {
+        list.selectionModel()->select(indexOf(name), QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
 
     void type(const QString &text) const
@@ -86,6 +93,10 @@ private Q_SLOTS:
     void hiddenFilesCanBeShown();
     void filesAndFoldersTogether();
     void aFolderIsChosenNotEntered();
+    void aFolderThatWasEnteredCanBeChosen();
+    void columnsAreWideEnough_data();
+    void columnsAreWideEnough();
+    void sizesAreThoseOfThePreview();
     void typedNames_data();
     void typedNames();
     void typedNameReplacesTheSelection();
@@ -198,6 +209,78 @@ void tst_OpenPanel::aFolderIsChosenNotEntered()
     QTest::mouseClick(&parts.choose(), Qt::LeftButton);
     QVERIFY(!panel.isVisible());
     QCOMPARE(panel.chosenPaths(), QStringList{at(QStringLiteral("site"))});
+}
+
+void tst_OpenPanel::aFolderThatWasEnteredCanBeChosen()
+{
+    OpenPanel panel(cssAndJs);
+    panel.setDirectory(m_folder.path());
+    panel.show();
+    const Parts parts(panel);
+    QTRY_VERIFY(parts.shownNames().contains(QStringLiteral("site")));
+    auto *const tree = panel.findChild<QTreeView *>(QStringLiteral("treeView"));
+    Q_EMIT tree->activated(parts.indexOf(QStringLiteral("site"))); // as a double click, or Return, does
+    QCOMPARE(panel.directory().absolutePath(), at(QStringLiteral("site")));
+    QTRY_COMPARE(parts.shownNames(), QStringList{QStringLiteral("deep")});
+    QVERIFY(parts.choose().isEnabled());
+    QCOMPARE(panel.chosenPaths(), QStringList{at(QStringLiteral("site"))});
+    parts.select(QStringLiteral("deep"));
+    QCOMPARE(panel.chosenPaths(), QStringList{at(QStringLiteral("site/deep"))});
+    parts.type(QStringLiteral("none"));
+    QVERIFY(!parts.choose().isEnabled());
+}
+
+void tst_OpenPanel::columnsAreWideEnough_data()
+{
+    QTest::addColumn<int>("points");
+    for (const int points : {8, 10, 16, 24})
+        QTest::addRow("%d points", points) << points;
+}
+
+void tst_OpenPanel::columnsAreWideEnough()
+{
+    QFETCH(const int, points);
+    const QFont before = QApplication::font();
+    QFont font = before;
+    font.setPointSize(points);
+    QApplication::setFont(font);
+    {
+        OpenPanel panel(cssAndJs);
+        panel.setDirectory(m_folder.path());
+        panel.show();
+        const Parts parts(panel);
+        QTRY_VERIFY(parts.shownNames().contains(QStringLiteral("a.css")));
+        auto *const tree = panel.findChild<QTreeView *>(QStringLiteral("treeView"));
+        const auto wanted = [tree](int column) {
+            int width = 0;
+            for (int row = 0; row < tree->model()->rowCount(tree->rootIndex()); ++row) {
+                const QString text = tree->model()->index(row, column, tree->rootIndex()).data().toString();
+                width = std::max(width, tree->fontMetrics().horizontalAdvance(text));
+            }
+            return width;
+        };
+        for (const int column : {1, 2, 3})
+            QTRY_VERIFY2(wanted(column) > 0 && tree->columnWidth(column) >= wanted(column),
+                         qPrintable(QStringLiteral("column %1").arg(column)));
+        QTRY_VERIFY(tree->columnWidth(0) >= tree->fontMetrics().horizontalAdvance(u'w') * 20);
+    }
+    QApplication::setFont(before);
+}
+
+void tst_OpenPanel::sizesAreThoseOfThePreview()
+{
+    QFile file(at(QStringLiteral("c.js")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(12345, ' '));
+    file.close();
+    OpenPanel panel(cssAndJs);
+    panel.setDirectory(m_folder.path());
+    panel.show();
+    const Parts parts(panel);
+    QTRY_VERIFY(parts.shownNames().contains(QStringLiteral("c.js")));
+    QTRY_COMPARE(parts.indexOf(QStringLiteral("c.js")).siblingAtColumn(1).data().toString(),
+                 QStringLiteral("12.3 kB"));
+    QCOMPARE(parts.indexOf(QStringLiteral("site")).siblingAtColumn(1).data().toString(), QString());
 }
 
 void tst_OpenPanel::typedNames_data()
