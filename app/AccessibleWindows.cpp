@@ -5,7 +5,9 @@
 #include "app/MainWindow.h"
 #include "app/preview/PreviewPanel.h"
 
+#include <QAccessibleObject>
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QMenu>
 
 namespace brevant {
@@ -46,9 +48,20 @@ private:
     }
 };
 
+/// The program under the name that people know.
+class ApplicationInterface final : public QAccessibleApplication {
+public:
+    [[nodiscard]] QString text(QAccessible::Text what) const override
+    {
+        return what == QAccessible::Name ? QStringLiteral("Brevant") : QAccessibleApplication::text(what);
+    }
+};
+
 /// Is asked for each class of an object, from its own up to QObject.
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
+    if (object == qApp)
+        return new ApplicationInterface; // the cache's
     if (auto *const window = qobject_cast<MainWindow *>(object))
         return new MainWindowInterface(window); // the cache's
     auto *const widget = qobject_cast<QWidget *>(object);

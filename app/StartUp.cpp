@@ -10,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QIcon>
+#include <QSettings>
 
 #include <algorithm>
 #include <array>
@@ -52,9 +53,11 @@ bool mayHaveDisplay(int argc, char *argv[])
 void setUpApplication()
 {
     nameApplication();
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Brevant"));
+    // No display name: Qt would put it behind the title of every window that does not end in it.
     QGuiApplication::setDesktopFileName(QStringLiteral("org.brevant.Brevant"));
     QIcon::setFallbackThemeName(QStringLiteral("breeze"));
+    // Where Qt's file panels would keep the folders that were shown, in a file for all programs made with Qt.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 void loadApplicationIcon()

@@ -114,7 +114,7 @@ class Program:
 
     def expect_active(self, title):
         wait_for(lambda: f"{title!r} as the active window, not {self.active_title()!r}",
-                 lambda: self.active_title().startswith(title))
+                 lambda: self.active_title() == title)
 
     def key(self, *keys):
         self.session.run("xdotool", "key", "--delay", "15", *keys)

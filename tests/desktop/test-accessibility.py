@@ -49,6 +49,7 @@ def every_control_has_a_name_and_a_role(case):
             "Brevant Home Page", "Send Feedback…", "About Brevant")),
     }
     equal(expected - found, set(), "controls that are not found")
+    equal(program.root.name, "Brevant")
     controls = ("push button", "check box", "radio button", "text", "table", "cell", "menu item", "combo box")
     nameless = [node for node in program.window.walk() if not node.name and node.role in controls]
     equal(nameless, [], "controls without a name")

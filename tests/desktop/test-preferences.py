@@ -139,6 +139,36 @@ def the_window_is_moved_by_its_background(case):
     program.expect_active("Preferences")
 
 
+def panels_leave_nothing_behind(case):
+    """Of the folders shown, nothing is stored; the program knows the last one until it ends."""
+    program = case.start(case.file("a.css"), case.file("b.css"))
+    program.expect_names("a.css", "b.css")
+    program.key("ctrl+o")
+    program.expect_active("Choose Files or Folders")
+    program.type(str(case.folder / "a.css"))
+    program.key("Return")
+    program.expect_active("Brevant")
+    program.key("ctrl+a", "ctrl+j")
+    program.expect_active("Save Combined File")
+    program.key("Escape")
+    program.expect_active("Brevant")
+    program.key("ctrl+comma")
+    program.expect_active("Preferences")
+    window = program.root.find("dialog", "Preferences")
+    program.click(window.find("combo box", "The same folder as source"))
+    program.key("Down", "Return")
+    program.expect_active("Choose a Folder")
+    program.key("Escape")
+    program.expect_active("Preferences")
+    program.key("alt+F4")
+    program.expect_active("Brevant")
+    program.key("ctrl+q")
+    program.wait_for_exit()
+    config = case.session.home / "config"
+    equal(sorted(str(file.relative_to(config)) for file in config.rglob("*") if not file.is_dir()),
+          ["brevant/settings.json"])
+
+
 run([check_boxes_are_stored_at_once, the_line_break_column_is_typed, the_same_name_as_the_source_is_warned_of,
      php_is_warned_of, a_typed_suffix_names_the_next_output, an_encoding_is_chosen_from_the_list,
-     a_folder_for_the_outputs_is_chosen, the_window_is_moved_by_its_background])
+     a_folder_for_the_outputs_is_chosen, the_window_is_moved_by_its_background, panels_leave_nothing_behind])
