@@ -4,12 +4,12 @@
 
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
-#include "cli/TerminalText.h"
 #include "engine/EntryResult.h"
 #include "queue/FileQueue.h"
 #include "queue/PathString.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -22,7 +22,6 @@ namespace brevant {
 
 namespace {
 
-constexpr int barWidth = 20;
 constexpr int usualColumns = 80;
 const QString eraseLineAbove =
     QStringLiteral("\x1b[A\r\x1b[K"); // ECMA-48: CUU, cursor up; EL, erase to the end
@@ -31,6 +30,14 @@ int terminalColumns()
 {
     winsize size{};
     return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualColumns;
+}
+
+/// Whether Java says at each start which options it has found, and says it on the terminal.
+bool isJavaTalkative()
+{
+    constexpr std::array<const char *, 3> variables{"JAVA_TOOL_OPTIONS", "JDK_JAVA_OPTIONS", "_JAVA_OPTIONS"};
+    return ::isatty(STDERR_FILENO) != 0 &&
+           std::ranges::any_of(variables, [](const char *name) { return std::getenv(name) != nullptr; });
 }
 
 } // namespace
@@ -44,7 +51,7 @@ TerminalJobDisplay::Style TerminalJobDisplay::styleOfStandardOutput()
 {
     const char *terminal = std::getenv("TERM");
     const bool canErase = terminal != nullptr && std::string_view(terminal) != "dumb";
-    return ::isatty(STDOUT_FILENO) != 0 && canErase ? Style::Live : Style::Lines;
+    return ::isatty(STDOUT_FILENO) != 0 && canErase && !isJavaTalkative() ? Style::Live : Style::Lines;
 }
 
 void TerminalJobDisplay::setStatusText(const QString &text)
@@ -92,7 +99,7 @@ QString TerminalJobDisplay::lineFor(const EntryResult &result) const
 void TerminalJobDisplay::drawLiveLine()
 {
     // The cursor waits below the line, so that what a compressor prints begins on a line of its own.
-    const QString line = TerminalText::fitted(progress(), terminalColumns() - 1);
+    const QString line = TerminalText::progressLine(progress(), terminalColumns() - 1);
     TerminalText::print(stdout, takeLiveLine() + line + u'\n');
     m_liveLineShown = true;
 }
@@ -104,20 +111,16 @@ QString TerminalJobDisplay::takeLiveLine()
                                                                                          : QString();
 }
 
-QString TerminalJobDisplay::progress() const
+TerminalText::Progress TerminalJobDisplay::progress() const
 {
-    const int total = std::max(m_queue.count(), 1);
-    const int filled = barWidth * m_done / total;
-    QString line = QStringLiteral("[%1%2] %3/%4  %5  %6")
-                       .arg(QString(filled, u'#'), QString(barWidth - filled, u'-'))
-                       .arg(m_done)
-                       .arg(total)
-                       .arg(m_statusText, TerminalText::printable(m_fileName));
+    TerminalText::Progress progress{m_done, std::max(m_queue.count(), 1), m_statusText,
+                                    TerminalText::printable(m_fileName), QString()};
     if (m_done > 0) {
         const double passed = std::chrono::duration<double>(Clock::now() - m_start).count();
-        line += QStringLiteral("  %1 left").arg(TerminalText::duration(passed / m_done * (total - m_done)));
+        const double left = passed / m_done * (progress.total - m_done);
+        progress.left = QStringLiteral("%1 left").arg(TerminalText::duration(left));
     }
-    return line;
+    return progress;
 }
 
 } // namespace brevant

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/TerminalText.h"
 #include "engine/JobDisplay.h"
 
 #include <QString>
@@ -21,7 +22,7 @@ public:
 
     TerminalJobDisplay(const FileQueue &queue, RunReport &report, Style style);
 
-    /// What standard output is: a terminal that can show a live line, or something else.
+    /// Live on a terminal that can show such a line and where no Java runtime writes below it at each start.
     [[nodiscard]] static Style styleOfStandardOutput();
 
     /// The last status of the run.
@@ -41,7 +42,7 @@ private:
     void drawLiveLine();
     /// The control characters that erase the live line, if there is one to erase.
     [[nodiscard]] QString takeLiveLine();
-    [[nodiscard]] QString progress() const;
+    [[nodiscard]] TerminalText::Progress progress() const;
     [[nodiscard]] QString lineFor(const EntryResult &result) const;
 
     const FileQueue &m_queue;

@@ -5,8 +5,11 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cwchar>
+#include <numeric>
+#include <utility>
 
 namespace brevant::TerminalText {
 
@@ -17,6 +20,11 @@ bool isSafeInShell(QChar character)
     const char16_t code = character.unicode();
     return (code >= u'a' && code <= u'z') || (code >= u'A' && code <= u'Z') ||
            (code >= u'0' && code <= u'9') || QStringView(u"_@%+=:,./-").contains(character);
+}
+
+int columnsOf(char32_t character)
+{
+    return std::max(0, ::wcwidth(static_cast<wchar_t>(character)));
 }
 
 /// In the shell's $'…', its signs that are not printable as the bytes of their UTF-8.
@@ -91,13 +99,47 @@ QString fitted(const QString &text, int columns)
     QString kept;
     int used = 0;
     for (const char32_t character : text.toUcs4()) {
-        const int width = std::max(0, ::wcwidth(static_cast<wchar_t>(character)));
-        if (used + width > columns)
+        used += columnsOf(character);
+        if (used > columns)
             break;
-        used += width;
         kept += QString::fromUcs4(&character, 1);
     }
     return kept;
+}
+
+int width(const QString &text)
+{
+    const QList<uint> characters = text.toUcs4();
+    return std::accumulate(characters.begin(), characters.end(), 0,
+                           [](int sum, char32_t character) { return sum + columnsOf(character); });
+}
+
+QString progressLine(const Progress &progress, int columns)
+{
+    constexpr int barWidth = 20;
+    constexpr int leastOfName = 12; // columns
+    const QString gap = QStringLiteral("  ");
+    const int filled = barWidth * progress.done / progress.total;
+    const QString count = QStringLiteral("%1/%2").arg(progress.done).arg(progress.total);
+    const QString bar =
+        QStringLiteral("[%1%2] ").arg(QString(filled, u'#'), QString(barWidth - filled, u'-'));
+    const QString left = progress.left.isEmpty() ? QString() : gap + progress.left;
+
+    const std::array<std::pair<QString, QString>, 4> choices{{{bar + count + gap + progress.status, left},
+                                                              {bar + count, left},
+                                                              {count, left},
+                                                              {count, QString()}}};
+    const int nameWidth = width(progress.name);
+    QString line;
+    for (const auto &[before, after] : choices) {
+        const int room = columns - width(before + gap + after);
+        const QString name =
+            nameWidth <= room ? progress.name : fitted(progress.name, room - 1) + QChar(u'…');
+        line = before + gap + name + after;
+        if (room >= std::min(nameWidth, leastOfName))
+            break;
+    }
+    return fitted(line, columns);
 }
 
 bool print(std::FILE *stream, const QString &text)

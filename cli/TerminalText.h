@@ -33,6 +33,22 @@ using brevant::printable;
 /// `text` cut at its end to at most `columns` columns of a terminal.
 [[nodiscard]] QString fitted(const QString &text, int columns);
 
+/// How many columns of a terminal `text` takes.
+[[nodiscard]] int width(const QString &text);
+
+/// What the live line of a run tells.
+struct Progress {
+    int done = 0;
+    int total = 1;
+    QString status; ///< in words, as the window has it
+    QString name;   ///< of the file being worked on
+    QString left;   ///< the time left; empty if it cannot be told
+};
+
+/// The live line in at most `columns` columns. Where there is no room for all of it, the status goes first
+/// and the bar next, which say what the count says, then the time left; the name is cut last.
+[[nodiscard]] QString progressLine(const Progress &progress, int columns);
+
 /// Writes `text` at once, so that what child processes print comes after it; false, with errno set, if that
 /// fails.
 bool print(std::FILE *stream, const QString &text);

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void stopStaysReadable();
     void terminalsWithoutALiveLine_data();
     void terminalsWithoutALiveLine();
+    void javaThatSaysItsOptions();
     void quietOnATerminal();
 };
 
@@ -158,6 +159,25 @@ void tst_BrevantCliTerminal::terminalsWithoutALiveLine()
     QCOMPARE(pty.waitForEnd(), 0);
     QVERIFY(!pty.output().contains('\x1b'));
     QVERIFY2(pty.output().startsWith("Minified 1 of 1 items. " + path + " -> "), pty.output());
+}
+
+void tst_BrevantCliTerminal::javaThatSaysItsOptions()
+{
+    // It says them below the line, which cannot be erased then.
+    Sandbox sandbox;
+    sandbox.environment.insert(u"JAVA_TOOL_OPTIONS"_s, u"-Dnothing=1"_s);
+    sandbox.add(u"a.css"_s, css);
+    sandbox.add(u"b.css"_s, css);
+    Pty terminal(sandbox, {u"a.css"_s, u"b.css"_s}, 200);
+    QCOMPARE(terminal.waitForEnd(), 0);
+    Screen screen(200);
+    screen.write(terminal.output());
+    const QStringList rows = screen.rows();
+    QCOMPARE(rows.size(), 6);
+    for (const int row : {0, 2})
+        QVERIFY2(rows[row].startsWith(u"Picked up JAVA_TOOL_OPTIONS"_s), qPrintable(rows[row]));
+    for (const int row : {1, 3})
+        QVERIFY2(rows[row].startsWith(u"Minified %1 of 2 items. "_s.arg(row / 2 + 1)), qPrintable(rows[row]));
 }
 
 void tst_BrevantCliTerminal::quietOnATerminal()

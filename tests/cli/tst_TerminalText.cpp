@@ -31,6 +31,8 @@ private Q_SLOTS:
     void duration();
     void fitted_data();
     void fitted();
+    void progressLine_data();
+    void progressLine();
     void print();
 };
 
@@ -233,6 +235,40 @@ void tst_TerminalText::fitted()
     QFETCH(QString, text);
     QFETCH(int, columns);
     QTEST(TerminalText::fitted(text, columns), "expected");
+}
+
+void tst_TerminalText::progressLine_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("expected");
+
+    const QString bar = u"[##########----------] 1/2  "_s;
+    const QString status = u"Minified 2 of 2 items.  "_s;
+    const QString left = u"0:05 left"_s;
+    QTest::newRow("room for all") << 79 << u"a.css"_s << left << bar + status + u"a.css  0:05 left"_s;
+    QTest::newRow("just so") << 68 << u"a.css"_s << left << bar + status + u"a.css  0:05 left"_s;
+    QTest::newRow("without status") << 67 << u"a.css"_s << left << bar + u"a.css  0:05 left"_s;
+    QTest::newRow("without bar") << 39 << u"a.css"_s << left << u"1/2  a.css  0:05 left"_s;
+    QTest::newRow("without time") << 19 << u"a.css"_s << left << u"1/2  a.css"_s;
+    QTest::newRow("time not known") << 57 << u"a.css"_s << QString() << bar + status + u"a.css"_s;
+    QTest::newRow("long name") << 79 << QString(90, u'n') << left
+                               << bar + status + QString(15, u'n') + u"…  0:05 left"_s;
+    QTest::newRow("long name, little room") << 19 << QString(90, u'n') << left << u"1/2  nnnnnnnnnnnnn…"_s;
+    QTest::newRow("wide name") << 19 << u"日本日本日本日本"_s << left << u"1/2  日本日本日本…"_s;
+    QTest::newRow("hardly any room") << 4 << u"a.css"_s << left << u"1/2 "_s;
+    QTest::newRow("no room") << 0 << u"a.css"_s << left << QString();
+}
+
+void tst_TerminalText::progressLine()
+{
+    QFETCH(int, columns);
+    QFETCH(QString, name);
+    QFETCH(QString, left);
+    const QString line = TerminalText::progressLine({1, 2, u"Minified 2 of 2 items."_s, name, left}, columns);
+    QTEST(line, "expected");
+    QVERIFY(TerminalText::width(line) <= columns);
 }
 
 void tst_TerminalText::print()
