@@ -5,6 +5,7 @@
 members of the report. What they link to is there."""
 import html
 import json
+import os
 import re
 import subprocess
 import tempfile
@@ -123,6 +124,51 @@ class ManualPages(unittest.TestCase):
         self.assertIn("reason", members)
         heads = [item for item in self.pages["brevant-cli"].items("JSON REPORT") if "(" in item]
         self.assertEqual({head.split()[0] for head in heads}, members)
+
+
+class Examples(unittest.TestCase):
+    """Those of brevant-cli(1) for builds, run twice as builds are."""
+
+    def setUp(self):
+        page = (SOURCE / "docs/man/brevant-cli.1.in").read_text(encoding="utf-8")
+        self.blocks = re.findall(r"^\.Bd -literal.*?\n(.*?)^\.Ed", page, re.DOTALL | re.MULTILINE)
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        settings = re.search(r"^\$ (echo .* >minify\.json)$", self.block("minify.json"), re.MULTILINE)[1]
+        subprocess.run(["sh", "-c", settings], cwd=self.folder, check=True)
+
+    def block(self, word):
+        return next(block for block in self.blocks if word in block).replace("\\e", "\\").replace("\\&", "")
+
+    def add(self, name, text):
+        path = self.folder / name
+        path.parent.mkdir(exist_ok=True)
+        path.write_text(text)
+
+    def run_twice(self, *command):
+        """The exit statuses of both, and what files there are after each."""
+        statuses, files = [], []
+        for _ in range(2):
+            ended = subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True, timeout=60,
+                                   env=os.environ | {"PATH": f"{BUILD}:{os.environ['PATH']}", "HOME": str(self.folder)})
+            statuses.append(ended.returncode)
+            files.append(sorted(path.name for path in self.folder.glob("*/*")))
+        return statuses, files
+
+    def test_make(self):
+        self.add("Makefile", self.block("SHEETS"))
+        self.add("css/a.css", "a { color: red }\n")
+        self.assertEqual(self.run_twice("make"), ([0, 0], [["a.css", "a.min.css"]] * 2))
+        # The compressor fails and leaves an empty output, which is no reason to pass the sheet over.
+        self.add("css/b.css", f'a {{ content: "{5000 * "x"}" }}\n')
+        self.assertEqual(self.run_twice("make"), ([2, 2], [["a.css", "a.min.css", "b.css"]] * 2))
+
+    def test_npm(self):
+        script = json.loads("{" + self.block('"scripts"') + "}")["scripts"]["build"]
+        self.add("src/a.js", "var a = 1;\n")
+        self.add("src/gone.min.js", "var b = 1;\n")  # its source was deleted since
+        self.assertEqual(self.run_twice("sh", "-c", script), ([0, 0], [["a.js", "a.min.js", "gone.min.js"]] * 2))
 
 
 class Readme(unittest.TestCase):
