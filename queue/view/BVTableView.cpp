@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVTableView.h"
 
-#include "queue/PathString.h"
+#include "looks/Contrast.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/FilesTableModel.h"
 
@@ -18,9 +18,8 @@ namespace brevant {
 
 namespace {
 
+// Four tenths of it hold a line of 13 pixels with its accents and descenders.
 constexpr int rowPitch = 40;
-constexpr int textTop =
-    6; ///< from a row's top edge to that of its cell, so that the two lines stand in the middle
 constexpr QRgb selectionFill = qRgb(204, 238, 255);
 
 using RowRange = std::pair<int, int>;
@@ -95,7 +94,7 @@ BVImageView *BVTableView::dropView() const
 void BVTableView::setBackgroundColor(const std::optional<QColor> &color)
 {
     m_backgroundColor = color;
-    QPalette ground = palette();
+    QPalette ground;
     ground.setColor(viewport()->backgroundRole(), color.value_or(QColor(Qt::transparent)));
     viewport()->setPalette(ground);
     viewport()->setAutoFillBackground(color.has_value());
@@ -242,15 +241,9 @@ void BVTableView::selectionChanged(const QItemSelection &selected, const QItemSe
     Q_EMIT selectionDidChange();
 }
 
-QRect BVTableView::rectOfRow(int row) const
-{
-    return model() ? visualRect(model()->index(row, 0)) : QRect();
-}
-
 QRect BVTableView::frameOfCell(int row) const
 {
-    const QRect rect = rectOfRow(row);
-    return rect.isValid() ? rect.adjusted(0, textTop, 0, 0) : QRect();
+    return model() ? visualRect(model()->index(row, 0)) : QRect();
 }
 
 QRect BVTableView::frameOfCellOnScreen(int row) const
@@ -267,13 +260,13 @@ void BVTableView::highlightSelectionInClipRect(QPainter &painter, const QRect &c
         return;
     // Every selected row from 0 on is due; those that cannot be seen are left out, however many they are.
     const QRect paintable = paintableRect(painter);
-    const int firstSeen = std::max((paintable.top() - rectOfRow(0).top()) / rowPitch, 0);
+    const int firstSeen = std::max((paintable.top() - frameOfCell(0).top()) / rowPitch, 0);
     const std::vector<RowRange> &ranges = selectedRanges();
     auto range = std::ranges::lower_bound(ranges, firstSeen, {}, &RowRange::second);
     for (; range != ranges.end(); ++range) {
         const int end = std::min(range->second + 1, limit);
         for (int row = std::max(range->first, firstSeen); row < end; ++row) {
-            const QRect rect = rectOfRow(row);
+            const QRect rect = frameOfCell(row);
             if (rect.top() > paintable.bottom())
                 return;
             painter.fillRect(rect.adjusted(2, 1, -2, -1), QColor(selectionFill));
@@ -281,6 +274,23 @@ void BVTableView::highlightSelectionInClipRect(QPainter &painter, const QRect &c
         if (range->first >= limit)
             return;
     }
+}
+
+void BVTableView::initViewItemOption(QStyleOptionViewItem *option) const
+{
+    QTableView::initViewItemOption(option);
+    QPalette &own = option->palette;
+    const QColor ground(selectionFill); // the darker of the two
+    const double least = isHighContrast(own) ? highContrast : readableContrast;
+    const auto opaque = [&own](QPalette::ColorGroup group) {
+        const QColor colour = own.color(group, QPalette::Text);
+        return mixed(QColor(Qt::white), colour, colour.alphaF());
+    };
+    const QColor text = opaque(QPalette::Active);
+    const QColor disabled = readableOn(ground, Qt::black, opaque(QPalette::Disabled), least);
+    own.setColor(QPalette::Base, Qt::white);
+    own.setColor(QPalette::Text, contrast(text, ground) >= least ? text : QColor(Qt::black));
+    own.setColor(QPalette::Disabled, QPalette::Text, disabled);
 }
 
 void BVTableView::paintEvent(QPaintEvent *event)

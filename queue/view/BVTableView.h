@@ -54,12 +54,15 @@ public:
     void deselectAll();
     void scrollRowToVisible(int row);
 
-    /// Where the cell of `row` is drawn; empty if there is no such row.
+    /// The row, which is where its cell is drawn; empty if there is no such row.
     [[nodiscard]] QRect frameOfCell(int row) const;
     [[nodiscard]] QRect frameOfCellOnScreen(int row) const;
 
     /// Fills the rectangles of the selected rows, from row 0 to the last one that `clipRect` touches.
     void highlightSelectionInClipRect(QPainter &painter, const QRect &clipRect) const;
+
+    /// How cells are drawn, with the colours of texts made readable on white and on the selection.
+    void initViewItemOption(QStyleOptionViewItem *option) const override;
 
     /// The menu of a right click: adds the row under it to the selection. No row, no menu.
     [[nodiscard]] QMenu *menuForEvent(const QContextMenuEvent &event);
@@ -107,7 +110,6 @@ private:
     using RowRange = std::pair<int, int>; ///< first and last
 
     void setUp();
-    [[nodiscard]] QRect rectOfRow(int row) const;
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] const std::vector<RowRange> &selectedRanges() const;
     void selectRows(const std::vector<int> &rows, bool byExtendingSelection);
@@ -126,6 +128,7 @@ private:
         m_selectedRanges; ///< ascending; nothing: to be asked for anew
     int m_selectedRow = -1;
     bool m_reloading = false;
+    bool m_dragHoldsFiles = false; ///< the drag that has come in last
     bool m_dragIsOver = false;
     bool m_keyboardFocus = false; ///< the focus came by a key
     QString m_searched;

@@ -9,15 +9,19 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
 
 namespace brevant {
 
 namespace {
 
-/// Drags of file names, whatever files they are.
+/// Drags of file names, whatever files they are. A link to elsewhere is a list of addresses too.
 bool holdsFileNames(const QMimeData &drop)
 {
-    return drop.hasFormat(QStringLiteral("text/uri-list"));
+    const QList<QUrl> urls = drop.urls();
+    return std::ranges::any_of(urls, &QUrl::isLocalFile);
 }
 
 /// Whether the key goes to another row and selects it alone.
@@ -178,6 +182,9 @@ void BVTableView::focusInEvent(QFocusEvent *event)
 {
     m_keyboardFocus = isByKey(event->reason());
     QTableView::focusInEvent(event);
+    // Without a selection no key would do anything.
+    if (m_keyboardFocus && selectedRow() == -1 && currentIndex().isValid())
+        selectRowIndexes({currentIndex().row()}, false);
     viewport()->update();
 }
 
@@ -198,7 +205,7 @@ void BVTableView::setDragIsOver(bool isOver)
 void BVTableView::validateDrag(QDragMoveEvent *event)
 {
     event->ignore();
-    if (!m_dropTarget || !holdsFileNames(*event->mimeData()) || !(event->possibleActions() & Qt::CopyAction))
+    if (!m_dropTarget || !m_dragHoldsFiles || !(event->possibleActions() & Qt::CopyAction))
         return;
     if (m_dropTarget->tableViewValidateDrop(*event->mimeData()) != Qt::CopyAction)
         return;
@@ -210,6 +217,8 @@ void BVTableView::validateDrag(QDragMoveEvent *event)
 
 void BVTableView::dragEnterEvent(QDragEnterEvent *event)
 {
+    // Asked once: the list can be long, and comes from the other program each time.
+    m_dragHoldsFiles = holdsFileNames(*event->mimeData());
     validateDrag(event);
 }
 

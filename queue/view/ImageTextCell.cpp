@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPalette>
 
 namespace brevant {
 
@@ -19,12 +18,7 @@ constexpr qreal textIndent = 8;
 constexpr int namePixels = 13;
 constexpr int folderPixels = 11;
 
-// The rows stand on white, or on the pale blue of the selection, in a dark theme too. A colour of the theme
-// serves only if it is readable on both.
-constexpr QRgb darkerGround = qRgb(204, 238, 255);
-constexpr QRgb ownText = qRgb(0, 0, 0);
-constexpr QRgb ownGrey = qRgb(104, 104, 104);
-constexpr QRgb ownDarkGrey = qRgb(70, 70, 70);
+constexpr QRgb darkerGround = qRgb(204, 238, 255); ///< that of a selected row
 
 std::optional<QColor> kindColour(QStringView path)
 {
@@ -44,18 +38,10 @@ std::optional<QColor> kindColour(QStringView path)
     return std::nullopt;
 }
 
-QColor readable(const QColor &colour, double leastContrast, QRgb otherwise)
-{
-    if (colour.alpha() == 255 && contrast(colour, QColor(darkerGround)) >= leastContrast)
-        return colour;
-    return QColor(otherwise);
-}
-
 /// The colour of a kind is fixed, but for those who ask for high contrast.
 QColor shownKindColour(const QColor &colour, bool wantsHighContrast)
 {
-    return wantsHighContrast ? readableOn(QColor(darkerGround), QColor(ownText), colour, highContrast)
-                             : colour;
+    return wantsHighContrast ? readableOn(QColor(darkerGround), Qt::black, colour, highContrast) : colour;
 }
 
 QFont fixedFont(int pixels)
@@ -86,26 +72,23 @@ std::optional<QColor> ImageTextCell::highlightColorWithFrame(const QRectF &) con
     return std::nullopt;
 }
 
-void ImageTextCell::drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path) const
+void ImageTextCell::drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path,
+                                  const QPalette &palette) const
 {
-    const QPalette palette = QApplication::palette();
-    const bool wantsHighContrast = isHighContrast(palette);
-    const double leastContrast = wantsHighContrast ? highContrast : readableContrast;
     const QString name = PathString::lastComponent(path).toString();
     const QPointF nameCorner(cellFrame.x() + textIndent, cellFrame.y());
     if (const std::optional<QColor> colour = kindColour(path)) {
         drawAtPoint(painter, nameCorner, name, fixedFont(namePixels),
-                    shownKindColour(*colour, wantsHighContrast));
+                    shownKindColour(*colour, isHighContrast(palette)));
     } else {
-        const QColor text = readable(palette.color(QPalette::Active, QPalette::Text), leastContrast, ownText);
-        drawAtPoint(painter, nameCorner, name, QApplication::font(), text);
+        drawAtPoint(painter, nameCorner, name, QApplication::font(),
+                    palette.color(QPalette::Active, QPalette::Text));
     }
 
     const QString folder = PathString::folder(path).toString() + u'/';
     const QPointF folderCorner(nameCorner.x(), cellFrame.y() + cellFrame.height() * 4 / 10);
-    const QColor grey = readable(palette.color(QPalette::Disabled, QPalette::Text), leastContrast,
-                                 wantsHighContrast ? ownDarkGrey : ownGrey);
-    drawAtPoint(painter, folderCorner, folder, fixedFont(folderPixels), grey);
+    drawAtPoint(painter, folderCorner, folder, fixedFont(folderPixels),
+                palette.color(QPalette::Disabled, QPalette::Text));
 }
 
 void ImageTextCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -118,7 +101,7 @@ void ImageTextCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
     if (!path.isValid())
         return;
     painter->save();
-    drawWithFrame(cellFrame, *painter, path.toString());
+    drawWithFrame(cellFrame, *painter, path.toString(), option.palette);
     painter->restore();
 }
 

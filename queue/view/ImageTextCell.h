@@ -10,7 +10,8 @@ class QRectF;
 
 namespace brevant {
 
-/// Draws one entry of the file queue: its name in the colour of its kind, and below it its folder in grey.
+/// Draws one entry of the file queue: its name in the colour of its kind, and below it its folder in the
+/// colour of what is disabled.
 class ImageTextCell final : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -21,9 +22,10 @@ public:
     [[nodiscard]] std::optional<QColor> highlightColorWithFrame(const QRectF &cellFrame) const;
 
     /// Draws the entry `path`. The name's line has its top at the top of `cellFrame`, the folder's at 4/10 of
-    /// its height, both 8 to the right of its left edge, neither wrapped nor truncated. The colours are meant
-    /// for a light ground, whatever the theme.
-    void drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path) const;
+    /// its height, both 8 to the right of its left edge, neither wrapped nor truncated. `palette` is that of
+    /// the list, whose ground is light.
+    void drawWithFrame(const QRectF &cellFrame, QPainter &painter, const QString &path,
+                       const QPalette &palette) const;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;

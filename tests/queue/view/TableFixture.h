@@ -44,6 +44,7 @@ public:
 
     bool tableViewAcceptDrop(const QMimeData &drop) override
     {
+        ++drops;
         m_picture.setImageNamed(QStringLiteral("dropN"));
         for (const QUrl &url : drop.urls())
             dropped += url.toLocalFile();
@@ -51,6 +52,7 @@ public:
     }
 
     int validated = 0;
+    int drops = 0;
     QStringList dropped;
 
 private:

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "looks/Contrast.h"
 #include "tests/queue/view/TableFixture.h"
 
 #include <QHeaderView>
@@ -82,7 +83,9 @@ private Q_SLOTS:
     void reloadKeepsTheScrollPosition();
     void keyboardGoesOnWhereTheRemovedRowWas();
     void framesOfCells();
-    void textStandsInTheMiddleOfItsRow();
+    void bothLinesAreWhole();
+    void paletteIsReadable_data();
+    void paletteIsReadable();
     void selectedRowsAreFilled();
     void rowsAboveTheClipRectAreFilledToo();
     void nothingIsFilledBelowTheLastRow();
@@ -269,9 +272,8 @@ void tst_BVTableView::framesOfCells()
     const QRect frame = f.table.frameOfCell(2);
     QCOMPARE(frame.left(), 0);
     QCOMPARE(frame.width(), f.table.viewport()->width());
-    QVERIFY(frame.top() >= 80 && frame.bottom() < 120);
-    // Tall enough for the name, before the folder begins at 4/10.
-    QVERIFY(frame.height() * 4 / 10 >= 13);
+    QCOMPARE(frame.top(), 80);
+    QCOMPARE(frame.height(), 40);
     QCOMPARE(f.table.frameOfCellOnScreen(2), frame.translated(f.table.viewport()->mapToGlobal(QPoint())));
     f.table.verticalScrollBar()->setValue(40);
     QCOMPARE(f.table.frameOfCell(2), frame.translated(0, -40));
@@ -280,25 +282,77 @@ void tst_BVTableView::framesOfCells()
     QVERIFY(f.table.frameOfCellOnScreen(100).isEmpty());
 }
 
-void tst_BVTableView::textStandsInTheMiddleOfItsRow()
+/// Letters with all that can be above and below them: neither line runs into the other, or out of its row.
+void tst_BVTableView::bothLinesAreWhole()
 {
-    Fixture f(3);
-    const QImage image = painted(f);
+    const QString letters = QStringLiteral("ÅÉŲgjpqyçß");
+    FileQueue queue;
+    queue.append(QStringLiteral("/%1/%1.css").arg(letters));
+    FilesTableModel model(queue);
+    BVTableView table;
+    table.setModel(&model);
+    QFont font(QStringLiteral("DejaVu Sans Mono"));
+    const auto lineFits = [&font, &letters](int pixels, qreal height) {
+        font.setPixelSize(pixels);
+        const QFontMetricsF metrics(font);
+        const QRectF ink = metrics.tightBoundingRect(letters);
+        return metrics.height() <= height && -ink.top() <= metrics.ascent() && ink.bottom() <= height;
+    };
+    QVERIFY(lineFits(13, table.frameOfCell(0).height() * 0.4));
+    QVERIFY(lineFits(11, table.frameOfCell(0).height() * 0.6));
+
+    // And so it is painted: the row between the two lines is empty, unless a lower letter reaches it.
+    table.setBackgroundColor(QColor(Qt::white));
+    table.setItemDelegateForColumn(0, new ImageTextCell(&table));
+    table.resize(400, 40);
+    const QImage image = table.grab().toImage();
     const auto hasInk = [&image](int y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (qGray(image.pixel(x, 40 + y)) < 200)
+            if (image.pixel(x, y) != qRgb(255, 255, 255))
                 return true;
         }
         return false;
     };
-    int above = 0;
-    while (above < 40 && !hasInk(above))
-        ++above;
-    int below = 0;
-    while (below < 40 && !hasInk(39 - below))
-        ++below;
-    QVERIFY2(above > 4 && std::abs(above - below) <= 1,
-             qPrintable(QStringLiteral("%1 above, %2 below").arg(above).arg(below)));
+    int lines = hasInk(0) ? 1 : 0;
+    for (int y = 1; y < 40; ++y)
+        lines += hasInk(y) && !hasInk(y - 1) ? 1 : 0;
+    QVERIFY(!hasInk(39));
+    QCOMPARE(lines, 2);
+}
+
+void tst_BVTableView::paletteIsReadable_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("disabled");
+    QTest::addColumn<bool>("textStays");
+    QTest::addColumn<bool>("disabledStays");
+    QTest::newRow("readable") << QColor(20, 20, 60) << QColor(90, 80, 100) << true << true;
+    QTest::newRow("too light a grey") << QColor(Qt::black) << QColor(190, 190, 190) << true << false;
+    QTest::newRow("dark theme") << QColor(240, 240, 240) << QColor(150, 150, 150) << false << false;
+    QTest::newRow("translucent") << QColor(0, 0, 0, 200) << QColor(0, 0, 0, 90) << false << false;
+}
+
+void tst_BVTableView::paletteIsReadable()
+{
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, disabled);
+    QFETCH(const bool, textStays);
+    QFETCH(const bool, disabledStays);
+    BVTableView table;
+    QPalette platform;
+    platform.setColor(QPalette::Text, text);
+    platform.setColor(QPalette::Disabled, QPalette::Text, disabled);
+    table.setPalette(platform);
+    QStyleOptionViewItem option;
+    table.initViewItemOption(&option);
+    const QPalette &own = option.palette;
+    QCOMPARE(own.color(QPalette::Active, QPalette::Text) == text, textStays);
+    QCOMPARE(own.color(QPalette::Disabled, QPalette::Text) == disabled, disabledStays);
+    for (const QColor &ground : {QColor(Qt::white), QColor(fill)}) {
+        QVERIFY(contrast(own.color(QPalette::Active, QPalette::Text), ground) >= 4.5);
+        QVERIFY(contrast(own.color(QPalette::Disabled, QPalette::Text), ground) >= 4.5);
+    }
+    QVERIFY(own.color(QPalette::Disabled, QPalette::Text) != own.color(QPalette::Active, QPalette::Text));
 }
 
 void tst_BVTableView::selectedRowsAreFilled()

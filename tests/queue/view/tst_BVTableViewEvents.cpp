@@ -24,7 +24,7 @@ std::unique_ptr<QMimeData> files(const QStringList &paths)
     auto data = std::make_unique<QMimeData>();
     QList<QUrl> urls;
     for (const QString &path : paths)
-        urls += QUrl::fromLocalFile(path);
+        urls += path.startsWith(u'/') ? QUrl::fromLocalFile(path) : QUrl(path);
     data->setUrls(urls);
     return data;
 }
@@ -110,14 +110,15 @@ private Q_SLOTS:
     void clickOnTheBackgroundDeselects();
     void anyFilesAreOfferedAsACopy_data();
     void anyFilesAreOfferedAsACopy();
-    void textIsRefused();
+    void whatIsNoFileIsRefused_data();
+    void whatIsNoFileIsRefused();
     void moveOnlyIsRefused();
     void leavingPutsThePictureBack();
     void dropIsHandedOn();
-    void textIsNotDropped();
     void nothingIsTakenWithoutATarget();
     void dropHighlightComesAndGoes();
     void keyboardFocusShows();
+    void tabSelectsTheCurrentRow();
 };
 
 void tst_BVTableViewEvents::aKeyWithNowhereToGoSelectsItsRow_data()
@@ -408,7 +409,8 @@ void tst_BVTableViewEvents::anyFilesAreOfferedAsACopy_data()
     QTest::newRow("a file") << QStringList{QStringLiteral("/w/a.css")};
     QTest::newRow("a file that cannot be used") << QStringList{QStringLiteral("/w/notes.txt")};
     QTest::newRow("a folder") << QStringList{QStringLiteral("/tmp")};
-    QTest::newRow("an empty list") << QStringList();
+    QTest::newRow("a file among links")
+        << QStringList{QStringLiteral("https://example.org/"), QStringLiteral("/w/a.css")};
 }
 
 void tst_BVTableViewEvents::anyFilesAreOfferedAsACopy()
@@ -422,14 +424,28 @@ void tst_BVTableViewEvents::anyFilesAreOfferedAsACopy()
     QCOMPARE(f.target.validated, 2);
 }
 
-void tst_BVTableViewEvents::textIsRefused()
+void tst_BVTableViewEvents::whatIsNoFileIsRefused_data()
 {
-    Fixture f(0);
-    const auto data = text();
-    QVERIFY(!enter(f, *data).accepted);
-    QVERIFY(!moveOver(f, *data).accepted);
-    QCOMPARE(f.target.validated, 0);
-    QCOMPARE(f.picture.imageName(), QStringLiteral("dropN"));
+    QTest::addColumn<QStringList>("addresses"); // none: plain text
+    QTest::newRow("text") << QStringList();
+    QTest::newRow("a web link") << QStringList{QStringLiteral("https://example.org/a.css")};
+    QTest::newRow("links") << QStringList{QStringLiteral("mailto:a@example.org"),
+                                          QStringLiteral("sftp://b/a.css")};
+}
+
+void tst_BVTableViewEvents::whatIsNoFileIsRefused()
+{
+    QFETCH(const QStringList, addresses);
+    for (const int rows : {0, 3}) {
+        Fixture f(rows);
+        const auto data = addresses.isEmpty() ? text() : files(addresses);
+        QVERIFY(!enter(f, *data).accepted);
+        QVERIFY(!moveOver(f, *data).accepted);
+        QVERIFY(!drop(f, *data).accepted);
+        QCOMPARE(f.target.validated, 0);
+        QCOMPARE(f.target.drops, 0);
+        QCOMPARE(f.picture.imageName(), QStringLiteral("dropN"));
+    }
 }
 
 void tst_BVTableViewEvents::moveOnlyIsRefused()
@@ -469,14 +485,6 @@ void tst_BVTableViewEvents::dropIsHandedOn()
     QCOMPARE(drop(f, *data), (Answer{true, Qt::CopyAction}));
     QCOMPARE(f.target.dropped, paths);
     QCOMPARE(f.picture.imageName(), QStringLiteral("dropN"));
-    QCOMPARE(drop(f, *files({})), (Answer{true, Qt::CopyAction}));
-}
-
-void tst_BVTableViewEvents::textIsNotDropped()
-{
-    Fixture f(0);
-    QVERIFY(!drop(f, *text()).accepted);
-    QCOMPARE(f.target.dropped, QStringList());
 }
 
 void tst_BVTableViewEvents::nothingIsTakenWithoutATarget()
@@ -505,6 +513,7 @@ void tst_BVTableViewEvents::dropHighlightComesAndGoes()
 void tst_BVTableViewEvents::keyboardFocusShows()
 {
     Fixture f(3);
+    f.table.selectRowIndexes({0}, false);
     f.window.activateWindow();
     f.table.setFocus(Qt::MouseFocusReason);
     QTRY_VERIFY(f.table.hasFocus());
@@ -514,6 +523,31 @@ void tst_BVTableViewEvents::keyboardFocusShows()
     QVERIFY(painted(f) != before);
     f.table.clearFocus();
     QCOMPARE(painted(f), before);
+}
+
+void tst_BVTableViewEvents::tabSelectsTheCurrentRow()
+{
+    Fixture f(3);
+    f.window.activateWindow();
+    const auto comeBy = [&f](Qt::FocusReason reason) {
+        f.table.clearFocus();
+        f.table.setFocus(reason);
+        return f.table.hasFocus();
+    };
+    QTRY_VERIFY(comeBy(Qt::OtherFocusReason));
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+    QVERIFY(comeBy(Qt::TabFocusReason));
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{0}); // none was current before
+    f.table.selectRowIndexes({0, 2}, false);
+    QVERIFY(comeBy(Qt::TabFocusReason));
+    QCOMPARE(f.table.selectedRowIndexes(), (Rows{0, 2}));
+    f.table.deselectAll();
+    QVERIFY(comeBy(Qt::MouseFocusReason));
+    QCOMPARE(f.table.selectedRowIndexes(), Rows());
+    QVERIFY(comeBy(Qt::BacktabFocusReason));
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{2});
+    QTest::keyClick(&f.table, Qt::Key_Up);
+    QCOMPARE(f.table.selectedRowIndexes(), Rows{1});
 }
 
 QTEST_MAIN(tst_BVTableViewEvents)
