@@ -84,9 +84,12 @@ void BrevantAppDelegate::makePreviewPanel()
     connect(m_sharedPreviewPanel.get(), &PreviewPanel::willOpen, this, [this] {
         if (m_previewController.acceptsPreviewPanelControl())
             m_previewController.beginPreviewPanelControl(m_sharedPreviewPanel.get());
+        Q_EMIT previewPanelToggled(true);
     });
-    connect(m_sharedPreviewPanel.get(), &PreviewPanel::didClose, this,
-            [this] { m_previewController.endPreviewPanelControl(); });
+    connect(m_sharedPreviewPanel.get(), &PreviewPanel::didClose, this, [this] {
+        m_previewController.endPreviewPanelControl();
+        Q_EMIT previewPanelToggled(false);
+    });
 }
 
 void BrevantAppDelegate::doMinify(const std::atomic<Stop> &stop)

@@ -47,6 +47,9 @@ public:
     /// The panel, if it was ever opened.
     [[nodiscard]] PreviewPanel *sharedPreviewPanel() const { return m_sharedPreviewPanel.get(); }
 
+Q_SIGNALS:
+    void previewPanelToggled(bool isOpen);
+
 private:
     [[nodiscard]] bool addFiles(const QStringList &paths);
     void startRun();

@@ -7,6 +7,7 @@
 #include "settings/preferences/BackgroundDrag.h"
 #include "ui_MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QScreen>
@@ -48,6 +49,9 @@ void MainWindow::setUp()
     new BackgroundDrag(this); // a child of this
     setUpButtons();
     setUpContextMenu();
+    m_closePreview = new QShortcut(Qt::Key_Escape, this); // a child of this
+    m_closePreview->setEnabled(false);
+    connect(m_closePreview, &QShortcut::activated, m_ui->quickLookMenu, &QAction::trigger);
     connect(m_ui->filesTable, &BVTableView::selectionDidChange, this, &MainWindow::updateSelectionActions);
     updateSelectionActions();
     m_ui->filesTable->setFocus();
@@ -61,12 +65,18 @@ void MainWindow::setUpButtons()
         policy.setRetainSizeWhenHidden(true);
         button->setSizePolicy(policy);
     }
-    // What Return does in a window with a default button, whatever has the focus.
+    // As in a dialog, Return presses the default button, which is the one that has the focus, if any.
+    connect(qApp, &QApplication::focusChanged, this, [this] {
+        m_ui->clearButton->setDefault(m_ui->clearButton->hasFocus());
+        m_ui->minifyButton->setDefault(!m_ui->clearButton->isDefault());
+    });
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto *const shortcut = new QShortcut(key, this); // a child of this
         connect(shortcut, &QShortcut::activated, this, [this] {
-            if (m_ui->minifyButton->isVisible())
-                m_ui->minifyButton->click();
+            QPushButton *const button =
+                m_ui->clearButton->isDefault() ? m_ui->clearButton : m_ui->minifyButton;
+            if (button->isVisible())
+                button->click();
         });
     }
 }
@@ -92,14 +102,22 @@ Outlets MainWindow::outlets()
         .clearButton = m_ui->clearButton,
         .minifyMenu = m_ui->minifyMenu,
         .clearMenu = m_ui->clearMenu,
+        .combineMenu = m_ui->combineMenu,
     };
+}
+
+void MainWindow::setPreviewOpen(bool isOpen)
+{
+    m_closePreview->setEnabled(isOpen);
+    updateSelectionActions();
 }
 
 void MainWindow::updateSelectionActions()
 {
     const bool anySelected = m_ui->filesTable->selectedRow() >= 0;
-    for (QAction *action : {m_ui->removeMenu, m_ui->revealMenu, m_ui->quickLookMenu})
-        action->setEnabled(anySelected);
+    m_ui->removeMenu->setEnabled(anySelected);
+    m_ui->revealMenu->setEnabled(anySelected);
+    m_ui->quickLookMenu->setEnabled(anySelected || m_closePreview->isEnabled());
 }
 
 void MainWindow::paintEvent(QPaintEvent *event)

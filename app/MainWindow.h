@@ -10,6 +10,7 @@
 
 class QAction;
 class QMenu;
+class QShortcut;
 
 namespace Ui {
 class MainWindow;
@@ -35,6 +36,9 @@ public:
     /// The layout's own names: the actions of the menu.
     [[nodiscard]] const Ui::MainWindow &ui() const { return *m_ui; }
 
+    /// While the preview is open it can be closed whatever is selected, with Escape too.
+    void setPreviewOpen(bool isOpen);
+
 Q_SIGNALS:
     /// The user closes the window. It is hidden then; what becomes of the program is up to the receiver.
     void closed();
@@ -52,6 +56,7 @@ private:
     void updateSelectionActions();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
+    QShortcut *m_closePreview = nullptr; ///< a child of this
     bool m_painted = false;
 };
 

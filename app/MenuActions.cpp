@@ -54,6 +54,8 @@ void connectActions(MainWindow &window, AppController &controller, BrevantAppDel
     QObject::connect(ui.quitMenu, &QAction::triggered, &lifetime, &Lifetime::quit);
     QObject::connect(ui.quickLookMenu, &QAction::triggered, &delegate,
                      &BrevantAppDelegate::togglePreviewPanel);
+    QObject::connect(&delegate, &BrevantAppDelegate::previewPanelToggled, &window,
+                     &MainWindow::setPreviewOpen);
     QObject::connect(ui.aboutMenu, &QAction::triggered, &window, [&window] { showAbout(window); });
     QObject::connect(ui.minifyButton, &QPushButton::clicked, &controller, &AppController::minify);
     QObject::connect(ui.clearButton, &QPushButton::clicked, &controller, &AppController::clear);

@@ -24,6 +24,7 @@ struct Outlets {
     QPushButton *clearButton = nullptr;
     QAction *minifyMenu = nullptr;
     QAction *clearMenu = nullptr;
+    QAction *combineMenu = nullptr;
 };
 
 } // namespace brevant

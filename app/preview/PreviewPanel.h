@@ -43,9 +43,9 @@ public:
 /// The quick-look panel: a light window over the others that shows the text of a file, one of several at a
 /// time.
 ///
-/// Keys are the delegate's, apart from those that close the window, turn over to another item (Alt with left
-/// and right), scroll the text (Alt with up, down and the page keys) and copy. Files are read on other
-/// threads.
+/// Every key is the delegate's, unless it is a shortcut of the main window's menu with Ctrl or Alt, or
+/// Escape. Two buttons turn over to another item; a menu of the text copies and scrolls. Files are read on
+/// other threads.
 class PreviewPanel final : public QWidget {
     Q_OBJECT
 
@@ -102,9 +102,7 @@ private:
     void showLoading();
     void showPage(const QString &path, const QString &sentence);
     void showHeader(const QString &path);
-    [[nodiscard]] bool isOwnKey(QKeyEvent *event) const;
-    [[nodiscard]] bool isForUs(QKeyEvent *event) const;
-    [[nodiscard]] bool handleKey(QKeyEvent *event);
+    void showTextMenu(QPoint point);
 
     std::function<QString()> m_encodingName;
     PreviewPanelDataSource *m_dataSource = nullptr;

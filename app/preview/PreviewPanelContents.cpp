@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -28,51 +29,12 @@ QWidget *makeLine(QWidget *parent)
     return line;
 }
 
-/// Shift and the like, which mean something only with another key.
-bool isModifier(const QKeyEvent &event)
+/// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
+/// in the panel would start a run. Escape is the menu's: it closes the panel.
+bool isNoMenuKey(const QKeyEvent &event)
 {
-    switch (event.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Meta:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_CapsLock:
-    case Qt::Key_NumLock:
-    case Qt::Key_ScrollLock:
-        return true;
-    default:
-        return false;
-    }
-}
-
-/// With no other modifier than the keypad's.
-bool isPlain(const QKeyEvent &event)
-{
-    return !(event.modifiers() & ~Qt::KeypadModifier);
-}
-
-/// What Alt with a key does to the text. Without Alt these keys are the list's.
-QAbstractSlider::SliderAction scrollAction(const QKeyEvent &event)
-{
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::AltModifier)
-        return QAbstractSlider::SliderNoAction;
-    switch (event.key()) {
-    case Qt::Key_Up:
-        return QAbstractSlider::SliderSingleStepSub;
-    case Qt::Key_Down:
-        return QAbstractSlider::SliderSingleStepAdd;
-    case Qt::Key_PageUp:
-        return QAbstractSlider::SliderPageStepSub;
-    case Qt::Key_PageDown:
-        return QAbstractSlider::SliderPageStepAdd;
-    case Qt::Key_Home:
-        return QAbstractSlider::SliderToMinimum;
-    case Qt::Key_End:
-        return QAbstractSlider::SliderToMaximum;
-    default:
-        return QAbstractSlider::SliderNoAction;
-    }
+    constexpr Qt::KeyboardModifiers menuKeys = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    return event.key() != Qt::Key_Escape && !(event.modifiers() & menuKeys);
 }
 
 } // namespace
@@ -85,6 +47,8 @@ void PreviewPanel::setUpContents()
     if (m_text) {
         m_text->editor()->setObjectName(QStringLiteral("previewText"));
         m_text->editor()->installEventFilter(this);
+        m_text->editor()->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(m_text->editor(), &QWidget::customContextMenuRequested, this, &PreviewPanel::showTextMenu);
         m_pages->addWidget(m_text->widget());
     }
     m_sentence = new QLabel(m_pages);
@@ -151,83 +115,62 @@ QToolButton *PreviewPanel::makeTurnButton(Qt::ArrowType arrow, const QString &na
     button->setObjectName(step < 0 ? QStringLiteral("previewPrevious") : QStringLiteral("previewNext"));
     button->setArrowType(arrow);
     button->setAutoRaise(true);
-    // The keyboard is the list's; the button's own key works wherever the focus is.
-    button->setFocusPolicy(Qt::NoFocus);
+    button->setFocusPolicy(Qt::NoFocus); // the keyboard is the list's
     button->setAccessibleName(name);
-    const QKeySequence key(step < 0 ? QKeySequence::Back : QKeySequence::Forward);
-    button->setToolTip(tr("%1 (%2)").arg(name, key.toString(QKeySequence::NativeText)));
+    button->setToolTip(name);
     connect(button, &QToolButton::clicked, this,
             [this, step] { setCurrentPreviewItemIndex(m_index + step); });
     return button;
 }
 
-/// The keys that never reach the delegate.
-bool PreviewPanel::isOwnKey(QKeyEvent *event) const
+/// What other texts have keys for; here all keys are the delegate's.
+void PreviewPanel::showTextMenu(QPoint point)
 {
-    if (event->key() == Qt::Key_Escape && isPlain(*event))
-        return true;
-    // A space bar that is held down has just opened the panel; it does not close it at once.
-    if (event->key() == Qt::Key_Space && isPlain(*event) && event->isAutoRepeat())
-        return true;
-    return scrollAction(*event) != QAbstractSlider::SliderNoAction || event->matches(QKeySequence::Close) ||
-           event->matches(QKeySequence::Back) || event->matches(QKeySequence::Forward) ||
-           event->matches(QKeySequence::Copy);
-}
-
-/// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
-/// in the panel would start a run.
-bool PreviewPanel::isForUs(QKeyEvent *event) const
-{
-    constexpr Qt::KeyboardModifiers menuKeys = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    return isOwnKey(event) || (!isModifier(*event) && !(event->modifiers() & menuKeys));
-}
-
-/// Whether the key was dealt with, here or by the delegate.
-bool PreviewPanel::handleKey(QKeyEvent *event)
-{
-    if (!isOwnKey(event))
-        return !isModifier(*event) && m_delegate && m_delegate->previewPanelHandleEvent(event);
-    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
-        orderOut();
-    } else if (event->matches(QKeySequence::Back)) {
-        setCurrentPreviewItemIndex(m_index - 1);
-    } else if (event->matches(QKeySequence::Forward)) {
-        setCurrentPreviewItemIndex(m_index + 1);
-    } else if (const auto action = scrollAction(*event); action != QAbstractSlider::SliderNoAction) {
-        if (auto *const text = m_text ? qobject_cast<QAbstractScrollArea *>(m_text->editor()) : nullptr)
-            text->verticalScrollBar()->triggerAction(action);
-    } else if (event->matches(QKeySequence::Copy)) {
-        if (const QString text = m_text ? m_text->selectedText() : QString(); !text.isEmpty())
-            QGuiApplication::clipboard()->setText(text);
-    }
-    return true;
+    auto *const menu = new QMenu(this); // deletes itself
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QString selected = m_text->selectedText();
+    menu->addAction(tr("&Copy"), this, [selected] { QGuiApplication::clipboard()->setText(selected); })
+        ->setEnabled(!selected.isEmpty());
+    menu->addSeparator();
+    const auto scrolling = [this](QAbstractSlider::SliderAction action) {
+        return [this, action] {
+            if (auto *const text = qobject_cast<QAbstractScrollArea *>(m_text->editor()))
+                text->verticalScrollBar()->triggerAction(action);
+        };
+    };
+    menu->addAction(tr("Page &Up"), this, scrolling(QAbstractSlider::SliderPageStepSub));
+    menu->addAction(tr("Page &Down"), this, scrolling(QAbstractSlider::SliderPageStepAdd));
+    menu->popup(m_text->editor()->mapToGlobal(point));
 }
 
 bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        // Asked no further: the text has shortcuts of its own.
+        event->setAccepted(isNoMenuKey(*static_cast<QKeyEvent *>(event)));
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) {
         m_offered = nullptr;
-        auto *const key = static_cast<QKeyEvent *>(event);
-        if (event->type() == QEvent::ShortcutOverride ? isForUs(key) : handleKey(key)) {
+        if (m_delegate && m_delegate->previewPanelHandleEvent(event)) {
             event->accept();
             return true;
         }
-        if (event->type() == QEvent::KeyPress)
-            m_offered = event;
+        m_offered = event;
     }
     return QWidget::eventFilter(watched, event);
 }
 
 bool PreviewPanel::event(QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride && isForUs(static_cast<QKeyEvent *>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && isNoMenuKey(*static_cast<QKeyEvent *>(event))) {
         event->accept();
         return true;
     }
     if (event->type() == QEvent::KeyPress) {
         // A key that the text did not want has been offered already.
         const bool isNew = std::exchange(m_offered, nullptr) != event;
-        if (isNew && handleKey(static_cast<QKeyEvent *>(event))) {
+        if (isNew && m_delegate && m_delegate->previewPanelHandleEvent(event)) {
             event->accept();
             return true;
         }

@@ -67,7 +67,6 @@ void SourceText::setUpEditor()
     m_editor->setFrameStyle(QFrame::NoFrame);
     m_editor->setFocusPolicy(Qt::ClickFocus);
     m_editor->setAcceptDrops(false);
-    m_editor->setContextMenuPolicy(Qt::NoContextMenu);
     m_editor->setCaretWidth(0);
     m_editor->setTabWidth(4);
     m_editor->setMarginType(0, QsciScintilla::NumberMargin);

@@ -128,6 +128,47 @@ private Q_SLOTS:
         QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
     }
 
+    void anOpenPreviewIsEasyToClose_data()
+    {
+        QTest::addColumn<bool>("inPanel");
+        QTest::newRow("in the window") << false;
+        QTest::newRow("in the preview") << true;
+    }
+
+    /// Also when nothing is selected, as after a run.
+    void anOpenPreviewIsEasyToClose()
+    {
+        QFETCH(bool, inPanel);
+        AppFixture app;
+        fill(app, 3);
+        QAction *const quickLook = app.window.ui().quickLookMenu;
+        for (const bool byKey : {true, false}) {
+            app.window.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&app.window));
+            app.table->selectRowIndexes({0}, false);
+            app.delegate->togglePreviewPanel();
+            PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+            QTRY_VERIFY(panel->isActiveWindow());
+            app.table->deselectAll();
+            QVERIFY(quickLook->isEnabled());
+            if (!inPanel) {
+                app.window.activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(&app.window));
+            }
+            QWidget *const focus = inPanel ? panel : static_cast<QWidget *>(app.table);
+            QTest::keyClick(focus, Qt::Key_Space); // no key of the list without a selection
+            QVERIFY(panel->isOpen());
+            if (byKey)
+                QTest::keyClick(focus, Qt::Key_Escape);
+            else
+                quickLook->trigger();
+            QVERIFY(!panel->isOpen());
+            QVERIFY(!quickLook->isEnabled());
+        }
+        QTest::keyClick(app.table, Qt::Key_Escape);
+        QVERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+    }
+
     void deselectingARowLeavesOneItem()
     {
         AppFixture app;

@@ -131,7 +131,7 @@ def the_preview_is_walked_through(case):
     program.expect_selected("a.css", "b.css")
     program.expect_active("b.css")
     program.root.find("label", "2 of 2")
-    program.key("alt+Left")
+    program.click(program.root.find("button", "Previous file"))
     program.expect_active("a.css")
     program.key("Escape")
     program.expect_active("Brevant")
@@ -153,11 +153,10 @@ def a_long_preview_is_read_to_its_end(case):
         return case.session.pixels(x, y, width // 2, height)
     wait_for("the text to be painted", lambda: len(set(seen())) > 8)
     top = seen()
-    for key, back in (("alt+Down", "alt+Up"), ("alt+Next", "alt+Prior"), ("alt+End", "alt+Home")):
-        program.key(key)
-        wait_for(f"the text to move with {key}", lambda: seen() != top)
-        program.key(back)
-        wait_for(f"the text to come back with {back}", lambda: seen() == top)
+    program.key("Menu", "d")
+    wait_for("the next page", lambda: seen() != top)
+    program.key("Menu", "u")
+    wait_for("the first page again", lambda: seen() == top)
     program.expect_selected("long.css")
 
 
