@@ -24,17 +24,24 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace brevant {
 
 AppController::AppController(const Services &services, const Outlets &outlets, QObject *parent)
     : QObject(parent), m_services(services), m_outlets(outlets),
       m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
       m_filesTableModel(services.queue), m_runOpenPanel(&OpenPanel::run),
-      m_combining(std::make_unique<Combining>(outlets, services.queue, services.settings))
+      m_combining(std::make_unique<Combining>(outlets, services.queue, services.settings, services.jobs))
 {
 }
 
 AppController::~AppController() = default;
+
+void AppController::initialize(SettingsStore &settings)
+{
+    settings.registerDefaults(registeredDefaults());
+}
 
 void AppController::init()
 {
@@ -51,11 +58,12 @@ void AppController::awakeFromNib()
     filesTable->setItemDelegateForColumn(0, new ImageTextCell(filesTable)); // a child of the table
     filesTable->setBackgroundColor(std::nullopt);
     connect(filesTable, &BVTableView::doubleAction, this, &AppController::addFile);
-    connect(m_combining.get(), &Combining::didCombine, this, [this](bool wasEmptied) {
+    connect(m_combining.get(), &Combining::didCombine, this, [this] {
         refreshPreview();
         m_combining->showResult();
-        m_queueDisplay.refreshAfterCombining(wasEmptied);
+        m_queueDisplay.refreshAfterCombining();
     });
+    m_combining->watchJobs();
     setControlsAvailable(m_outlets, false);
 }
 
@@ -92,9 +100,19 @@ void AppController::selectAll()
 
 void AppController::removeRow()
 {
-    m_services.queue.removeAt(m_outlets.filesTable->selectedRowIndexes());
-    m_queueDisplay.refreshAfterRemoving();
+    BVTableView *const filesTable = m_outlets.filesTable;
+    const std::vector<int> rows = filesTable->selectedRowIndexes();
+    const int last = filesTable->selectedRow();
+    m_services.queue.removeAt(rows);
+    filesTable->reloadData();
+    if (!rows.empty()) {
+        // The row that has taken the place of the one selected last, or the new last one.
+        const auto above = std::ranges::lower_bound(rows, last) - rows.begin();
+        filesTable->selectRowIndexes({std::min(last - static_cast<int>(above), m_services.queue.count() - 1)},
+                                     false);
+    }
     refreshPreview();
+    m_queueDisplay.refreshAfterRemoving();
 }
 
 void AppController::revealInFinder()

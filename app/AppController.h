@@ -51,6 +51,9 @@ public:
     AppController(const Services &services, const Outlets &outlets, QObject *parent = nullptr);
     ~AppController() override;
 
+    /// Registers the settings' defaults. To be called before there is a controller.
+    static void initialize(SettingsStore &settings);
+
     /// Registers the observers: of every table's selection, and of the settings.
     void init();
 

@@ -7,13 +7,10 @@
 #include "app/ServiceRequests.h"
 #include "app/StartUp.h"
 #include "engine/InterruptedRuns.h"
-#include "settings/PrintableText.h"
-#include "settings/SettingsKeys.h"
 
 #include <QTimer>
 
 #include <chrono>
-#include <cstdio>
 #include <utility>
 
 namespace brevant {
@@ -25,6 +22,13 @@ constexpr std::chrono::milliseconds longestWait(500);
 // The bus has the call ready that it starts the program for.
 constexpr std::chrono::seconds serviceWait(5);
 
+// The defaults must be registered before there is anybody who asks for a value.
+SettingsStore &initialized(SettingsStore &settings)
+{
+    AppController::initialize(settings);
+    return settings;
+}
+
 // The layout must be loaded before anybody asks for the controls.
 Outlets loaded(MainWindow &window)
 {
@@ -35,19 +39,22 @@ Outlets loaded(MainWindow &window)
 } // namespace
 
 Application::Application(const QString &settingsFile)
-    : m_settings(settingsFile), m_services{m_settings,  m_queue,
-                                           m_jobs,      m_dockTile,
-                                           m_doneSound, m_workspace,
-                                           m_runNews,   Tools::inResources(findResourceFolder())},
+    : m_settings(settingsFile), m_services{initialized(m_settings),
+                                           m_queue,
+                                           m_jobs,
+                                           m_dockTile,
+                                           m_doneSound,
+                                           m_workspace,
+                                           m_runNews,
+                                           Tools::inResources(findResourceFolder())},
       m_controller(m_services, loaded(m_window)), m_delegate(m_services, m_window.outlets(), m_controller),
       m_lifetime(m_window, m_jobs)
 {
-    m_settings.registerDefaults(registeredDefaults());
     m_controller.init();
     m_controller.awakeFromNib();
     m_lifetime.catchSignals();
     connectActions(m_window, m_controller, m_delegate, m_lifetime);
-    connectNotification(m_notification, m_window, m_delegate, m_lifetime);
+    connectNotifications(m_notification, m_notificationOfSources, m_window, m_delegate, m_lifetime);
 }
 
 Application::~Application()
@@ -76,10 +83,9 @@ void Application::start(const Launch &launch)
     QTimer::singleShot(longestWait, &m_delegate, [this] { finishStart(); });
 }
 
-void Application::putBackOriginals() const
+void Application::putBackOriginals()
 {
-    for (const QString &sentence : putBackAfterInterruption(m_services.tools.originals))
-        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(sentence)));
+    m_runNews.tell(putBackAfterInterruption(m_services.tools.originals));
 }
 
 void Application::finishStart()

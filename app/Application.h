@@ -45,7 +45,7 @@ public:
     [[nodiscard]] JobRunner &jobs() { return m_jobs; }
 
 private:
-    void putBackOriginals() const;
+    void putBackOriginals();
     void finishStart();
 
     Launch m_launch;
@@ -56,8 +56,9 @@ private:
     DoneSound m_doneSound;
     Workspace m_workspace;
     Notification m_notification;
+    Notification m_notificationOfSources;
     MainWindow m_window;
-    RunNews m_runNews{m_window, m_dockTile, m_notification};
+    RunNews m_runNews{m_window, m_dockTile, m_notification, m_notificationOfSources};
     JobRunner m_jobs;
     const Services m_services;
     AppController m_controller;

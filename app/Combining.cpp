@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Combining.h"
 
+#include "app/JobRunner.h"
 #include "app/SavePanel.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVTableView.h"
@@ -10,15 +11,23 @@
 #include "settings/SettingsStore.h"
 #include "settings/preferences/WarningSheet.h"
 
-#include <QProgressBar>
+#include <QAction>
 
 #include <cstdio>
 
 namespace brevant {
 
-Combining::Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings, QObject *parent)
-    : QObject(parent), m_outlets(outlets), m_queue(queue), m_settings(settings)
+Combining::Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings, JobRunner &jobs,
+                     QObject *parent)
+    : QObject(parent), m_outlets(outlets), m_queue(queue), m_settings(settings), m_jobs(jobs)
 {
+}
+
+void Combining::watchJobs()
+{
+    QAction *const action = m_outlets.combineMenu;
+    connect(&m_jobs, &JobRunner::started, action, [action] { action->setEnabled(false); });
+    connect(&m_jobs, &JobRunner::allEnded, action, [action] { action->setEnabled(true); });
 }
 
 std::vector<QString> Combining::selectedEntries() const
@@ -45,6 +54,8 @@ void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
 {
     auto *const panel = new SavePanel(kind, QStringLiteral("combined"), m_outlets.window); // deletes itself
     panel->setAttribute(Qt::WA_DeleteOnClose);
+    // A run can still be started from outside.
+    connect(m_outlets.combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
     connect(panel, &SavePanel::accepted, this,
             [this, panel, encoding] { write(panel->chosenPath(), encoding); });
     panel->open();
@@ -52,35 +63,16 @@ void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
 
 void Combining::write(const QString &target, TextEncoding encoding)
 {
-    ++m_running;
-    m_outlets.spinner->show();
-    m_pool.start([this, sources = selectedEntries(), target, encoding] {
-        const CombineResult result = brevant::combine(sources, target, encoding);
-        QMetaObject::invokeMethod(
-            this, [=, this] { finish(sources, target, result); }, Qt::QueuedConnection);
-    });
-}
-
-void Combining::finish(const std::vector<QString> &sources, const QString &target,
-                       const CombineResult &result)
-{
-    if (--m_running == 0)
-        m_outlets.spinner->hide();
+    const CombineResult result = brevant::combine(selectedEntries(), target, encoding);
     if (!result.errorText.isEmpty())
         std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(result.errorText)));
     if (result.outcome == CombineResult::Outcome::Aborted)
         return;
-    // By name: rows may have moved while the text was being joined.
-    const bool wasEmptied = m_queue.isEmpty();
-    std::vector<int> rows;
-    rows.reserve(sources.size());
-    for (const QString &source : sources)
-        rows.push_back(m_queue.indexOf(source));
-    m_queue.removeAt(rows);
+    m_queue.removeAt(m_outlets.filesTable->selectedRowIndexes());
     m_queue.append(target);
     m_target = target;
     m_outlets.filesTable->reloadData();
-    Q_EMIT didCombine(wasEmptied);
+    Q_EMIT didCombine();
 }
 
 void Combining::showResult()

@@ -7,23 +7,26 @@
 
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 
 #include <vector>
 
 namespace brevant {
 
 class FileQueue;
+class JobRunner;
 class SettingsStore;
 
-/// Joins the selected files into one, which takes their place in the list. The text is joined off the main
-/// thread; what the window shows changes all at once when that is done.
+/// Joins the selected files into one, which takes their place in the list. Once the user has confirmed, all
+/// of it happens at once: nothing else in the window may come between the reading and the new list.
 class Combining final : public QObject {
     Q_OBJECT
 
 public:
-    Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings,
+    Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings, JobRunner &jobs,
               QObject *parent = nullptr);
+
+    /// Keeps Combine from being chosen while a job runs.
+    void watchJobs();
 
     /// Asks where the combined file is to go, or says why there will be none.
     void combine();
@@ -32,22 +35,19 @@ public:
     void showResult();
 
 Q_SIGNALS:
-    /// The queue holds the combined file instead of its sources, and the list shows that. `wasEmptied`: it
-    /// had been emptied meanwhile.
-    void didCombine(bool wasEmptied);
+    /// The queue holds the combined file instead of its sources, and the list shows that.
+    void didCombine();
 
 private:
     void runSavePanel(const QString &kind, TextEncoding encoding);
     void write(const QString &target, TextEncoding encoding);
-    void finish(const std::vector<QString> &sources, const QString &target, const CombineResult &result);
     [[nodiscard]] std::vector<QString> selectedEntries() const;
 
     const Outlets m_outlets;
     FileQueue &m_queue;
     const SettingsStore &m_settings;
+    JobRunner &m_jobs;
     QString m_target; ///< of the last combine
-    int m_running = 0;
-    QThreadPool m_pool; ///< the last member: destroyed first, it waits for what uses the others
 };
 
 } // namespace brevant

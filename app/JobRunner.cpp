@@ -35,6 +35,7 @@ void JobRunner::detachNewThread(Job job)
         QMetaObject::invokeMethod(
             this, [this, number] { threadEnded(number); }, Qt::QueuedConnection);
     });
+    Q_EMIT started();
 }
 
 void JobRunner::threadEnded(int number)

@@ -35,6 +35,9 @@ public:
     void stopAndWait();
 
 Q_SIGNALS:
+    /// A job begins, whether or not others are under way.
+    void started();
+
     /// The last job under way has ended, and all that it displayed has been shown.
     void allEnded();
 

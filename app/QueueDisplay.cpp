@@ -19,15 +19,35 @@ QString itemCountText(int count)
     return count == 1 ? QStringLiteral("%1 item").arg(count) : QStringLiteral("%1 items").arg(count);
 }
 
+namespace {
+
+/// A button that goes hands the focus on as the Tab key does, and the list would draw its ring.
+void takeFocusOffButtons(const Outlets &outlets)
+{
+    if (outlets.minifyButton->hasFocus() || outlets.clearButton->hasFocus())
+        outlets.filesTable->setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace
+
 void setControlsAvailable(const Outlets &outlets, bool available)
 {
-    // A button that goes hands the focus on as the Tab key does, and the list would draw its ring.
-    if (!available && (outlets.minifyButton->hasFocus() || outlets.clearButton->hasFocus()))
-        outlets.filesTable->setFocus(Qt::OtherFocusReason);
+    if (!available)
+        takeFocusOffButtons(outlets);
     outlets.minifyButton->setVisible(available);
     outlets.clearButton->setVisible(available);
     outlets.minifyMenu->setEnabled(available);
     outlets.clearMenu->setEnabled(available);
+}
+
+void setControlsLocked(const Outlets &outlets, bool locked)
+{
+    outlets.minifyMenu->setEnabled(!locked);
+    outlets.clearMenu->setEnabled(!locked);
+    if (locked)
+        takeFocusOffButtons(outlets);
+    outlets.clearButton->setVisible(!locked);
+    outlets.minifyButton->setVisible(!locked);
 }
 
 void QueueDisplay::refreshAfterAdding()
@@ -43,7 +63,6 @@ void QueueDisplay::refreshAfterAdding()
 
 void QueueDisplay::refreshAfterRemoving()
 {
-    m_outlets.filesTable->reloadData();
     showCount();
     showBadgeIfOn();
     if (!m_queue.isEmpty())
@@ -64,12 +83,8 @@ void QueueDisplay::refreshAfterClearing()
     m_dockTile.setBadgeLabel(QString());
 }
 
-void QueueDisplay::refreshAfterCombining(bool wasEmptied)
+void QueueDisplay::refreshAfterCombining()
 {
-    if (wasEmptied) {
-        m_outlets.filesTable->setBackgroundColor(QColor(Qt::white));
-        setControlsAvailable(m_outlets, true);
-    }
     showCount();
     showBadgeIfOn();
 }

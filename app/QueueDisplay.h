@@ -18,6 +18,9 @@ class SettingsStore;
 /// Minify and Clear, buttons and menu items alike: to be had, or not.
 void setControlsAvailable(const Outlets &outlets, bool available);
 
+/// The same for the beginning and the end of a run, which have an order of their own: menu items first.
+void setControlsLocked(const Outlets &outlets, bool locked);
+
 /// Keeps what the window and the dock icon show of the queue in step with it.
 class QueueDisplay final {
 public:
@@ -30,15 +33,14 @@ public:
     /// After files were added, however: does nothing while the queue is empty.
     void refreshAfterAdding();
 
-    /// After rows were removed.
+    /// After rows were removed: the list is up to date already.
     void refreshAfterRemoving();
 
     /// After the queue was emptied by Clear.
     void refreshAfterClearing();
 
-    /// After a combine: the list is up to date already. `wasEmptied`: while the text was being joined the
-    /// user has taken everything off the list.
-    void refreshAfterCombining(bool wasEmptied);
+    /// After a combine: the list is up to date already.
+    void refreshAfterCombining();
 
     /// After a change of the settings.
     void updateBadge();

@@ -4,6 +4,7 @@
 
 #include "app/platform/DockTile.h"
 #include "app/platform/Notification.h"
+#include "settings/PrintableText.h"
 
 #include <QDir>
 #include <QEvent>
@@ -12,11 +13,14 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace brevant {
 
 namespace {
+
+constexpr qsizetype mostSentences = 10; // that a notification has room for
 
 QString summaryOf(const RunOutcome &outcome)
 {
@@ -38,9 +42,14 @@ QString withTilde(const QString &folder)
 
 } // namespace
 
-RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &notification, QObject *parent)
-    : QObject(parent), m_window(window), m_dockTile(dockTile), m_notification(notification)
+RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
+                 QObject *parent)
+    : QObject(parent), m_window(window), m_dockTile(dockTile), m_ofRuns(ofRuns), m_ofSources(ofSources)
 {
+    m_ofSources.stayUntilClosed();
+    const auto forget = [this] { m_sentences.clear(); };
+    connect(&m_ofSources, &Notification::dismissed, this, forget);
+    connect(&m_ofSources, &Notification::clicked, this, forget);
     // A window that is minimised no more may have got the focus before it knows.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &RunNews::withdrawIfLookedAt);
     m_window.installEventFilter(this);
@@ -87,8 +96,21 @@ void RunNews::notify(const RunOutcome &outcome)
 {
     if (outcome.end == MinifyJob::End::Stopped || outcome.count == 0 || isLookedAt())
         return;
-    m_notification.show(summaryOf(outcome),
-                        outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
+    m_ofRuns.show(summaryOf(outcome), outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
+}
+
+void RunNews::tell(const QStringList &sentences)
+{
+    for (const QString &sentence : sentences) {
+        m_sentences.append(printable(sentence));
+        std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(m_sentences.constLast()));
+    }
+    if (m_sentences.isEmpty())
+        return;
+    QString body = m_sentences.first(std::min(m_sentences.size(), mostSentences)).join(u'\n');
+    if (const qsizetype more = m_sentences.size() - mostSentences; more > 0)
+        body += QStringLiteral("\nand %1 more, on standard error").arg(more);
+    m_ofSources.show(QStringLiteral("About your source files"), body);
 }
 
 bool RunNews::eventFilter(QObject *watched, QEvent *event)
@@ -101,7 +123,7 @@ bool RunNews::eventFilter(QObject *watched, QEvent *event)
 void RunNews::withdrawIfLookedAt()
 {
     if (isLookedAt())
-        m_notification.withdraw();
+        m_ofRuns.withdraw();
 }
 
 /// Its dialogs and panels are looked at with it.

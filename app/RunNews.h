@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <map>
 #include <optional>
@@ -20,24 +21,31 @@ class Notification;
 /// What a run came to.
 struct RunOutcome {
     MinifyJob::End end = MinifyJob::End::Completed;
-    int minified = 0;
-    int count = 0;  ///< of the files that were to be minified
-    QString folder; ///< where all the outputs are; empty if they are in several
-    QString reason; ///< why Java could not be started
+    int minified = 0; ///< of the files that the run has left
+    int count = 0;    ///< of the files that were to be minified
+    QString folder;   ///< where all the outputs are; empty if they are in several
+    QString reason;   ///< why Java could not be started
 };
 
-/// Tells the desktop of the runs: on the dock icon how far they are, and by a notification that one has ended
-/// while nobody looked at the window. Lives on the main thread.
+/// Tells the desktop of the runs: on the dock icon how far they are, by a notification that one has ended
+/// while nobody looked at the window, and by another what became of sources that might have been lost. Lives
+/// on the main thread.
 class RunNews final : public QObject {
     Q_OBJECT
 
 public:
-    RunNews(QWidget &window, DockTile &dockTile, Notification &notification, QObject *parent = nullptr);
+    /// `ofRuns` is the notification of ended runs, `ofSources` that of the sources.
+    RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
+            QObject *parent = nullptr);
 
     /// The run with this number, which no other has while runs are under way, has worked on so many files.
     void setProgress(int run, int done, int count);
 
     void runEnded(int run, const RunOutcome &outcome);
+
+    /// Says these sentences about sources, on standard error too. No window says them, so whoever looks at
+    /// one is notified all the same, and they stay until the user has closed them.
+    void tell(const QStringList &sentences);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -55,7 +63,9 @@ private:
 
     QWidget &m_window;
     DockTile &m_dockTile;
-    Notification &m_notification;
+    Notification &m_ofRuns;
+    Notification &m_ofSources;
+    QStringList m_sentences;        ///< that the user has not closed
     std::map<int, Progress> m_runs; ///< since there last was none under way
     std::optional<int> m_percent;   ///< as it is shown
 };

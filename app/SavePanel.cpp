@@ -5,7 +5,9 @@
 #include "looks/FilePanel.h"
 #include "queue/PathString.h"
 
+#include <QDialogButtonBox>
 #include <QLineEdit>
+#include <QPushButton>
 
 namespace brevant {
 
@@ -19,6 +21,8 @@ SavePanel::SavePanel(const QString &kind, const QString &name, QWidget *parent)
     setUpFilePanel(*this);
     setNameFilter(tr("%1 files (*.%2)").arg(kind.toUpper(), kind));
     selectFile(PathString::withExtension(name, kind));
+    m_nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    connect(m_nameEdit, &QLineEdit::textChanged, this, &SavePanel::updateSaveButton);
 }
 
 QString SavePanel::chosenPath() const
@@ -26,15 +30,34 @@ QString SavePanel::chosenPath() const
     return selectedFiles().value(0);
 }
 
+void SavePanel::setSavingAllowed(bool allowed)
+{
+    m_savingAllowed = allowed;
+    updateSaveButton();
+}
+
+/// The dialog itself enables it when a name is typed.
+void SavePanel::updateSaveButton()
+{
+    auto *const buttons = findChild<QDialogButtonBox *>();
+    buttons->button(QDialogButtonBox::Save)->setEnabled(m_savingAllowed && !m_nameEdit->text().isEmpty());
+}
+
 void SavePanel::accept()
 {
-    auto *const nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-    QString name = nameEdit->text();
+    QString name = m_nameEdit->text();
     while (name.endsWith(u'.'))
         name.chop(1);
     if (!name.isEmpty() && !name.endsWith(u'/') && PathString::extension(name) != m_kind)
-        nameEdit->setText(PathString::withExtension(name, m_kind));
+        m_nameEdit->setText(PathString::withExtension(name, m_kind));
     QFileDialog::accept();
+}
+
+void SavePanel::done(int result)
+{
+    // Asked last, as the question whether to replace a file can stand for long.
+    if (result != Accepted || m_savingAllowed)
+        QFileDialog::done(result);
 }
 
 } // namespace brevant

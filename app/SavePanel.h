@@ -4,6 +4,8 @@
 
 #include <QFileDialog>
 
+class QLineEdit;
+
 namespace brevant {
 
 /// Asks where to save a file of one kind. The name shown ends in the kind, and so does the name chosen,
@@ -18,10 +20,18 @@ public:
     /// The chosen path, once accepted.
     [[nodiscard]] QString chosenPath() const;
 
+    /// While this is false the panel stays open and cannot be confirmed; it is true at first.
+    void setSavingAllowed(bool allowed);
+
     void accept() override;
+    void done(int result) override;
 
 private:
+    void updateSaveButton();
+
     const QString m_kind;
+    bool m_savingAllowed = true;
+    QLineEdit *m_nameEdit; ///< the dialog's own
 };
 
 } // namespace brevant

@@ -79,14 +79,16 @@ void connectRequests(ApplicationService &service, MainWindow &window, AppControl
                      });
 }
 
-void connectNotification(Notification &notification, MainWindow &window, BrevantAppDelegate &delegate,
-                         Lifetime &lifetime)
+void connectNotifications(Notification &ofRuns, Notification &ofSources, MainWindow &window,
+                          BrevantAppDelegate &delegate, Lifetime &lifetime)
 {
-    QObject::connect(&notification, &Notification::clicked, &delegate,
-                     [&window, &delegate](const QString &token) {
-                         bringToFront(window, delegate, {{QStringLiteral("activation-token"), token}});
-                     });
-    QObject::connect(&lifetime, &Lifetime::quitting, &notification, &Notification::withdraw);
+    for (Notification *const notification : {&ofRuns, &ofSources}) {
+        QObject::connect(notification, &Notification::clicked, &delegate,
+                         [&window, &delegate](const QString &token) {
+                             bringToFront(window, delegate, {{QStringLiteral("activation-token"), token}});
+                         });
+    }
+    QObject::connect(&lifetime, &Lifetime::quitting, &ofRuns, &Notification::withdraw);
 }
 
 } // namespace brevant

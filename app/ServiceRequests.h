@@ -16,8 +16,9 @@ class Notification;
 void connectRequests(ApplicationService &service, MainWindow &window, AppController &controller,
                      BrevantAppDelegate &delegate);
 
-/// Brings the window to the front for a click on the notification, which is taken back when the user quits.
-void connectNotification(Notification &notification, MainWindow &window, BrevantAppDelegate &delegate,
-                         Lifetime &lifetime);
+/// Brings the window to the front for a click on either notification. That of the runs is taken back when the
+/// user quits; that of the sources is not, for it is said nowhere else.
+void connectNotifications(Notification &ofRuns, Notification &ofSources, MainWindow &window,
+                          BrevantAppDelegate &delegate, Lifetime &lifetime);
 
 } // namespace brevant

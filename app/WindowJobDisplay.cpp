@@ -8,9 +8,9 @@
 #include "engine/EntryResult.h"
 #include "queue/PathString.h"
 #include "queue/view/BVTableView.h"
-#include "settings/PrintableText.h"
 
-#include <cstdio>
+#include <QFileInfo>
+
 #include <utility>
 
 namespace brevant {
@@ -21,6 +21,14 @@ int nextNumber()
 {
     static std::atomic<int> last = 0;
     return ++last;
+}
+
+/// What its owner must hear of a source that might have been lost.
+QStringList sentencesAbout(const EntryResult &result)
+{
+    if (result.sourceState == EntryResult::Source::Safe && result.outcome != EntryResult::Outcome::NotSafe)
+        return {};
+    return {QStringLiteral("%1: %2").arg(result.source, result.reason())};
 }
 
 } // namespace
@@ -38,7 +46,7 @@ void WindowJobDisplay::onMainThread(std::function<void()> step)
 
 void WindowJobDisplay::lockControls()
 {
-    onMainThread([outlets = m_outlets] { setControlsAvailable(outlets, false); });
+    onMainThread([outlets = m_outlets] { setControlsLocked(outlets, true); });
 }
 
 void WindowJobDisplay::setStatusText(const QString &text)
@@ -66,13 +74,14 @@ void WindowJobDisplay::entryEnded(const EntryResult &result)
 {
     using enum EntryResult::Outcome;
     ++m_done;
-    if (!result.kept.isEmpty())
-        std::fprintf(stderr, "brevant: %s: %s\n", qUtf8Printable(printable(result.source)),
-                     qUtf8Printable(printable(result.reason())));
+    if (const QStringList sentences = sentencesAbout(result); !sentences.isEmpty())
+        onMainThread([&news = m_services.runNews, sentences] { news.tell(sentences); });
     if (result.outcome != Done && result.outcome != NoGzipCopy)
         return;
-    ++m_outcome.minified;
-    const QString folder = PathString::folder(result.output.value_or(QString())).toString();
+    const QString output = result.output.value_or(QString());
+    m_outputs.insert(QFileInfo(output).canonicalFilePath());
+    m_outcome.minified = static_cast<int>(m_outputs.size());
+    const QString folder = PathString::folder(output).toString();
     m_folder = m_folder.value_or(folder) == folder ? folder : QString();
 }
 
@@ -81,17 +90,19 @@ void WindowJobDisplay::deselectRows()
     onMainThread([table = m_outlets.filesTable] { table->deselectAll(); });
 }
 
+void WindowJobDisplay::loadDoneSound()
+{
+    onMainThread([&sound = m_services.doneSound] { static_cast<void>(sound.load()); });
+}
+
 void WindowJobDisplay::playDoneSound()
 {
-    onMainThread([&sound = m_services.doneSound] {
-        if (sound.load())
-            sound.play();
-    });
+    onMainThread([&sound = m_services.doneSound] { sound.play(); });
 }
 
 void WindowJobDisplay::unlockControls()
 {
-    onMainThread([outlets = m_outlets] { setControlsAvailable(outlets, true); });
+    onMainThread([outlets = m_outlets] { setControlsLocked(outlets, false); });
 }
 
 void WindowJobDisplay::runEnded(MinifyJob::End end)

@@ -8,6 +8,8 @@
 #include "engine/JobDisplay.h"
 #include "engine/Stop.h"
 
+#include <QSet>
+
 #include <functional>
 #include <optional>
 
@@ -25,6 +27,7 @@ public:
     void selectRow(int row) override;
     void entryEnded(const EntryResult &result) override;
     void deselectRows() override;
+    void loadDoneSound() override;
     void playDoneSound() override;
     void unlockControls() override;
 
@@ -39,6 +42,7 @@ private:
     const int m_run; ///< its number
     int m_done = 0;
     RunOutcome m_outcome;
+    QSet<QString> m_outputs;         ///< files written: one may have replaced another
     std::optional<QString> m_folder; ///< of the outputs so far; empty if there are several
     QString m_statusText;
 };

@@ -5,6 +5,8 @@
 #include "engine/TextFile.h"
 #include "queue/PathString.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace brevant {
@@ -54,6 +56,9 @@ std::optional<CombineAlert> combineRefusal(const std::vector<QString> &entries)
 
 CombineResult combine(const std::vector<QString> &paths, const QString &target, TextEncoding encoding)
 {
+    if (paths.empty() && QFileInfo::exists(target))
+        return {CombineResult::Outcome::WriteFailed,
+                QStringLiteral("%1: kept as it is, as no files were selected any more").arg(target)};
     TextFile file(target, encoding);
     for (const QString &path : paths) {
         if (const auto error = file.appendFile(PathString::expandTilde(path)))

@@ -43,7 +43,7 @@ struct CombineResult {
 
 /// Writes the texts of `paths`, each followed by one line feed, to `target`, which may be one of them. Read
 /// and written in `encoding`; a leading "~" of the paths is expanded. The target is replaced as a whole at
-/// the end, or not at all. Takes as long as the files are; may be called in any thread.
+/// the end, or not at all; where there are no paths, a target that exists is not replaced.
 [[nodiscard]] CombineResult combine(const std::vector<QString> &paths, const QString &target,
                                     TextEncoding encoding);
 

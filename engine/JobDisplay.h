@@ -30,6 +30,8 @@ public:
 
     virtual void deselectRows() = 0;
 
+    /// Every run that is completed reads the sound, whether or not it is then played.
+    virtual void loadDoneSound() {}
     virtual void playDoneSound() = 0;
 
     /// The run has ended, however: called exactly once, as the job's last call.

@@ -42,6 +42,7 @@ MinifyJob::End MinifyJob::run(const std::atomic<Stop> &stop)
     const End end = runEntries(entryRun, stop);
     m_display.deselectRows();
     if (end == End::Completed) {
+        m_display.loadDoneSound();
         if (m_settings.isTrue(soundCheckerKeyString))
             m_display.playDoneSound();
         m_display.setStatusText(QStringLiteral("Well done!"));

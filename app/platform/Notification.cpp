@@ -83,10 +83,11 @@ void Notification::send()
     const QStringList actions{QStringLiteral("default"), tr("Show Brevant")};
     const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("org.brevant.Brevant")}};
     constexpr int asLongAsTheServiceLikes = -1;
+    constexpr int untilClosed = 0;
     m_id = m_id.value_or(0);
     QDBusMessage call = callOf(QStringLiteral("Notify"));
     call << QStringLiteral("Brevant") << *m_id << QStringLiteral("org.brevant.Brevant") << m_wanted->summary
-         << body << actions << hints << asLongAsTheServiceLikes;
+         << body << actions << hints << (m_stays ? untilClosed : asLongAsTheServiceLikes);
     await(bus().asyncCall(call, static_cast<int>(answerTimeout.count())));
 }
 
@@ -150,10 +151,14 @@ void Notification::ActivationToken(uint id, const QString &token)
         m_token = token;
 }
 
-void Notification::NotificationClosed(uint id, [[maybe_unused]] uint reason)
+void Notification::NotificationClosed(uint id, uint reason)
 {
-    if (id != 0 && m_id == id && m_call == nullptr)
-        m_id.reset();
+    constexpr uint byTheUser = 2;
+    if (id == 0 || m_id != id || m_call != nullptr)
+        return;
+    m_id.reset();
+    if (reason == byTheUser)
+        Q_EMIT dismissed();
 }
 
 QDBusConnection Notification::bus() const

@@ -14,7 +14,7 @@ class QDBusPendingCallWatcher;
 
 namespace brevant {
 
-/// The one notification of this program, shown by the desktop beside its windows; see
+/// One notification of this program, shown by the desktop beside its windows; see
 /// https://specifications.freedesktop.org/notification-spec/latest/.
 ///
 /// No call here waits, and where no notification service answers nothing happens.
@@ -32,6 +32,9 @@ public:
     /// Shows two texts, neither of which is taken for markup, in place of those shown before.
     void show(const QString &summary, const QString &body = {});
 
+    /// From now on it stays until somebody closes it, where the service can do that.
+    void stayUntilClosed() { m_stays = true; }
+
     /// Takes it away, if it is still there.
     void withdraw();
 
@@ -39,6 +42,9 @@ Q_SIGNALS:
     /// The user has clicked it. `token` is the desktop's permission to bring a window to the front
     /// (xdg-activation); empty if it gives none.
     void clicked(const QString &token);
+
+    /// The user has closed it.
+    void dismissed();
 
 private Q_SLOTS:
     void ActionInvoked(uint id, const QString &action);
@@ -67,6 +73,7 @@ private:
     std::optional<bool> m_understandsMarkup;   ///< whether the service does, once it has been asked
     QDBusPendingCallWatcher *m_call = nullptr; ///< waits for an answer; a child of this
     QString m_token;
+    bool m_stays = false;
 };
 
 } // namespace brevant

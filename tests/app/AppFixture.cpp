@@ -25,11 +25,12 @@ AppFixture::AppFixture(const QDBusConnection &bus)
                     opened.append(url);
                     return true;
                 }),
-      notification(bus), services{settings,  queue,     jobs,    dockTile,
-                                  doneSound, workspace, runNews, stubTools(folder.path())}
+      notification(bus),
+      notificationOfSources(bus), services{settings,  queue,     jobs,    dockTile,
+                                           doneSound, workspace, runNews, stubTools(folder.path())}
 {
     qputenv("BREVANT_STUB_LOG", folder.filePath(QStringLiteral("stub.log")).toUtf8());
-    settings.registerDefaults(registeredDefaults());
+    AppController::initialize(settings);
     window.setUp();
     controller = std::make_unique<AppController>(services, window.outlets());
     controller->init();
@@ -37,7 +38,7 @@ AppFixture::AppFixture(const QDBusConnection &bus)
     delegate = std::make_unique<BrevantAppDelegate>(services, window.outlets(), *controller);
     lifetime = std::make_unique<Lifetime>(window, jobs);
     connectActions(window, *controller, *delegate, *lifetime);
-    connectNotification(notification, window, *delegate, *lifetime);
+    connectNotifications(notification, notificationOfSources, window, *delegate, *lifetime);
     table = window.ui().filesTable;
 }
 

@@ -56,8 +56,9 @@ struct AppFixture {
     brevant::DoneSound doneSound;
     brevant::Workspace workspace;
     brevant::Notification notification;
+    brevant::Notification notificationOfSources;
     brevant::MainWindow window;
-    brevant::RunNews runNews{window, dockTile, notification};
+    brevant::RunNews runNews{window, dockTile, notification, notificationOfSources};
     brevant::JobRunner jobs;
     brevant::Services services;
     std::unique_ptr<brevant::AppController> controller;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 
+#include "app/preview/PreviewPanel.h"
+
 #include <QTest>
 
 using namespace brevant;
@@ -50,6 +52,67 @@ private Q_SLOTS:
         QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("f1.css")),
                                                             app.folder.filePath(QStringLiteral("f3.css"))}));
         QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+    }
+
+    void theRowThatTakesThePlaceIsSelected_data()
+    {
+        QTest::addColumn<std::vector<int>>("selected"); // in this order
+        QTest::addColumn<std::vector<int>>("after");
+        QTest::newRow("the first") << std::vector<int>{0} << std::vector<int>{0};
+        QTest::newRow("in the middle") << std::vector<int>{2} << std::vector<int>{2};
+        QTest::newRow("the last") << std::vector<int>{5} << std::vector<int>{4};
+        QTest::newRow("several together") << std::vector<int>{1, 2, 3} << std::vector<int>{1};
+        QTest::newRow("apart, the lower last") << std::vector<int>{1, 4} << std::vector<int>{3};
+        QTest::newRow("apart, the upper last") << std::vector<int>{4, 1} << std::vector<int>{1};
+        QTest::newRow("up to the end") << std::vector<int>{3, 4, 5} << std::vector<int>{2};
+        QTest::newRow("all") << std::vector<int>{0, 1, 2, 3, 4, 5} << std::vector<int>{};
+        QTest::newRow("none") << std::vector<int>{} << std::vector<int>{};
+    }
+
+    void theRowThatTakesThePlaceIsSelected()
+    {
+        QFETCH(std::vector<int>, selected);
+        QFETCH(std::vector<int>, after);
+        AppFixture app;
+        fill(app, 6);
+        for (const int row : selected)
+            app.table->selectRowIndexes({row}, true);
+        app.controller->removeRow();
+        QCOMPARE(app.queue.count(), 6 - static_cast<int>(selected.size()));
+        QCOMPARE(app.table->selectedRowIndexes(), after);
+    }
+
+    /// The list first, then the preview, then what is said of both.
+    void removingReloadsInOrder()
+    {
+        AppFixture app;
+        fill(app, 3);
+        app.table->selectRowIndexes({1}, false);
+        app.delegate->togglePreviewPanel();
+        struct Source final : PreviewPanelDataSource {
+            AppFixture &app;
+            mutable QStringList seen;
+            explicit Source(AppFixture &fixture) : app(fixture) {}
+            [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override
+            {
+                seen.append(
+                    QStringLiteral("%1 rows, \"%2\"").arg(app.table->model()->rowCount()).arg(app.status()));
+                return 0;
+            }
+            [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
+        } source(app);
+        app.delegate->sharedPreviewPanel()->setDataSource(&source);
+        app.table->deselectAll();
+        source.seen.clear();
+        app.controller->removeRow(); // of none, so that no selection changes
+        QCOMPARE(source.seen, QStringList({QStringLiteral("3 rows, \"3 items\"")}));
+        app.table->selectRowIndexes({1}, false);
+        source.seen.clear();
+        app.controller->removeRow();
+        source.seen.removeDuplicates();
+        QCOMPARE(source.seen, QStringList({QStringLiteral("2 rows, \"3 items\"")}));
+        QCOMPARE(app.status(), QStringLiteral("2 items"));
+        app.delegate->togglePreviewPanel();
     }
 
     void removingNothingRewritesLabelAndBadge()

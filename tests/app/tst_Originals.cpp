@@ -3,6 +3,8 @@
 #include "engine/OriginalRecord.h"
 #include "engine/OriginalSlot.h"
 #include "engine/OriginalsFolder.h"
+#include "tests/app/platform/NotificationService.h"
+#include "tests/app/platform/PrivateBus.h"
 
 #include <QFile>
 #include <QProcess>
@@ -30,6 +32,8 @@ private Q_SLOTS:
     void aStartPutsSourcesBack()
     {
         QFETCH(QStringList, arguments);
+        const test::PrivateBus bus;
+        test::NotificationService desktop(QDBusConnection::connectToBus(bus.address(), u"desktop"_s));
         const QTemporaryDir home;
         const QByteArray source = QFile::encodeName(home.filePath(u"a.css"_s));
         QFile file(home.filePath(u"a.css"_s));
@@ -41,14 +45,21 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"XDG_STATE_HOME"_s, home.filePath(u"state"_s));
         environment.insert(u"XDG_CONFIG_HOME"_s, home.path());
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
         program.setProcessEnvironment(environment);
         program.start(QStringLiteral(BREVANT), arguments);
         QVERIFY(program.waitForStarted());
         QByteArray said;
         QTRY_VERIFY_WITH_TIMEOUT((said += program.readAllStandardError()).contains("put back.\n"), 30'000);
+        const QString sentence =
+            QFile::decodeName(source) + u" was lost when a run was cut short, and has been put back."_s;
+        QTRY_COMPARE(desktop.shown.size(), 1);
+        QCOMPARE(desktop.shown.constFirst().body, sentence);
         program.terminate();
         QVERIFY(program.waitForFinished());
-        QCOMPARE(said.count("brevant: " + source + " was lost when a run was cut short"), 1);
+        QCOMPARE(desktop.asked.filter(u"close"_s), QStringList()); // it stays
+        QDBusConnection::disconnectFromBus(u"desktop"_s);
+        QCOMPARE(said.count("brevant: " + sentence.toUtf8()), 1);
         QVERIFY(file.seek(0));
         QCOMPARE(file.readAll(), "a { b : c }"_ba);
     }

@@ -189,6 +189,19 @@ private Q_SLOTS:
         QTRY_COMPARE(this->texts(), QStringList{summary + u'|' + (hasFolder ? here() : QString())});
     }
 
+    void outputsThatReplaceOneAnotherCountOnce()
+    {
+        AppFixture &app = filled({"copy"}, u"a/"_s);
+        app.drop({app.file(u"b/f0.css"_s), app.file(u"b/g.css"_s)});
+        QDir(app.folder.path()).mkdir(u"out"_s);
+        QVERIFY(QFile::link(app.folder.filePath(u"out"_s), app.folder.filePath(u"link"_s)));
+        app.settings.setOverride(false, sameFolderKeyString);
+        app.settings.setOverride(app.folder.filePath(u"link"_s), selectedFolderKeyString);
+        app.window.hide();
+        run();
+        QTRY_COMPARE(texts(), QStringList{u"Minified 2 of 3 files|"_s + here() + u"/link"_s});
+    }
+
     void outputsInSeveralFolders()
     {
         AppFixture &app = filled({"copy"}, u"a/"_s);
@@ -306,6 +319,42 @@ private Q_SLOTS:
         m_app.reset();
         settle();
         QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
+    }
+
+    void whatBecameOfASourceIsSaidInAnyCase()
+    {
+        AppFixture &app = filled({"cut 1 and more text", "copy"});
+        app.settings.setOverride(false, suffixSwitcherKeyString);
+        app.services.tools.originals = app.folder.filePath(u"originals"_s);
+        AppController controller(app.services, app.window.outlets());
+        QVERIFY(QTest::qWaitForWindowActive(&app.window));
+        controller.minify();
+        QTRY_COMPARE(texts(), QStringList{u"About your source files|%1: the compressor ended with status 1; "
+                                          "the source was put back"_s.arg(app.folder.filePath(u"f0.css"_s))});
+        QTRY_VERIFY(!app.jobs.isRunning());
+        QCOMPARE(m_service->shown.constFirst().timeout, 0);
+        settle();
+        app.lifetime->quit(); // which takes back the other
+        settle();
+        QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
+    }
+
+    void sentencesStayTogetherUntilTheyAreClosed()
+    {
+        AppFixture &app = filled({});
+        const auto last = [this] { return texts().value(texts().size() - 1).section(u'|', 1); };
+        app.runNews.tell({});
+        app.runNews.tell({u"one"_s, u"two"_s});
+        QTRY_COMPARE(last(), u"one\ntwo"_s);
+        settle();
+        app.runNews.tell({u"three"_s});
+        QTRY_COMPARE(last(), u"one\ntwo\nthree"_s);
+        QCOMPARE(m_service->shown.constLast().replaces, 1U);
+        settle();
+        m_service->closedByUser(1);
+        settle();
+        app.runNews.tell(QStringList(12, u"more"_s));
+        QTRY_COMPARE(last(), u"more\n"_s.repeated(10) + u"and 2 more, on standard error"_s);
     }
 
     void progressOfARun()

@@ -60,7 +60,65 @@ private:
         return gate;
     }
 
+    /// Writes down the order in which the controls change.
+    class ControlWatch final : public QObject {
+    public:
+        explicit ControlWatch(const Ui::MainWindow &ui)
+        {
+            for (QPushButton *const button : {ui.minifyButton, ui.clearButton})
+                button->installEventFilter(this);
+            for (QAction *const action : {ui.minifyMenu, ui.clearMenu})
+                connect(action, &QAction::enabledChanged, this, [this, action](bool isEnabled) {
+                    changes.append(action->objectName() + (isEnabled ? u'+' : u'-'));
+                });
+        }
+        QStringList changes;
+
+        bool eventFilter(QObject *button, QEvent *event) override
+        {
+            if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+                changes.append(button->objectName() + (event->type() == QEvent::Show ? u'+' : u'-'));
+            return false;
+        }
+    };
+
+    static bool soundModuleIsLoaded()
+    {
+        QFile maps(QStringLiteral("/proc/self/maps"));
+        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("brevant-sound");
+    }
+
 private Q_SLOTS:
+    /// The first test: what is loaded stays.
+    void theSoundIsReadThoughItIsOff()
+    {
+        const auto app = filled(1);
+        const QString gate = holdAt(*app, 0);
+        app->controller->minify();
+        QVERIFY(!soundModuleIsLoaded());
+        QFile::remove(gate);
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QVERIFY(soundModuleIsLoaded());
+    }
+
+    void controlsChangeInOrder()
+    {
+        const auto app = filled(1);
+        QVERIFY(QTest::qWaitForWindowExposed(&app->window));
+        ControlWatch watch(app->window.ui());
+        app->controller->minify();
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QCOMPARE(watch.changes.join(u' '),
+                 QStringLiteral("minifyMenu- clearMenu- clearButton- minifyButton- "
+                                "minifyMenu+ clearMenu+ clearButton+ minifyButton+"));
+        watch.changes.clear();
+        app->controller->clear();
+        app->drop({app->file(QStringLiteral("a.css"))});
+        QCOMPARE(watch.changes.join(u' '),
+                 QStringLiteral("minifyButton- clearButton- minifyMenu- clearMenu- "
+                                "minifyButton+ clearButton+ minifyMenu+ clearMenu+"));
+    }
+
     void threeEntriesWalkThroughTheList()
     {
         const auto app = filled(3);
@@ -140,6 +198,37 @@ private Q_SLOTS:
         QCOMPARE(app->javaCalls().size(), 16);
         QCOMPARE(app->state(),
                  QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"8\""));
+    }
+
+    void returnAndSpacePressTheButtonWithTheFocus_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<bool>("onClear");
+        QTest::newRow("Return on Clear") << Qt::Key_Return << true;
+        QTest::newRow("Enter on Clear") << Qt::Key_Enter << true;
+        QTest::newRow("Space on Clear") << Qt::Key_Space << true;
+        QTest::newRow("Return on Minify") << Qt::Key_Return << false;
+        QTest::newRow("Space on Minify") << Qt::Key_Space << false;
+    }
+
+    void returnAndSpacePressTheButtonWithTheFocus()
+    {
+        QFETCH(Qt::Key, key);
+        QFETCH(bool, onClear);
+        const auto app = filled(1);
+        app->window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&app->window));
+        const Ui::MainWindow &ui = app->window.ui();
+        QVERIFY(ui.minifyButton->isDefault() && !ui.clearButton->isDefault());
+        QPushButton *const button = onClear ? ui.clearButton : ui.minifyButton;
+        button->setFocus(Qt::TabFocusReason);
+        QCOMPARE(ui.clearButton->isDefault(), onClear);
+        QCOMPARE(ui.minifyButton->isDefault(), !onClear); // one of them looks like the default
+        QTest::keyClick(button, key);
+        QCOMPARE(app->queue.count(), onClear ? 0 : 1);
+        QCOMPARE(app->jobs.isRunning(), !onClear);
+        QTRY_VERIFY(!app->jobs.isRunning());
+        QVERIFY(ui.minifyButton->isDefault());
     }
 
     void returnMinifies()

@@ -47,6 +47,7 @@ public:
         progress.append(QStringLiteral("%1/%2 after %3 calls").arg(done).arg(count).arg(calls.size()));
     }
     void deselectRows() override { calls.append(QStringLiteral("deselect")); }
+    void loadDoneSound() override { calls.append(QStringLiteral("load")); }
     void playDoneSound() override { calls.append(QStringLiteral("sound")); }
     void unlockControls() override { calls.append(QStringLiteral("unlock")); }
     void entryEnded(const EntryResult &result) override { results.push_back(result); }
@@ -75,7 +76,7 @@ private Q_SLOTS:
     void anEmptyQueueStartsNothing()
     {
         QCOMPARE(run(), MinifyJob::End::Completed);
-        QCOMPARE(m_display->calls, words({"lock", "deselect", "sound", "Well done!", "unlock"}));
+        QCOMPARE(m_display->calls, words({"lock", "deselect", "load", "sound", "Well done!", "unlock"}));
         QVERIFY(!QFile::exists(m_log));
     }
 
@@ -84,9 +85,9 @@ private Q_SLOTS:
         for (const char *name : {"a.css", "b.js", "c.html"})
             m_queue.append(source(name));
         QCOMPARE(run(), MinifyJob::End::Completed);
-        QCOMPARE(m_display->calls,
-                 words({"lock", "Minified 1 of 3 items.", "row 0", "Minified 2 of 3 items.", "row 1",
-                        "Minified 3 of 3 items.", "row 2", "deselect", "sound", "Well done!", "unlock"}));
+        QCOMPARE(m_display->calls, words({"lock", "Minified 1 of 3 items.", "row 0", "Minified 2 of 3 items.",
+                                          "row 1", "Minified 3 of 3 items.", "row 2", "deselect", "load",
+                                          "sound", "Well done!", "unlock"}));
         // Told before each entry, and before its other calls.
         QCOMPARE(m_display->progress, words({"0/3 after 1 calls", "1/3 after 3 calls", "2/3 after 5 calls"}));
         const QString lib = m_tools.folder;
@@ -134,6 +135,7 @@ private Q_SLOTS:
         m_settings->setOverride(stored, soundCheckerKeyString);
         run();
         QTEST(m_display->calls.contains(QStringLiteral("sound")), "plays");
+        QVERIFY(m_display->calls.contains(QStringLiteral("load"))); // in any case
     }
 
     void undecidedSwitchesStartABareJava()

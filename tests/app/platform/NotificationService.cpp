@@ -28,7 +28,7 @@ QStringList NotificationService::GetCapabilities()
 uint NotificationService::Notify([[maybe_unused]] const QString &application, uint replaces,
                                  [[maybe_unused]] const QString &icon, const QString &summary,
                                  const QString &body, const QStringList &actions, const QVariantMap &hints,
-                                 [[maybe_unused]] int timeout)
+                                 int timeout)
 {
     const uint id = replaces == 0 ? ++m_lastId : replaces;
     asked.append(QStringLiteral("notify %1").arg(id));
@@ -38,6 +38,7 @@ uint NotificationService::Notify([[maybe_unused]] const QString &application, ui
                   .body = body,
                   .actions = actions,
                   .hints = hints,
+                  .timeout = timeout,
                   .message = message()});
     holdBackIfMute(id);
     return id;

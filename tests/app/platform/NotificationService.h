@@ -25,6 +25,7 @@ public:
         QString body;
         QStringList actions;
         QVariantMap hints;
+        int timeout = 0; ///< in ms; 0: never, -1: as the service likes
         QDBusMessage message;
     };
 

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void markup();
     void theNextOneTakesThePlace();
     void oneThatTheUserClosedIsNotReplaced();
+    void itStaysIfItIsTo();
     void isWithdrawn();
     void nothingToWithdraw();
     void nothingWaitsForTheService();
@@ -142,6 +143,26 @@ void tst_Notification::oneThatTheUserClosedIsNotReplaced()
     m_notification->withdraw();
     m_notification->show(u"second"_s);
     QTRY_COMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s, u"notify 2"_s}));
+}
+
+void tst_Notification::itStaysIfItIsTo()
+{
+    const QSignalSpy dismissed(m_notification.get(), &Notification::dismissed);
+    m_notification->show(u"a"_s);
+    QTRY_COMPARE(m_service->shown.size(), 1);
+    settle();
+    m_notification->stayUntilClosed();
+    m_notification->show(u"b"_s);
+    QTRY_COMPARE(m_service->shown.size(), 2);
+    QCOMPARE(m_service->shown.constFirst().timeout, -1);
+    QCOMPARE(m_service->shown.constLast().timeout, 0);
+    settle();
+    m_service->closedByUser(7); // another's
+    Q_EMIT m_service->NotificationClosed(2, 1);
+    settle();
+    QCOMPARE(dismissed.size(), 0);
+    m_service->closedByUser(1);
+    QTRY_COMPARE(dismissed.size(), 1);
 }
 
 void tst_Notification::isWithdrawn()
