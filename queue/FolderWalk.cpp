@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -29,8 +30,9 @@ constexpr std::size_t bufferSize = 65536; // of names at a time
 
 class Walker final {
 public:
-    explicit Walker(const QByteArray &top, const std::function<void(const QString &)> &visit)
-        : m_top(top), m_visit(visit)
+    Walker(const QByteArray &top, const std::function<void(const QString &)> &visit,
+           const std::function<void(const QString &, int)> &unreadable)
+        : m_top(top), m_visit(visit), m_unreadable(unreadable)
     {
     }
 
@@ -47,7 +49,7 @@ public:
 
     void walk()
     {
-        enter(AT_FDCWD, m_top.constData(), 0, 0);
+        enter(AT_FDCWD, m_top.constData(), 0);
         while (!m_levels.empty())
             step();
     }
@@ -63,13 +65,14 @@ private:
         std::vector<char> names;  ///< type, name and a zero byte, one entry after the other
     };
 
-    /// Reads a whole folder, so that what `visit` does to it cannot confuse the reading.
-    void enter(int parent, const char *name, int extraFlags, qsizetype pathLength)
+    /// Reads the whole folder at m_path, so that what `visit` does to it cannot confuse the reading.
+    void enter(int parent, const char *name, int extraFlags)
     {
         const int descriptor =
             ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | extraFlags);
         struct stat status {};
         if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
+            failed();
             if (descriptor >= 0)
                 ::close(descriptor);
             return;
@@ -78,11 +81,20 @@ private:
         level.descriptor = descriptor;
         level.device = status.st_dev;
         level.inode = status.st_ino;
-        level.pathLength = pathLength;
         readNames(level);
+        if (!m_path.isEmpty())
+            m_path += u'/';
+        level.pathLength = m_path.size();
         m_levels.push_back(std::move(level));
         if (m_levels.size() > openLevels)
             close(m_levels[m_levels.size() - 1 - openLevels]);
+    }
+
+    /// The folder at m_path could not be read. What vanished, or is no folder any more, is no failure.
+    void failed() const
+    {
+        if (m_unreadable && errno != ENOENT && errno != ENOTDIR)
+            m_unreadable(m_path, errno);
     }
 
     /// Asks the system itself: readdir(3) would need a descriptor and a buffer of its own for each folder.
@@ -90,6 +102,8 @@ private:
     {
         while (true) {
             const ssize_t size = ::getdents64(level.descriptor, m_buffer.data(), m_buffer.size());
+            if (size < 0)
+                failed();
             if (size <= 0)
                 return;
             for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
@@ -123,9 +137,8 @@ private:
         m_visit(m_path);
         if (!isFolder(level.descriptor, name, type))
             return;
-        m_path += u'/';
         // The vector may move under `level` from here on.
-        enter(level.descriptor, name, O_NOFOLLOW, m_path.size());
+        enter(level.descriptor, name, O_NOFOLLOW);
     }
 
     [[nodiscard]] static bool isFolder(int parent, const char *name, unsigned char type)
@@ -197,6 +210,7 @@ private:
 
     const QByteArray m_top;
     const std::function<void(const QString &)> &m_visit;
+    const std::function<void(const QString &, int)> &m_unreadable;
     std::vector<Level> m_levels;
     QString m_path;
     std::vector<char> m_buffer =
@@ -205,9 +219,10 @@ private:
 
 } // namespace
 
-void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit)
+void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
+                const std::function<void(const QString &relativePath, int error)> &unreadable)
 {
-    Walker(QFile::encodeName(top), visit).walk();
+    Walker(QFile::encodeName(top), visit, unreadable).walk();
 }
 
 } // namespace brevant

@@ -10,10 +10,12 @@ namespace brevant {
 
 /// Calls `visit` with the path, relative to `top`, of every entry below it: folders before their contents,
 /// hidden entries too, nothing sorted, symbolic links to folders yielded and not descended into. For what is
-/// no folder nothing is yielded. Folders that cannot be read and entries that vanish are passed over.
+/// no folder nothing is yielded. Entries that vanish are passed over, and so are folders that cannot be read,
+/// of which `unreadable` is told with the number of the error (errno); the path of `top` itself is empty.
 ///
 /// Neither the depth nor the length of a path is limited: the walk holds a bounded number of open folders and
 /// goes from one to the next without naming a whole path to the system.
-void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit);
+void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
+                const std::function<void(const QString &relativePath, int error)> &unreadable = {});
 
 } // namespace brevant

@@ -250,6 +250,13 @@ void tst_FolderWalk::unreadableFolders()
     QVERIFY(setMode(at(QStringLiteral("listed")), 0400)); // its names can be read, and no more
     const QStringList paths = walkedSorted();
     const QStringList locked = walked(at(QStringLiteral("locked")));
+    QStringList told;
+    for (const char *top : {"", "locked", "open/c.css", "missing"}) {
+        walkFolder(
+            at(QLatin1StringView(top)), [](const QString &) {},
+            [&](const QString &path, int error) { told << path + u' ' + QString::number(error); });
+    }
+    told.sort();
     QVERIFY(setMode(at(QStringLiteral("locked")), 0700));
     QVERIFY(setMode(at(QStringLiteral("listed")), 0700));
     m_folder.reset();
@@ -258,6 +265,9 @@ void tst_FolderWalk::unreadableFolders()
                                QStringLiteral("open/c.css")};
     QCOMPARE(paths, expected);
     QCOMPARE(locked, QStringList());
+    const QString denied = QStringLiteral(" %1").arg(EACCES);
+    QCOMPARE(told,
+             QStringList({denied, QStringLiteral("listed/sub") + denied, QStringLiteral("locked") + denied}));
 }
 
 void tst_FolderWalk::vanishingEntries()
