@@ -23,10 +23,12 @@ int nextNumber()
     return ++last;
 }
 
-/// What its owner must hear of a source that might have been lost.
+/// What its owner must hear of a source that might have been lost, or was not run for that.
 QStringList sentencesAbout(const EntryResult &result)
 {
-    if (result.sourceState == EntryResult::Source::Safe && result.outcome != EntryResult::Outcome::NotSafe)
+    using enum EntryResult::Outcome;
+    if (result.sourceState == EntryResult::Source::Safe && result.outcome != NotSafe &&
+        result.outcome != Refused)
         return {};
     return {QStringLiteral("%1: %2").arg(result.source, result.reason())};
 }

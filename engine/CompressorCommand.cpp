@@ -8,6 +8,8 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <algorithm>
+
 namespace brevant {
 
 namespace {
@@ -19,6 +21,11 @@ SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
     if (!value.isBool())
         return SwitchState::Undecided;
     return value.toBool() ? SwitchState::On : SwitchState::Off;
+}
+
+bool isForYui(FileKind kind)
+{
+    return kind == FileKind::Css || kind == FileKind::Js;
 }
 
 /// The list for CSS and JavaScript: the encoding stands at the very end.
@@ -88,9 +95,28 @@ QStringList compressorArguments(const QString &entry, const std::optional<QStrin
     const std::optional<FileKind> kind = kindOf(entry);
     if (!kind)
         return {};
-    if (*kind == FileKind::Css || *kind == FileKind::Js)
+    if (isForYui(*kind))
         return yuiArguments(*kind, entry, output, options);
     return htmlArguments(entry, output, options);
+}
+
+bool isTakenForPattern(const QString &entry, const QString &output)
+{
+    const std::optional<FileKind> kind = kindOf(entry);
+    return kind && isForYui(*kind) && output.contains(u':');
+}
+
+bool isDangerousPattern(const QString &entry, const QString &output)
+{
+    if (!isTakenForPattern(entry, output))
+        return false;
+    const auto holdsAny = [](QStringView text, QStringView signs) {
+        return std::ranges::any_of(text, [signs](QChar sign) { return signs.contains(sign); });
+    };
+    const qsizetype colon = output.indexOf(u':');
+    // A "." may stand for any sign, and is in too many paths: the entry is kept safe all the same.
+    return holdsAny(QStringView(output).first(colon), u"\\^$|?*+()[]{}") ||
+           holdsAny(QStringView(output).sliced(colon), u"$\\");
 }
 
 } // namespace brevant

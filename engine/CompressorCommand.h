@@ -41,4 +41,12 @@ struct CompressorOptions {
 [[nodiscard]] QStringList compressorArguments(const QString &entry, const std::optional<QString> &output,
                                               const CompressorOptions &options);
 
+/// Whether YUI Compressor takes that output path for a pattern and a replacement, with ":" between them: it
+/// writes where the replacement of the pattern in the path of the entry leads, which is the entry itself
+/// where the pattern does not match.
+[[nodiscard]] bool isTakenForPattern(const QString &entry, const QString &output);
+
+/// Whether it does so, and the two are no plain texts: the output may be any file then.
+[[nodiscard]] bool isDangerousPattern(const QString &entry, const QString &output);
+
 } // namespace brevant

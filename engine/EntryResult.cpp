@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryResult.h"
 
+#include "engine/BlankSource.h"
 #include "engine/FileBytes.h"
-#include "queue/FileKind.h"
 #include "queue/PathString.h"
 #include "settings/Descriptor.h"
 
@@ -14,6 +14,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevant {
 
@@ -26,11 +27,35 @@ QString gzipPath(const QString &output)
     return PathString::withExtension(output, u"gz");
 }
 
-/// Whether an empty source of this kind is minified to an empty output.
-bool mayBeEmpty(const QString &source)
+/// Why this process may not do that with a file; empty if it may.
+QString accessError(const QString &path, int mode)
 {
-    const std::optional<FileKind> kind = kindOf(source);
-    return kind && *kind != FileKind::Js;
+    const bool isAllowed = ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
+    return isAllowed ? QString() : qt_error_string(errno);
+}
+
+/// What keeps a compressor from its work; empty if nothing is seen.
+QString findObstacle(const QString &source, const std::optional<QString> &output)
+{
+    if (!output)
+        return QStringLiteral("the settings give no output path");
+    if (const QString error = accessError(source, R_OK); !error.isEmpty())
+        return QStringLiteral("the source cannot be read: %1").arg(error);
+    if (QFileInfo(source).isDir())
+        return QStringLiteral("the source is a folder");
+    const QFileInfo file(*output);
+    if (file.isDir())
+        return QStringLiteral("the output is a folder");
+    if (file.exists()) {
+        const QString error = accessError(*output, W_OK);
+        return error.isEmpty() ? error : QStringLiteral("the output cannot be written: %1").arg(error);
+    }
+    const QString folder = PathString::folder(*output).toString();
+    if (const QString error = accessError(folder + u'/', F_OK); !error.isEmpty())
+        return QStringLiteral("the folder of the output: %1").arg(error);
+    const QString error = accessError(folder, W_OK | X_OK);
+    return error.isEmpty() ? error
+                           : QStringLiteral("the folder of the output cannot be written: %1").arg(error);
 }
 
 /// Whether the disk that the output is on takes no more. A compressor whose output did not fit can end well.
@@ -51,6 +76,8 @@ EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &outp
 {
     m_result.source = source;
     m_result.output = output;
+    m_result.obstacle = findObstacle(source, output);
+    m_result.mayBeEmpty = isBlankSource(source);
     if (const std::optional<State> state = stateOf(source))
         m_result.sizeBefore = state->size;
     if (output) {
@@ -77,7 +104,7 @@ EntryResult::Outcome EntryWatch::judge(const ChildExit &exit) const
     const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
     if (!written || written == m_outputBefore)
         return EntryResult::Outcome::NoOutput;
-    if (written->size == 0 && (m_result.sizeBefore != 0 || !mayBeEmpty(m_result.source)))
+    if (written->size == 0 && !m_result.mayBeEmpty)
         return EntryResult::Outcome::EmptyOutput;
     return isDiskFull(*m_result.output) ? EntryResult::Outcome::DiskFull : EntryResult::Outcome::Done;
 }
@@ -91,6 +118,13 @@ void EntryWatch::compressorEnded(const ChildExit &exit)
 EntryResult EntryWatch::notSafe(const QString &reason)
 {
     m_result.outcome = EntryResult::Outcome::NotSafe;
+    m_result.detail = reason;
+    return m_result;
+}
+
+EntryResult EntryWatch::refused(const QString &reason)
+{
+    m_result.outcome = EntryResult::Outcome::Refused;
     m_result.detail = reason;
     return m_result;
 }
@@ -117,6 +151,10 @@ namespace {
 QString wordsFor(const EntryResult &result)
 {
     using Outcome = EntryResult::Outcome;
+    const bool isObstacleTheReason =
+        result.outcome == Outcome::CompressorFailed || result.outcome == Outcome::NoOutput;
+    if (isObstacleTheReason && !result.obstacle.isEmpty())
+        return result.obstacle;
     switch (result.outcome) {
     case Outcome::Done:
         return {};
@@ -136,6 +174,8 @@ QString wordsFor(const EntryResult &result)
         return QStringLiteral("the output could not be written to the disk");
     case Outcome::NotSafe:
         return QStringLiteral("not minified, as no safety copy of it could be made: %1").arg(result.detail);
+    case Outcome::Refused:
+        return QStringLiteral("not minified: %1").arg(result.detail);
     }
     return {};
 }

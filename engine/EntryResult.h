@@ -25,6 +25,7 @@ struct EntryResult {
         DiskFull,         ///< written, and no room is left on the disk, so it may be cut
         NotWritten,       ///< written over the source, and then the disk refused it
         NotSafe,          ///< not worked on: the source might be lost, and no safety copy could be made
+        Refused,          ///< not worked on, as another file might be lost
     };
     /// What became of a source that might have been lost.
     enum class Source {
@@ -37,9 +38,11 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString kept;   ///< where that lies which was in a source before it was put back, and may be newer work
-    QString detail; ///< why there is no safety copy, or why the source could not be put back
-    int status = 0; ///< the compressor's exit status, or the signal that ended it
+    QString kept;     ///< where that lies which was in a source before it was put back, and may be newer work
+    QString detail;   ///< why there is no safety copy, why it was refused, or why the source is not put back
+    QString obstacle; ///< what was in the way before the compressor started; empty if nothing was seen
+    bool mayBeEmpty = false;          ///< nothing is left of such a source when it is minified
+    int status = 0;                   ///< the compressor's exit status, or the signal that ended it
     double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
@@ -59,6 +62,9 @@ public:
 
     /// The result of an entry that was not worked on, `reason` being why its source is not safe.
     [[nodiscard]] EntryResult notSafe(const QString &reason);
+
+    /// The result of an entry that was not worked on for another reason.
+    [[nodiscard]] EntryResult refused(const QString &reason);
 
     /// The result, when everything is done for this entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);

@@ -20,9 +20,16 @@ EntryRun::EntryRun(const SettingsStore &settings, const Tools &tools, Compressor
 {
 }
 
-std::optional<EntryResult> EntryRun::run(const QString &entry, const std::optional<QString> &output)
+std::optional<EntryResult> EntryRun::run(const QString &entry, const std::optional<QString> &output,
+                                         const QString &refusal)
 {
     using Clock = std::chrono::steady_clock;
+    if (!refusal.isEmpty())
+        return EntryWatch(entry, output).refused(refusal);
+    if (output && isDangerousPattern(entry, *output))
+        return EntryWatch(entry, output)
+            .refused(QStringLiteral("YUI Compressor takes its output path for a pattern, which may lead "
+                                    "to any file"));
     const Clock::time_point start = Clock::now();
     const QString error = m_safetyCopy.make(entry, output);
     EntryWatch watch(entry, output);

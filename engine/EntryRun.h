@@ -10,12 +10,16 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace brevant {
 
 class SettingsStore;
+
+/// Says why an entry must not be run, given the output it has; empty if it may be.
+using Refusal = std::function<QString(const QString &entry, const std::optional<QString> &output)>;
 
 /// The work on one entry after another: safety copy, compressor, gzip copy.
 class EntryRun final {
@@ -24,9 +28,11 @@ public:
     EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options,
              const std::atomic<Stop> &stop);
 
-    /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
-    /// if the Java runtime could not be started.
-    [[nodiscard]] std::optional<EntryResult> run(const QString &entry, const std::optional<QString> &output);
+    /// Does everything for one entry, on the calling thread, unless there is a `refusal`, which is the reason
+    /// for its failure then. The switches are read here; nothing is returned if the Java runtime could not be
+    /// started.
+    [[nodiscard]] std::optional<EntryResult> run(const QString &entry, const std::optional<QString> &output,
+                                                 const QString &refusal = QString());
 
     /// Why the Java runtime could not be started, in words.
     [[nodiscard]] QString startFailure() const;

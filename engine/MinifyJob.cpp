@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/MinifyJob.h"
 
-#include "engine/CompressorCommand.h"
-#include "engine/EntryResult.h"
-#include "engine/EntryRun.h"
 #include "engine/JobDisplay.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+
+#include <utility>
 
 namespace brevant {
 
@@ -30,8 +29,9 @@ private:
 } // namespace
 
 MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                     JobDisplay &display)
-    : m_queue(queue), m_settings(settings), m_tools(tools), m_display(display), m_outputPath(settings)
+                     JobDisplay &display, Refusal refusal)
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_display(display), m_outputPath(settings),
+      m_refusal(std::move(refusal))
 {
 }
 
@@ -62,7 +62,9 @@ MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<Stop>
         m_display.setProgress(index, count);
         m_display.setStatusText(QStringLiteral("Minified %1 of %2 items.").arg(index + 1).arg(count));
         m_display.selectRow(index);
-        const std::optional<EntryResult> result = entryRun.run(*entry, m_outputPath.next(*entry));
+        const std::optional<QString> output = m_outputPath.next(*entry);
+        const QString refusal = m_refusal ? m_refusal(*entry, output) : QString();
+        const std::optional<EntryResult> result = entryRun.run(*entry, output, refusal);
         if (!result)
             return End::JavaNotStarted;
         m_display.entryEnded(*result);

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/EntryRun.h"
 #include "engine/Stop.h"
 #include "engine/Tools.h"
 #include "queue/OutputPath.h"
 
 namespace brevant {
 
-class EntryRun;
 class FileQueue;
 class JobDisplay;
 class SettingsStore;
@@ -26,7 +26,8 @@ public:
         JavaNotStarted, ///< the Java runtime could not be started
     };
 
-    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, JobDisplay &display);
+    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, JobDisplay &display,
+              Refusal refusal = {});
 
     /// Runs to the end, or for as long as nothing else is asked for. The display is told of the end exactly
     /// once.
@@ -40,6 +41,7 @@ private:
     const Tools m_tools;
     JobDisplay &m_display;
     OutputPath m_outputPath;
+    const Refusal m_refusal;
 };
 
 } // namespace brevant

@@ -122,7 +122,7 @@ bool SafetyCopy::isLost(const EntryResult &result, bool gzipWanted) const
     // Where the compressor did its work, other content is the output, or somebody else's doing.
     if (result.outcome == EntryResult::Outcome::Done || result.outcome == EntryResult::Outcome::NoGzipCopy) {
         const SourceState state = glanceAtSource(*m_record);
-        return state == SourceState::Missing || state == SourceState::Empty;
+        return state == SourceState::Missing || (state == SourceState::Empty && !result.mayBeEmpty);
     }
     switch (stateOfSource(*m_record, *m_slot)) {
     case SourceState::Missing:

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/CliRun.h"
+#include "tests/settings/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,6 +24,10 @@ private Q_SLOTS:
     void olderCopyIsNoCopy();
     void missingFolder();
     void noOutputPath();
+    void obstacles_data();
+    void obstacles();
+    void whatMayNotBeTouched_data();
+    void whatMayNotBeTouched();
     void anEmptyRunIsReportedToo();
     void aFolderToSaveInCountsFromHere();
 };
@@ -48,8 +53,16 @@ void tst_BrevantCliOutcomes::outcomes_data()
         << u"a.css"_s << QByteArray("a { b : c ; }") << old << QByteArray("a{b:c}") << none;
     QTest::newRow("empty css") << u"a.css"_s << QByteArray("") << none << QByteArray("") << none;
     QTest::newRow("empty html") << u"a.html"_s << QByteArray("") << old << QByteArray("") << none;
-    QTest::newRow("css of a comment") << u"a.css"_s << QByteArray("/* a */") << none << QByteArray("")
-                                      << QByteArray("the compressor left an empty output");
+    QTest::newRow("css of comments") << u"a.css"_s << QByteArray(" /* a */\n/* b **/ ") << none
+                                     << QByteArray("") << none;
+    QTest::newRow("blank css") << u"a.css"_s << QByteArray(" \t\r\n") << old << QByteArray("") << none;
+    QTest::newRow("html of comments")
+        << u"a.html"_s << QByteArray("<!-- a -->\n<!----> <!--b-->") << none << QByteArray("") << none;
+    QTest::newRow("html with a condition") << u"a.html"_s << QByteArray("<!--[if IE]>a<![endif]-->") << none
+                                           << QByteArray("<!--[if IE]>a<![endif]-->") << none;
+    QTest::newRow("css of an empty rule")
+        << u"a.css"_s << QByteArray("/* a */ a { }") << none << QByteArray("")
+        << QByteArray("the compressor left an empty output");
     QTest::newRow("js of a comment") << u"a.js"_s << QByteArray("/* a */\n") << none << QByteArray("")
                                      << QByteArray("the compressor ended with status 1");
     QTest::newRow("empty js") << u"a.js"_s << QByteArray("") << old << QByteArray("")
@@ -113,7 +126,7 @@ void tst_BrevantCliOutcomes::vanishedSourceAndOlderOutput()
     const QByteArray path = QFile::encodeName(sandbox.path(u"gone.html"_s));
     const Ended ended = sandbox.run({u"gone.html"_s});
     QVERIFY2(ended.out.contains("ERROR"), ended.out);
-    QCOMPARE(ended.err, "Failed: " + path + ": the compressor wrote no output\n");
+    QCOMPARE(ended.err, "Failed: " + path + ": the source cannot be read: No such file or directory\n");
     QCOMPARE(ended.status, 1);
     QCOMPARE(sandbox.read(u"gone.min.html"_s), QByteArray("older"));
 }
@@ -166,8 +179,70 @@ void tst_BrevantCliOutcomes::noOutputPath()
     sandbox.add(u"../s.json"_s, R"({"suffixSwitcherKeyString": 1})");
     const Ended ended = sandbox.run({u"--settings"_s, u"../s.json"_s, u"a.css"_s});
     QCOMPARE(ended.status, 1);
-    QVERIFY2(ended.err.contains("Failed: " + path + ": "), ended.err);
+    QVERIFY2(ended.err.endsWith("Failed: " + path + ": the settings give no output path\n"), ended.err);
     QCOMPARE(tree(sandbox.path()).keys(), QStringList{u"a.css"_s});
+}
+
+void tst_BrevantCliOutcomes::obstacles_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("output is a folder") << u"taken"_s << QByteArray("the output is a folder");
+    QTest::newRow("no such folder") << u"new"_s
+                                    << QByteArray("the folder of the output: No such file or directory");
+    QTest::newRow("a file as folder") << u"file"_s << QByteArray("the folder of the output: Not a directory");
+    QTest::newRow("no such source") << u"out"_s
+                                    << QByteArray("the source cannot be read: No such file or directory");
+}
+
+void tst_BrevantCliOutcomes::obstacles()
+{
+    QFETCH(QString, folder);
+    QFETCH(QByteArray, reason);
+    const Sandbox sandbox;
+    sandbox.add(u"file"_s, "");
+    sandbox.add(u"taken/a.min.css/x"_s, "");
+    sandbox.add(u"out/x"_s, "");
+    if (folder == u"out")
+        QVERIFY(QFile::link(u"/nonexistent/a.css"_s, sandbox.path(u"a.css"_s)));
+    else
+        sandbox.add(u"a.css"_s, "a { b : c ; }");
+    const Ended ended = sandbox.run({u"--set"_s, u"sameFolderKeyString=false"_s, u"--set"_s,
+                                     u"selectedFolderKeyString="_s + folder, u"a.css"_s});
+    QCOMPARE(ended.status, 1);
+    const QByteArray path = QFile::encodeName(sandbox.path(u"a.css"_s));
+    QVERIFY2(ended.err.endsWith("Failed: " + path + ": " + reason + "\n"), ended.err);
+}
+
+void tst_BrevantCliOutcomes::whatMayNotBeTouched_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("source") << u"w/a.css"_s << 0 << QByteArray("the source cannot be read");
+    QTest::newRow("output") << u"w/a.min.css"_s << 0400 << QByteArray("the output cannot be written");
+    QTest::newRow("folder") << u"w"_s << 0500 << QByteArray("the folder of the output cannot be written");
+}
+
+void tst_BrevantCliOutcomes::whatMayNotBeTouched()
+{
+    QFETCH(QString, name);
+    QFETCH(int, mode);
+    QFETCH(QByteArray, reason);
+    const OrdinaryUser user;
+    if (!user.isReady())
+        QSKIP("cannot become an ordinary user here");
+    const Sandbox sandbox;
+    const QByteArray path = QFile::encodeName(sandbox.add(u"w/a.css"_s, "a { b : c ; }"));
+    if (name == u"w/a.min.css")
+        sandbox.add(name, "old");
+    QVERIFY(setMode(sandbox.path(name), static_cast<mode_t>(mode)));
+    const Ended ended = sandbox.run({u"w/a.css"_s});
+    QVERIFY(setMode(sandbox.path(name), 0700));
+    if (ended.status == -1)
+        QSKIP("an ordinary user may not run the program here");
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(ended.err.endsWith("Failed: " + path + ": " + reason + ": Permission denied\n"), ended.err);
 }
 
 void tst_BrevantCliOutcomes::anEmptyRunIsReportedToo()

@@ -242,6 +242,39 @@ private Q_SLOTS:
         QCOMPARE(read.lineBreakColumn, QStringLiteral("72"));
         QCOMPARE(read.encoding, QStringLiteral("gbk"));
     }
+
+    void patterns_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<bool>("taken");
+        QTest::addColumn<bool>("dangerous");
+        const auto row = [](const char *output, bool taken, bool dangerous) {
+            QTest::newRow(output) << QString::fromLatin1(output) << taken << dangerous;
+        };
+        row("/w/a.min.css", false, false);
+        row("/w/(a)$1\\.css", false, false);
+        row("/w/a:min.css", true, false);
+        row("/w:x/a.min.css", true, false);
+        row("/w:x/(a).css", true, false); // what is put in is no pattern
+        row("/w/a:$1.css", true, true);
+        row("/w/a:b:$1.css", true, true);
+        row("/w/a:b\\c.css", true, true);
+        for (const char sign : QByteArray("\\^$|?*+()[]{}"))
+            row(QByteArray("/w" + QByteArray(1, sign) + ":a.css").constData(), true, true);
+    }
+
+    void patterns()
+    {
+        QFETCH(QString, output);
+        for (const char *entry : {"/w/a.css", "/w/a.JS"}) {
+            QTEST(isTakenForPattern(QString::fromLatin1(entry), output), "taken");
+            QTEST(isDangerousPattern(QString::fromLatin1(entry), output), "dangerous");
+        }
+        for (const char *entry : {"/w/a.html", "/w/a.phtml", "/w/a.php", "/w/notes.txt"}) {
+            QVERIFY(!isTakenForPattern(QString::fromLatin1(entry), output));
+            QVERIFY(!isDangerousPattern(QString::fromLatin1(entry), output));
+        }
+    }
 };
 
 QTEST_APPLESS_MAIN(tst_CompressorCommand)

@@ -157,6 +157,23 @@ private Q_SLOTS:
         QCOMPARE(m_display->results.front().output, std::nullopt);
     }
 
+    void aDangerousPatternIsNotRun()
+    {
+        m_settings->setOverride(true, gzipCheckerKeyString);
+        for (const char *suffix : {":x", ":$0"}) {
+            m_queue.clear();
+            m_queue.append(source("a.css"));
+            m_queue.append(source("b.html"));
+            m_settings->setOverride(QString::fromLatin1(suffix), suffixKeyString);
+            QCOMPARE(run(), MinifyJob::End::Completed);
+        }
+        QCOMPARE(log().size(), 3); // the style sheet the first time only
+        QCOMPARE(m_display->results.at(2).outcome, EntryResult::Outcome::Refused);
+        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("a:$0.css"))));
+        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("a:$0.css.gz"))));
+        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("b:$0.html.gz"))));
+    }
+
     void anUndecidedSuffixEndsTheFirstList()
     {
         m_settings->setOverride(1, suffixSwitcherKeyString);
