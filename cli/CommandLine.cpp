@@ -20,6 +20,7 @@ constexpr int mostJobs = 256;
 const QString setOption = QStringLiteral("set");
 const QString settingsOption = QStringLiteral("settings");
 const QString jobsOption = QStringLiteral("jobs");
+const QString allOption = QStringLiteral("all");
 const QString listOption = QStringLiteral("list");
 const QString dryRunOption = QStringLiteral("dry-run");
 const QString reportOption = QStringLiteral("report");
@@ -57,7 +58,7 @@ void addOptions(QCommandLineParser &parser)
 {
     for (const QString &name : {setOption, settingsOption, jobsOption, reportOption})
         parser.addOption(QCommandLineOption(name, QString(), QStringLiteral("value")));
-    for (const QString &name : {listOption, dryRunOption, quietOption, versionOption})
+    for (const QString &name : {allOption, listOption, dryRunOption, quietOption, versionOption})
         parser.addOption(QCommandLineOption(name));
     parser.addOption(QCommandLineOption(QStringList{helpOption, QStringLiteral("h")}));
 }
@@ -110,6 +111,7 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
         line.action = CommandLine::Action::List;
     if (parser.isSet(dryRunOption))
         line.action = CommandLine::Action::DryRun;
+    line.all = parser.isSet(allOption);
     line.quiet = parser.isSet(quietOption);
     if (const auto error = readFileName(parser, settingsOption, line.settingsFile))
         return *error;
@@ -136,6 +138,7 @@ const std::vector<OptionHelp> &allOptions()
         {QLatin1StringView("--settings FILE"),
          QLatin1StringView("read the settings from FILE, not the user's own")},
         {QLatin1StringView("--jobs N"), QLatin1StringView("run up to N compressors at once")},
+        {QLatin1StringView("--all"), QLatin1StringView("take outputs of other files in folders too")},
         {QLatin1StringView("--list"), QLatin1StringView("print each file and its output, run nothing")},
         {QLatin1StringView("--dry-run"), QLatin1StringView("print each command line, run nothing")},
         {QLatin1StringView("--report FILE"), QLatin1StringView("write a JSON report of the run to FILE")},

@@ -22,6 +22,7 @@ struct CommandLine {
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
     int jobs = 1;                                                   ///< compressors at once
+    bool all = false;                                               ///< outputs of others too
     bool quiet = false;
 };
 

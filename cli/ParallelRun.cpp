@@ -6,45 +6,29 @@
 #include "engine/EntryRun.h"
 #include "engine/JobDisplay.h"
 #include "queue/FileQueue.h"
-#include "queue/OutputPath.h"
 
 #include <algorithm>
-#include <thread>
+#include <system_error>
+#include <utility>
 
 namespace brevant {
 
-namespace {
-
-std::vector<PlannedEntry> plan(const FileQueue &queue, const SettingsStore &settings)
-{
-    OutputPath outputPath(settings);
-    std::vector<PlannedEntry> entries;
-    for (const QString &entry : queue.entries())
-        entries.push_back({entry, outputPath.next(entry)});
-    return entries;
-}
-
-} // namespace
-
 ParallelRun::ParallelRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                         JobDisplay &display)
-    : m_settings(settings), m_tools(tools), m_display(display), m_entries(plan(queue, settings)),
-      m_order(m_entries), m_stages(m_entries.size(), Stage::Waiting), m_results(m_entries.size())
+                         JobDisplay &display, Refusal refusal)
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_display(display), m_entries(queue.entries()),
+      m_outputPath(settings), m_refusal(std::move(refusal)), m_ended(m_entries.size()),
+      m_results(m_entries.size())
 {
 }
 
 MinifyJob::End ParallelRun::run(int jobs, const std::atomic<Stop> &stop)
 {
     const CompressorOptions options = CompressorOptions::atStartOfRun(m_settings);
-    m_workers = std::min(jobs, static_cast<int>(m_entries.size()));
+    const int count = std::min(jobs, static_cast<int>(m_entries.size()));
+    std::vector<std::thread> threads = startThreads(count, options, stop);
+    if (threads.empty() && count > 0)
+        return MinifyJob(m_queue, m_settings, m_tools, m_display, m_refusal).run(stop);
     m_display.lockControls();
-    std::vector<std::thread> threads;
-    for (int i = 0, count = m_workers; i < count; ++i) {
-        threads.emplace_back([this, &options, &stop] {
-            EntryRun entryRun(m_settings, m_tools, options, stop);
-            work(entryRun, stop);
-        });
-    }
     const bool allRun = showAll() && stop != Stop::AtOnce;
     for (std::thread &thread : threads)
         thread.join();
@@ -61,43 +45,53 @@ MinifyJob::End ParallelRun::run(int jobs, const std::atomic<Stop> &stop)
     return end;
 }
 
+std::vector<std::thread> ParallelRun::startThreads(int count, const CompressorOptions &options,
+                                                   const std::atomic<Stop> &stop)
+{
+    std::vector<std::thread> threads;
+    const std::lock_guard lock(m_mutex); // nobody is missed who ends before the next one starts
+    for (; m_workers < count; ++m_workers) {
+        try {
+            threads.emplace_back([this, &options, &stop] {
+                EntryRun entryRun(m_settings, m_tools, options, stop);
+                work(entryRun, stop);
+            });
+        } catch (const std::system_error &) {
+            break; // the system has no more
+        }
+    }
+    return threads;
+}
+
 void ParallelRun::work(EntryRun &entryRun, const std::atomic<Stop> &stop)
 {
-    while (const std::optional<int> index = takeNext(stop)) {
-        const PlannedEntry &entry = m_entries[static_cast<std::size_t>(*index)];
-        store(*index, entryRun.run(entry.source, entry.output), entryRun);
+    while (const std::optional<Task> task = takeNext(stop)) {
+        store(task->index, entryRun.run(m_entries[task->index], task->output, task->refusal), entryRun);
     }
     const std::lock_guard lock(m_mutex);
     --m_workers;
     m_changed.notify_all();
 }
 
-std::optional<int> ParallelRun::takeNext(const std::atomic<Stop> &stop)
-{
-    std::unique_lock lock(m_mutex);
-    std::optional<int> index;
-    // Where nothing is free, something runs that the rest waits for, and its end is told to all.
-    m_changed.wait(lock, [&] {
-        if (stop != Stop::No || !m_startFailure.isEmpty() || m_order.isAllTaken())
-            return true;
-        index = m_order.takeNext();
-        return index.has_value();
-    });
-    if (index) {
-        m_stages[static_cast<std::size_t>(*index)] = Stage::Running;
-        m_changed.notify_all();
-    }
-    return index;
-}
-
-void ParallelRun::store(int index, const std::optional<EntryResult> &result, const EntryRun &entryRun)
+std::optional<ParallelRun::Task> ParallelRun::takeNext(const std::atomic<Stop> &stop)
 {
     const std::lock_guard lock(m_mutex);
-    m_stages[static_cast<std::size_t>(index)] = Stage::Ended;
-    m_results[static_cast<std::size_t>(index)] = result;
-    if (result)
-        m_order.finished(index);
-    else
+    if (stop != Stop::No || !m_startFailure.isEmpty() || m_taken == m_entries.size())
+        return std::nullopt;
+    Task task{m_taken, m_outputPath.next(m_entries[m_taken]), {}};
+    if (m_refusal)
+        task.refusal = m_refusal(m_entries[m_taken], task.output);
+    ++m_taken;
+    m_changed.notify_all();
+    return task;
+}
+
+void ParallelRun::store(std::size_t index, const std::optional<EntryResult> &result, const EntryRun &entryRun)
+{
+    const std::lock_guard lock(m_mutex);
+    m_ended[index] = true;
+    m_results[index] = result;
+    if (!result)
         m_startFailure = entryRun.startFailure();
     m_changed.notify_all();
 }
@@ -123,14 +117,14 @@ bool ParallelRun::showAll()
 bool ParallelRun::waitUntilStarted(std::size_t index)
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_stages[index] != Stage::Waiting || m_workers == 0; });
-    return m_stages[index] != Stage::Waiting;
+    m_changed.wait(lock, [&] { return m_taken > index || m_workers == 0; });
+    return m_taken > index;
 }
 
 const std::optional<EntryResult> &ParallelRun::waitForResult(std::size_t index)
 {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_stages[index] == Stage::Ended; });
+    m_changed.wait(lock, [&] { return m_ended[index]; });
     return m_results[index];
 }
 

@@ -2,15 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalRun.h"
 
+#include "cli/DryRun.h"
+#include "cli/FileMarks.h"
+#include "cli/Listing.h"
+#include "cli/OutputClaims.h"
 #include "cli/ParallelRun.h"
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalJobDisplay.h"
 #include "cli/TerminalText.h"
-#include "engine/CompressorCommand.h"
-#include "engine/GzipCopy.h"
 #include "engine/InterruptedRuns.h"
-#include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
 #include "queue/PathString.h"
@@ -24,6 +25,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace brevant {
@@ -117,52 +119,34 @@ QString whyNothingIsListed(const SettingsStore &settings)
     return text + QStringLiteral(".\n");
 }
 
-/// False, with errno set, on failure; so with the next one.
-bool printList(const FileQueue &queue, const SettingsStore &settings)
-{
-    OutputPath outputPath(settings);
-    for (const QString &entry : queue.entries()) {
-        const std::optional<QString> output = outputPath.next(entry);
-        const QString line =
-            QStringLiteral("%1\t%2\n")
-                .arg(TerminalText::printable(entry), TerminalText::printable(output.value_or(QString())));
-        if (!TerminalText::print(stdout, line))
-            return false;
-    }
-    return true;
-}
-
-/// The commands of a run as a script: they are run in the tools folder, one after the other.
-bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
-{
-    const auto print = [](const QString &program, const QStringList &arguments) {
-        return TerminalText::print(stdout, TerminalText::commandLine(program, arguments) + u'\n');
-    };
-    if (!print(QStringLiteral("cd"), {tools.folder}))
-        return false;
-    OutputPath outputPath(settings);
-    const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
-    for (const QString &entry : queue.entries()) {
-        const std::optional<QString> output = outputPath.next(entry);
-        const QStringList arguments = compressorArguments(entry, output, options);
-        if (!print(tools.java, arguments))
-            return false;
-        if (!settings.boolForKey(gzipCheckerKeyString))
-            continue;
-        for (const GzipStep &step : gzipSteps(output)) {
-            if (!print(step.program, step.arguments))
-                return false;
-        }
-    }
-    return true;
-}
-
 /// The exit status of what only prints.
 int statusOfPrinting(bool printed)
 {
     if (!printed)
         printError(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(errno)));
     return static_cast<int>(printed ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+}
+
+/// What the report would be written over; empty if it is no file of the run.
+QString fileUnderReport(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
+{
+    if (line.reportFile.isEmpty())
+        return {};
+    const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
+    const auto isUnderReport = [&marks](const QString &path) {
+        return std::ranges::any_of(FileMarks::all(path),
+                                   [&marks](const QString &mark) { return marks.contains(mark); });
+    };
+    OutputPath outputPath(settings);
+    QStringList files{line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
+                                                  : PathString::absolute(line.settingsFile)};
+    for (const QString &entry : queue.entries()) {
+        files.append(entry);
+        if (const std::optional<QString> output = outputPath.next(entry))
+            files << *output << PathString::withExtension(*output, u"gz");
+    }
+    const auto found = std::ranges::find_if(files, isUnderReport);
+    return found == files.end() ? QString() : *found;
 }
 
 /// Writes the report that was asked for; false, and said why, if that fails.
@@ -191,9 +175,10 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
                                line.quiet ? TerminalJobDisplay::Style::Quiet
                                           : TerminalJobDisplay::styleOfStandardOutput());
     const std::atomic<Stop> &stop = StopSignals::requested();
-    const MinifyJob::End end = line.jobs == 1
-                                   ? MinifyJob(queue, settings, tools, display).run(stop)
-                                   : ParallelRun(queue, settings, tools, display).run(line.jobs, stop);
+    const Refusal refusal = refusalFor(queue.entries());
+    const MinifyJob::End end =
+        line.jobs == 1 ? MinifyJob(queue, settings, tools, display, refusal).run(stop)
+                       : ParallelRun(queue, settings, tools, display, refusal).run(line.jobs, stop);
     report.finish(end, queue.entries(),
                   end == MinifyJob::End::JavaNotStarted ? display.statusText() : QString());
     if (!line.quiet)
@@ -207,6 +192,44 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     if (end == MinifyJob::End::JavaNotStarted)
         return static_cast<int>(ExitStatus::NoTools);
     return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+}
+
+/// Says on the error stream what was found and is not in the queue.
+void sayWhatIsNotListed(const CommandLine &line, const Listing &listing)
+{
+    for (const QString &sentence : listing.unreadable())
+        printError(sentence);
+    if (line.quiet)
+        return;
+    for (const QString &folder : listing.folders())
+        printError(folder + QLatin1StringView(" is a folder"));
+    const QStringList outputs = listing.outputs();
+    if (line.action != CommandLine::Action::List || outputs.isEmpty())
+        return;
+    QString text = outputs.size() == 1
+                       ? QStringLiteral("1 file passed over, as the output of another (--all takes all):\n")
+                       : QStringLiteral("%1 files passed over, as outputs of others (--all takes all):\n")
+                             .arg(outputs.size());
+    for (const QString &output : outputs)
+        text += TerminalText::printable(output) + u'\n';
+    TerminalText::print(stderr, text);
+}
+
+/// Does what was asked for with the files that are listed.
+int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
+        const Listing &listing)
+{
+    if (queue.isEmpty()) {
+        if (listing.unreadable().isEmpty())
+            TerminalText::print(stderr, whyNothingIsListed(settings));
+        const bool reported = line.action != CommandLine::Action::Minify || writeReport(line, RunReport());
+        return static_cast<int>(reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+    }
+    if (line.action == CommandLine::Action::List)
+        return statusOfPrinting(printList(queue, settings));
+    if (line.action == CommandLine::Action::DryRun)
+        return statusOfPrinting(printCommands(queue, settings, tools));
+    return minify(line, tools, queue, settings);
 }
 
 /// Sets what holds for this run only. The compressors run elsewhere, so a folder counts from here.
@@ -249,18 +272,19 @@ int runTerminal(const CommandLine &line, const Tools &tools)
     }
 
     FileQueue queue;
+    Listing listing(queue, settings, line.all);
     for (const QString &path : line.paths)
-        addTopLevelPath(PathString::absolute(path), queue, settings);
-    if (queue.isEmpty()) {
-        TerminalText::print(stderr, whyNothingIsListed(settings));
-        const bool reported = line.action != CommandLine::Action::Minify || writeReport(line, RunReport());
-        return static_cast<int>(reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+        listing.add(PathString::absolute(path));
+    if (const QString file = fileUnderReport(line, queue, settings); !file.isEmpty()) {
+        printError(QStringLiteral("the report %1 would be written over %2").arg(line.reportFile, file));
+        return static_cast<int>(ExitStatus::WrongUsage);
     }
-    if (line.action == CommandLine::Action::List)
-        return statusOfPrinting(printList(queue, settings));
-    if (line.action == CommandLine::Action::DryRun)
-        return statusOfPrinting(printCommands(queue, settings, tools));
-    return minify(line, tools, queue, settings);
+    sayWhatIsNotListed(line, listing);
+    const int status = act(line, tools, queue, settings, listing);
+    const bool isAllRead = listing.unreadable().isEmpty();
+    return status == static_cast<int>(ExitStatus::AllDone) && !isAllRead
+               ? static_cast<int>(ExitStatus::SomeFailed)
+               : status;
 }
 
 } // namespace brevant

@@ -51,7 +51,7 @@ _brevant_cli() {
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--set --settings --jobs --list --dry-run --report --quiet --version --help -h' -- "$cur")
+                '--set --settings --jobs --all --list --dry-run --report --quiet --version --help -h' -- "$cur")
         else
             _filedir '@([cC][sS][sS]|[jJ][sS]|[hH][tT][mM][lL]|[pP][hH][tT][mM][lL]|[pP][hH][pP])'
         fi

@@ -159,6 +159,7 @@ void tst_CommandLine::namesWhatItDoesNotKnow_data()
     QTest::newRow("set without a value") << QStringList{u"a"_s, u"--set"_s} << u"--set"_s;
     QTest::newRow("settings without a value") << QStringList{u"a"_s, u"--settings"_s} << u"--settings"_s;
     QTest::newRow("report without a value") << QStringList{u"a"_s, u"--report"_s} << u"--report"_s;
+    QTest::newRow("all with a value") << QStringList{u"--all=a"_s, u"a"_s} << u"--all"_s;
     QTest::newRow("list with a value") << QStringList{u"--list=a"_s, u"a"_s} << u"--list"_s;
     QTest::newRow("not saved by help") << QStringList{u"--help"_s, u"--bogus"_s} << u"bogus"_s;
 }
@@ -286,9 +287,9 @@ void tst_CommandLine::settingsKeepTheirOrder()
 void tst_CommandLine::helpNamesEverything()
 {
     const QString help = helpText();
-    const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,
-                             u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s,
-                             u"--quiet"_s,         u"--version"_s,       u"--help"_s};
+    const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,      u"--all"_s,
+                             u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s, u"--quiet"_s,
+                             u"--version"_s,       u"--help"_s};
     QStringList shown;
     for (const OptionHelp &option : allOptions())
         shown << option.usage;

@@ -13,7 +13,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <system_error>
 #include <thread>
+
+#include <pthread.h>
 
 using namespace brevant;
 using namespace Qt::StringLiterals;
@@ -42,6 +45,25 @@ public:
         calls.append(u"ended"_s);
         results.push_back(result);
     }
+};
+
+/// While it lives, no thread can be started: none finds room for its stack.
+class NoThreads final {
+public:
+    NoThreads()
+    {
+        ::pthread_getattr_default_np(&m_before);
+        pthread_attr_t attributes = m_before;
+        constexpr std::size_t moreThanThereIs = std::size_t{1} << 47;
+        ::pthread_attr_setstacksize(&attributes, moreThanThereIs);
+        ::pthread_setattr_default_np(&attributes);
+    }
+    ~NoThreads() { ::pthread_setattr_default_np(&m_before); }
+    NoThreads(const NoThreads &) = delete;
+    NoThreads &operator=(const NoThreads &) = delete;
+
+private:
+    pthread_attr_t m_before{};
 };
 
 } // namespace
@@ -109,21 +131,65 @@ private Q_SLOTS:
             QCOMPARE(result.outcome, EntryResult::Outcome::Done);
     }
 
-    void oneOutputForAll()
+    void settingsAreReadForEachFile_data()
     {
-        m_settings->setOverride(false, sameFolderKeyString);
-        m_settings->setOverride(path(u"out"_s), selectedFolderKeyString);
-        QDir(m_folder->path()).mkdir(u"out"_s);
-        QString last;
-        for (int i = 0; i < 8; ++i) {
-            QDir(m_folder->path()).mkdir(QString::number(i));
-            last = append(u"%1/same.css"_s.arg(i), "copy");
-        }
-        QCOMPARE(run(8), MinifyJob::End::Completed);
-        QCOMPARE(mostAtOnce(), 1);
-        QFile output(path(u"out/same.min.css"_s));
-        QVERIFY(output.open(QIODevice::ReadOnly));
-        QCOMPARE(output.readAll(), "minified " + QFile::encodeName(last));
+        QTest::addColumn<bool>("threads");
+        QTest::newRow("several at once") << true;
+        QTest::newRow("no threads to be had") << false;
+    }
+
+    void settingsAreReadForEachFile()
+    {
+        QFETCH(bool, threads);
+        const QString flag = add(u"flag"_s, "here");
+        append(u"a.css"_s, "wait " + QFile::encodeName(flag));
+        append(u"b.css"_s, "copy");
+        m_display->onText = [&](const QString &text) {
+            if (text != u"Minified 1 of 2 items.")
+                return;
+            m_settings->setOverride(u"-x"_s, suffixKeyString);
+            QFile::remove(flag);
+        };
+        const std::optional<NoThreads> none = threads ? std::nullopt : std::make_optional<NoThreads>();
+        QCOMPARE(run(1), MinifyJob::End::Completed);
+        QVERIFY(QFile::exists(path(u"b-x.css"_s)));
+        QVERIFY(!QFile::exists(path(u"b.min.css"_s)));
+    }
+
+    void withoutThreads()
+    {
+        const NoThreads none;
+        QVERIFY_THROWS_EXCEPTION(std::system_error, std::thread([] {}).join());
+        for (int i = 0; i < 3; ++i)
+            append(u"%1.css"_s.arg(i), "copy");
+        QCOMPARE(run(2), MinifyJob::End::Completed);
+        QCOMPARE(m_display->results.size(), std::size_t(3));
+        QCOMPARE(m_display->calls.count(u"lock"_s), 1);
+        QCOMPARE(m_display->calls.last(), u"unlock"_s);
+    }
+
+    void whatIsRefusedIsNotRun()
+    {
+        m_settings->setOverride(true, gzipCheckerKeyString);
+        for (int i = 0; i < 6; ++i)
+            append(u"%1.css"_s.arg(i), "copy");
+        QStringList asked;
+        const Refusal refusal = [&](const QString &source, const std::optional<QString> &output) {
+            asked << source << *output;
+            return source.endsWith(u"/2.css") ? u"so be it"_s : QString();
+        };
+        const std::atomic<Stop> stop = Stop::No;
+        QCOMPARE(ParallelRun(m_queue, *m_settings, m_tools, *m_display, refusal).run(3, stop),
+                 MinifyJob::End::Completed);
+        QStringList expected; // in the order of the list
+        for (int i = 0; i < 6; ++i)
+            expected << path(u"%1.css"_s.arg(i)) << path(u"%1.min.css"_s.arg(i));
+        QCOMPARE(asked, expected);
+        for (std::size_t i = 0; i < 6; ++i)
+            QCOMPARE(m_display->results.at(i).reason(), i == 2 ? u"not minified: so be it"_s : QString());
+        QVERIFY(!QFile::exists(path(u"2.min.css"_s)));
+        QVERIFY(!QFile::exists(path(u"2.min.css.gz"_s)));
+        QVERIFY(QFile::exists(path(u"3.min.css.gz"_s)));
     }
 
     void inPlaceWithSafetyCopies()

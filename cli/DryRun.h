@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace brevant {
+
+class FileQueue;
+class SettingsStore;
+struct Tools;
+
+/// Prints the path of each entry and that of its output; false, with errno set, if that fails.
+[[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings);
+
+/// Prints the commands of a run as a script: they are run in the tools folder, one after the other. False,
+/// with errno set, if that fails.
+[[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
+
+} // namespace brevant

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/FileMarks.h"
+
+#include "queue/PathString.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+
+namespace brevant::FileMarks {
+
+QString ofPlace(const QString &path)
+{
+    const QString folder = PathString::folder(path).toString();
+    return PathString::join(ofFile(folder).value_or(QDir::cleanPath(folder)),
+                            PathString::lastComponent(path));
+}
+
+std::optional<QString> ofFile(const QString &path)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return QStringLiteral("%1 %2").arg(status.st_dev).arg(status.st_ino);
+}
+
+QStringList all(const QString &path)
+{
+    QStringList marks{ofPlace(path)};
+    if (const std::optional<QString> file = ofFile(path))
+        marks.append(*file);
+    return marks;
+}
+
+} // namespace brevant::FileMarks

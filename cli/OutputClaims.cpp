@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/OutputClaims.h"
+
+#include "cli/FileMarks.h"
+#include "engine/CompressorCommand.h"
+#include "queue/PathString.h"
+
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <algorithm>
+
+namespace brevant {
+
+namespace {
+
+/// Whether names that differ in capitals alone lead to one file there. Only trying tells for any file system.
+bool ignoresCapitals(const QString &folder)
+{
+    QTemporaryFile probe(PathString::join(folder, u".brevant-XXXXXX.tmp"));
+    return probe.open() && QFileInfo::exists(PathString::join(
+                               folder, PathString::lastComponent(probe.fileName()).toString().toUpper()));
+}
+
+} // namespace
+
+OutputClaims::OutputClaims(const std::vector<QString> &sources)
+{
+    for (const QString &source : sources) {
+        for (const QString &mark : FileMarks::all(source))
+            m_sources.insert(mark);
+    }
+}
+
+QString OutputClaims::claim(const QString &source, const std::optional<QString> &output)
+{
+    if (!output)
+        return {};
+    const QStringList marks = FileMarks::all(*output);
+    const QStringList own = FileMarks::all(source);
+    const bool isSource = std::ranges::any_of(
+        marks, [&](const QString &mark) { return m_sources.contains(mark) && !own.contains(mark); });
+    if (isSource)
+        return QStringLiteral("its output %1 is the source of another file in the list").arg(*output);
+    if (isTaken(*output, marks))
+        return QStringLiteral("its output %1 is that of another file in the list").arg(*output);
+    for (const QString &mark : marks)
+        m_outputs.insert(mark);
+    m_outputsInAnyCase.insert(marks.front().toCaseFolded());
+    return {};
+}
+
+bool OutputClaims::isTaken(const QString &output, const QStringList &marks) const
+{
+    return std::ranges::any_of(marks, [this](const QString &mark) { return m_outputs.contains(mark); }) ||
+           (m_outputsInAnyCase.contains(marks.front().toCaseFolded()) &&
+            ignoresCapitals(PathString::folder(output).toString()));
+}
+
+Refusal refusalFor(const std::vector<QString> &sources)
+{
+    return [claims = OutputClaims(sources)](const QString &source,
+                                            const std::optional<QString> &output) mutable {
+        if (output && isTakenForPattern(source, *output))
+            return QStringLiteral("YUI Compressor takes an output path with a colon for a pattern");
+        return claims.claim(source, output);
+    };
+}
+
+} // namespace brevant
