@@ -138,8 +138,13 @@ void FusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_IndicatorRadioButton:
         outlineIndicator(*painter, *option, Shape::Circle);
         break;
-    case PE_PanelLineEdit:
     case PE_PanelButtonCommand:
+        outline(*painter, *option, option->rect, Shape::Box);
+        if (option->state.testFlags(State_HasFocus | State_KeyboardFocusChange))
+            drawLine(*painter, option->rect.adjusted(2, 2, -2, -2), Shape::Box,
+                     option->palette.color(QPalette::ButtonText), 1);
+        break;
+    case PE_PanelLineEdit:
         outline(*painter, *option, option->rect, Shape::Box);
         break;
     default:

@@ -6,12 +6,15 @@
 
 namespace brevant {
 
-/// Qt's own style, Fusion, with two things mended.
+/// Qt's own style, Fusion, with three things mended.
 ///
 /// Fusion makes its outlines by darkening the ground, which can hardly be seen on a dark one and not at all
 /// on black. So the boxes of check boxes and radio buttons have an outline of their own in a dark palette,
 /// and all controls have one in the colour of their text in a palette of high contrast, where what is
 /// disabled can be read, too.
+///
+/// A button that the keyboard has brought the focus to has a line inside: otherwise it looks as the default
+/// button does that has none.
 ///
 /// And the picture of the button that a menu bar has when it is too narrow is read when it is drawn. A menu
 /// bar asks for it when it is made, which loads all that Qt has for reading pictures.

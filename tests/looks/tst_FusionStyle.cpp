@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -148,6 +149,36 @@ private Q_SLOTS:
               QPoint(box.center().x(), box.top()), QPoint(box.center().x(), box.bottom())})
             QVERIFY2(contrast(image.pixelColor(point), ground) >= 3,
                      qPrintable(image.pixelColor(point).name()));
+    }
+
+    void theFocusOnADefaultButtonIsSeen_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << paletteOf(QColor(239, 240, 241), QColor(35, 38, 41));
+        QTest::newRow("dark") << paletteOf(QColor(42, 46, 50), QColor(252, 252, 252));
+        QTest::newRow("high contrast") << paletteOf(Qt::black, Qt::white);
+    }
+
+    void theFocusOnADefaultButtonIsSeen()
+    {
+        QFETCH(const QPalette, palette);
+        const auto drawn = [&palette](QStyle::State state) {
+            QImage image(80, 24, QImage::Format_RGB32);
+            image.fill(palette.color(QPalette::Window));
+            QPainter painter(&image);
+            QStyleOptionButton option;
+            option.rect = image.rect();
+            option.palette = palette;
+            option.features = QStyleOptionButton::DefaultButton;
+            option.state = QStyle::State_Enabled | state;
+            FusionStyle().drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter, nullptr);
+            return image;
+        };
+        const QImage without = drawn(QStyle::State_KeyboardFocusChange);
+        QCOMPARE(drawn(QStyle::State_HasFocus).copy(2, 2, 76, 20), without.copy(2, 2, 76, 20)); // by a click
+        const QImage with = drawn(QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange);
+        for (const QPoint &point : {QPoint(2, 12), QPoint(77, 12), QPoint(40, 2), QPoint(40, 21)})
+            QVERIFY(contrast(with.pixelColor(point), without.pixelColor(point)) >= 3);
     }
 
     void theButtonOfANarrowMenuBarHasItsPicture()
