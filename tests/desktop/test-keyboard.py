@@ -131,7 +131,7 @@ def the_preview_is_walked_through(case):
     program.expect_selected("a.css", "b.css")
     program.expect_active("b.css")
     program.root.find("label", "2 of 2")
-    program.click(program.root.find("button", "Previous file"))
+    program.click(program.root.find("push button", "Previous file"))
     program.expect_active("a.css")
     program.key("Escape")
     program.expect_active("Brevant")
