@@ -157,6 +157,44 @@ qsizetype foldOf(QStringView line)
     return limit;
 }
 
+bool isRightToLeft(QChar character)
+{
+    return character.direction() == QChar::DirR || character.direction() == QChar::DirAL;
+}
+
+/// Whether words from right to left that stand on both sides of it are read as one text.
+bool joinsWords(QChar character)
+{
+    return character.isDigit() || character.isMark() || QStringView(u" ,.:!?-").contains(character);
+}
+
+/// Adds the text of one line, or a part of it. The editor measures each of its pieces by where the last
+/// character ends, which is at the left of what reads from right to left. Between two marks, which have no
+/// width, it takes the room that it has.
+void addMarked(PreviewContent &content, QStringView line)
+{
+    const auto mark = [&content] {
+        content.marks.push_back(content.text.size());
+        content.text += leftToRightMark;
+    };
+    while (!line.isEmpty()) {
+        const auto *const begin = std::ranges::find_if(line, isRightToLeft);
+        content.text += line.first(begin - line.begin()).toUtf8();
+        line = line.sliced(begin - line.begin());
+        if (line.isEmpty())
+            return;
+        qsizetype length = 1;
+        for (qsizetype i = 1; i < line.size() && (isRightToLeft(line[i]) || joinsWords(line[i])); ++i) {
+            if (isRightToLeft(line[i]) || line[i].isMark())
+                length = i + 1;
+        }
+        mark();
+        content.text += line.first(length).toUtf8();
+        mark();
+        line = line.sliced(length);
+    }
+}
+
 /// Puts `text` into the content, its long lines folded.
 void setText(PreviewContent &content, QStringView text)
 {
@@ -164,12 +202,13 @@ void setText(PreviewContent &content, QStringView text)
     while (!text.isEmpty()) {
         const auto *const found = std::find_if(text.begin(), text.end(), isLineEnd);
         qsizetype length = found - text.begin();
-        if (length > previewLongestLine) {
+        const bool mixed = std::any_of(text.begin(), found, isRightToLeft);
+        if (length > (mixed ? previewLongestMixedLine : previewLongestLine)) {
             while (length > previewFoldedLine) {
                 const qsizetype fold = foldOf(text.first(length));
                 if (fold == length)
                     break;
-                content.text += text.first(fold).toUtf8();
+                addMarked(content, text.first(fold));
                 content.folds.push_back(content.text.size());
                 content.text += '\n';
                 text = text.sliced(fold);
@@ -177,7 +216,7 @@ void setText(PreviewContent &content, QStringView text)
             }
         }
         const qsizetype withEnd = std::min(length + 1, text.size());
-        content.text += text.first(withEnd).toUtf8();
+        addMarked(content, text.first(withEnd));
         text = text.sliced(withEnd);
     }
 }

@@ -22,6 +22,7 @@ struct PreviewContent {
     QString reason;               ///< why the file is unreadable
     QByteArray text;              ///< in UTF-8; from the file's beginning, perhaps not up to its end
     std::vector<qsizetype> folds; ///< offsets in `text` of line feeds that the file has not
+    std::vector<qsizetype> marks; ///< and of the left-to-right marks around what reads from right to left
     qint64 size = 0;              ///< of the file, in bytes
     qint64 shown = 0;             ///< of the file, the bytes that are in `text`
     std::optional<qint64> lines;  ///< of the file; not counted in a very large one
@@ -35,8 +36,14 @@ constexpr qint64 previewLimit = 1'000'000;
 /// Longer lines, in columns, are folded: a line is laid out as a whole, however little of it is in sight.
 constexpr int previewLongestLine = 400;
 
+/// The same for lines in which something reads from right to left.
+constexpr int previewLongestMixedLine = 120;
+
 /// The most columns of a line that comes of folding.
 constexpr int previewFoldedLine = 80;
+
+/// U+200E in UTF-8.
+constexpr QByteArrayView leftToRightMark("\xE2\x80\x8E");
 
 /// Reads `path` as text in the encoding of that name, UTF-8 if there is none. Only a regular file is opened.
 /// Asks `cancelled` every now and then, and gives nothing if that says so. For any thread.

@@ -29,7 +29,7 @@ public:
     /// All of the text as it is shown: without the end of its last line.
     [[nodiscard]] virtual QString shownText() const = 0;
 
-    /// What is selected with the pointer, as it is in the file: without the folds.
+    /// What is selected with the pointer, as it is in the file: without folds and marks.
     [[nodiscard]] virtual QString selectedText() const = 0;
 
     /// The text itself, for the keys that come to it.

@@ -103,7 +103,13 @@ void SourceText::setContent(const PreviewContent &content)
     if (content.text == m_text && content.path == m_path)
         return;
     m_text = content.text;
-    m_folds = content.folds;
+    m_isFolded = !content.folds.empty();
+    m_added = content.folds;
+    for (const qsizetype mark : content.marks) {
+        for (qsizetype byte = 0; byte < leftToRightMark.size(); ++byte)
+            m_added.push_back(mark + byte);
+    }
+    std::ranges::sort(m_added);
     m_path = content.path;
     m_editor->setReadOnly(false);
     m_editor->SendScintilla(QsciScintilla::SCI_CLEARALL);
@@ -124,7 +130,7 @@ void SourceText::setContent(const PreviewContent &content)
 
 void SourceText::fitMargin()
 {
-    if (!m_folds.empty()) {
+    if (m_isFolded) {
         // The numbers would not be those of the file.
         m_editor->setMarginWidth(0, 0);
         return;
@@ -189,9 +195,10 @@ QString SourceText::selectedText() const
     const auto end = static_cast<qsizetype>(m_editor->SendScintilla(QsciScintilla::SCI_GETSELECTIONEND));
     QByteArray text;
     qsizetype from = begin;
-    for (auto fold = std::ranges::lower_bound(m_folds, begin); fold != m_folds.end() && *fold < end; ++fold) {
-        text += QByteArrayView(m_text).sliced(from, *fold - from);
-        from = *fold + 1;
+    for (auto added = std::ranges::lower_bound(m_added, begin); added != m_added.end() && *added < end;
+         ++added) {
+        text += QByteArrayView(m_text).sliced(from, *added - from);
+        from = *added + 1;
     }
     text += QByteArrayView(m_text).sliced(from, end - from);
     return QString::fromUtf8(text);

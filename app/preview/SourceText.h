@@ -49,7 +49,8 @@ private:
     QsciLexer *m_html;
     std::unique_ptr<StyleSheets> m_styleSheets;
     QByteArray m_text;
-    std::vector<qsizetype> m_folds;
+    std::vector<qsizetype> m_added; ///< the bytes of the text that the file has not, in their order
+    bool m_isFolded = false;
     QString m_path;
 };
 

@@ -33,8 +33,14 @@ QByteArray unfolded(const PreviewContent &content)
     for (auto fold = content.folds.rbegin(); fold != content.folds.rend(); ++fold) {
         if (text[*fold] != '\n')
             return "no line feed at a fold";
-        text.remove(*fold, 1);
+        text[*fold] = '\v';
     }
+    for (auto mark = content.marks.rbegin(); mark != content.marks.rend(); ++mark) {
+        if (QByteArrayView(text).sliced(*mark, leftToRightMark.size()) != leftToRightMark)
+            return "no mark where one is said to be";
+        text.remove(*mark, leftToRightMark.size());
+    }
+    text.replace("\v", "");
     return text;
 }
 
@@ -240,6 +246,7 @@ void tst_PreviewReader::folds_data()
     QTest::newRow("Windows") << "short\r\n" + QByteArray(length(1), ' ') + "\r\n" << true;
     QTest::newRow("pairs of units") << QByteArray("😀").repeated(length(0)) << true;
     QTest::newRow("wide") << QByteArray("漢").repeated(length(1)) << true;
+    QTest::newRow("from right to left") << QByteArray("אב ").repeated(previewLongestMixedLine) << true;
     QTest::newRow("odd wide") << "a" + QByteArray("漢").repeated(length(1)) << true;
 }
 

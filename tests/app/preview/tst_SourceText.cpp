@@ -6,9 +6,13 @@
 #include "app/preview/SourceText.h"
 #include "looks/Contrast.h"
 
+#include <QFile>
+#include <QFontMetrics>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <bit>
+#include <cstdlib>
 #include <optional>
 
 using namespace brevant;
@@ -52,6 +56,8 @@ private Q_SLOTS:
     void noLineAfterTheLastOne_data();
     void noLineAfterTheLastOne();
     void selectionWithoutFolds();
+    void rightToLeftTakesItsRoom_data();
+    void rightToLeftTakesItsRoom();
     void sameTextStaysWhereItIs();
 };
 
@@ -234,6 +240,62 @@ void tst_SourceText::selectionWithoutFolds()
     QCOMPARE(text.selectedText(), QStringLiteral("bcd"));
     editor->SendScintilla(QsciScintilla::SCI_SETSEL, 4UL, 8L);
     QCOMPARE(text.selectedText(), QStringLiteral("déf"));
+}
+
+void tst_SourceText::rightToLeftTakesItsRoom_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("after");
+    const QString hebrew = QStringLiteral("שלום, עולם");
+    QTest::newRow("text of a page") << "a.html"
+                                    << "<p>" << hebrew << "</p>";
+    QTest::newRow("within other text") << "a.html"
+                                       << "<p>one " << hebrew << " two</p>";
+    QTest::newRow("attribute") << "a.html"
+                               << "<p title=\"" << hebrew << "\">x</p>";
+    QTest::newRow("Arabic") << "a.html"
+                            << "<p>" << QStringLiteral("مرحبا بالعالم") << "<b>x</b></p>";
+    QTest::newRow("string") << "a.js"
+                            << "var a = '" << hebrew << "' + b;";
+    QTest::newRow("comment") << "a.css"
+                             << "/* " << hebrew << " */ a{}";
+}
+
+void tst_SourceText::rightToLeftTakesItsRoom()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QString, before);
+    QFETCH(const QString, words);
+    QFETCH(const QString, after);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QString whole = before + words + after;
+    file.write(whole.toUtf8());
+    file.close();
+    const auto content = readPreview(file.fileName(), QStringLiteral("utf-8"), [] { return false; });
+    QVERIFY(content);
+    SourceText text(nullptr);
+    text.resize(900, 200);
+    text.setContent(*content);
+    text.grab(); // lays it out
+    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+    const auto xOf = [&](qsizetype position) {
+        return int(editor->SendScintilla(QsciScintilla::SCI_POINTXFROMPOSITION, 0UL, long(position)));
+    };
+    const qsizetype begin = content->text.indexOf(words.toUtf8());
+    const qsizetype end = content->text.indexOf(after.toUtf8());
+    QVERIFY(begin > 0 && end > begin);
+    const int style =
+        int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, static_cast<unsigned long>(begin)));
+    const int width = QFontMetrics(editor->lexer()->font(style)).horizontalAdvance(words);
+    QVERIFY2(std::abs(xOf(end) - xOf(before.size()) - width) <= 2,
+             qPrintable(QStringLiteral("%1 to %2, not %3").arg(xOf(before.size())).arg(xOf(end)).arg(width)));
+    QVERIFY(xOf(content->text.size() - 1) > xOf(end));
+    editor->selectAll();
+    QCOMPARE(text.selectedText(), whole);
 }
 
 void tst_SourceText::sameTextStaysWhereItIs()
