@@ -25,10 +25,7 @@ bool isDark(const QPalette &palette)
 
 } // namespace
 
-BVImageView::BVImageView(QWidget *parent) : QWidget(parent)
-{
-    setAccessibleName(tr("Drop CSS, JavaScript or HTML files here"));
-}
+BVImageView::BVImageView(QWidget *parent) : QWidget(parent) {}
 
 BVImageView::~BVImageView() = default;
 
@@ -41,6 +38,21 @@ void BVImageView::setImageNamed(const QString &name)
     m_imageName = plain;
     forget();
     update();
+}
+
+void BVImageView::setWords(const QString &words)
+{
+    if (words == m_words)
+        return;
+    m_words = words;
+    setAccessibleName(words + u' ' + secondLine());
+    m_drawn = QPixmap();
+    update();
+}
+
+QString BVImageView::secondLine()
+{
+    return tr("or folders here, or double-click to choose them");
 }
 
 // Read when it is first needed.
@@ -99,7 +111,27 @@ const QPixmap &BVImageView::drawn(QSizeF size, qreal scale) const
     QPainter painter(&m_drawn);
     painter.setRenderHint(QPainter::Antialiasing);
     image().render(&painter, QRectF(QPointF(), size));
+    painter.scale(size.width() / image().defaultSize().width(), size.width() / image().defaultSize().width());
+    drawLine(painter, m_words, 15, 251);
+    drawLine(painter, secondLine(), 12, 274);
     return m_drawn;
+}
+
+/// A line in the middle of the picture, in smaller letters if they are too many.
+void BVImageView::drawLine(QPainter &painter, const QString &text, int pixels, int baseline) const
+{
+    constexpr qreal room = 360;
+    QFont lineFont = font();
+    lineFont.setPixelSize(pixels);
+    const qreal width = QFontMetricsF(lineFont).horizontalAdvance(text);
+    const qreal scale = std::min(1.0, room / std::max(1.0, width));
+    painter.save();
+    painter.translate(image().defaultSize().width() / 2.0 - width * scale / 2, baseline);
+    painter.scale(scale, scale);
+    painter.setFont(lineFont);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QPointF(), text);
+    painter.restore();
 }
 
 void BVImageView::forget()
@@ -121,7 +153,7 @@ void BVImageView::showEvent(QShowEvent *event)
 
 void BVImageView::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
         forget();
     QWidget::changeEvent(event);
 }

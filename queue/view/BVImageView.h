@@ -27,6 +27,10 @@ public:
     /// Shows the picture `name`, "dropN" and "dropN.png" being the same. A name without a picture shows none.
     void setImageNamed(const QString &name);
 
+    /// Writes `words` into the picture, and below them that folders, and a double click, will do as well. It
+    /// is the view's accessible name, too.
+    void setWords(const QString &words);
+
     /// The name of the picture, without an ending.
     [[nodiscard]] const QString &imageName() const { return m_imageName; }
 
@@ -50,9 +54,12 @@ protected:
 private:
     QSvgRenderer &image() const;
     const QPixmap &drawn(QSizeF size, qreal scale) const;
+    void drawLine(QPainter &painter, const QString &text, int pixels, int baseline) const;
     void forget();
+    [[nodiscard]] static QString secondLine();
 
     QString m_imageName;
+    QString m_words;
     mutable std::unique_ptr<QSvgRenderer> m_image;
     mutable QPixmap m_drawn; ///< the picture at the size that it was last painted at
     WindowDrag m_windowDrag;

@@ -54,7 +54,7 @@ private Q_SLOTS:
     void isSharpAtTwiceTheScale();
     void darkWindowShowsTheDarkTwin();
     void dragMovesTheWindow();
-    void hasAnAccessibleName();
+    void wordsAreWritten();
 };
 
 void tst_BVImageView::bothSpellingsAreOnePicture()
@@ -168,10 +168,12 @@ void tst_BVImageView::darkWindowShowsTheDarkTwin()
     view.resize(440, 400);
     view.setPalette(dark());
     view.setImageNamed(QStringLiteral("dropN"));
+    view.setWords(QStringLiteral("Drop CSS files"));
     const QImage atOnce = grabbed(view);
     BVImageView later;
     later.resize(440, 400);
     later.setImageNamed(QStringLiteral("dropN"));
+    later.setWords(QStringLiteral("Drop CSS files"));
     const QRectF rect = later.imageRect();
     // The light picture on the dark ground, to compare with.
     QImage light = grabbed(later);
@@ -207,9 +209,29 @@ void tst_BVImageView::dragMovesTheWindow()
     QCOMPARE(view.moves, 1);
 }
 
-void tst_BVImageView::hasAnAccessibleName()
+void tst_BVImageView::wordsAreWritten()
 {
-    QVERIFY(!BVImageView().accessibleName().isEmpty());
+    BVImageView view;
+    view.resize(440, 400);
+    view.setImageNamed(QStringLiteral("dropN"));
+    const QImage without = grabbed(view);
+    view.setWords(QStringLiteral("Drop CSS files"));
+    QVERIFY(view.accessibleName().startsWith(QStringLiteral("Drop CSS files or folders here")));
+    const QImage with = grabbed(view);
+    QVERIFY(with != without);
+    view.setWords(QString(QStringLiteral("Drop ")).append(QString(400, u'W')));
+    const QImage longer = grabbed(view);
+    QVERIFY(longer != with);
+    // However many they are, they stay within the frame.
+    const QRect frame = view.imageRect().toRect();
+    for (const int left : {frame.left(), frame.right() - 12}) {
+        const QRect edge(left, frame.top(), 12, frame.height());
+        QCOMPARE(longer.copy(edge), without.copy(edge));
+    }
+    QFont font = view.font();
+    font.setItalic(!font.italic());
+    view.setFont(font);
+    QVERIFY(grabbed(view) != longer);
 }
 
 QTEST_MAIN(tst_BVImageView)
