@@ -12,6 +12,7 @@
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
+#include "queue/view/DropHint.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"
 #include "queue/view/ImageTextCell.h"
 #include "queue/view/OpenPanel.h"
@@ -20,6 +21,7 @@
 #include "settings/preferences/PreferenceController.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QUrl>
@@ -48,6 +50,7 @@ void AppController::init()
     auto *const watch = new TableSelectionWatch(this); // a child of this
     connect(watch, &TableSelectionWatch::tableSelectionDidChange, this, &AppController::refreshPreview);
     connect(&m_services.settings, &SettingsStore::didChange, this, &AppController::updateBadge);
+    connect(&m_services.settings, &SettingsStore::didChange, this, &AppController::updateDropHint);
 }
 
 void AppController::awakeFromNib()
@@ -64,6 +67,7 @@ void AppController::awakeFromNib()
         m_queueDisplay.refreshAfterCombining();
     });
     m_combining->watchJobs();
+    updateDropHint();
     setControlsAvailable(m_outlets, false);
 }
 
@@ -139,14 +143,27 @@ void AppController::showPreferencePanel()
 
 void AppController::mainPage()
 {
-    static_cast<void>(m_services.workspace.openUrl(QUrl(QStringLiteral(BREVANT_HOME_PAGE))));
+    const QString &address = m_services.addresses.homePage;
+    const QString manual = m_services.tools.folder + QLatin1StringView("/../../doc/brevant/brevant.1.html");
+    static_cast<void>(
+        m_services.workspace.openUrl(address.isEmpty() ? fileUrl(QDir::cleanPath(manual)) : QUrl(address)));
 }
 
 void AppController::feedback()
 {
-    const QUrl mail = feedbackMailUrl(QStringLiteral(BREVANT_SUPPORT_MAIL),
+    const QUrl mail = feedbackMailUrl(m_services.addresses.supportMail,
                                       QCoreApplication::applicationVersion(), operatingSystemVersionString());
     static_cast<void>(m_services.workspace.openUrl(mail));
+}
+
+bool AppController::takesFeedback() const
+{
+    return !m_services.addresses.supportMail.isEmpty();
+}
+
+void AppController::updateDropHint()
+{
+    m_outlets.DropView->setWords(dropHint(m_services.settings));
 }
 
 void AppController::updateBadge()

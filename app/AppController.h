@@ -75,11 +75,17 @@ public:
     void mainPage();
     void feedback();
 
+    /// Whether there is somebody to send feedback to.
+    [[nodiscard]] bool takesFeedback() const;
+
     /// One whole run, on the calling thread.
     void doMinify(const std::atomic<Stop> &stop);
 
     // Answers to notices.
     void updateBadge();
+
+    /// Has the empty list ask for the kinds of files that are switched on.
+    void updateDropHint();
     void refreshPreview();
 
     // The list's data source.

@@ -46,7 +46,9 @@ Application::Application(const QString &settingsFile)
                                            m_doneSound,
                                            m_workspace,
                                            m_runNews,
-                                           Tools::inResources(findResourceFolder())},
+                                           Tools::inResources(findResourceFolder()),
+                                           {QStringLiteral(BREVANT_HOME_PAGE),
+                                            QStringLiteral(BREVANT_SUPPORT_MAIL)}},
       m_controller(m_services, loaded(m_window)), m_delegate(m_services, m_window.outlets(), m_controller),
       m_lifetime(m_window, m_jobs)
 {

@@ -51,6 +51,7 @@ void connectActions(MainWindow &window, AppController &controller, BrevantAppDel
     menu(ui.preferencesMenu, &AppController::showPreferencePanel);
     menu(ui.homePageMenu, &AppController::mainPage);
     menu(ui.feedbackMenu, &AppController::feedback);
+    ui.feedbackMenu->setVisible(controller.takesFeedback());
     QObject::connect(ui.quitMenu, &QAction::triggered, &lifetime, &Lifetime::quit);
     QObject::connect(ui.quickLookMenu, &QAction::triggered, &delegate,
                      &BrevantAppDelegate::togglePreviewPanel);

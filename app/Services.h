@@ -4,6 +4,8 @@
 
 #include "engine/Tools.h"
 
+#include <QString>
+
 namespace brevant {
 
 class DockTile;
@@ -13,6 +15,12 @@ class JobRunner;
 class RunNews;
 class SettingsStore;
 class Workspace;
+
+/// Where the user is sent; empty where the build names no address.
+struct Addresses {
+    QString homePage;
+    QString supportMail;
+};
 
 /// What the two controllers share: made once, and outliving both.
 struct Services {
@@ -24,6 +32,7 @@ struct Services {
     Workspace &workspace;
     RunNews &runNews;
     Tools tools;
+    Addresses addresses;
 };
 
 } // namespace brevant

@@ -14,7 +14,11 @@ install(FILES packages/debian/copyright "${changelog}" DESTINATION "${CMAKE_INST
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brevant)
-set(CPACK_PACKAGE_CONTACT "The Brevant developers <${BREVANT_SUPPORT_MAIL}>")
+set(contact "${BREVANT_SUPPORT_MAIL}")
+if(NOT contact)
+    set(contact "support@brevant.example") # Debian wants one
+endif()
+set(CPACK_PACKAGE_CONTACT "The Brevant developers <${contact}>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "minifier for CSS, JavaScript, HTML and PHP files")
 set(CPACK_PACKAGE_DESCRIPTION
 "Brevant minifies web source files: drop files or folders on its window and

@@ -25,9 +25,16 @@ AppFixture::AppFixture(const QDBusConnection &bus)
                     opened.append(url);
                     return true;
                 }),
-      notification(bus),
-      notificationOfSources(bus), services{settings,  queue,     jobs,    dockTile,
-                                           doneSound, workspace, runNews, stubTools(folder.path())}
+      notification(bus), notificationOfSources(bus), services{settings,
+                                                              queue,
+                                                              jobs,
+                                                              dockTile,
+                                                              doneSound,
+                                                              workspace,
+                                                              runNews,
+                                                              stubTools(folder.path()),
+                                                              {QStringLiteral("https://brevant.example/"),
+                                                               QStringLiteral("support@brevant.example")}}
 {
     qputenv("BREVANT_STUB_LOG", folder.filePath(QStringLiteral("stub.log")).toUtf8());
     AppController::initialize(settings);

@@ -61,6 +61,37 @@ private Q_SLOTS:
         QCOMPARE(app.opened, QList<QUrl>({QUrl(QStringLiteral("https://brevant.example/"))}));
     }
 
+    void homePageWithoutAnAddress()
+    {
+        AppFixture app;
+        Services services = app.services;
+        services.addresses = {};
+        AppController controller(services, app.window.outlets());
+        controller.mainPage();
+        const QDir above(QFileInfo(app.folder.path()).path());
+        QCOMPARE(
+            app.opened,
+            QList<QUrl>({QUrl::fromLocalFile(above.filePath(QStringLiteral("doc/brevant/brevant.1.html")))}));
+        QVERIFY(!controller.takesFeedback());
+        QVERIFY(app.window.ui().feedbackMenu->isVisible());
+        connectActions(app.window, controller, *app.delegate, *app.lifetime);
+        QVERIFY(!app.window.ui().feedbackMenu->isVisible());
+    }
+
+    void theDropHintFollowsTheSettings()
+    {
+        AppFixture app;
+        const auto hint = [&app] { return app.window.ui().DropView->accessibleName(); };
+        const QString rest = QStringLiteral(" or folders here, or double-click to choose them");
+        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript or HTML files") + rest);
+        app.settings.setBool(true, enablePHPCheckerKeyString);
+        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript, HTML or PHP files") + rest);
+        app.settings.setBool(false, enableHTMLCheckerKeyString);
+        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript or PHP files") + rest);
+        app.settings.setBool(false, enablePHPCheckerKeyString);
+        QCOMPARE(hint(), QStringLiteral("Drop CSS or JavaScript files") + rest);
+    }
+
     void feedbackMail()
     {
         QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));

@@ -46,7 +46,7 @@ def every_control_has_a_name_and_a_role(case):
         *(("menu item", name) for name in (
             "File", "Edit", "View", "Help", "Add Files…", "Minify", "Combine…", "Clear", "Quit",
             "Select All", "Remove", "Reveal in File Manager", "Preferences…", "Quick Look",
-            "Brevant Home Page", "Send Feedback…", "About Brevant")),
+            "Brevant Home Page", "About Brevant")),
     }
     equal(expected - found, set(), "controls that are not found")
     equal(program.root.name, "Brevant")

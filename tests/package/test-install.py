@@ -3,6 +3,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """test-install.py CMAKE BUILD FOLDER: installs the build into FOLDER, moves the tree elsewhere and uses it there."""
 import os
+import re
 import shutil
 import stat
 import subprocess
@@ -48,6 +49,13 @@ def main():
     modules = sorted(prefix.glob("lib/**/brevant/*.so"))
     equal([module.name for module in modules], ["brevant-preview.so", "brevant-sound.so"], "modules")
     subprocess.run([HERE / "test-hardening.sh", "--installed", *programs, *modules], check=True)
+
+    manual = prefix / "share/doc/brevant"
+    equal(sorted(page.name for page in manual.glob("*.html")),
+          ["brevant-cli.1.html", "brevant-settings.5.html", "brevant.1.html"], "pages of the manual")
+    for page in manual.glob("*.html"):
+        for link in re.findall(r'(?:href|src)="([^"#:]+)"', page.read_text()):
+            equal((manual / link).is_file(), True, f"{page.name} leads to {link}")
 
     site = folder / "site"
     site.mkdir()
