@@ -16,7 +16,7 @@ from pathlib import Path
 from programs import BUILD, COMING, SOURCE, UNLISTED, interface, main, options, output
 
 README = (SOURCE / "README.md").read_text(encoding="utf-8")
-KEY_NAMES = {"Del": "Delete"}  # Qt's name, and the one on the key
+KEY_NAMES = {"Esc": "Escape", "Del": "Delete"}  # Qt's name, and the one on the key
 
 
 class Page:
