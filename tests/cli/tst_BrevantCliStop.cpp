@@ -18,7 +18,6 @@ namespace {
 const QString java = u"/usr/bin/java"_s;
 const QByteArray css("a { b : c ; }");
 
-/// Three files, the second of which takes a second or two.
 void addFiles(const Sandbox &sandbox, const QByteArray &second)
 {
     sandbox.add(u"a.css"_s, css);
@@ -28,8 +27,9 @@ void addFiles(const Sandbox &sandbox, const QByteArray &second)
 
 const QStringList files{u"a.css"_s, u"b.js"_s, u"c.css"_s};
 
-/// Waits until the compressor of the second file runs; its process id, or -1.
-pid_t waitForSecondFile(Pty &terminal)
+/// Waits until the compressor of the second file runs, and holds it, however fast it is, until a SIGCONT; its
+/// process id, or -1.
+pid_t holdSecondFile(Pty &terminal)
 {
     pid_t child = -1;
     const bool found = terminal.waitUntil([&] {
@@ -37,7 +37,7 @@ pid_t waitForSecondFile(Pty &terminal)
             child = childRunning(terminal.processId(), java);
         return child > 0;
     });
-    return found ? child : -1;
+    return found && ::kill(child, SIGSTOP) == 0 ? child : -1;
 }
 
 bool isAlive(pid_t process)
@@ -91,7 +91,7 @@ void tst_BrevantCliStop::finishesTheFile()
     const Sandbox sandbox;
     addFiles(sandbox, m_source);
     Pty terminal(sandbox, QStringList{u"--report"_s, u"r.json"_s} + files);
-    const pid_t child = waitForSecondFile(terminal);
+    const pid_t child = holdSecondFile(terminal);
     QVERIFY2(child > 0, terminal.output());
     for (const char *stream : {"0", "1", "2"}) {
         const QString link = u"/proc/%1/fd/%2"_s.arg(child).arg(QLatin1StringView(stream));
@@ -109,6 +109,7 @@ void tst_BrevantCliStop::finishesTheFile()
     QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
     QVERIFY(isAlive(child));
 
+    ::kill(child, SIGCONT);
     QTEST(terminal.waitForEnd(), "status");
     QVERIFY(!isAlive(child));
     QVERIFY(sandbox.has(u"a.min.css"_s));
@@ -144,11 +145,10 @@ void tst_BrevantCliStop::finishesBothFiles()
 void tst_BrevantCliStop::secondTimeEndsAtOnce()
 {
     const Sandbox sandbox;
-    const QByteArray source = manyFunctions(5000);
-    addFiles(sandbox, source);
+    addFiles(sandbox, m_source);
     const QStringList inPlace{u"--set"_s, u"suffixSwitcherKeyString=false"_s, u"--report"_s, u"r.json"_s};
     Pty terminal(sandbox, inPlace + files);
-    const pid_t child = waitForSecondFile(terminal);
+    const pid_t child = holdSecondFile(terminal);
     QVERIFY2(child > 0, terminal.output());
     terminal.type("\x03");
     QVERIFY(terminal.waitUntil([&] { return terminal.output().contains("Stopping after this file"); }));
@@ -156,7 +156,7 @@ void tst_BrevantCliStop::secondTimeEndsAtOnce()
     terminal.type("\x03");
     QCOMPARE(terminal.waitForEnd(), 130);
     QVERIFY2(!isAlive(child), "the compressor goes on");
-    QVERIFY(sandbox.read(u"b.js"_s) == source);
+    QVERIFY(sandbox.read(u"b.js"_s) == m_source);
     QCOMPARE(sandbox.read(u"c.css"_s), css);
     QVERIFY2(terminal.output().contains("; 1 failed.\r\nStopped before "), terminal.output());
     const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
