@@ -208,12 +208,14 @@ private Q_SLOTS:
     {
         AppFixture app;
         const QString listed = app.file(QStringLiteral("c.css"), "old");
-        app.drop({listed, app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "b")});
+        const QString other = app.file(QStringLiteral("d.css"));
+        app.drop(
+            {listed, app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "b"), other});
         app.table->selectRowIndexes({1, 2}, false);
         SavePanel *const panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
         save(panel, listed);
-        QCOMPARE(app.queue.count(), 1);
+        QCOMPARE(app.queue.entries(), std::vector<QString>({listed, other})); // in its place
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
         QCOMPARE(read(listed), QByteArray("a\nb\n"));
     }

@@ -153,6 +153,8 @@ private Q_SLOTS:
             app->state(),
             QStringLiteral("buttons off, menu off, table #ffffff, \"Minified 1 of 1 items.\", badge \"1\""));
         app->drop({app->file(QStringLiteral("late.css"))}); // worked on too
+        QCOMPARE(app->state(),
+                 QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
         QFile::remove(gate);
         QTRY_COMPARE(app->status(), QStringLiteral("Well done!"));
         QVERIFY(QFile::exists(app->folder.filePath(QStringLiteral("late.min.css"))));
@@ -180,6 +182,7 @@ private Q_SLOTS:
         app->table->selectRowIndexes({0, 1, 2}, false);
         app->controller->removeRow();
         QCOMPARE(app->queue.count(), 27);
+        QCOMPARE(app->status(), QStringLiteral("27 items"));
         app->controller->clear();
         QFile::remove(gate);
         QTRY_VERIFY(!app->jobs.isRunning());
@@ -188,14 +191,16 @@ private Q_SLOTS:
         QVERIFY(!app->window.ui().minifyButton->isHidden());
     }
 
-    void twoRunsAtOnce()
+    void severalRunsAtOnce()
     {
         const auto app = filled(8);
+        app->settings.setOverride(true, autoMinifyCheckerKeyString);
         app->controller->minify();
+        app->drop({}); // starts a run over the whole list, whatever is under way, as the others do
         app->delegate->applicationOpenFiles({});
-        app->jobs.detachNewThread([&app](const std::atomic<Stop> &stop) { app->delegate->doMinify(stop); });
+        app->delegate->minifyFiles({});
         QTRY_VERIFY(!app->jobs.isRunning());
-        QCOMPARE(app->javaCalls().size(), 16);
+        QCOMPARE(app->javaCalls().size(), 4 * 8);
         QCOMPARE(app->state(),
                  QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"8\""));
     }
