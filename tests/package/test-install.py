@@ -57,6 +57,14 @@ def main():
         for link in re.findall(r'(?:href|src)="([^"#:]+)"', page.read_text()):
             equal((manual / link).is_file(), True, f"{page.name} leads to {link}")
 
+    metainfo = prefix / "share/metainfo/org.brevant.Brevant.metainfo.xml"
+    cache = (build / "CMakeCache.txt").read_text()
+    for variable, shown in (("BREVANT_HOME_PAGE", r'<url type="homepage">(.*)<'),
+                            ("BREVANT_SUPPORT_MAIL", r"<update_contact>(.*)<")):
+        address = re.search(rf"^{variable}:\w+=(.*)", cache, re.MULTILINE)[1]
+        equal(re.findall(shown, metainfo.read_text()), [address] if address else [], variable)
+    subprocess.run(["appstreamcli", "validate", "--no-net", metainfo], check=True, stdout=subprocess.DEVNULL)
+
     site = folder / "site"
     site.mkdir()
     (site / "style.css").write_text(SOURCE)

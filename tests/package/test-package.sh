@@ -57,7 +57,8 @@ icons=(16x16 22x22 24x24 32x32 48x48 64x64 128x128 256x256 512x512)
 expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries"/brevant-{preview,sound}.so
     usr/share/brevant/lib/{yuicompressor-2.4.8,htmlcompressor-1.5.3}.jar
     usr/share/brevant/lib/licences/{htmlcompressor-Apache-2.0,jargs-BSD,yuicompressor-BSD,yuicompressor-rhino-MPL-1.1}.txt
-    usr/share/doc/brevant/{copyright,changelog.gz}
+    usr/share/doc/brevant/{copyright,changelog.gz,manual.css}
+    usr/share/doc/brevant/{brevant.1,brevant-cli.1,brevant-settings.5}.html
     usr/share/applications/org.brevant.Brevant.desktop usr/share/metainfo/org.brevant.Brevant.metainfo.xml
     usr/share/mime/packages/org.brevant.Brevant.xml
     "${icons[@]/%//apps/org.brevant.Brevant.png}" scalable/apps/org.brevant.Brevant.svg
