@@ -27,10 +27,11 @@ int nextNumber()
 QStringList sentencesAbout(const EntryResult &result)
 {
     using enum EntryResult::Outcome;
-    if (result.sourceState == EntryResult::Source::Safe && result.outcome != NotSafe &&
-        result.outcome != Refused)
-        return {};
-    return {QStringLiteral("%1: %2").arg(result.source, result.reason())};
+    QStringList sentences = result.notes;
+    if (result.sourceState != EntryResult::Source::Safe || result.outcome == NotSafe ||
+        result.outcome == Refused)
+        sentences.append(QStringLiteral("%1: %2").arg(result.source, result.reason()));
+    return sentences;
 }
 
 } // namespace

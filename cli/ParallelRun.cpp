@@ -53,7 +53,7 @@ std::vector<std::thread> ParallelRun::startThreads(int count, const CompressorOp
     for (; m_workers < count; ++m_workers) {
         try {
             threads.emplace_back([this, &options, &stop] {
-                EntryRun entryRun(m_settings, m_tools, options, stop);
+                EntryRun entryRun(m_queue, m_settings, m_tools, options, stop);
                 work(entryRun, stop);
             });
         } catch (const std::system_error &) {
@@ -66,7 +66,9 @@ std::vector<std::thread> ParallelRun::startThreads(int count, const CompressorOp
 void ParallelRun::work(EntryRun &entryRun, const std::atomic<Stop> &stop)
 {
     while (const std::optional<Task> task = takeNext(stop)) {
-        store(task->index, entryRun.run(m_entries[task->index], task->output, task->refusal), entryRun);
+        store(task->index,
+              entryRun.run(m_entries[task->index], task->output, task->outputAtStart, task->refusal),
+              entryRun);
     }
     const std::lock_guard lock(m_mutex);
     --m_workers;
@@ -78,7 +80,7 @@ std::optional<ParallelRun::Task> ParallelRun::takeNext(const std::atomic<Stop> &
     const std::lock_guard lock(m_mutex);
     if (stop != Stop::No || !m_startFailure.isEmpty() || m_taken == m_entries.size())
         return std::nullopt;
-    Task task{m_taken, m_outputPath.next(m_entries[m_taken]), {}};
+    Task task{m_taken, m_outputPath.next(m_entries[m_taken]), m_outputPath.atStart(), {}};
     if (m_refusal)
         task.refusal = m_refusal(m_entries[m_taken], task.output);
     ++m_taken;

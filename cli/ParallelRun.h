@@ -37,6 +37,7 @@ private:
     struct Task {
         std::size_t index = 0;
         std::optional<QString> output;
+        std::optional<QString> outputAtStart;
         QString refusal;
     };
 

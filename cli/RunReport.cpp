@@ -40,6 +40,8 @@ QJsonObject toObject(const EntryResult &result)
     };
     if (!done)
         object.insert(QStringLiteral("reason"), result.reason());
+    if (!result.notes.isEmpty())
+        object.insert(QStringLiteral("notes"), QJsonArray::fromStringList(result.notes));
     return object;
 }
 
@@ -102,6 +104,18 @@ QString RunReport::failures() const
                 QStringLiteral("Failed: %1: %2\n")
                     .arg(TerminalText::printable(result.source), TerminalText::printable(result.reason()));
     }
+    return text;
+}
+
+QString RunReport::notes() const
+{
+    QStringList notes;
+    for (const EntryResult &result : m_results)
+        notes += result.notes;
+    notes.removeDuplicates(); // each of several jobs says where its copies are
+    QString text;
+    for (const QString &note : notes)
+        text += QStringLiteral("brevant-cli: %1\n").arg(TerminalText::printable(note));
     return text;
 }
 

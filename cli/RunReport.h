@@ -30,6 +30,9 @@ public:
     /// One line for each file that was not minified; empty if there is none.
     [[nodiscard]] QString failures() const;
 
+    /// A line for each thing that became of a file besides; empty if there is none.
+    [[nodiscard]] QString notes() const;
+
     /// The report for machines; its format is described in brevant-cli's documentation.
     [[nodiscard]] QByteArray toJson() const;
 

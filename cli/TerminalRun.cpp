@@ -11,7 +11,7 @@
 #include "cli/StopSignals.h"
 #include "cli/TerminalJobDisplay.h"
 #include "cli/TerminalText.h"
-#include "engine/InterruptedRuns.h"
+#include "engine/originals/SafetyCopy.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
 #include "queue/PathString.h"
@@ -185,7 +185,7 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
         TerminalText::print(stdout, report.summary());
     else if (end == MinifyJob::End::JavaNotStarted)
         printError(display.statusText());
-    TerminalText::print(stderr, report.failures());
+    TerminalText::print(stderr, report.notes() + report.failures());
     const bool reported = writeReport(line, report);
     if (end == MinifyJob::End::Stopped)
         return StopSignals::exitStatus();

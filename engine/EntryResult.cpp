@@ -95,7 +95,7 @@ std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
                  status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
 }
 
-EntryResult::Outcome EntryWatch::judge(const ChildExit &exit) const
+EntryResult::Outcome EntryWatch::judge(const ChildExit &exit)
 {
     if (exit.crashed)
         return EntryResult::Outcome::CompressorKilled;
@@ -104,6 +104,7 @@ EntryResult::Outcome EntryWatch::judge(const ChildExit &exit) const
     const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
     if (!written || written == m_outputBefore)
         return EntryResult::Outcome::NoOutput;
+    m_writtenSize = written->size;
     if (written->size == 0 && !m_result.mayBeEmpty)
         return EntryResult::Outcome::EmptyOutput;
     return isDiskFull(*m_result.output) ? EntryResult::Outcome::DiskFull : EntryResult::Outcome::Done;
@@ -136,6 +137,8 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
         return m_result;
     if (const std::optional<State> state = stateOf(*m_result.output))
         m_result.sizeAfter = state->size;
+    if (m_result.outcome == EntryResult::Outcome::Done && m_result.sizeAfter == 0 && m_writtenSize > 0)
+        m_result.outcome = EntryResult::Outcome::EmptyOutput; // by the gzip copy
     if (gzipWanted) {
         const std::optional<State> copy = stateOf(gzipPath(*m_result.output));
         if (copy && copy != m_gzipBefore)

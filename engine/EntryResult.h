@@ -5,6 +5,7 @@
 #include "engine/ChildProcess.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <sys/types.h>
 
@@ -38,12 +39,13 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString kept;     ///< where that lies which was in a source before it was put back, and may be newer work
-    QString detail;   ///< why there is no safety copy, why it was refused, or why the source is not put back
-    QString obstacle; ///< what was in the way before the compressor started; empty if nothing was seen
-    bool mayBeEmpty = false;          ///< nothing is left of such a source when it is minified
-    int status = 0;                   ///< the compressor's exit status, or the signal that ended it
-    double seconds = 0;               ///< for the compressor and the gzip copy
+    QString kept;   ///< where that lies which was in a source before it was put back, and may be newer work
+    QString detail; ///< why there is no safety copy, why it was refused, or why the source is not put back
+    QStringList notes;       ///< whole sentences: what else became of files of the user's
+    QString obstacle;        ///< what was in the way before the compressor started; empty if nothing was seen
+    bool mayBeEmpty = false; ///< nothing is left of such a source when it is minified
+    int status = 0;          ///< the compressor's exit status, or the signal that ended it
+    double seconds = 0;      ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
@@ -78,11 +80,12 @@ private:
         bool operator==(const State &) const = default;
     };
     [[nodiscard]] static std::optional<State> stateOf(const QString &path);
-    [[nodiscard]] EntryResult::Outcome judge(const ChildExit &exit) const;
+    [[nodiscard]] EntryResult::Outcome judge(const ChildExit &exit);
 
     EntryResult m_result;
     std::optional<State> m_outputBefore;
     std::optional<State> m_gzipBefore;
+    qint64 m_writtenSize = 0; ///< by the compressor
 };
 
 } // namespace brevant

@@ -3,25 +3,62 @@
 #include "engine/EntryRun.h"
 
 #include "engine/GzipCopy.h"
+#include "queue/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <chrono>
 #include <utility>
 
+#include <sys/stat.h>
+
 namespace brevant {
 
-EntryRun::EntryRun(const SettingsStore &settings, const Tools &tools, CompressorOptions options,
-                   const std::atomic<Stop> &stop)
-    : m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop),
-      m_safetyCopy(tools.originals)
+namespace {
+
+bool isSameFile(const QString &a, const QString &b)
+{
+    struct stat first {};
+    struct stat second {};
+    return a == b || (::stat(QFile::encodeName(a).constData(), &first) == 0 &&
+                      ::stat(QFile::encodeName(b).constData(), &second) == 0 &&
+                      first.st_dev == second.st_dev && first.st_ino == second.st_ino);
+}
+
+} // namespace
+
+EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
+                   CompressorOptions options, const std::atomic<Stop> &stop)
+    : m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop), m_listed(queue),
+      m_safetyCopy(tools.originals, stop)
 {
 }
 
+/// A path that does not begin at the root counts from the compressor's folder, not from ours.
+QString EntryRun::seenByCompressor(const QString &path) const
+{
+    return path.startsWith(u'/') ? path : PathString::join(m_tools.folder, path);
+}
+
+QString EntryRun::keepSafe(const QString &entry, const std::optional<QString> &output,
+                           const std::optional<QString> &outputAtStart)
+{
+    if (!output)
+        return m_safetyCopy.make(entry, Danger::None);
+    if (isSameFile(entry, *output)) {
+        const bool isMeant = outputAtStart && isSameFile(entry, seenByCompressor(*outputAtStart));
+        return m_safetyCopy.make(entry, isMeant ? Danger::Replaced : Danger::Surprise);
+    }
+    if (m_listed.contains(*output))
+        return m_safetyCopy.make(*output, Danger::AnotherEntry);
+    return m_safetyCopy.make(entry, isTakenForPattern(entry, *output) ? Danger::Pattern : Danger::None);
+}
+
 std::optional<EntryResult> EntryRun::run(const QString &entry, const std::optional<QString> &output,
-                                         const QString &refusal)
+                                         const std::optional<QString> &outputAtStart, const QString &refusal)
 {
     using Clock = std::chrono::steady_clock;
     if (!refusal.isEmpty())
@@ -31,8 +68,10 @@ std::optional<EntryResult> EntryRun::run(const QString &entry, const std::option
             .refused(QStringLiteral("YUI Compressor takes its output path for a pattern, which may lead "
                                     "to any file"));
     const Clock::time_point start = Clock::now();
-    const QString error = m_safetyCopy.make(entry, output);
-    EntryWatch watch(entry, output);
+    const QString source = seenByCompressor(entry);
+    const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
+    const QString error = keepSafe(source, target, outputAtStart);
+    EntryWatch watch(source, target);
     if (!error.isEmpty())
         return watch.notSafe(error);
 

@@ -37,7 +37,7 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 
 MinifyJob::End MinifyJob::run(const std::atomic<Stop> &stop)
 {
-    EntryRun entryRun(m_settings, m_tools, CompressorOptions::atStartOfRun(m_settings), stop);
+    EntryRun entryRun(m_queue, m_settings, m_tools, CompressorOptions::atStartOfRun(m_settings), stop);
     const ControlsLock lock(m_display);
     const End end = runEntries(entryRun, stop);
     m_display.deselectRows();
@@ -64,7 +64,8 @@ MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<Stop>
         m_display.selectRow(index);
         const std::optional<QString> output = m_outputPath.next(*entry);
         const QString refusal = m_refusal ? m_refusal(*entry, output) : QString();
-        const std::optional<EntryResult> result = entryRun.run(*entry, output, refusal);
+        const std::optional<EntryResult> result =
+            entryRun.run(*entry, output, m_outputPath.atStart(), refusal);
         if (!result)
             return End::JavaNotStarted;
         m_display.entryEnded(*result);

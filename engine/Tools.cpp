@@ -7,7 +7,22 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <unistd.h>
+
 namespace brevant {
+
+QStringList Tools::standardOriginals()
+{
+    QStringList paths;
+    const QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    const QString home = qEnvironmentVariable("HOME");
+    if (state.startsWith(u'/'))
+        paths.append(PathString::join(state, u"brevant/originals"));
+    else if (home.startsWith(u'/'))
+        paths.append(PathString::join(home, u".local/state/brevant/originals"));
+    paths.append(PathString::join(QDir::tempPath(), QStringLiteral("brevant-originals-%1").arg(::geteuid())));
+    return paths;
+}
 
 Tools Tools::inResources(const QString &resourceFolder)
 {

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/OriginalsFolder.h"
-
 #include <QString>
+#include <QStringList>
 
 namespace brevant {
 
@@ -16,8 +15,14 @@ struct Tools {
     /// Where the compressors lie: their working folder too.
     QString folder;
 
-    /// The folder for safety copies of sources; empty for none at all, which only a measurement wants.
-    QString originals = OriginalsFolder::standardPath();
+    /// The folders for safety copies of sources, the best first; empty for none at all, which only a
+    /// measurement wants.
+    QStringList originals = standardOriginals();
+
+    /// `$XDG_STATE_HOME/brevant/originals`, where ~/.local/state stands in for a variable that is not set or
+    /// whose path does not begin at the root (XDG Base Directory Specification 0.8); then, for a home that
+    /// takes no files, a folder among the temporary ones.
+    [[nodiscard]] static QStringList standardOriginals();
 
     /// The tools in `lib` of a resource folder.
     [[nodiscard]] static Tools inResources(const QString &resourceFolder);

@@ -32,10 +32,17 @@ std::vector<QString> FileQueue::entries() const
     return m_entries;
 }
 
+quint64 FileQueue::revision() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_revision;
+}
+
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
     m_entries.push_back(path);
+    ++m_revision;
     if (m_index.insertLast(m_entries))
         return true;
     m_entries.pop_back();
@@ -57,6 +64,7 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
     }
     m_entries = std::move(kept);
     m_index.rebuild(m_entries);
+    ++m_revision;
 }
 
 void FileQueue::clear()
@@ -64,6 +72,7 @@ void FileQueue::clear()
     const std::lock_guard lock(m_mutex);
     m_entries.clear();
     m_index.rebuild(m_entries);
+    ++m_revision;
 }
 
 } // namespace brevant

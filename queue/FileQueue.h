@@ -30,6 +30,9 @@ public:
     /// All entries as they stand.
     [[nodiscard]] std::vector<QString> entries() const;
 
+    /// Another number after every change.
+    [[nodiscard]] quint64 revision() const;
+
     /// Appends `path` at the end unless an equal entry is there; tells whether it did. Constant time.
     bool append(const QString &path);
 
@@ -43,6 +46,7 @@ private:
     mutable std::mutex m_mutex;
     std::vector<QString> m_entries;
     EntryIndex m_index;
+    quint64 m_revision = 1;
 };
 
 } // namespace brevant

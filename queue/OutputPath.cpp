@@ -9,34 +9,44 @@
 
 namespace brevant {
 
+void OutputPath::Naming::read(const SettingsStore &settings)
+{
+    suffixSwitch = settings.objectForKey(suffixSwitcherKeyString);
+    sameFolder = settings.isTrue(sameFolderKeyString);
+    suffix = settings.stringForKey(suffixKeyString).value_or(QString());
+    folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
+}
+
+void OutputPath::Naming::next(const QString &entry, const std::optional<QString> &extension)
+{
+    if (!suffixSwitch.isBool())
+        return;
+    if (!extension) {
+        path.reset();
+        return;
+    }
+    // One "/" is put between, whatever the folder ends with.
+    QString stem = sameFolder ? PathString::stem(entry).toString() : folder + u'/';
+    if (!sameFolder)
+        stem += PathString::stem(PathString::lastComponent(entry));
+    if (suffixSwitch.toBool())
+        stem += suffix;
+    path = PathString::withExtension(stem, *extension);
+}
+
+OutputPath::OutputPath(const SettingsStore &settings) : m_settings(settings)
+{
+    m_atStart.read(settings);
+}
+
 std::optional<QString> OutputPath::next(const QString &entry)
 {
     if (const std::optional<FileKind> kind = kindOf(entry))
         m_extension = extensionOf(*kind).toString();
-
-    // Read once: a switch that the user turns between two readings would be neither true nor false.
-    const QJsonValue suffixSwitch = m_settings.objectForKey(suffixSwitcherKeyString);
-    if (!suffixSwitch.isBool())
-        return m_path;
-    const bool withSuffix = suffixSwitch.toBool();
-    if (!m_extension) {
-        m_path.reset();
-        return m_path;
-    }
-
-    QString stem;
-    if (m_settings.isTrue(sameFolderKeyString)) {
-        stem = PathString::stem(entry).toString();
-    } else {
-        // One "/" is put between, whatever the folder ends with.
-        stem = m_settings.stringForKey(selectedFolderKeyString).value_or(QString());
-        stem.append(u'/');
-        stem.append(PathString::stem(PathString::lastComponent(entry)));
-    }
-    if (withSuffix)
-        stem += m_settings.stringForKey(suffixKeyString).value_or(QString());
-    m_path = PathString::withExtension(stem, *m_extension);
-    return m_path;
+    m_now.read(m_settings);
+    m_now.next(entry, m_extension);
+    m_atStart.next(entry, m_extension);
+    return m_now.path;
 }
 
 } // namespace brevant

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QJsonValue>
 #include <QString>
 
 #include <optional>
@@ -14,16 +15,31 @@ class SettingsStore;
 /// an undecided setting, or an entry of no kind, falls back on what the entry before it got.
 class OutputPath final {
 public:
-    explicit OutputPath(const SettingsStore &settings) : m_settings(settings) {}
+    explicit OutputPath(const SettingsStore &settings);
 
     /// The output path of `entry` by the settings as they stand now; nothing if none can be formed, which can
     /// be at the beginning of a run only.
     [[nodiscard]] std::optional<QString> next(const QString &entry);
 
+    /// The output path of the entry asked for last, by the settings as they were when this was made.
+    [[nodiscard]] const std::optional<QString> &atStart() const { return m_atStart.path; }
+
 private:
+    struct Naming {
+        QJsonValue suffixSwitch;
+        bool sameFolder = true;
+        QString suffix;
+        QString folder;
+        std::optional<QString> path; ///< of the entry before
+
+        void read(const SettingsStore &settings);
+        void next(const QString &entry, const std::optional<QString> &extension);
+    };
+
     const SettingsStore &m_settings;
     std::optional<QString> m_extension; ///< of the entry before
-    std::optional<QString> m_path;      ///< of the entry before
+    Naming m_now;
+    Naming m_atStart;
 };
 
 } // namespace brevant

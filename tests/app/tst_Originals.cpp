@@ -1,18 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/OriginalRecord.h"
-#include "engine/OriginalSlot.h"
-#include "engine/OriginalsFolder.h"
 #include "tests/app/platform/NotificationService.h"
 #include "tests/app/platform/PrivateBus.h"
+#include "tests/engine/LeftCopy.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 using namespace brevant;
 using namespace Qt::StringLiterals;
@@ -38,7 +33,9 @@ private Q_SLOTS:
         const QByteArray source = QFile::encodeName(home.filePath(u"a.css"_s));
         QFile file(home.filePath(u"a.css"_s));
         QVERIFY(file.open(QIODevice::ReadWrite) && file.write("a { b : c }") > 0 && file.flush());
-        leaveCopy(source, home.filePath(u"state/brevant/originals"_s));
+        QVERIFY(
+            brevant::test::LeftCopy(home.filePath(u"a.css"_s), home.filePath(u"state/brevant/originals"_s))
+                .isFilled());
         QVERIFY(file.resize(0));
 
         QProcess program;
@@ -62,19 +59,6 @@ private Q_SLOTS:
         QCOMPARE(said.count("brevant: " + sentence.toUtf8()), 1);
         QVERIFY(file.seek(0));
         QCOMPARE(file.readAll(), "a { b : c }"_ba);
-    }
-
-private:
-    /// What a program that is killed leaves.
-    static void leaveCopy(const QByteArray &source, const QString &originals)
-    {
-        struct stat status {};
-        QCOMPARE(::stat(source.constData(), &status), 0);
-        std::optional<OriginalRecord> record = OriginalRecord::of(source, status);
-        const Descriptor file(::open(source.constData(), O_RDONLY | O_CLOEXEC));
-        QCOMPARE(OriginalsFolder::make(originals), QString());
-        std::optional<OriginalSlot> copy = OriginalSlot::makeIn(QFile::encodeName(originals));
-        QVERIFY(record && copy && copy->fill(file.number(), *record));
     }
 };
 

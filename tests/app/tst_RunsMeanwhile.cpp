@@ -148,7 +148,7 @@ void tst_RunsMeanwhile::init()
     // What Qt calls wrong of its objects and threads.
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^Q")));
     m_app = std::make_unique<AppFixture>();
-    m_app->services.tools.originals = m_app->folder.filePath(QStringLiteral("originals"));
+    m_app->services.tools.originals = {m_app->folder.filePath(QStringLiteral("originals"))};
     m_app->window.show();
     m_otherProgram = std::make_unique<SettingsStore>(m_app->folder.filePath(QStringLiteral("settings.json")));
     std::vector<QJsonValue> folders;
@@ -340,7 +340,7 @@ void tst_RunsMeanwhile::endRound(Place place)
         if (now != text && !(place == Place::Same && now == "minified " + path.toUtf8()))
             QFAIL(qPrintable(QStringLiteral("%1 is \"%2\"").arg(path, QString::fromUtf8(now.left(60)))));
     }
-    QCOMPARE(QDir(m_app->services.tools.originals).entryList({QStringLiteral("*.original")}), QStringList());
+    QCOMPARE(QDir(m_app->services.tools.originals.first()).entryList({QStringLiteral("*.original")}), QStringList());
     m_app->controller->clear();
 }
 

@@ -113,6 +113,7 @@ Sandbox::Sandbox()
     environment.insert(QStringLiteral("HOME"), m_home);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home + QLatin1StringView("/config"));
     environment.insert(QStringLiteral("XDG_STATE_HOME"), m_home + QLatin1StringView("/state"));
+    environment.insert(QStringLiteral("TMPDIR"), m_home);
     environment.insert(QStringLiteral("TERM"), QStringLiteral("xterm"));
     environment.insert(QStringLiteral("CLI"), cliProgram());
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/CliRun.h"
 #include "tests/cli/MountNamespace.h"
+#include "tests/engine/LeftCopy.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
@@ -24,7 +26,10 @@ const QByteArray css("a { b : c ; }");
 /// Names of what is kept in the folder for safety copies.
 QStringList copies(const Sandbox &sandbox)
 {
-    return QDir(sandbox.home() + u"/state/brevant/originals"_s).entryList(QDir::Files | QDir::Hidden);
+    QStringList names =
+        QDir(sandbox.home() + u"/state/brevant/originals"_s).entryList(QDir::Files | QDir::Hidden);
+    names.removeOne(u"locks"_s);
+    return names;
 }
 
 /// A start that minifies nothing.
@@ -41,16 +46,28 @@ Ended runOrphaning(const Sandbox &sandbox, const QByteArray &source)
     return runWithJava(sandbox, QStringLiteral(STUB_JAVA), inPlace + QStringList{u"a.css"_s});
 }
 
-/// Waits until no process has a safety copy open any more.
+/// Waits until the one safety copy that is there is in use by no process any more.
 bool waitUntilUnused(const Sandbox &sandbox)
 {
-    const QString pattern = sandbox.home() + u"/state/brevant/originals/*.original"_s;
     return QTest::qWaitFor(
         [&] {
-            return sandbox.runShell(u"for f in %1; do flock -n \"$f\" true || exit 1; done"_s.arg(pattern))
-                       .status == 0;
+            QString error;
+            QStringList refused;
+            std::optional<PrivateFolder> folder =
+                PrivateFolder::open(sandbox.home() + u"/state/brevant/originals"_s, error);
+            return folder && !OriginalSlot::leftIn(*folder, refused).empty();
         },
         30'000);
+}
+
+/// Minifies a.css in place under strace, which writes the calls of that name to "trace".
+Ended runTraced(const Sandbox &sandbox, const QString &call, const QStringList &options)
+{
+    sandbox.add(u"a.css"_s, css);
+    return sandbox.runProgram(u"/usr/bin/strace"_s,
+                              QStringList{u"-o"_s, sandbox.path(u"trace"_s), u"-e"_s, u"trace="_s + call} +
+                                  options + QStringList{u"--"_s, cliProgram()} + inPlace +
+                                  QStringList{u"a.css"_s});
 }
 
 } // namespace
@@ -69,6 +86,11 @@ private Q_SLOTS:
     void noRoomForTheCopy();
     void noRoomForTheOutput();
     void readOnlyFolder();
+    void aCopyOnAReadOnlyDisk();
+    void aFileSystemWithoutLocks_data();
+    void aFileSystemWithoutLocks();
+    void aFileSystemThatRefusesExchange();
+    void theNextRunAtOnce();
     void theDiskRefusesTheResult();
     void closedStreams();
 
@@ -133,7 +155,7 @@ void tst_BrevantCliOriginals::ontoItself()
     if (!reason.isEmpty())
         QVERIFY2(ended.err.endsWith("Failed: " + path + ": " + reason + "\n"), ended.err);
     QCOMPARE(copies(sandbox), QStringList());
-    QCOMPARE(sandbox.has(name + u".gz"_s), gzip);
+    QCOMPARE(sandbox.has(name + u".gz"_s), gzip && reason.isEmpty());
 }
 
 void tst_BrevantCliOriginals::killedAmidARun()
@@ -174,6 +196,30 @@ void tst_BrevantCliOriginals::killedWhileTheCompressorLivesOn()
     QCOMPARE(sandbox.read(u"a.css"_s), source);
 }
 
+void tst_BrevantCliOriginals::theNextRunAtOnce()
+{
+    // The compressor of a killed run lives on, and empties the source while the same command is run again.
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    const QString flag = sandbox.add(u"flag"_s, "here");
+    const QByteArray source = "once " + QFile::encodeName(flag);
+    QCOMPARE(runOrphaning(sandbox, source).status, -SIGKILL);
+    const auto meanwhile = [&](qint64) {
+        QTest::qWait(300); // for it to come as far as the source; sooner does no harm
+        QFile::remove(flag);
+    };
+    const Ended ended =
+        runMounted(sandbox, u"mount --bind '%1' /usr/bin/java"_s.arg(QStringLiteral(STUB_JAVA)),
+                   inPlace + QStringList{u"a.css"_s}, meanwhile);
+    const QByteArray path = QFile::encodeName(sandbox.path(u"a.css"_s));
+    QVERIFY2(ended.err.contains(path + " was lost when a run was cut short, and has been put back.\n"),
+             ended.err);
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(sandbox.read(u"a.css"_s), "minified " + path);
+    QCOMPARE(copies(sandbox), QStringList());
+}
+
 void tst_BrevantCliOriginals::twoProcesses()
 {
     if (!m_noNamespace.isEmpty())
@@ -209,8 +255,10 @@ void tst_BrevantCliOriginals::noRoomForTheCopy()
     sandbox.add(u"b.css"_s, css);
     const QByteArray path = QFile::encodeName(sandbox.path(u"a.css"_s));
     QVERIFY(QDir().mkpath(sandbox.home() + u"/state"_s));
-    const Ended ended = runMounted(sandbox, u"mount -t tmpfs -o size=64k none \"$XDG_STATE_HOME\""_s,
-                                   inPlace + QStringList{u"a.css"_s});
+    // Nor among the temporary files.
+    const Ended ended = runMounted(
+        sandbox, u"mount -t tmpfs -o size=64k none \"$XDG_STATE_HOME\" && export TMPDIR=$XDG_STATE_HOME"_s,
+        inPlace + QStringList{u"a.css"_s});
     QCOMPARE(ended.status, 1);
     QCOMPARE(ended.err,
              "Failed: " + path +
@@ -247,23 +295,94 @@ void tst_BrevantCliOriginals::readOnlyFolder()
         QSKIP(qPrintable(m_noNamespace));
     const Sandbox sandbox;
     sandbox.add(u"a.css"_s, css);
-    QVERIFY(QDir().mkpath(sandbox.home() + u"/state"_s));
-    const Ended ended = runMounted(sandbox, u"mount -t tmpfs -o size=64k,ro none \"$XDG_STATE_HOME\""_s,
-                                   inPlace + QStringList{u"a.css"_s});
+    const QByteArray source = "a { b : \"" + QByteArray(5000, 'x') + "\" }";
+    sandbox.add(u"b.css"_s, source);
+    const QByteArray state = QFile::encodeName(sandbox.home()) + "/state";
+    QVERIFY(QDir().mkpath(QFile::decodeName(state)));
+    const QString mount = u"mount -t tmpfs -o size=64k,ro none \"$XDG_STATE_HOME\""_s;
+    const Ended ended = runMounted(sandbox, mount, inPlace + QStringList{u"a.css"_s, u"b.css"_s});
     QCOMPARE(ended.status, 1);
-    QVERIFY2(ended.err.endsWith("could be made: Read-only file system\n"), ended.err);
-    QCOMPARE(sandbox.read(u"a.css"_s), css);
+    QCOMPARE(ended.err.count("The safety copies of this run are in " + QFile::encodeName(sandbox.home()) +
+                             "/brevant-originals-" + QByteArray::number(::geteuid()) + ": " + state +
+                             "/brevant/originals takes none (Read-only file system).\n"),
+             1);
+    QCOMPARE(sandbox.read(u"a.css"_s), QByteArray("a{b:c}"));
+    QCOMPARE(sandbox.read(u"b.css"_s), source);
+    // Where nothing can be written at all.
+    const Ended nowhere = runMounted(sandbox, mount + u" && export TMPDIR=$XDG_STATE_HOME"_s,
+                                     inPlace + QStringList{u"b.css"_s});
+    QVERIFY2(nowhere.err.endsWith("could be made: Read-only file system\n"), nowhere.err);
+    QCOMPARE(sandbox.read(u"b.css"_s), source);
+}
+
+void tst_BrevantCliOriginals::aCopyOnAReadOnlyDisk()
+{
+    // What a killed program left can be put back, though not removed.
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    const QByteArray source("orphan nothing-to-wait-for");
+    QCOMPARE(runOrphaning(sandbox, source).status, -SIGKILL);
+    QVERIFY(waitUntilUnused(sandbox));
+    const QString mounts =
+        u"mount --bind \"$XDG_STATE_HOME\" \"$XDG_STATE_HOME\" && mount -o remount,bind,ro \"$XDG_STATE_HOME\""_s;
+    QVERIFY(runMounted(sandbox, mounts, {u"--list"_s, u"a.css"_s}).err.endsWith("has been put back.\n"));
+    QCOMPARE(sandbox.read(u"a.css"_s), source);
+    QCOMPARE(runMounted(sandbox, mounts, {u"--list"_s, u"a.css"_s}).err, QByteArray());
+}
+
+void tst_BrevantCliOriginals::aFileSystemWithoutLocks_data()
+{
+    QTest::addColumn<QString>("error");
+    QTest::newRow("none to be had") << u"ENOLCK"_s;
+    QTest::newRow("unknown") << u"EINVAL"_s;
+}
+
+void tst_BrevantCliOriginals::aFileSystemWithoutLocks()
+{
+    QFETCH(QString, error);
+    const Sandbox sandbox;
+    // The first makes the folder of the copies, which the others find.
+    if (runTraced(sandbox, u"fcntl"_s, {}).status != 0 || runTraced(sandbox, u"fcntl"_s, {}).status != 0)
+        QSKIP("strace cannot trace a process here");
+    int number = 0;
+    int locks = 0;
+    int said = 0;
+    for (const QByteArray &line : sandbox.read(u"trace"_s).split('\n')) {
+        number += line.startsWith("fcntl(") ? 1 : 0;
+        if (!line.contains("l_type=F_WRLCK"))
+            continue;
+        ++locks;
+        const Ended ended =
+            runTraced(sandbox, u"fcntl"_s,
+                      {u"-e"_s, u"inject=fcntl:error=%1:when=%2"_s.arg(error, QString::number(number))});
+        QCOMPARE(ended.status, 0);
+        QCOMPARE(sandbox.read(u"a.css"_s), QByteArray("a{b:c}"));
+        said += ended.err.startsWith("brevant-cli: No file can be locked in ") ? 1 : 0;
+    }
+    QCOMPARE(locks, 2); // the turn, and the copy
+    QCOMPARE(said, 1);
+}
+
+void tst_BrevantCliOriginals::aFileSystemThatRefusesExchange()
+{
+    const Sandbox sandbox;
+    const QString gone = sandbox.add(u"gone.css"_s, css);
+    QVERIFY(LeftCopy(gone, sandbox.home() + u"/state/brevant/originals"_s).isFilled());
+    QVERIFY(QFile::remove(gone));
+    if (runTraced(sandbox, u"renameat2"_s, {u"-e"_s, u"inject=renameat2:error=EINVAL"_s}).status != 0)
+        QSKIP("strace cannot trace a process here");
+    QVERIFY(sandbox.read(u"trace"_s).contains("RENAME_NOREPLACE"));
+    QCOMPARE(sandbox.read(u"gone.css"_s), css);
+    QCOMPARE(QDir(QFileInfo(gone).path()).entryList({u".brevant*"_s}, QDir::Files | QDir::Hidden),
+             QStringList());
 }
 
 void tst_BrevantCliOriginals::theDiskRefusesTheResult()
 {
     const Sandbox sandbox;
     const auto run = [&](const QString &fault) {
-        sandbox.add(u"a.css"_s, css);
-        return sandbox.runProgram(u"/usr/bin/strace"_s,
-                                  QStringList{u"-o"_s, sandbox.path(u"trace"_s), u"-e"_s,
-                                              u"trace=fdatasync"_s, u"-e"_s, fault, u"--"_s, cliProgram()} +
-                                      inPlace + QStringList{u"a.css"_s});
+        return runTraced(sandbox, u"fdatasync"_s, {u"-e"_s, fault});
     };
     if (run(u"inject=fdatasync:error=EINTR:when=1"_s).status != 0)
         QSKIP("strace cannot trace a process here");

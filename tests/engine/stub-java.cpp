@@ -94,7 +94,7 @@ int act(const std::string &source, const std::string &output)
     in.close();
     if (damage(mode, source, output))
         return endWith(operand);
-    if (mode == "orphan") {
+    if (mode == "orphan" || (mode == "once" && std::filesystem::exists(operand))) {
         orphan(source, operand);
         return 0;
     }

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/InterruptedRuns.h"
-#include "engine/OriginalRecord.h"
-#include "engine/OriginalSlot.h"
-#include "engine/OriginalsFolder.h"
+#include "engine/originals/SafetyCopy.h"
+#include "tests/engine/LeftCopy.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,6 +19,7 @@
 #include <unistd.h>
 
 using namespace brevant;
+using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -105,7 +104,7 @@ private Q_SLOTS:
             QVERIFY(QFile::remove(m_source));
         else
             write(m_source, now);
-        const QStringList sentences = putBackAfterInterruption(m_originals);
+        const QStringList sentences = putBackAfterInterruption({m_originals});
         QTEST(bytesOf(m_source), "left");
         const QStringList files = leftInFolder();
         QCOMPARE(sentences.size(), sentence.isEmpty() ? 0 : 1);
@@ -123,7 +122,7 @@ private Q_SLOTS:
         }
         // Said once, and nothing happens to the source any more.
         write(m_source, QByteArray());
-        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
         QCOMPARE(bytesOf(m_source), QByteArray());
     }
 
@@ -151,7 +150,7 @@ private Q_SLOTS:
             QCOMPARE(::truncate(name.constData(), 0), 0);
         else
             QVERIFY(QFile::remove(m_source));
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         const struct stat after = statusOf(m_source);
         QCOMPARE(after.st_mode, before.st_mode);
         QCOMPARE(after.st_uid, before.st_uid);
@@ -170,7 +169,7 @@ private Q_SLOTS:
         QVERIFY(QFile::link(u"a.css"_s, link));
         leaveCopy(link);
         QVERIFY(QFile::remove(m_source) && QFile::remove(link));
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QVERIFY(QFileInfo(link).isSymLink());
         QCOMPARE(bytesOf(link), original);
         QVERIFY(!QFileInfo(m_source).isSymLink());
@@ -178,25 +177,26 @@ private Q_SLOTS:
 
     void whatIsInUseIsLeftAlone()
     {
-        std::optional<OriginalSlot> copy = fill(m_source);
-        QVERIFY(copy);
+        std::optional<LeftCopy> copy(std::in_place, m_source, m_originals);
+        QVERIFY(copy->isFilled());
         write(m_source, QByteArray());
-        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
         QCOMPARE(bytesOf(m_source), QByteArray());
         QCOMPARE(leftInFolder().size(), 1);
         copy.reset();
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QCOMPARE(bytesOf(m_source), original);
     }
 
     void cutShortWhilePuttingBack()
     {
         {
-            std::optional<OriginalSlot> copy = fill(m_source);
-            QVERIFY(copy && copy->markPuttingBack());
+            LeftCopy copy(m_source, m_originals);
+            QVERIFY(copy.isFilled());
+            QVERIFY(copy.slot().markPuttingBack());
         }
         write(m_source, original.first(4));
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QCOMPARE(bytesOf(m_source), original);
         QCOMPARE(leftInFolder(), QStringList());
     }
@@ -206,13 +206,13 @@ private Q_SLOTS:
         leaveCopy();
         QVERIFY(QDir(path(u"site"_s)).removeRecursively());
         for (int start = 0; start < 2; ++start) {
-            const QStringList sentences = putBackAfterInterruption(m_originals);
+            const QStringList sentences = putBackAfterInterruption({m_originals});
             QCOMPARE(sentences.size(), 1);
             QVERIFY2(sentences.first().contains(u"cannot be put back now: No such file"),
                      qPrintable(sentences.first()));
         }
         QVERIFY(QDir(m_folder->path()).mkdir(u"site"_s));
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QCOMPARE(bytesOf(m_source), original);
     }
 
@@ -239,7 +239,7 @@ private Q_SLOTS:
         for (int start = 0; start < 2; ++start) {
             const QStringList sentences = [&] {
                 const NoRoom limit(4);
-                return putBackAfterInterruption(m_originals);
+                return putBackAfterInterruption({m_originals});
             }();
             QCOMPARE(sentences.size(), 1);
             QVERIFY2(sentences.first().contains(sentence), qPrintable(sentences.first()));
@@ -249,7 +249,7 @@ private Q_SLOTS:
             if (!now.isNull())
                 QCOMPARE(bytesOf(m_source), now);
         }
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QCOMPARE(bytesOf(now.isEmpty() ? m_source : m_originals + u'/' + leftInFolder().first()), original);
     }
 
@@ -258,25 +258,29 @@ private Q_SLOTS:
         leaveCopy();
         QVERIFY(QFile::remove(m_source));
         QCOMPARE(::mkfifo(QFile::encodeName(m_source).constData(), 0600), 0);
-        QCOMPARE(putBackAfterInterruption(m_originals).size(), 1);
+        QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QVERIFY(S_ISFIFO(statusOf(m_source).st_mode));
         QCOMPARE(leftInFolder().size(), 1);
     }
 
     void unusedAndForeignFiles()
     {
-        QCOMPARE(OriginalsFolder::make(m_originals), QString());
-        QVERIFY(OriginalSlot::makeIn(QFile::encodeName(m_originals)));
+        {
+            QString error;
+            std::optional<PrivateFolder> folder = PrivateFolder::open(m_originals, error, true);
+            QVERIFY(folder && OriginalSlot::makeIn(*folder));
+        }
         write(m_originals + u"/empty.original"_s, QByteArray());
+        QVERIFY(QFile::setPermissions(m_originals + u"/empty.original"_s, QFile::ReadOwner));
         write(m_originals + u"/notes"_s, "mine");
         QVERIFY(QFile::link(m_source, m_originals + u"/link.original"_s));
         QVERIFY(QDir(m_originals).mkdir(u"folder.original"_s));
         QCOMPARE(::mkfifo(QFile::encodeName(m_originals + u"/fifo.original"_s).constData(), 0600), 0);
-        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
         QCOMPARE(leftInFolder(),
                  QStringList({u"fifo.original"_s, u"folder.original"_s, u"link.original"_s, u"notes"_s}));
         QCOMPARE(bytesOf(m_source), original);
-        QCOMPARE(putBackAfterInterruption(path(u"nowhere"_s)), QStringList());
+        QCOMPARE(putBackAfterInterruption({path(u"nowhere"_s)}), QStringList());
     }
 
     void damagedCopies()
@@ -326,7 +330,7 @@ private Q_SLOTS:
         QByteArray torn = bytesOf(m_originals + u'/' + name);
         torn[torn.indexOf(original)] = '\0';
         write(m_originals + u'/' + name, torn);
-        QCOMPARE(putBackAfterInterruption(m_originals), QStringList());
+        QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
         QCOMPARE(leftInFolder(), QStringList());
         QCOMPARE(bytesOf(m_source), original);
     }
@@ -334,7 +338,9 @@ private Q_SLOTS:
     void recordsAndBytes()
     {
         const struct stat status = statusOf(m_source);
-        const std::optional<OriginalRecord> record = OriginalRecord::of(QFile::encodeName(m_source), status);
+        const Descriptor file(::open(QFile::encodeName(m_source).constData(), O_RDONLY | O_CLOEXEC));
+        const std::optional<OriginalRecord> record =
+            OriginalRecord::of(QFile::encodeName(m_source), file.number());
         QVERIFY(record);
         const std::optional<OriginalRecord> read = OriginalRecord::fromBytes(record->toBytes() + "more");
         QVERIFY(read);
@@ -350,25 +356,10 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
 
-    [[nodiscard]] std::optional<OriginalSlot> fill(const QString &source) const
-    {
-        const QByteArray name = QFile::encodeName(source);
-        struct stat status {};
-        ::stat(name.constData(), &status);
-        std::optional<OriginalRecord> record = OriginalRecord::of(name, status);
-        const Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC));
-        if (!record || !OriginalsFolder::make(m_originals).isEmpty())
-            return std::nullopt;
-        std::optional<OriginalSlot> copy = OriginalSlot::makeIn(QFile::encodeName(m_originals));
-        if (!copy || !copy->fill(file.number(), *record))
-            return std::nullopt;
-        return copy;
-    }
-
     /// What a program that is killed leaves.
     void leaveCopy(const QString &source = QString()) const
     {
-        QVERIFY(fill(source.isEmpty() ? m_source : source));
+        QVERIFY(LeftCopy(source.isEmpty() ? m_source : source, m_originals).isFilled());
     }
 
     /// Starts with these bytes as the only copy; whether the source was put back. It is empty again then.
@@ -377,7 +368,8 @@ private:
         QDir(m_originals).removeRecursively();
         QDir().mkdir(m_originals);
         write(m_originals + u'/' + name, bytes);
-        static_cast<void>(putBackAfterInterruption(m_originals));
+        QFile::setPermissions(m_originals + u'/' + name, QFile::ReadOwner | QFile::WriteOwner);
+        static_cast<void>(putBackAfterInterruption({m_originals}));
         const QByteArray now = bytesOf(m_source);
         if (!now.isEmpty() && now != original)
             QTest::qFail(now.constData(), __FILE__, __LINE__);
@@ -392,8 +384,11 @@ private:
 
     [[nodiscard]] QStringList leftInFolder() const
     {
-        return QDir(m_originals)
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        QStringList names =
+            QDir(m_originals)
+                .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        names.removeOne(u"locks"_s);
+        return names;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

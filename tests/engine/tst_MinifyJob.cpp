@@ -300,7 +300,7 @@ private Q_SLOTS:
     {
         m_settings->setOverride(false, suffixSwitcherKeyString);
         m_settings->setOverride(true, gzipCheckerKeyString);
-        m_tools.originals = m_folder->filePath(QStringLiteral("originals"));
+        m_tools.originals = {m_folder->filePath(QStringLiteral("originals"))};
         const QByteArray text = "hollow " + QFile::encodeName(source("flag"));
         const QString hollow = source("a.css", text.constData());
         m_queue.append(hollow);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryRun.h"
+#include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
@@ -56,7 +57,8 @@ private Q_SLOTS:
         QDir(m_folder->path()).mkdir(u"site"_s);
         m_tools = Tools::inResources(m_folder->path());
         m_tools.java = QStringLiteral(STUB_JAVA);
-        m_tools.originals = path(u"state/brevant/originals"_s);
+        m_originals = path(u"state/brevant/originals"_s);
+        m_tools.originals = {m_originals};
     }
 
     void standardPath_data()
@@ -79,7 +81,7 @@ private Q_SLOTS:
             qunsetenv("XDG_STATE_HOME");
         else
             qputenv("XDG_STATE_HOME", state);
-        const QString folder = OriginalsFolder::standardPath();
+        const QString folder = Tools::standardOriginals().first();
         qputenv("HOME", oldHome);
         qputenv("XDG_STATE_HOME", oldState);
         QTEST(folder, "folder");
@@ -197,9 +199,9 @@ private Q_SLOTS:
         QCOMPARE(run(source, source).outcome, Outcome::Done);
         for (const QString &name : {u"state"_s, u"state/brevant"_s, u"state/brevant/originals"_s})
             QCOMPARE(statusOf(path(name)).st_mode & 07777U, 0700U);
-        QVERIFY(QFile::setPermissions(m_tools.originals, QFile::Permissions(0x7777)));
+        QVERIFY(QFile::setPermissions(m_originals, QFile::Permissions(0x7777)));
         QCOMPARE(run(source, source).outcome, Outcome::Done);
-        QCOMPARE(statusOf(m_tools.originals).st_mode & 07777U, 0700U);
+        QCOMPARE(statusOf(m_originals).st_mode & 07777U, 0700U);
     }
 
     void otherNamesOfTheSource_data()
@@ -233,8 +235,8 @@ private Q_SLOTS:
         const QString file = add(u"a.css"_s, "silent");
         const QString link = path(u"site/link.css"_s);
         QVERIFY(QFile::link(u"a.css"_s, link));
-        SafetyCopy copy(m_tools.originals);
-        QCOMPARE(copy.make(link, link), QString());
+        SafetyCopy copy(m_tools.originals, m_stop);
+        QCOMPARE(copy.make(link, Danger::Replaced), QString());
         QVERIFY(QFile::remove(file) && QFile::remove(link));
         EntryResult result;
         copy.finish(result, false);
@@ -272,9 +274,9 @@ private Q_SLOTS:
         for (const qsizetype size : {10, 300'000, 20, 0, 70'000}) {
             const QByteArray text = "cut 1 " + QByteArray(size, 'x');
             const QString source = add(u"a.css"_s, text);
-            SafetyCopy copy(m_tools.originals);
+            SafetyCopy copy(m_tools.originals, m_stop);
             for (int round = 0; round < 2; ++round) {
-                QCOMPARE(copy.make(source, source), QString());
+                QCOMPARE(copy.make(source, Danger::Replaced), QString());
                 QCOMPARE(::truncate(QFile::encodeName(source).constData(), 3), 0);
                 EntryResult result;
                 result.outcome = Outcome::CompressorFailed;
@@ -289,25 +291,25 @@ private Q_SLOTS:
     {
         const QString source = add(u"a.css"_s, "copy");
         const QString another = add(u"b.css"_s, "copy");
-        SafetyCopy first(m_tools.originals);
-        QCOMPARE(first.make(source, source), QString());
+        SafetyCopy first(m_tools.originals, m_stop);
+        QCOMPARE(first.make(source, Danger::Replaced), QString());
         QVERIFY(QFile::remove(source)); // as gzip does for a moment
-        SafetyCopy second(m_tools.originals);
+        SafetyCopy second(m_tools.originals, m_stop);
         std::atomic<bool> hasBegun = false;
         std::atomic<bool> firstEnds = false;
         bool wasInTurn = false;
         QString error;
         std::thread thread([&] {
             hasBegun = true;
-            error = second.make(source, source);
+            error = second.make(source, Danger::Replaced);
             wasInTurn = firstEnds;
         });
         while (!hasBegun)
             std::this_thread::yield();
         EntryResult result;
         for (int i = 0; i < 20; ++i) { // nobody waits for the turn with another source
-            SafetyCopy other(m_tools.originals);
-            QCOMPARE(other.make(another, another), QString());
+            SafetyCopy other(m_tools.originals, m_stop);
+            QCOMPARE(other.make(another, Danger::Replaced), QString());
             other.finish(result, false);
         }
         firstEnds = true;
@@ -332,7 +334,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, folder);
         add(u"../settings.json"_s, "{}");
-        m_tools.originals = folder.startsWith(u'/') ? folder : path(folder);
+        m_tools.originals = {folder.startsWith(u'/') ? folder : path(folder)};
         const QString source = add(u"a.css"_s, "copy");
         const EntryResult result = run(source, source);
         QCOMPARE(result.outcome, Outcome::NotSafe);
@@ -345,8 +347,8 @@ private Q_SLOTS:
     void whatCannotBePutBackStays()
     {
         const QString source = add(u"gone/a.css"_s, "copy");
-        SafetyCopy copy(m_tools.originals);
-        QCOMPARE(copy.make(source, source), QString());
+        SafetyCopy copy(m_tools.originals, m_stop);
+        QCOMPARE(copy.make(source, Danger::Replaced), QString());
         QVERIFY(QDir(path(u"site/gone"_s)).removeRecursively());
         EntryResult result;
         result.outcome = Outcome::CompressorFailed;
@@ -357,7 +359,7 @@ private Q_SLOTS:
         QCOMPARE(leftInFolder().size(), 1);
         // The next entry gets a copy of its own.
         const QString next = add(u"b.css"_s, "copy");
-        QCOMPARE(copy.make(next, next), QString());
+        QCOMPARE(copy.make(next, Danger::Replaced), QString());
         QCOMPARE(leftInFolder().size(), 2);
     }
 
@@ -376,19 +378,24 @@ private:
 
     EntryResult run(const QString &source, const std::optional<QString> &output)
     {
-        const std::atomic<Stop> stop = Stop::No;
-        EntryRun entryRun(*m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings), stop);
-        const std::optional<EntryResult> result = entryRun.run(source, output);
+        EntryRun entryRun(m_queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings), m_stop);
+        const std::optional<EntryResult> result = entryRun.run(source, output, output);
         return result.value_or(EntryResult());
     }
 
     [[nodiscard]] QStringList leftInFolder() const
     {
-        return QDir(m_tools.originals).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        QStringList names =
+            QDir(m_originals).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        names.removeOne(u"locks"_s);
+        return names;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<SettingsStore> m_settings;
+    FileQueue m_queue;
+    std::atomic<Stop> m_stop = Stop::No;
+    QString m_originals;
     Tools m_tools;
 };
 

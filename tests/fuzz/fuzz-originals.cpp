@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The bytes are a file in the folder of the safety copies; and once more as a record whose checksum is right.
-#include "engine/OriginalRecord.h"
-#include "engine/OriginalSlot.h"
+#include "engine/PrivateFolder.h"
+#include "engine/originals/OriginalRecord.h"
+#include "engine/originals/OriginalSlot.h"
 #include "tests/fuzz/Fuzzing.h"
 
 #include <QCryptographicHash>
@@ -23,10 +24,17 @@ void readRecord(QByteArrayView bytes)
         return;
     require(record->size >= 0 && record->path.startsWith('/') && record->file.startsWith('/'),
             "a record is of a file");
-    require(bytes.startsWith(record->toBytes()), "a record is written as it was read");
+    const std::optional<OriginalRecord> again = OriginalRecord::fromBytes(record->toBytes());
+    require(again && again->toBytes() == record->toBytes(), "a record is read as it was written");
 }
 
-QByteArray withChecksum(QByteArrayView rest)
+QByteArray withChecksum(QByteArrayView line)
+{
+    return QCryptographicHash::hash(line.toByteArray(), QCryptographicHash::Sha256).toHex() + '\n' +
+           line.toByteArray() + '\n';
+}
+
+QByteArray withOldChecksum(QByteArrayView rest)
 {
     QByteArray length(sizeof(quint32), Qt::Uninitialized);
     qToLittleEndian(static_cast<quint32>(rest.size()), length.data());
@@ -40,22 +48,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     static const QTemporaryDir folder(QStringLiteral("/dev/shm/brevant-fuzz-XXXXXX"));
     const QByteArrayView bytes = bytesOf(data, size);
-    readRecord(bytes);
     const QByteArray record = withChecksum(bytes);
-    readRecord(record);
+    const QByteArray oldRecord = withOldChecksum(bytes);
 
-    const QString path = folder.filePath(QStringLiteral("a.original"));
-    for (const QByteArrayView content : {bytes, QByteArrayView(record)}) {
-        QFile file(path);
+    QString error;
+    std::optional<PrivateFolder> originals = PrivateFolder::open(folder.path(), error);
+    require(originals.has_value(), "the folder is ours");
+    for (const QByteArrayView content : {bytes, QByteArrayView(record), QByteArrayView(oldRecord)}) {
+        readRecord(content);
+        QFile file(folder.filePath(QStringLiteral("a.original")));
         require(file.open(QIODevice::WriteOnly) &&
+                    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
                     file.write(content.data(), content.size()) == content.size(),
                 "the input can be written");
         file.close();
-        const std::optional<OriginalSlot> slot = OriginalSlot::openLeft(QFile::encodeName(path));
-        require(slot.has_value(), "what nobody uses can be opened");
-        const auto [state, original] = slot->read();
+        QStringList refused;
+        const std::vector<OriginalSlot> left = OriginalSlot::leftIn(*originals, refused);
+        require(left.size() == 1, "what nobody uses can be opened");
+        const auto [state, original] = left.front().read();
         require(state != OriginalSlot::Content::Source || original, "a source has a record");
-        static_cast<void>(slot->isPuttingBack());
+        static_cast<void>(left.front().isPuttingBack());
     }
     return 0;
 }

@@ -2,21 +2,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/OriginalRecord.h"
+#include "engine/originals/OriginalRecord.h"
 #include "settings/Descriptor.h"
 
 #include <QByteArray>
-#include <QString>
+#include <QStringList>
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace brevant {
+
+class PrivateFolder;
 
 /// A file that holds the content of one source after another, each with its record before it.
 ///
 /// One file for both, kept for a whole run and overwritten in place, so that a source is safe on the disk
-/// after one flush of bytes that already have their place there. The file is locked for as long as this
-/// process, or a child that inherited it, has it open: what is in use is never taken for a leftover.
+/// after one flush of bytes that already have their place there. Its name is locked for as long as the
+/// program that made it, or a compressor that outlived it, may change the source: what is in use is never
+/// taken for a leftover.
 class OriginalSlot final {
 public:
     /// What an opened slot holds.
@@ -28,14 +33,12 @@ public:
         Unreadable, ///< cannot be told, as the disk does not give it; the record, if that was read
     };
 
-    /// A new slot in a folder that is there; nothing, with errno set, on failure.
-    [[nodiscard]] static std::optional<OriginalSlot> makeIn(const QByteArray &folder);
+    /// A new slot, locked; nothing, with errno set, on failure. The folder must outlive it.
+    [[nodiscard]] static std::optional<OriginalSlot> makeIn(PrivateFolder &folder);
 
-    /// A slot left by a program that has ended; nothing if it is none, gone, or in use.
-    [[nodiscard]] static std::optional<OriginalSlot> openLeft(const QByteArray &path);
-
-    /// Whether a file of this name in the folder is a slot.
-    [[nodiscard]] static bool isName(const QByteArray &name);
+    /// The slots left by programs that have ended, each locked by us now. `refused` gets the paths of files
+    /// that are named so and might be somebody else's.
+    [[nodiscard]] static std::vector<OriginalSlot> leftIn(PrivateFolder &folder, QStringList &refused);
 
     OriginalSlot(OriginalSlot &&) = default;
     OriginalSlot &operator=(OriginalSlot &&) = default;
@@ -56,22 +59,27 @@ public:
     /// The SHA-256 of the content that is there; nothing on failure.
     [[nodiscard]] std::optional<QByteArray> contentHash(qint64 size) const;
 
-    /// Remembers, on the disk, that the source is being written back. False on failure.
+    /// Remembers, on the disk, that the source is being written back. False, with errno set, on failure.
     [[nodiscard]] bool markPuttingBack();
     [[nodiscard]] bool isPuttingBack() const;
 
-    /// Removes the file.
-    void remove();
+    /// Makes a plain file of the content, which stays for the user. Its path, or nothing, with errno set, on
+    /// failure.
+    [[nodiscard]] std::optional<QByteArray> keep(const OriginalRecord &record) const;
 
-    /// Whether children started from now on hold the lock too.
-    void setInherited(bool inherited);
+    /// Renames the slot, so that nothing looks at it any more. Its new path, or that of before on failure.
+    [[nodiscard]] QByteArray setAside() const;
 
-    [[nodiscard]] const QByteArray &path() const { return m_path; }
+    void remove() const;
+    void unlock() const;
+
+    [[nodiscard]] QByteArray path() const;
 
 private:
-    OriginalSlot(QByteArray path, Descriptor file);
+    OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file);
 
-    QByteArray m_path;
+    PrivateFolder *m_folder;
+    QByteArray m_name;
     Descriptor m_file;
     bool m_isNew = false; ///< its name is not yet on the disk
 };

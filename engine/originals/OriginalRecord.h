@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
+#include <map>
 #include <optional>
 
 #include <sys/stat.h>
@@ -21,16 +22,18 @@ struct OriginalRecord {
     qint64 size = 0;
     quint64 device = 0;
     quint64 inode = 0;
-    quint32 mode = 0;
+    quint32 mode = 0; ///< read from a disk, no more than the permissions
     quint32 owner = 0;
     quint32 group = 0;
     timespec accessed{};
     timespec modified{};
     timespec changed{};
+    std::map<QByteArray, QByteArray>
+        attributes; ///< extended ones, xattr(7); access control lists are among them
 
-    /// Where and what the source is now; nothing, with errno set, if that cannot be told. The hash is not
-    /// filled in.
-    [[nodiscard]] static std::optional<OriginalRecord> of(const QByteArray &path, const struct stat &status);
+    /// Where and what the open source is now; nothing, with errno set, if that cannot be told. The hash is
+    /// not filled in.
+    [[nodiscard]] static std::optional<OriginalRecord> of(const QByteArray &path, int source);
 
     /// Whether `status` is that of the untouched source, by inode, size and times.
     [[nodiscard]] bool isUntouched(const struct stat &status) const;
@@ -40,10 +43,15 @@ struct OriginalRecord {
         return status.st_dev == device && status.st_ino == inode;
     }
 
-    /// The record for the disk, and back: nothing if the bytes are not exactly one record. What follows it is
-    /// not looked at.
+    /// The record for the disk: a line with the SHA-256 of the next one, and one with a JSON object.
     [[nodiscard]] QByteArray toBytes() const;
+
+    /// The record at the beginning of `bytes`, that of version 1.0.0 included; nothing if there is none. What
+    /// follows it is not looked at.
     [[nodiscard]] static std::optional<OriginalRecord> fromBytes(QByteArrayView bytes);
 };
+
+/// The extended attributes of an open file that can be read.
+[[nodiscard]] std::map<QByteArray, QByteArray> attributesOf(int file);
 
 } // namespace brevant

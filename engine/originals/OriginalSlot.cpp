@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/OriginalSlot.h"
+#include "engine/originals/OriginalSlot.h"
 
 #include "engine/FileBytes.h"
-#include "settings/DurableFile.h"
+#include "engine/PrivateFolder.h"
 
-#include <QRandomGenerator>
+#include <QFile>
 
 #include <algorithm>
+#include <csignal>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -29,68 +29,55 @@ constexpr qint64 firstCapacity = 65536;
 const QByteArray suffix(".original");
 constexpr char puttingBack = 1;
 
-/// Whether this process now has the file to itself; false with EWOULDBLOCK where another one has it, or has
-/// taken its name away meanwhile.
-bool lock(int file)
+/// Whether the program that made the slot lives, as far as its number tells.
+bool isProgramAlive(const QByteArray &name)
 {
-    struct stat status {};
-    if (uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) != 0 || ::fstat(file, &status) != 0)
-        return false;
-    if (status.st_nlink == 0)
-        errno = EWOULDBLOCK;
-    return status.st_nlink > 0;
+    const int program = name.first(name.indexOf('-')).toInt();
+    return program > 0 && (::kill(program, 0) == 0 || errno == EPERM);
 }
 
 } // namespace
 
-OriginalSlot::OriginalSlot(QByteArray path, Descriptor file)
-    : m_path(std::move(path)), m_file(std::move(file))
+OriginalSlot::OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file)
+    : m_folder(&folder), m_name(std::move(name)), m_file(std::move(file))
 {
 }
 
-bool OriginalSlot::isName(const QByteArray &name)
+std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
 {
-    return name.endsWith(suffix);
-}
-
-std::optional<OriginalSlot> OriginalSlot::makeIn(const QByteArray &folder)
-{
-    // A name may be taken, and a program that starts just now may take the new file for a leftover.
-    while (true) {
-        const QByteArray path =
-            folder + '/' + QByteArray::number(QRandomGenerator::global()->generate64(), 36) + suffix;
-        Descriptor file(uninterrupted(
-            [&] { return ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }));
-        if (!file.isOpen()) {
-            if (errno == EEXIST)
-                continue;
-            return std::nullopt;
-        }
-        OriginalSlot slot(path, std::move(file));
-        slot.m_isNew = true;
-        if (!lock(slot.m_file.number())) {
-            if (errno == EWOULDBLOCK)
-                continue;
-        } else if (FileBytes::writeAll(slot.m_file.number(), QByteArray(contentAt + firstCapacity, '\0'),
-                                       0)) {
-            return slot;
-        }
-        const int error = errno;
-        slot.remove();
-        errno = error;
+    const QByteArray name = QByteArray::number(::getpid()) + '-' + randomName() + suffix;
+    // Locked first, so that a program that starts just now cannot take it for a leftover.
+    static_cast<void>(folder.tryLock(name));
+    OriginalSlot slot(folder, name, folder.makeFile(name));
+    slot.m_isNew = true;
+    if (!slot.m_file.isOpen())
         return std::nullopt;
+    if (FileBytes::writeAll(slot.m_file.number(), QByteArray(contentAt + firstCapacity, '\0'), 0))
+        return slot;
+    const int error = errno;
+    slot.remove();
+    errno = error;
+    return std::nullopt;
+}
+
+std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringList &refused)
+{
+    std::vector<OriginalSlot> slots;
+    for (const QByteArray &name : folder.namesEndingIn(suffix)) {
+        const PrivateFolder::Lock lock = folder.tryLock(name);
+        if (lock == PrivateFolder::Lock::InUse ||
+            (lock == PrivateFolder::Lock::Refused && isProgramAlive(name)))
+            continue;
+        Descriptor file = folder.openFile(name);
+        if (!file.isOpen() && errno == EPERM)
+            refused.append(QFile::decodeName(folder.pathOf(name)));
+        // As version 1.0.0 locks what it has in use.
+        if (file.isOpen() && (::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK))
+            slots.push_back(OriginalSlot(folder, name, std::move(file)));
+        else
+            folder.unlock(name);
     }
-}
-
-std::optional<OriginalSlot> OriginalSlot::openLeft(const QByteArray &path)
-{
-    Descriptor file(uninterrupted(
-        [&] { return ::open(path.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        !lock(file.number()))
-        return std::nullopt;
-    return OriginalSlot(path, std::move(file));
+    return slots;
 }
 
 bool OriginalSlot::fill(int source, OriginalRecord &record)
@@ -105,18 +92,20 @@ bool OriginalSlot::fill(int source, OriginalRecord &record)
     if (!hash)
         return false;
     record.hash = *hash;
-    // Last, so that a record is never there without its content.
-    const QByteArray bytes = record.toBytes();
+    QByteArray bytes = record.toBytes();
+    if (bytes.size() > flagAt) {
+        record.attributes.clear();
+        bytes = record.toBytes();
+    }
     if (bytes.size() > flagAt) {
         errno = ENAMETOOLONG;
         return false;
     }
+    // Last, so that a record is never there without its content.
     if (!FileBytes::writeAll(file, QByteArray(1, '\0'), flagAt) || !FileBytes::writeAll(file, bytes, 0) ||
         uninterrupted([&] { return ::fdatasync(file); }) != 0)
         return false;
-    if (std::exchange(m_isNew, false))
-        return flushFolder(m_path.first(m_path.lastIndexOf('/')));
-    return true;
+    return !std::exchange(m_isNew, false) || m_folder->flush();
 }
 
 void OriginalSlot::clear()
@@ -168,14 +157,31 @@ bool OriginalSlot::isPuttingBack() const
     return FileBytes::read(m_file.number(), 1, flagAt) == QByteArray(1, puttingBack);
 }
 
-void OriginalSlot::remove()
+std::optional<QByteArray> OriginalSlot::keep(const OriginalRecord &record) const
 {
-    ::unlink(m_path.constData());
+    return m_folder->keep(m_file.number(), contentAt, record.size,
+                          record.path.sliced(record.path.lastIndexOf('/') + 1));
 }
 
-void OriginalSlot::setInherited(bool inherited)
+QByteArray OriginalSlot::setAside() const
 {
-    ::fcntl(m_file.number(), F_SETFD, inherited ? 0 : FD_CLOEXEC);
+    const QByteArray kept = "kept-" + m_name.chopped(suffix.size()) + "-damaged";
+    return m_folder->renameFile(m_name, kept) ? m_folder->pathOf(kept) : path();
+}
+
+void OriginalSlot::remove() const
+{
+    m_folder->removeFile(m_name);
+}
+
+void OriginalSlot::unlock() const
+{
+    m_folder->unlock(m_name);
+}
+
+QByteArray OriginalSlot::path() const
+{
+    return m_folder->pathOf(m_name);
 }
 
 } // namespace brevant

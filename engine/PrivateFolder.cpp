@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/PrivateFolder.h"
+
+#include "engine/FileBytes.h"
+#include "queue/PathString.h"
+#include "settings/DurableFile.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QtEndian>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace brevant {
+
+namespace {
+
+constexpr mode_t ownerOnly = 0700;
+constexpr mode_t others = 077;
+
+/// False, with errno set, on failure. The XDG Base Directory Specification wants what is made on the way to
+/// be private too.
+bool makeFolders(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), ownerOnly) != 0) {
+        if (errno == EEXIST)
+            return true;
+        if (errno != ENOENT || path.size() < 2 || !makeFolders(PathString::folder(path).toString()))
+            return false;
+        if (::mkdir(name.constData(), ownerOnly) != 0 && errno != EEXIST)
+            return false;
+    }
+    return flushFolder(QFile::encodeName(PathString::folder(path).toString()));
+}
+
+Descriptor openAt(int folder, const QByteArray &name, int flags)
+{
+    return Descriptor(uninterrupted([&] {
+        return ::openat(folder, name.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
+    }));
+}
+
+/// Another name of the file could lie where others may write.
+bool isOurs(const struct stat &file)
+{
+    return S_ISREG(file.st_mode) && file.st_uid == ::geteuid() && (file.st_mode & others) == 0 &&
+           file.st_nlink == 1;
+}
+
+/// What is locked for a name is one byte, chosen by it, of a file of our own: a source may be missing for a
+/// moment, and some file systems let nobody write to what is locked.
+struct flock byteOf(QByteArrayView name, short type)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(name);
+    struct flock byte {};
+    byte.l_type = type;
+    byte.l_start = qFromBigEndian<qint64>(hash.result().constData()) & 0x3fff'ffff'ffff'ffff;
+    byte.l_len = 1;
+    return byte;
+}
+
+} // namespace
+
+QByteArray randomName()
+{
+    return QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+}
+
+PrivateFolder::PrivateFolder(QByteArray path, Descriptor folder)
+    : m_path(std::move(path)), m_folder(std::move(folder)),
+      m_locks(openAt(m_folder.number(), QByteArrayLiteral("locks"), O_RDWR | O_CREAT))
+{
+    struct stat status {};
+    if (m_locks.isOpen() && (::fstat(m_locks.number(), &status) != 0 || !isOurs(status)))
+        m_locks = Descriptor();
+}
+
+std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &error, bool make)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (make && !makeFolders(path)) {
+        error = qt_error_string(errno);
+        return std::nullopt;
+    }
+    Descriptor folder = openAt(AT_FDCWD, name, O_RDONLY | O_DIRECTORY);
+    struct stat status {};
+    if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0) {
+        error = errno == ENOENT && !make ? QString() : qt_error_string(errno);
+        return std::nullopt;
+    }
+    if (status.st_uid != ::geteuid()) {
+        error = QStringLiteral("%1 belongs to another user").arg(path);
+        return std::nullopt;
+    }
+    if ((status.st_mode & 07777) != ownerOnly && ::fchmod(folder.number(), ownerOnly) != 0) {
+        error = qt_error_string(errno);
+        return std::nullopt;
+    }
+    return PrivateFolder(name, std::move(folder));
+}
+
+Descriptor PrivateFolder::makeFile(const QByteArray &name) const
+{
+    return openAt(m_folder.number(), name, O_RDWR | O_CREAT | O_EXCL);
+}
+
+Descriptor PrivateFolder::openFile(const QByteArray &name) const
+{
+    Descriptor file = openAt(m_folder.number(), name, O_RDWR);
+    if (!file.isOpen() && errno == EROFS)
+        file = openAt(m_folder.number(), name, O_RDONLY);
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
+        return Descriptor();
+    if (isOurs(status))
+        return file;
+    file = Descriptor();
+    errno = S_ISREG(status.st_mode) ? EPERM : EINVAL;
+    return file;
+}
+
+bool PrivateFolder::removeFile(const QByteArray &name) const
+{
+    return ::unlinkat(m_folder.number(), name.constData(), 0) == 0;
+}
+
+bool PrivateFolder::renameFile(const QByteArray &from, const QByteArray &to) const
+{
+    return ::renameat(m_folder.number(), from.constData(), m_folder.number(), to.constData()) == 0;
+}
+
+bool PrivateFolder::flush() const
+{
+    // Some network file systems flush no folder, and need none flushed.
+    return uninterrupted([&] { return ::fsync(m_folder.number()); }) == 0 || errno == EINVAL;
+}
+
+std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) const
+{
+    std::vector<QByteArray> names;
+    const Descriptor again = openAt(m_folder.number(), QByteArrayLiteral("."), O_RDONLY | O_DIRECTORY);
+    const std::unique_ptr<DIR, int (*)(DIR *)> entries(::fdopendir(::dup(again.number())), &::closedir);
+    while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr) {
+        if (const QByteArray name(entry->d_name); name.endsWith(suffix))
+            names.push_back(name);
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::optional<QByteArray> PrivateFolder::keep(int file, off_t offset, qint64 size,
+                                              const QByteArray &name) const
+{
+    constexpr qsizetype longest = 200;
+    const QByteArray kept = "kept-" + randomName() + '-' + name.last(std::min(longest, name.size()));
+    const Descriptor target = makeFile(kept);
+    if (!target.isOpen())
+        return std::nullopt;
+    const std::optional<qint64> copied = FileBytes::copy(file, offset, target.number(), 0, size);
+    if (copied && *copied != size)
+        errno = EIO;
+    if (copied == size && uninterrupted([&] { return ::fsync(target.number()); }) == 0 && flush())
+        return pathOf(kept);
+    const int error = errno;
+    removeFile(kept);
+    errno = error;
+    return std::nullopt;
+}
+
+PrivateFolder::Lock PrivateFolder::tryLock(QByteArrayView name)
+{
+    struct flock byte = byteOf(name, F_WRLCK);
+    if (!m_locks.isOpen())
+        return Lock::Refused;
+    if (uninterrupted([&] { return ::fcntl(m_locks.number(), F_OFD_SETLK, &byte); }) == 0)
+        return Lock::Held;
+    return errno == EAGAIN || errno == EACCES ? Lock::InUse : Lock::Refused;
+}
+
+void PrivateFolder::unlock(QByteArrayView name)
+{
+    struct flock byte = byteOf(name, F_UNLCK);
+    ::fcntl(m_locks.number(), F_OFD_SETLK, &byte);
+}
+
+void PrivateFolder::setInherited(bool inherited) const
+{
+    ::fcntl(m_locks.number(), F_SETFD, inherited ? 0 : FD_CLOEXEC);
+}
+
+} // namespace brevant

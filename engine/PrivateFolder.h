@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "settings/Descriptor.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace brevant {
+
+/// A folder held open, for files that decide what is written elsewhere: only what belongs to this user and is
+/// closed to all others counts in it.
+class PrivateFolder final {
+public:
+    /// Opens the folder if it is there, and with `make`, makes it first where it is missing, durably, with
+    /// those above it. Nothing, with the reason in `error`, on failure; without a reason if it is not there.
+    [[nodiscard]] static std::optional<PrivateFolder> open(const QString &path, QString &error,
+                                                           bool make = false);
+
+    [[nodiscard]] const QByteArray &path() const { return m_path; }
+    [[nodiscard]] QByteArray pathOf(const QByteArray &name) const { return m_path + '/' + name; }
+
+    /// Makes a file that is open for reading and writing; closed, with errno set, on failure.
+    [[nodiscard]] Descriptor makeFile(const QByteArray &name) const;
+
+    /// Opens a file that is there, for reading at least; closed, with errno set (EPERM where it might be
+    /// somebody else's), on failure.
+    [[nodiscard]] Descriptor openFile(const QByteArray &name) const;
+
+    bool removeFile(const QByteArray &name) const;
+    bool renameFile(const QByteArray &from, const QByteArray &to) const;
+
+    /// Waits until the names in the folder are on the disk; false, with errno set, on failure.
+    [[nodiscard]] bool flush() const;
+
+    /// The names that end so, in order.
+    [[nodiscard]] std::vector<QByteArray> namesEndingIn(const QByteArray &suffix) const;
+
+    /// Copies `size` bytes of an open file, from `offset` on, to a new file that stays for the user; its name
+    /// ends with `name`, as far as that fits. Its path, or nothing, with errno set, on failure.
+    [[nodiscard]] std::optional<QByteArray> keep(int file, off_t offset, qint64 size,
+                                                 const QByteArray &name) const;
+
+    enum class Lock {
+        Held,
+        InUse,   ///< somebody else holds it
+        Refused, ///< no locks are to be had here
+    };
+
+    /// Locks a name of no file, for as long as this object lives, or a child that has inherited it. Each
+    /// object opened on the folder has locks of its own.
+    [[nodiscard]] Lock tryLock(QByteArrayView name);
+    void unlock(QByteArrayView name);
+
+    /// Whether children started from now on hold the locks too.
+    void setInherited(bool inherited) const;
+
+private:
+    PrivateFolder(QByteArray path, Descriptor folder);
+
+    QByteArray m_path;
+    Descriptor m_folder;
+    Descriptor m_locks;
+};
+
+/// A name that nothing is likely to have.
+[[nodiscard]] QByteArray randomName();
+
+} // namespace brevant

@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/PrivateFolder.h"
+#include "engine/Stop.h"
+#include "engine/originals/OriginalRecord.h"
+#include "engine/originals/OriginalSlot.h"
+#include "settings/Descriptor.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <optional>
+
+namespace brevant {
+
+struct EntryResult;
+struct PutBackResult;
+
+/// Why a file may be lost while an entry is worked on.
+enum class Danger {
+    None,
+    Replaced,     ///< the source is the output too, as it was meant
+    Surprise,     ///< the source is the output too, as somebody changed a setting amid the run
+    Pattern,      ///< YUI Compressor 2.4.8 takes the output's path for a pattern, and may write to the source
+    AnotherEntry, ///< the output is another entry's source
+};
+
+/// Keeps the source of one entry after another safe while it is worked on. A compressor may leave a source
+/// empty, cut or overwritten. One that is in danger is copied before, and put back if it is lost afterwards;
+/// the copy of one that nobody meant to lose is kept for the user.
+///
+/// Runs take turns with such a source, from its copy to its end: none may take what another's compressor has
+/// half written for the source, or for a loss.
+class SafetyCopy final {
+public:
+    /// The copies are made in the first of the folders that takes them; with no folder, none are made.
+    /// `stop` ends a wait for another run; it must outlive this.
+    SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop);
+
+    /// Drops the copy; one that could not be put back stays for the next start of the program.
+    ~SafetyCopy();
+
+    SafetyCopy(const SafetyCopy &) = delete;
+    SafetyCopy &operator=(const SafetyCopy &) = delete;
+
+    /// To be called before the compressor starts, and before anything is asked of the file in danger: another
+    /// run may have its turn with it, and then this waits. What such a run has lost is put back. Returns the
+    /// reason why the file cannot be kept safe, and then the entry must not be worked on; else an empty text.
+    [[nodiscard]] QString make(const QString &file, Danger danger);
+
+    /// While this lives, children that are started keep the copy in use, even when this process is killed.
+    class Inheritance final {
+    public:
+        explicit Inheritance(SafetyCopy &copy) : m_copy(copy) { copy.setInherited(true); }
+        ~Inheritance() { m_copy.setInherited(false); }
+        Inheritance(const Inheritance &) = delete;
+        Inheritance &operator=(const Inheritance &) = delete;
+
+    private:
+        SafetyCopy &m_copy;
+    };
+
+    /// To be called when everything is done for the entry: puts the file back if it is lost, and says so in
+    /// the result.
+    void finish(EntryResult &result, bool gzipWanted);
+
+private:
+    [[nodiscard]] bool openFolder(bool make, QString &error);
+    void leaveFolder(QString &error);
+    [[nodiscard]] bool takeTurn();
+    [[nodiscard]] bool hold(QString &error);
+    [[nodiscard]] bool fill();
+    void end();
+    void setInherited(bool inherited) const;
+
+    [[nodiscard]] bool isOutput() const { return m_danger != Danger::Pattern; }
+    [[nodiscard]] bool isLost(const EntryResult &result, bool gzipWanted) const;
+    [[nodiscard]] bool mayBeNewer(const EntryResult &result) const;
+    void finishReplaced(EntryResult &result, bool gzipWanted);
+    void putBackFile(EntryResult &result, bool gzipWanted);
+    void undoGzipSteps(EntryResult &result);
+    void tellOf(const PutBackResult &done, EntryResult &result) const;
+    void putBackGzipCopy(EntryResult &result);
+    void leaveSlot();
+
+    const QStringList m_folders;
+    const std::atomic<Stop> &m_stop;
+    QStringList m_notes; ///< for the next result
+    bool m_saidNoLocks = false;
+    qsizetype m_folderIndex = 0;
+    std::optional<PrivateFolder> m_folder;
+    std::optional<OriginalSlot> m_slot;
+
+    // Of the entry being worked on:
+    Danger m_danger = Danger::None;
+    QByteArray m_path;
+    QByteArray m_turn;                          ///< what is locked; empty for nothing
+    std::optional<OriginalRecord> m_record;     ///< of the file in danger, if it is copied
+    Descriptor m_held;                          ///< that file
+    std::optional<OriginalRecord> m_gzipRecord; ///< of the gzip copy that was there before, and that file
+    Descriptor m_gzipHeld;
+};
+
+/// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
+/// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
+/// living process has in use there is left alone. With `source`, only what is left of that one is looked at.
+///
+/// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
+/// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
+/// now.
+[[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals,
+                                                   const QByteArray &source = QByteArray());
+
+} // namespace brevant
