@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 
 #include "settings/Encodings.h"
+#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 
 #include <QCommandLineOption>
@@ -63,6 +64,18 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption(QCommandLineOption(QStringList{helpOption, QStringLiteral("h")}));
 }
 
+/// Only paths to be minified may hold bytes that are not UTF-8: those are reported.
+std::optional<UsageError> checkValues(const QCommandLineParser &parser)
+{
+    for (const QString &option : {setOption, settingsOption, jobsOption, reportOption}) {
+        for (const QString &value : parser.values(option)) {
+            if (RawBytes::areIn(value))
+                return UsageError{QStringLiteral("--%1: \"%2\" is not valid UTF-8").arg(option, value)};
+        }
+    }
+    return std::nullopt;
+}
+
 /// The value of an option that names a file; empty if the option is not there.
 std::optional<UsageError> readFileName(const QCommandLineParser &parser, const QString &option,
                                        QString &fileName)
@@ -112,6 +125,8 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
     if (parser.isSet(dryRunOption))
         line.action = CommandLine::Action::DryRun;
     line.all = parser.isSet(allOption);
+    if (const auto error = checkValues(parser))
+        return *error;
     line.quiet = parser.isSet(quietOption);
     if (const auto error = readFileName(parser, settingsOption, line.settingsFile))
         return *error;

@@ -9,6 +9,7 @@
 #include "engine/Tools.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
+#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
@@ -19,6 +20,8 @@ bool printList(const FileQueue &queue, const SettingsStore &settings)
     OutputPath outputPath(settings);
     for (const QString &entry : queue.entries()) {
         const std::optional<QString> output = outputPath.next(entry);
+        if (RawBytes::areIn(entry))
+            continue;
         const QString line =
             QStringLiteral("%1\t%2\n")
                 .arg(TerminalText::printable(entry), TerminalText::printable(output.value_or(QString())));
@@ -37,7 +40,7 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         return false;
     OutputPath outputPath(settings);
     const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
-    const Refusal refusal = refusalFor(queue.entries());
+    const Refusal refusal = refusalFor(queue.entries(), settings);
     for (const QString &entry : queue.entries()) {
         const std::optional<QString> output = outputPath.next(entry);
         if (const QString reason = refusal(entry, output); !reason.isEmpty()) {

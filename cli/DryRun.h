@@ -8,7 +8,8 @@ class FileQueue;
 class SettingsStore;
 struct Tools;
 
-/// Prints the path of each entry and that of its output; false, with errno set, if that fails.
+/// Prints the path of each entry and that of its output, but for those that hold RawBytes; false, with errno
+/// set, if that fails.
 [[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings);
 
 /// Prints the commands of a run as a script: they are run in the tools folder, one after the other. False,

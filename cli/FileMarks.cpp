@@ -3,9 +3,9 @@
 #include "cli/FileMarks.h"
 
 #include "queue/PathString.h"
+#include "settings/RawBytes.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <sys/stat.h>
 
@@ -21,7 +21,7 @@ QString ofPlace(const QString &path)
 std::optional<QString> ofFile(const QString &path)
 {
     struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
         return std::nullopt;
     return QStringLiteral("%1 %2").arg(status.st_dev).arg(status.st_ino);
 }

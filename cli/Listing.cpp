@@ -8,13 +8,14 @@
 #include "queue/FolderWalk.h"
 #include "queue/OutputPath.h"
 #include "queue/PathString.h"
+#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 #include <utility>
+
+#include <sys/stat.h>
 
 namespace brevant {
 
@@ -50,7 +51,8 @@ void Listing::add(const QString &path)
             m_unreadable.append(QStringLiteral("%1 cannot be read: %2")
                                     .arg(relativePath.isEmpty() ? path : PathString::join(path, relativePath),
                                          qt_error_string(error)));
-        });
+        },
+        RawBytes::decoded);
     const QSet<QString> outputs = m_all ? QSet<QString>() : outputsAmong(found, m_settings);
     for (const QString &file : std::as_const(found)) {
         if (outputs.contains(file))
@@ -66,7 +68,8 @@ bool Listing::isListed(const QString &path)
 {
     if (!isAccepted(path, m_settings))
         return false;
-    if (!QFileInfo(path).isDir())
+    struct stat status {};
+    if (::stat(RawBytes::encoded(path).constData(), &status) != 0 || !S_ISDIR(status.st_mode))
         return true;
     m_folders.append(path);
     return false;
@@ -76,8 +79,11 @@ void Listing::append(const QString &file)
 {
     const qsizetype before = m_taken.size();
     m_taken.insert(FileMarks::ofPlace(file));
-    if (m_taken.size() > before)
-        m_queue.append(file);
+    if (m_taken.size() == before)
+        return;
+    m_queue.append(file);
+    if (RawBytes::areIn(file))
+        m_unnameable.append(file);
 }
 
 QStringList Listing::outputs() const

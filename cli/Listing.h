@@ -31,6 +31,9 @@ public:
     /// The folders passed over because they are named like files.
     [[nodiscard]] const QStringList &folders() const { return m_folders; }
 
+    /// The files in the queue whose paths hold RawBytes, so that they cannot be minified.
+    [[nodiscard]] const QStringList &unnameable() const { return m_unnameable; }
+
     /// The folders that could not be read, each with the reason.
     [[nodiscard]] const QStringList &unreadable() const { return m_unreadable; }
 
@@ -45,6 +48,7 @@ private:
     QSet<QString> m_taken; ///< marks of the files in the queue
     QStringList m_outputs;
     QStringList m_folders;
+    QStringList m_unnameable;
     QStringList m_unreadable;
 };
 

@@ -5,6 +5,8 @@
 #include "cli/FileMarks.h"
 #include "engine/CompressorCommand.h"
 #include "queue/PathString.h"
+#include "settings/RawBytes.h"
+#include "settings/SettingsKeys.h"
 
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -58,11 +60,23 @@ bool OutputClaims::isTaken(const QString &output, const QStringList &marks) cons
             ignoresCapitals(PathString::folder(output).toString()));
 }
 
-Refusal refusalFor(const std::vector<QString> &sources)
+QString notUtf8()
 {
-    return [claims = OutputClaims(sources)](const QString &source,
-                                            const std::optional<QString> &output) mutable {
-        if (output && isTakenForPattern(source, *output))
+    return QStringLiteral("its path is not valid UTF-8 and cannot be handed to a compressor");
+}
+
+Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings)
+{
+    return [&settings, options = CompressorOptions::atStartOfRun(settings), claims = OutputClaims(sources)](
+               const QString &source, const std::optional<QString> &output) mutable {
+        if (RawBytes::areIn(source))
+            return notUtf8();
+        if (!output)
+            return QStringLiteral("%1 is neither true nor false").arg(suffixSwitcherKeyString);
+        options.readSwitches(settings);
+        if (compressorArguments(source, output, options).isEmpty())
+            return QStringLiteral("a switch of its compressor is neither true nor false");
+        if (isTakenForPattern(source, *output))
             return QStringLiteral("YUI Compressor takes an output path with a colon for a pattern");
         return claims.claim(source, output);
     };

@@ -12,6 +12,8 @@
 
 namespace brevant {
 
+class SettingsStore;
+
 /// Sees to it that no entry of a run is written over another one's source or output, so that the entries do
 /// not depend on one another. To be asked for each entry, in the order of the list.
 class OutputClaims final {
@@ -29,7 +31,10 @@ private:
     QSet<QString> m_outputsInAnyCase; ///< folders and names without the difference of capitals
 };
 
+/// Why an entry must not be run whose path holds RawBytes.
+[[nodiscard]] QString notUtf8();
+
 /// All that a run in the terminal does not do; to be asked for each entry, in the order of the list.
-[[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources);
+[[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings);
 
 } // namespace brevant

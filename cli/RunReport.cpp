@@ -3,6 +3,7 @@
 #include "cli/RunReport.h"
 
 #include "cli/TerminalText.h"
+#include "settings/RawBytes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -30,8 +31,9 @@ QJsonObject toObject(const EntryResult &result)
 {
     const bool done = result.outcome == EntryResult::Outcome::Done;
     QJsonObject object{
-        {QStringLiteral("source"), result.source},
-        {QStringLiteral("output"), result.output ? QJsonValue(*result.output) : QJsonValue(QJsonValue::Null)},
+        {QStringLiteral("source"), RawBytes::escaped(result.source)},
+        {QStringLiteral("output"),
+         result.output ? QJsonValue(RawBytes::escaped(*result.output)) : QJsonValue(QJsonValue::Null)},
         {QStringLiteral("sizeBefore"), orNull(result.sizeBefore)},
         {QStringLiteral("sizeAfter"), orNull(result.sizeAfter)},
         {QStringLiteral("gzipSize"), orNull(result.gzipSize)},
@@ -125,7 +127,7 @@ QByteArray RunReport::toJson() const
     for (const EntryResult &result : m_results)
         files.append(toObject(result));
     for (const QString &entry : m_notRun)
-        files.append(QJsonObject{{QStringLiteral("source"), entry},
+        files.append(QJsonObject{{QStringLiteral("source"), RawBytes::escaped(entry)},
                                  {QStringLiteral("outcome"), QStringLiteral("not run")}});
     QJsonObject report{
         {QStringLiteral("brevant"), QStringLiteral(BREVANT_VERSION)},

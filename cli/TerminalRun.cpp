@@ -16,6 +16,7 @@
 #include "queue/OutputPath.h"
 #include "queue/PathString.h"
 #include "settings/DurableFile.h"
+#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
@@ -27,6 +28,8 @@
 
 #include <algorithm>
 #include <cerrno>
+
+#include <sys/stat.h>
 
 namespace brevant {
 
@@ -81,8 +84,8 @@ QString inputError(const CommandLine &line)
             return error;
     }
     for (const QString &path : line.paths) {
-        const QFileInfo file(path);
-        if (!file.exists() && !file.isSymLink())
+        struct stat status {};
+        if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
             return QStringLiteral("%1 does not exist").arg(path);
     }
     if (!line.reportFile.isEmpty()) {
@@ -175,7 +178,7 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
                                line.quiet ? TerminalJobDisplay::Style::Quiet
                                           : TerminalJobDisplay::styleOfStandardOutput());
     const std::atomic<Stop> &stop = StopSignals::requested();
-    const Refusal refusal = refusalFor(queue.entries());
+    const Refusal refusal = refusalFor(queue.entries(), settings);
     const MinifyJob::End end =
         line.jobs == 1 ? MinifyJob(queue, settings, tools, display, refusal).run(stop)
                        : ParallelRun(queue, settings, tools, display, refusal).run(line.jobs, stop);
@@ -194,11 +197,15 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
 }
 
-/// Says on the error stream what was found and is not in the queue.
+/// Says on the error stream what was found and is not in the queue, or not in the list of it.
 void sayWhatIsNotListed(const CommandLine &line, const Listing &listing)
 {
     for (const QString &sentence : listing.unreadable())
         printError(sentence);
+    if (line.action == CommandLine::Action::List) {
+        for (const QString &file : listing.unnameable())
+            printError(QStringLiteral("%1: not minified: %2").arg(file, notUtf8()));
+    }
     if (line.quiet)
         return;
     for (const QString &folder : listing.folders())
@@ -281,8 +288,8 @@ int runTerminal(const CommandLine &line, const Tools &tools)
     }
     sayWhatIsNotListed(line, listing);
     const int status = act(line, tools, queue, settings, listing);
-    const bool isAllRead = listing.unreadable().isEmpty();
-    return status == static_cast<int>(ExitStatus::AllDone) && !isAllRead
+    const bool isAllThere = listing.unreadable().isEmpty() && listing.unnameable().isEmpty();
+    return status == static_cast<int>(ExitStatus::AllDone) && !isAllThere
                ? static_cast<int>(ExitStatus::SomeFailed)
                : status;
 }

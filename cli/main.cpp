@@ -3,7 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/TerminalRun.h"
 #include "engine/Tools.h"
-#include "queue/PathString.h"
+#include "settings/RawBytes.h"
 #include "settings/StandardStreams.h"
 
 #include <clocale>
@@ -18,7 +18,7 @@ int main(int argc, char *argv[])
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.append(PathString::decoded(argv[i]));
+        arguments.append(RawBytes::decoded(argv[i]));
 
     const auto parsed = parseCommandLine(arguments);
     if (const auto *error = std::get_if<UsageError>(&parsed))

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
 
-#include "queue/PathString.h"
+#include "settings/RawBytes.h"
 
 #include <QByteArray>
-#include <QFile>
 
 #include <cerrno>
 #include <cstddef>
@@ -31,8 +30,8 @@ constexpr std::size_t bufferSize = 65536; // of names at a time
 class Walker final {
 public:
     Walker(const QByteArray &top, const std::function<void(const QString &)> &visit,
-           const std::function<void(const QString &, int)> &unreadable)
-        : m_top(top), m_visit(visit), m_unreadable(unreadable)
+           const std::function<void(const QString &, int)> &unreadable, QString (*decode)(const QByteArray &))
+        : m_top(top), m_visit(visit), m_unreadable(unreadable), m_decode(decode)
     {
     }
 
@@ -133,7 +132,7 @@ private:
         level.next += length + 2;
 
         m_path.truncate(level.pathLength);
-        m_path += PathString::decoded(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
+        m_path += m_decode(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
         m_visit(m_path);
         if (!isFolder(level.descriptor, name, type))
             return;
@@ -211,6 +210,7 @@ private:
     const QByteArray m_top;
     const std::function<void(const QString &)> &m_visit;
     const std::function<void(const QString &, int)> &m_unreadable;
+    QString (*const m_decode)(const QByteArray &);
     std::vector<Level> m_levels;
     QString m_path;
     std::vector<char> m_buffer =
@@ -220,9 +220,10 @@ private:
 } // namespace
 
 void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
-                const std::function<void(const QString &relativePath, int error)> &unreadable)
+                const std::function<void(const QString &relativePath, int error)> &unreadable,
+                QString (*decode)(const QByteArray &name))
 {
-    Walker(QFile::encodeName(top), visit, unreadable).walk();
+    Walker(RawBytes::encoded(top), visit, unreadable, decode).walk();
 }
 
 } // namespace brevant

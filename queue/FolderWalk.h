@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "queue/PathString.h"
+
 #include <QString>
 
 #include <functional>
@@ -13,9 +15,12 @@ namespace brevant {
 /// no folder nothing is yielded. Entries that vanish are passed over, and so are folders that cannot be read,
 /// of which `unreadable` is told with the number of the error (errno); the path of `top` itself is empty.
 ///
+/// `decode` makes texts of the names, which need not be valid UTF-8; `top` may hold RawBytes.
+///
 /// Neither the depth nor the length of a path is limited: the walk holds a bounded number of open folders and
 /// goes from one to the next without naming a whole path to the system.
 void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
-                const std::function<void(const QString &relativePath, int error)> &unreadable = {});
+                const std::function<void(const QString &relativePath, int error)> &unreadable = {},
+                QString (*decode)(const QByteArray &name) = PathString::decoded);
 
 } // namespace brevant

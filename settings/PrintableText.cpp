@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/PrintableText.h"
 
+#include "settings/RawBytes.h"
+
 namespace brevant {
 
 bool isPrintable(QChar character)
@@ -22,7 +24,7 @@ bool isPrintable(QChar character)
 QString printable(const QString &text)
 {
     QString visible;
-    for (const QChar character : text) {
+    for (const QChar character : RawBytes::escaped(text)) {
         const char16_t code = character.unicode();
         if (isPrintable(character))
             visible += character;

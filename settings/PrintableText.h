@@ -10,8 +10,8 @@ namespace brevant {
 /// that turns the direction of the text around it.
 [[nodiscard]] bool isPrintable(QChar character);
 
-/// `text` with all other characters made visible ("\n", "\x1b", "\u202e"), so that no file name can move the
-/// cursor, begin a line or look like another one.
+/// `text` with all other characters made visible ("\n", "\x1b", "\u202e"), and its RawBytes ("\xE9"), so that
+/// no file name can move the cursor, begin a line or look like another one.
 [[nodiscard]] QString printable(const QString &text);
 
 } // namespace brevant

@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace brevant::test;
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void awkwardNamesWithGzip();
     void nothingOfANameReachesTheTerminal_data();
     void nothingOfANameReachesTheTerminal();
+    void namesThatAreNotUtf8();
     void leadingDash();
     void plainEnvironment();
     void plainEnvironmentAndUmlauts();
@@ -159,6 +162,47 @@ void tst_BrevantCliNames::nothingOfANameReachesTheTerminal()
     const QByteArray text = ended.out + ended.err;
     QVERIFY2(text.contains("[31m"), text);
     QVERIFY2(!text.contains('\x1b') && !text.contains("\u202e"), text);
+}
+
+void tst_BrevantCliNames::namesThatAreNotUtf8()
+{
+    const Sandbox sandbox;
+    sandbox.add(u"good.css"_s, css);
+    sandbox.add(u"caf?.css"_s, css); // what Qt makes of such a name
+    const auto run = [&](const QString &arguments) {
+        return sandbox.runShell(u"touch \"$(printf 'caf\\351.css')\" && mkdir -p \"$(printf 'd\\377')\" &&"
+                                "touch \"$(printf 'd\\377')/a.js\" && \"$CLI\" "_s +
+                                arguments);
+    };
+    const QString name = u"\"$(printf 'caf\\351.css')\""_s;
+    const QByteArray folder = QFile::encodeName(sandbox.path());
+    const QByteArray words =
+        ": not minified: its path is not valid UTF-8 and cannot be handed to a compressor\n";
+
+    const Ended named = run(u"--report r.json good.css "_s + name);
+    QCOMPARE(named.err, "Failed: " + folder + "/caf\\xE9.css" + words);
+    QCOMPARE(named.status, 1);
+    QCOMPARE(sandbox.read(u"good.min.css"_s), cssMinified);
+    const QJsonObject report = QJsonDocument::fromJson(sandbox.read(u"r.json"_s)).object();
+    const QJsonObject failed = report[u"files"_s][1].toObject();
+    QCOMPARE(failed[u"source"_s].toString(), sandbox.path(u"caf\\xE9.css"_s));
+    QCOMPARE(": " + failed[u"reason"_s].toString().toUtf8() + "\n", words);
+
+    const QByteArray inFolder = folder + "/d\\xFF/a.js" + words;
+    const Ended listed = run(u"--list "_s + name + u" good.css d*"_s);
+    QCOMPARE(listed.err, "brevant-cli: " + folder + "/caf\\xE9.css" + words + "brevant-cli: " + inFolder);
+    QCOMPARE(listed.out, folder + "/good.css\t" + folder + "/good.min.css\n");
+    QCOMPARE(listed.status, 1);
+
+    const Ended found = run(u"."_s);
+    QVERIFY2(found.err.contains("Failed: " + folder + "/caf\\xE9.css" + words), found.err);
+    QVERIFY2(found.err.contains("Failed: " + inFolder), found.err);
+    QCOMPARE(found.status, 1);
+    QCOMPARE(sandbox.read(u"caf?.min.css"_s), cssMinified);
+
+    const Ended missing = run(u"\"$(printf 'no\\351.css')\""_s);
+    QCOMPARE(missing.err, QByteArray("brevant-cli: no\\xE9.css does not exist\n"));
+    QCOMPARE(missing.status, 2);
 }
 
 void tst_BrevantCliNames::leadingDash()

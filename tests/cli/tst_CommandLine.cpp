@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 
 #include "settings/Encodings.h"
+#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 
 #include <QRegularExpression>
@@ -131,6 +132,9 @@ void tst_CommandLine::wrongUses_data()
                                       << u"--report needs a run, which --list and --dry-run are not"_s;
     QTest::newRow("report of a dry run") << QStringList{u"--dry-run"_s, u"--report"_s, u"r"_s, u"a"_s}
                                          << u"--report needs a run, which --list and --dry-run are not"_s;
+    QTest::newRow("setting that is not UTF-8")
+        << QStringList{u"--set"_s, RawBytes::decoded("suffixKeyString=\xE9"), u"a"_s}
+        << u"--set: \"suffixKeyString=%1\" is not valid UTF-8"_s.arg(QChar(0xdce9));
     QTest::newRow("empty settings file")
         << QStringList{u"--settings"_s, u""_s, u"a"_s} << u"--settings needs the name of a file"_s;
     for (const QString &number :

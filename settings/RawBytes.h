@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Names that are not valid UTF-8, as texts that lose nothing of them: each byte that is none stands as a
+/// code unit of its own from U+DC80 to U+DCFF, which no valid text has. Qt itself knows nothing of this, and
+/// would take such a text for another name.
+namespace brevant::RawBytes {
+
+/// The text of a name, or a path, that the system gave.
+[[nodiscard]] QString decoded(const QByteArray &name);
+
+/// The name again.
+[[nodiscard]] QByteArray encoded(const QString &text);
+
+/// Whether a text has such bytes.
+[[nodiscard]] bool areIn(const QString &text);
+
+/// The text with such bytes made visible, as "\xE9"; it is no name any more then.
+[[nodiscard]] QString escaped(const QString &text);
+
+} // namespace brevant::RawBytes
