@@ -14,7 +14,8 @@ from places import LONGEST, Place, Tally, judge_in_place, kill_all, sources, stu
 FAMILIES = {
     "read": "read pread64 getdents64 readlink readlinkat fstat newfstatat statx lseek",
     # Without close: one that is made to fail is not done, so that a lock is held that no real failure would keep.
-    "write": "write pwrite64 fsync fdatasync ftruncate fallocate copy_file_range fchmod fchown utimensat",
+    "write": "write pwrite64 fsync fdatasync ftruncate fallocate copy_file_range fchmod fchown utimensat fsetxattr "
+             "fremovexattr",
     "name": "open openat mkdir mkdirat rename renameat renameat2 unlink unlinkat link linkat symlink symlinkat",
     "other": "flock fcntl ioctl pipe2 access faccessat2 clone clone3 vfork sendfile",
 }
@@ -24,12 +25,19 @@ FULL_DISK = set("write pwrite64 fsync fdatasync ftruncate fallocate copy_file_ra
                 "renameat renameat2 link linkat symlink symlinkat".split())
 INTERRUPTED = set("open openat read pread64 write pwrite64 fsync fdatasync ftruncate fallocate copy_file_range flock "
                   "ioctl".split())
+# What a network file system, or one that knows less, says; and one where the files are somebody else's.
+REFUSED = set("fsync fdatasync fallocate copy_file_range ftruncate renameat2 link linkat symlink fcntl flock ioctl "
+              "fchmod fchown utimensat fsetxattr".split())
+FORBIDDEN = set("open openat mkdir rename renameat renameat2 unlink unlinkat link linkat symlink fchmod fchown utimensat "
+                "ftruncate fallocate fsetxattr fremovexattr fcntl".split())
 LOADED = 'readlink("/proc"'  # brevant-cli asks where it is soon after the libraries are loaded
 
 
 def errors_of(call):
     return (["EIO"] + ["ENOSPC"] * (call in FULL_DISK) + ["EINTR"] * (call in INTERRUPTED)
-            + ["EMFILE"] * (call in ("open", "openat", "pipe2")))
+            + ["EMFILE"] * (call in ("open", "openat", "pipe2")) + ["EINVAL"] * (call in REFUSED)
+            + ["EPERM"] * (call in FORBIDDEN) + ["ENOLCK"] * (call in ("fcntl", "flock"))
+            + ["EAGAIN"] * (call in ("fcntl", "flock", "read", "clone", "clone3", "vfork")))
 
 
 class Traced:
@@ -233,6 +241,11 @@ def prepare_in_place():
     return place, [place.cli(), "--set", "suffixSwitcherKeyString=false", *place.files]
 
 
+def prepare_in_place_with_gzip():
+    place, command = prepare_in_place()
+    return place, [command[0], "--set", "gzipCheckerKeyString=true", *command[1:]]
+
+
 def judge_run_in_place(tally, what, place, ended):
     second = place.next_start()
     lost, problems, unsaid = judge_in_place(place, ended, second)
@@ -276,6 +289,8 @@ def cases(full):
     yield lambda: inject("combine, killed at a call", full, prepare_combine, judge_combine(True), True, True)
     yield lambda: inject("run with a report, failing calls", full, prepare_report, judge_report, False)
     yield lambda: inject("run in place, failing calls", full, prepare_in_place, judge_run_in_place, False)
+    yield lambda: inject("run in place with gzip, failing calls", full, prepare_in_place_with_gzip, judge_run_in_place,
+                         False)
     yield lambda: inject("run in place, killed at a call", full, prepare_in_place, judge_run_in_place, False, True)
     yield lambda: inject("next start, failing calls", full, prepare_next_start, judge_next_start, False)
     yield lambda: inject("next start, killed at a call", full, prepare_next_start, judge_next_start, False, True)

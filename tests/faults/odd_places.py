@@ -44,6 +44,11 @@ def as_nobody(tally, what, spoil, arguments, failing):
         tally.add(what, len(place.files), lost, problems)
 
 
+def no_place(place):
+    for name in ("state", "tmp"):
+        (place.top / name).chmod(0o555)
+
+
 def rights(full):
     tally = Tally("read-only folders, unreadable files")
     if os.geteuid() != 0 or subprocess.run([*NOBODY, Place.build / "brevant-cli", "--version"], capture_output=True,
@@ -58,8 +63,8 @@ def rights(full):
         as_nobody(tally, "unreadable file", lambda place: (place.site / "s1.css").chmod(0), arguments, ["s1.css"])
         as_nobody(tally, "read-only file", lambda place: (place.site / "s1.css").chmod(0o444), arguments,
                   ["s1.css"] if arguments else [])
-        as_nobody(tally, "no place for copies", lambda place: (place.top / "state").chmod(0o555), arguments,
-                  everything if arguments else [])
+        as_nobody(tally, "no copies in the home", lambda place: (place.top / "state").chmod(0o555), arguments, [])
+        as_nobody(tally, "no place for copies", no_place, arguments, everything if arguments else [])
     return tally
 
 
@@ -135,9 +140,9 @@ def loops(full):
         ended = place.run(str(place.site))
         lost = [name for name, content in place.files.items() if (place.site / name).read_bytes() != content]
         problems = [] if ended.status == 1 else [f"ended with {ended.status}"]
-        for name in ("self", "one", "two", "here", "nowhere"):
-            if f"/{name}.css: ".encode() not in ended.err:
-                problems.append(f"{name}.css is not named")
+        for name in ("self.css: ", "one.css: ", "two.css: ", "here.css is a folder", "nowhere.css: "):
+            if f"/{name}".encode() not in ended.err:
+                problems.append(f"not said: {name}")
         for name, content in place.files.items():
             if (place.site / name.replace(".css", ".min.css")).read_bytes() != stub_output(content):
                 problems.append(f"{name} is not minified")

@@ -54,10 +54,11 @@ class Place:
         self.top = Path(tempfile.mkdtemp(prefix="brevant-faults-", dir=disk)).resolve()
         self.site = self.top / "site"
         self.site.mkdir()
-        for name in ("config", "state"):
+        for name in ("config", "state", "tmp"):
             (self.top / name).mkdir()
         self.environment = dict(os.environ, HOME=str(self.top), XDG_CONFIG_HOME=str(self.top / "config"),
-                                XDG_STATE_HOME=str(self.top / "state"), LC_ALL="C.UTF-8")
+                                XDG_STATE_HOME=str(self.top / "state"),
+                                TMPDIR=str(self.top / "tmp"), LC_ALL="C.UTF-8")
         self.files = {}
         self.sessions = []
         for name, content in (files or {}).items():
@@ -120,8 +121,10 @@ class Place:
         return self.run("--list", "--set", "enableHTMLCheckerKeyString=true", self.top / "config")
 
     def originals(self):
-        folder = Path(self.environment["XDG_STATE_HOME"]) / "brevant/originals"
-        return list(folder.iterdir()) if folder.is_dir() else []
+        """The safety copies, in both folders that there may be."""
+        folders = [Path(self.environment["XDG_STATE_HOME"]) / "brevant/originals",
+                   *Path(self.environment["TMPDIR"]).glob("brevant-originals-*")]
+        return [file for folder in folders if folder.is_dir() for file in folder.iterdir() if file.name != "locks"]
 
     def leftovers(self, folder=None):
         return [path.name for path in (folder or self.site).iterdir() if path.name.startswith(".brevant-")]
