@@ -144,6 +144,7 @@ void AppController::showPreferencePanel()
 void AppController::mainPage()
 {
     const QString &address = m_services.addresses.homePage;
+    // At the same place seen from the resources, installed or in a build folder.
     const QString manual = m_services.tools.folder + QLatin1StringView("/../../doc/brevant/brevant.1.html");
     static_cast<void>(
         m_services.workspace.openUrl(address.isEmpty() ? fileUrl(QDir::cleanPath(manual)) : QUrl(address)));
