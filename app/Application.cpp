@@ -6,7 +6,7 @@
 #include "app/MenuActions.h"
 #include "app/ServiceRequests.h"
 #include "app/StartUp.h"
-#include "engine/originals/SafetyCopy.h"
+#include "engine/originals/PutBack.h"
 
 #include <QTimer>
 

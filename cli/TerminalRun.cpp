@@ -11,7 +11,7 @@
 #include "cli/StopSignals.h"
 #include "cli/TerminalJobDisplay.h"
 #include "cli/TerminalText.h"
-#include "engine/originals/SafetyCopy.h"
+#include "engine/originals/PutBack.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
 #include "queue/PathString.h"

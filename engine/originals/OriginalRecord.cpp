@@ -7,8 +7,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringList>
 #include <QtEndian>
 
+#include <array>
 #include <climits>
 #include <cstdlib>
 #include <memory>
@@ -123,6 +125,63 @@ std::optional<OriginalRecord> fromOldBytes(QByteArrayView bytes)
     return isWhole && isValid(record) ? std::optional(record) : std::nullopt;
 }
 
+/// The extended attributes of an open file that can be read.
+std::map<QByteArray, QByteArray> attributesOf(int file)
+{
+    std::map<QByteArray, QByteArray> attributes;
+    QByteArray names(XATTR_LIST_MAX, Qt::Uninitialized);
+    QByteArray value(XATTR_SIZE_MAX, Qt::Uninitialized);
+    const ssize_t length = ::flistxattr(file, names.data(), static_cast<std::size_t>(names.size()));
+    if (length <= 0)
+        return attributes;
+    for (const QByteArray &name : names.first(length - 1).split('\0')) {
+        const ssize_t size =
+            ::fgetxattr(file, name.constData(), value.data(), static_cast<std::size_t>(value.size()));
+        if (size >= 0)
+            attributes[name] = value.first(size);
+    }
+    return attributes;
+}
+
+/// What could not be made as it was, and why.
+class Lacks final {
+public:
+    void add(const QString &what, bool done)
+    {
+        if (done)
+            return;
+        if (m_what.isEmpty())
+            m_reason = qt_error_string(errno);
+        m_what.append(what);
+    }
+    [[nodiscard]] QString text() const
+    {
+        return m_what.isEmpty()
+                   ? QString()
+                   : QStringLiteral("%1 (%2)").arg(m_what.join(QLatin1StringView(", ")), m_reason);
+    }
+
+private:
+    QStringList m_what;
+    QString m_reason;
+};
+
+void restoreExtended(int file, const std::map<QByteArray, QByteArray> &wanted, Lacks &lacks)
+{
+    const std::map<QByteArray, QByteArray> now = attributesOf(file);
+    for (const auto &[name, value] : now) {
+        if (!wanted.contains(name))
+            ::fremovexattr(file, name.constData());
+    }
+    for (const auto &[name, value] : wanted) {
+        const auto found = now.find(name);
+        const bool isSame = found != now.end() && found->second == value;
+        lacks.add(QString::fromUtf8(name),
+                  isSame || ::fsetxattr(file, name.constData(), value.constData(),
+                                        static_cast<std::size_t>(value.size()), 0) == 0);
+    }
+}
+
 } // namespace
 
 std::optional<OriginalRecord> OriginalRecord::of(const QByteArray &path, int source)
@@ -197,21 +256,22 @@ std::optional<OriginalRecord> OriginalRecord::fromBytes(QByteArrayView bytes)
     return fromJson(QJsonDocument::fromJson(line).object());
 }
 
-std::map<QByteArray, QByteArray> attributesOf(int file)
+QString OriginalRecord::restoreOn(int target, bool times) const
 {
-    std::map<QByteArray, QByteArray> attributes;
-    QByteArray names(XATTR_LIST_MAX, Qt::Uninitialized);
-    QByteArray value(XATTR_SIZE_MAX, Qt::Uninitialized);
-    const ssize_t length = ::flistxattr(file, names.data(), static_cast<std::size_t>(names.size()));
-    if (length <= 0)
-        return attributes;
-    for (const QByteArray &name : names.first(length - 1).split('\0')) {
-        const ssize_t size =
-            ::fgetxattr(file, name.constData(), value.data(), static_cast<std::size_t>(value.size()));
-        if (size >= 0)
-            attributes[name] = value.first(size);
-    }
-    return attributes;
+    Lacks lacks;
+    struct stat now {};
+    if (::fstat(target, &now) != 0)
+        return qt_error_string(errno);
+    if (now.st_uid != owner || now.st_gid != group)
+        lacks.add(QStringLiteral("owner"), ::fchown(target, owner, group) == 0);
+    // After the owner: a new one takes special bits from the mode.
+    if (::fstat(target, &now) != 0 || (now.st_mode & allBits) != mode)
+        lacks.add(QStringLiteral("mode"), ::fchmod(target, mode) == 0);
+    restoreExtended(target, attributes, lacks);
+    const std::array<timespec, 2> before{accessed, modified};
+    if (times)
+        lacks.add(QStringLiteral("times"), ::futimens(target, before.data()) == 0);
+    return lacks.text();
 }
 
 } // namespace brevant

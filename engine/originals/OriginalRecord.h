@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QString>
 
 #include <map>
 #include <optional>
@@ -43,6 +44,11 @@ struct OriginalRecord {
         return status.st_dev == device && status.st_ino == inode;
     }
 
+    /// Gives an open file all of this but content and links; `times` too where the content is that of before.
+    /// Only what differs is set, as who may write a file need not be allowed to set any of it. Returns what
+    /// could not be set, and why, or an empty text.
+    [[nodiscard]] QString restoreOn(int target, bool times) const;
+
     /// The record for the disk: a line with the SHA-256 of the next one, and one with a JSON object.
     [[nodiscard]] QByteArray toBytes() const;
 
@@ -50,8 +56,5 @@ struct OriginalRecord {
     /// follows it is not looked at.
     [[nodiscard]] static std::optional<OriginalRecord> fromBytes(QByteArrayView bytes);
 };
-
-/// The extended attributes of an open file that can be read.
-[[nodiscard]] std::map<QByteArray, QByteArray> attributesOf(int file);
 
 } // namespace brevant

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -172,6 +173,40 @@ QByteArray OriginalSlot::setAside() const
 void OriginalSlot::remove() const
 {
     m_folder->removeFile(m_name);
+}
+
+SourceState glanceAtSource(const OriginalRecord &original)
+{
+    struct stat status {};
+    if (::lstat(original.file.constData(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? SourceState::Missing : SourceState::Unknown;
+    if (!S_ISREG(status.st_mode))
+        return SourceState::Unknown;
+    if (original.isUntouched(status))
+        return SourceState::Same;
+    if (status.st_size == 0 && original.size > 0)
+        return SourceState::Empty;
+    return original.isSameFile(status) ? SourceState::Changed : SourceState::Replaced;
+}
+
+SourceState OriginalSlot::stateOf(const OriginalRecord &original) const
+{
+    const SourceState glance = glanceAtSource(original);
+    if (glance != SourceState::Changed && glance != SourceState::Replaced)
+        return glance;
+    const Descriptor file(uninterrupted(
+        [&] { return ::open(original.file.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
+        return SourceState::Unknown;
+    const std::optional<QByteArray> hash = FileBytes::hash(file.number(), 0, status.st_size);
+    if (!hash)
+        return SourceState::Unknown;
+    if (status.st_size == original.size && hash == original.hash)
+        return SourceState::Same;
+    if (status.st_size < original.size && hash == contentHash(status.st_size))
+        return SourceState::Beginning;
+    return glance;
 }
 
 void OriginalSlot::unlock() const

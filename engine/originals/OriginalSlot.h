@@ -16,6 +16,21 @@ namespace brevant {
 
 class PrivateFolder;
 
+/// What has become of a source since its record was made.
+enum class SourceState {
+    Same,      ///< the same content
+    Missing,   ///< no file there
+    Empty,     ///< no content, and there was some
+    Beginning, ///< less than before, and all of that from the beginning of what was there
+    Changed,   ///< other content in the same file
+    Replaced,  ///< other content in another file of the same name
+    Unknown,   ///< cannot be looked at, or is no regular file
+};
+
+/// The state as far as it shows without reading: never Beginning, and Changed or Replaced where only the file
+/// was touched.
+[[nodiscard]] SourceState glanceAtSource(const OriginalRecord &original);
+
 /// A file that holds the content of one source after another, each with its record before it.
 ///
 /// One file for both, kept for a whole run and overwritten in place, so that a source is safe on the disk
@@ -55,6 +70,9 @@ public:
 
     /// Writes the source's content to the beginning of `target`. False, with errno set, on failure.
     [[nodiscard]] bool copyTo(int target, qint64 size) const;
+
+    /// What has become of the source whose content this holds.
+    [[nodiscard]] SourceState stateOf(const OriginalRecord &original) const;
 
     /// The SHA-256 of the content that is there; nothing on failure.
     [[nodiscard]] std::optional<QByteArray> contentHash(qint64 size) const;

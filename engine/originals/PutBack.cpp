@@ -9,21 +9,24 @@
 #include "settings/Descriptor.h"
 #include "settings/DurableFile.h"
 
-#include <QStringList>
+#include <QFile>
 
-#include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 
 namespace brevant {
 
 namespace {
 
-constexpr mode_t allBits = 07777;
+QString shown(const QByteArray &path)
+{
+    return QFile::decodeName(path);
+}
 
 QByteArray folderOf(const QByteArray &path)
 {
@@ -54,65 +57,6 @@ bool hasSameContent(int file, const OriginalRecord &original)
     struct stat status {};
     return ::fstat(file, &status) == 0 && status.st_size == original.size &&
            FileBytes::hash(file, 0, original.size) == original.hash;
-}
-
-/// What could not be made as it was, and why.
-class Lacks final {
-public:
-    void add(const QString &what, bool done)
-    {
-        if (done)
-            return;
-        if (m_what.isEmpty())
-            m_reason = qt_error_string(errno);
-        m_what.append(what);
-    }
-    [[nodiscard]] QString text() const
-    {
-        return m_what.isEmpty()
-                   ? QString()
-                   : QStringLiteral("%1 (%2)").arg(m_what.join(QLatin1StringView(", ")), m_reason);
-    }
-
-private:
-    QStringList m_what;
-    QString m_reason;
-};
-
-void restoreExtended(int file, const OriginalRecord &original, Lacks &lacks)
-{
-    const std::map<QByteArray, QByteArray> now = attributesOf(file);
-    for (const auto &[name, value] : now) {
-        if (!original.attributes.contains(name))
-            ::fremovexattr(file, name.constData());
-    }
-    for (const auto &[name, value] : original.attributes) {
-        const auto found = now.find(name);
-        const bool isSame = found != now.end() && found->second == value;
-        lacks.add(QString::fromUtf8(name),
-                  isSame || ::fsetxattr(file, name.constData(), value.constData(),
-                                        static_cast<std::size_t>(value.size()), 0) == 0);
-    }
-}
-
-/// Everything but the content; `times` too where the content is that of before. Only what differs is set, as
-/// who may write a file need not be allowed to set any of it.
-QString restoreBesides(int file, const OriginalRecord &original, bool times)
-{
-    Lacks lacks;
-    struct stat now {};
-    if (::fstat(file, &now) != 0)
-        return qt_error_string(errno);
-    if (now.st_uid != original.owner || now.st_gid != original.group)
-        lacks.add(QStringLiteral("owner"), ::fchown(file, original.owner, original.group) == 0);
-    // After the owner: a new one takes special bits from the mode.
-    if (::fstat(file, &now) != 0 || (now.st_mode & allBits) != original.mode)
-        lacks.add(QStringLiteral("mode"), ::fchmod(file, original.mode) == 0);
-    restoreExtended(file, original, lacks);
-    const std::array<timespec, 2> before{original.accessed, original.modified};
-    if (times)
-        lacks.add(QStringLiteral("times"), ::futimens(file, before.data()) == 0);
-    return lacks.text();
 }
 
 /// Whether the disk surely has no room for the source; not every file system can tell.
@@ -167,7 +111,7 @@ QString makeAnew(const OriginalRecord &original, bool replaces, const std::funct
     if (!file.isOpen())
         return qt_error_string(errno);
     if (write(file.number())) {
-        lacks = restoreBesides(file.number(), original, true);
+        lacks = original.restoreOn(file.number(), true);
         if (flush(file.number()) &&
             (replaces ? ::rename(temporary.constData(), original.file.constData()) == 0
                       : renameToFree(temporary, original.file)) &&
@@ -210,7 +154,7 @@ PutBackResult overwriteAt(const QByteArray &path, int flags, const OriginalRecor
     const bool isDone = file.isOpen() &&
                         (hasSameContent(file.number(), original) || overwrite(file.number(), original, copy));
     if (isDone)
-        result.lacks = restoreBesides(file.number(), original, true);
+        result.lacks = original.restoreOn(file.number(), true);
     if (!isDone || !flush(file.number()))
         result.error = qt_error_string(errno);
     return result;
@@ -223,37 +167,12 @@ bool isSameFile(const struct stat &a, const struct stat &b)
 
 } // namespace
 
-SourceState glanceAtSource(const OriginalRecord &original)
+QByteArray resolvedPath(const QByteArray &path)
 {
-    struct stat status {};
-    if (::lstat(original.file.constData(), &status) != 0)
-        return errno == ENOENT || errno == ENOTDIR ? SourceState::Missing : SourceState::Unknown;
-    if (!S_ISREG(status.st_mode))
-        return SourceState::Unknown;
-    if (original.isUntouched(status))
-        return SourceState::Same;
-    if (status.st_size == 0 && original.size > 0)
-        return SourceState::Empty;
-    return original.isSameFile(status) ? SourceState::Changed : SourceState::Replaced;
-}
-
-SourceState stateOfSource(const OriginalRecord &original, const OriginalSlot &copy)
-{
-    const SourceState glance = glanceAtSource(original);
-    if (glance != SourceState::Changed && glance != SourceState::Replaced)
-        return glance;
-    const Descriptor file = openSource(original.file, O_RDONLY);
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
-        return SourceState::Unknown;
-    const std::optional<QByteArray> hash = FileBytes::hash(file.number(), 0, status.st_size);
-    if (!hash)
-        return SourceState::Unknown;
-    if (status.st_size == original.size && hash == original.hash)
-        return SourceState::Same;
-    if (status.st_size < original.size && hash == copy.contentHash(status.st_size))
-        return SourceState::Beginning;
-    return glance;
+    const qsizetype slash = path.lastIndexOf('/');
+    const std::unique_ptr<char, decltype(&std::free)> folder(
+        ::realpath(path.first(slash + 1).constData(), nullptr), &std::free);
+    return folder ? QByteArray(folder.get()) + path.sliced(slash) : path;
 }
 
 PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held, bool replaces)
@@ -283,7 +202,7 @@ QString restoreAttributes(const QByteArray &path, const OriginalRecord &original
     const Descriptor file = openSource(path, O_RDONLY);
     if (!file.isOpen())
         return qt_error_string(errno);
-    return restoreBesides(file.number(), original, false);
+    return original.restoreOn(file.number(), false);
 }
 
 QString putFileBack(const OriginalRecord &original, int held)
@@ -329,6 +248,128 @@ std::optional<QByteArray> keepContent(const OriginalRecord &original, const Priv
         return std::nullopt;
     return folder.keep(source.number(), 0, status.st_size,
                        original.path.sliced(original.path.lastIndexOf('/') + 1));
+}
+
+namespace {
+
+/// Renames a slot whose content cannot be trusted, so that it is said once.
+QString keepUnreadable(const OriginalSlot &copy, const QString &what)
+{
+    return QStringLiteral("%1 is damaged and of no use; it is kept as %2.").arg(what, shown(copy.setAside()));
+}
+
+/// Makes a plain file of the content of a slot and drops the slot; the sentence about it.
+QString keepLeft(const OriginalSlot &copy, const OriginalRecord &original)
+{
+    if (const std::optional<QByteArray> path = copy.keep(original)) {
+        copy.remove();
+        return QStringLiteral("A run over %1 was cut short; what it was before is kept as %2.")
+            .arg(shown(original.path), shown(*path));
+    }
+    return QStringLiteral(
+               "A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3.")
+        .arg(shown(original.path), shown(copy.path()), qt_error_string(errno));
+}
+
+QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
+{
+    const PutBackResult done = putBack(original, copy);
+    const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
+    if (!error.isEmpty())
+        return QStringLiteral(
+                   "%1 was lost when a run was cut short, and cannot be put back now: %2. The next start "
+                   "tries again, with the copy %3.")
+            .arg(shown(original.path), error, shown(copy.path()));
+    copy.remove();
+    QString sentence = QStringLiteral("%1 was lost when a run was cut short, and has been put back")
+                           .arg(shown(original.path));
+    if (!done.lacks.isEmpty())
+        sentence += QStringLiteral(", but not its %1").arg(done.lacks);
+    return sentence + u'.';
+}
+
+QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original)
+{
+    switch (copy.stateOf(original)) {
+    case SourceState::Same:
+        copy.remove();
+        return {};
+    case SourceState::Missing:
+    case SourceState::Empty:
+        return putBackLeft(copy, original);
+    case SourceState::Beginning:
+        if (copy.isPuttingBack())
+            return putBackLeft(copy, original);
+        break;
+    case SourceState::Changed:
+    case SourceState::Replaced:
+        break;
+    case SourceState::Unknown:
+        return QStringLiteral(
+                   "A run over %1 was cut short, and it cannot be read now; what it was before is in %2.")
+            .arg(shown(original.path), shown(copy.path()));
+    }
+    return keepLeft(copy, original);
+}
+
+/// The copy was not written to the end: the compressor had not started, or the disk has a fault.
+QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
+{
+    if (copy.stateOf(original) == SourceState::Same) {
+        copy.remove();
+        return {};
+    }
+    return keepUnreadable(copy, QStringLiteral("A safety copy of %1").arg(shown(original.path)));
+}
+
+/// What is to be said of it; empty for nothing.
+QString takeUp(OriginalSlot &copy, const QByteArray &source)
+{
+    const auto [content, original] = copy.read();
+    if (!source.isEmpty() &&
+        (!original || (original->path != source && resolvedPath(original->file) != resolvedPath(source))))
+        return {};
+    switch (content) {
+    case OriginalSlot::Content::Nothing:
+        copy.remove();
+        break;
+    case OriginalSlot::Content::Source:
+        return takeUpSource(copy, *original);
+    case OriginalSlot::Content::Damaged:
+        return takeUpDamaged(copy, *original);
+    case OriginalSlot::Content::Unknown:
+        return keepUnreadable(copy, QStringLiteral("A safety copy"));
+    case OriginalSlot::Content::Unreadable:
+        return QStringLiteral("The safety copy %1 cannot be read now; the next start tries again.")
+            .arg(shown(copy.path()));
+    }
+    return {};
+}
+
+} // namespace
+
+QStringList putBackAfterInterruption(const QStringList &originals, const QByteArray &source)
+{
+    QStringList sentences;
+    for (const QString &path : originals) {
+        QString error;
+        std::optional<PrivateFolder> folder = PrivateFolder::open(path, error);
+        if (!folder) {
+            if (source.isEmpty() && !error.isEmpty())
+                sentences.append(
+                    QStringLiteral("The safety copies in %1 are not looked at: %2.").arg(path, error));
+            continue;
+        }
+        QStringList refused;
+        for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused)) {
+            if (const QString sentence = takeUp(copy, source); !sentence.isEmpty())
+                sentences.append(sentence);
+        }
+        for (const QString &file : source.isEmpty() ? refused : QStringList())
+            sentences.append(
+                QStringLiteral("The safety copy %1 is not used, as it may be somebody else's.").arg(file));
+    }
+    return sentences;
 }
 
 } // namespace brevant

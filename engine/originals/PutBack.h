@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -12,24 +13,6 @@ namespace brevant {
 struct OriginalRecord;
 class OriginalSlot;
 class PrivateFolder;
-
-/// What has become of a source since its record was made.
-enum class SourceState {
-    Same,      ///< the same content
-    Missing,   ///< no file there
-    Empty,     ///< no content, and there was some
-    Beginning, ///< less than before, and all of that from the beginning of what was there
-    Changed,   ///< other content in the same file
-    Replaced,  ///< other content in another file of the same name
-    Unknown,   ///< cannot be looked at, or is no regular file
-};
-
-/// The state as far as it shows without reading: never Beginning, and Changed or Replaced where only the file
-/// was touched.
-[[nodiscard]] SourceState glanceAtSource(const OriginalRecord &original);
-
-/// The state by content.
-[[nodiscard]] SourceState stateOfSource(const OriginalRecord &original, const OriginalSlot &copy);
 
 /// What came of putting a source back.
 struct PutBackResult {
@@ -47,6 +30,9 @@ struct PutBackResult {
 [[nodiscard]] PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held = -1,
                                     bool replaces = false);
 
+/// The path without links in its folder's; the file may itself be missing for a moment.
+[[nodiscard]] QByteArray resolvedPath(const QByteArray &path);
+
 /// Makes the source the symbolic link again that it was, where nothing is there now; or a file, if one may be
 /// replaced. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putBackLink(const OriginalRecord &original, bool replacesFile);
@@ -63,5 +49,15 @@ struct PutBackResult {
 /// on failure.
 [[nodiscard]] std::optional<QByteArray> keepContent(const OriginalRecord &original,
                                                     const PrivateFolder &folder);
+
+/// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
+/// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
+/// living process has in use there is left alone. With `source`, only what is left of that one is looked at.
+///
+/// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
+/// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
+/// now.
+[[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals,
+                                                   const QByteArray &source = QByteArray());
 
 } // namespace brevant

@@ -47,15 +47,6 @@ bool isOnDisk(const QByteArray &path)
     return !file.isOpen() || uninterrupted([&] { return ::fdatasync(file.number()); }) == 0;
 }
 
-/// The file without links in its folder's path; it may itself be missing for a moment.
-QByteArray resolved(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    const std::unique_ptr<char, decltype(&std::free)> folder(
-        ::realpath(path.first(slash + 1).constData(), nullptr), &std::free);
-    return folder ? QByteArray(folder.get()) + path.sliced(slash) : path;
-}
-
 } // namespace
 
 SafetyCopy::SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop)
@@ -126,7 +117,7 @@ void SafetyCopy::leaveFolder(QString &error)
 bool SafetyCopy::takeTurn()
 {
     constexpr std::chrono::milliseconds pause(20);
-    const QByteArray name = resolved(m_path);
+    const QByteArray name = resolvedPath(m_path);
     PrivateFolder::Lock lock = m_folder->tryLock(name);
     for (; lock == PrivateFolder::Lock::InUse; lock = m_folder->tryLock(name)) {
         if (m_stop != Stop::No)
@@ -194,7 +185,7 @@ bool SafetyCopy::isLost(const EntryResult &result, bool gzipWanted) const
     // Where the compressor did its work, other content is the output, or somebody else's doing.
     if (result.outcome == Outcome::Done)
         return glanceAtSource(*m_record) == SourceState::Missing;
-    switch (stateOfSource(*m_record, *m_slot)) {
+    switch (m_slot->stateOf(*m_record)) {
     case SourceState::Missing:
     case SourceState::Empty:
     case SourceState::Beginning:
@@ -216,7 +207,7 @@ bool SafetyCopy::mayBeNewer(const EntryResult &result) const
     if (!isOutput() ||
         (result.outcome != Outcome::CompressorFailed && result.outcome != Outcome::CompressorKilled))
         return false;
-    const SourceState state = stateOfSource(*m_record, *m_slot);
+    const SourceState state = m_slot->stateOf(*m_record);
     return state == SourceState::Changed || state == SourceState::Replaced;
 }
 
@@ -247,7 +238,7 @@ void SafetyCopy::finishReplaced(EntryResult &result, bool gzipWanted)
         if (const QString lacks = restoreAttributes(m_record->file, *m_record); !lacks.isEmpty())
             result.notes.append(QStringLiteral("%1 has another %2.").arg(shown(m_path), lacks));
     }
-    if (m_danger == Danger::Replaced || stateOfSource(*m_record, *m_slot) == SourceState::Same)
+    if (m_danger == Danger::Replaced || m_slot->stateOf(*m_record) == SourceState::Same)
         return;
     const QString why =
         m_danger == Danger::AnotherEntry
@@ -267,7 +258,7 @@ void SafetyCopy::finishReplaced(EntryResult &result, bool gzipWanted)
 /// The content is as it was, but it may be in another file, or where a link was.
 void SafetyCopy::undoGzipSteps(EntryResult &result)
 {
-    if (stateOfSource(*m_record, *m_slot) == SourceState::Same)
+    if (m_slot->stateOf(*m_record) == SourceState::Same)
         tellOf(putBack(*m_record, *m_slot, m_held.number(), true), result);
     static_cast<void>(putBackLink(*m_record, true));
 }
@@ -330,128 +321,6 @@ void SafetyCopy::putBackGzipCopy(EntryResult &result)
         result.notes.append(QStringLiteral("%1 could not be put back: %2.").arg(shown(path), error));
     else if (!m_gzipRecord && isRegular(path))
         ::unlink(path.constData());
-}
-
-namespace {
-
-/// Renames a slot whose content cannot be trusted, so that it is said once.
-QString keepUnreadable(const OriginalSlot &copy, const QString &what)
-{
-    return QStringLiteral("%1 is damaged and of no use; it is kept as %2.").arg(what, shown(copy.setAside()));
-}
-
-/// Makes a plain file of the content of a slot and drops the slot; the sentence about it.
-QString keepLeft(const OriginalSlot &copy, const OriginalRecord &original)
-{
-    if (const std::optional<QByteArray> path = copy.keep(original)) {
-        copy.remove();
-        return QStringLiteral("A run over %1 was cut short; what it was before is kept as %2.")
-            .arg(shown(original.path), shown(*path));
-    }
-    return QStringLiteral(
-               "A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3.")
-        .arg(shown(original.path), shown(copy.path()), qt_error_string(errno));
-}
-
-QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
-{
-    const PutBackResult done = putBack(original, copy);
-    const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
-    if (!error.isEmpty())
-        return QStringLiteral(
-                   "%1 was lost when a run was cut short, and cannot be put back now: %2. The next start "
-                   "tries again, with the copy %3.")
-            .arg(shown(original.path), error, shown(copy.path()));
-    copy.remove();
-    QString sentence = QStringLiteral("%1 was lost when a run was cut short, and has been put back")
-                           .arg(shown(original.path));
-    if (!done.lacks.isEmpty())
-        sentence += QStringLiteral(", but not its %1").arg(done.lacks);
-    return sentence + u'.';
-}
-
-QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original)
-{
-    switch (stateOfSource(original, copy)) {
-    case SourceState::Same:
-        copy.remove();
-        return {};
-    case SourceState::Missing:
-    case SourceState::Empty:
-        return putBackLeft(copy, original);
-    case SourceState::Beginning:
-        if (copy.isPuttingBack())
-            return putBackLeft(copy, original);
-        break;
-    case SourceState::Changed:
-    case SourceState::Replaced:
-        break;
-    case SourceState::Unknown:
-        return QStringLiteral(
-                   "A run over %1 was cut short, and it cannot be read now; what it was before is in %2.")
-            .arg(shown(original.path), shown(copy.path()));
-    }
-    return keepLeft(copy, original);
-}
-
-/// The copy was not written to the end: the compressor had not started, or the disk has a fault.
-QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
-{
-    if (stateOfSource(original, copy) == SourceState::Same) {
-        copy.remove();
-        return {};
-    }
-    return keepUnreadable(copy, QStringLiteral("A safety copy of %1").arg(shown(original.path)));
-}
-
-/// What is to be said of it; empty for nothing.
-QString takeUp(OriginalSlot &copy, const QByteArray &source)
-{
-    const auto [content, original] = copy.read();
-    if (!source.isEmpty() &&
-        (!original || (original->path != source && resolved(original->file) != resolved(source))))
-        return {};
-    switch (content) {
-    case OriginalSlot::Content::Nothing:
-        copy.remove();
-        break;
-    case OriginalSlot::Content::Source:
-        return takeUpSource(copy, *original);
-    case OriginalSlot::Content::Damaged:
-        return takeUpDamaged(copy, *original);
-    case OriginalSlot::Content::Unknown:
-        return keepUnreadable(copy, QStringLiteral("A safety copy"));
-    case OriginalSlot::Content::Unreadable:
-        return QStringLiteral("The safety copy %1 cannot be read now; the next start tries again.")
-            .arg(shown(copy.path()));
-    }
-    return {};
-}
-
-} // namespace
-
-QStringList putBackAfterInterruption(const QStringList &originals, const QByteArray &source)
-{
-    QStringList sentences;
-    for (const QString &path : originals) {
-        QString error;
-        std::optional<PrivateFolder> folder = PrivateFolder::open(path, error);
-        if (!folder) {
-            if (source.isEmpty() && !error.isEmpty())
-                sentences.append(
-                    QStringLiteral("The safety copies in %1 are not looked at: %2.").arg(path, error));
-            continue;
-        }
-        QStringList refused;
-        for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused)) {
-            if (const QString sentence = takeUp(copy, source); !sentence.isEmpty())
-                sentences.append(sentence);
-        }
-        for (const QString &file : source.isEmpty() ? refused : QStringList())
-            sentences.append(
-                QStringLiteral("The safety copy %1 is not used, as it may be somebody else's.").arg(file));
-    }
-    return sentences;
 }
 
 } // namespace brevant

@@ -104,14 +104,4 @@ private:
     Descriptor m_gzipHeld;
 };
 
-/// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
-/// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
-/// living process has in use there is left alone. With `source`, only what is left of that one is looked at.
-///
-/// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
-/// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
-/// now.
-[[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals,
-                                                   const QByteArray &source = QByteArray());
-
 } // namespace brevant

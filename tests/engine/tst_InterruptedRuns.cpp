@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/originals/SafetyCopy.h"
+#include "engine/originals/PutBack.h"
 #include "tests/engine/LeftCopy.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 #include "engine/EntryResult.h"
 #include "engine/JobDisplay.h"
 #include "engine/MinifyJob.h"
-#include "engine/originals/SafetyCopy.h"
+#include "engine/originals/PutBack.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
