@@ -49,6 +49,13 @@ AppFixture::AppFixture(const QDBusConnection &bus)
     table = window.ui().filesTable;
 }
 
+AppFixture::~AppFixture()
+{
+    // What a test that fails has made a compressor wait for.
+    QFile::remove(folder.filePath(QStringLiteral("gate")));
+    jobs.stopAndWait();
+}
+
 QString AppFixture::file(const QString &name, const QByteArray &text) const
 {
     const QString path = folder.filePath(name);

@@ -34,7 +34,7 @@
 /// without a session bus unless one is given, and with addresses written down instead of opened.
 struct AppFixture {
     explicit AppFixture(const QDBusConnection &bus = QDBusConnection(QStringLiteral("no bus")));
-    ~AppFixture() { jobs.stopAndWait(); }
+    ~AppFixture();
 
     /// Makes a file in the fixture's folder; `text` tells the stub what to do.
     QString file(const QString &name, const QByteArray &text = "copy") const;
