@@ -107,8 +107,11 @@ class Program:
     # Hands.
 
     def active_title(self):
+        """Only once the keys go there, too."""
         try:
-            return self.session.run("xdotool", "getactivewindow", "getwindowname").decode().strip()
+            active, focused = (self.session.run("xdotool", which).decode().strip()
+                               for which in ("getactivewindow", "getwindowfocus"))
+            return self.session.run("xdotool", "getwindowname", active).decode().strip() if active == focused else ""
         except Failure:
             return ""
 
