@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/OutputClaims.h"
 #include "cli/ParallelRun.h"
 #include "engine/JobDisplay.h"
 #include "queue/FileQueue.h"
@@ -154,6 +155,34 @@ private Q_SLOTS:
         QCOMPARE(run(1), MinifyJob::End::Completed);
         QVERIFY(QFile::exists(path(u"b-x.css"_s)));
         QVERIFY(!QFile::exists(path(u"b.min.css"_s)));
+    }
+
+    void settingsThatBecomeUndecided()
+    {
+        // Each entry would be given the output of the one before.
+        const QString flag = add(u"flag"_s, "here");
+        append(u"a.css"_s, "wait " + QFile::encodeName(flag));
+        append(u"b.css"_s, "copy");
+        append(u"c.css"_s, "copy");
+        m_display->onText = [&](const QString &text) {
+            if (text != u"Minified 1 of 3 items.")
+                return;
+            m_settings->setOverride(1, suffixSwitcherKeyString);
+            QFile::remove(flag);
+        };
+        const std::atomic<Stop> stop = Stop::No;
+        QCOMPARE(
+            ParallelRun(m_queue, *m_settings, m_tools, *m_display, refusalFor(m_queue.entries(), *m_settings))
+                .run(1, stop),
+            MinifyJob::End::Completed);
+        for (std::size_t i = 0; i < 3; ++i)
+            QCOMPARE(m_display->results.at(i).reason(),
+                     i == 0 ? QString()
+                            : u"not minified: its output %1 is that of another file in the list"_s.arg(
+                                  path(u"a.min.css"_s)));
+        QFile output(path(u"a.min.css"_s));
+        QVERIFY(output.open(QIODevice::ReadOnly));
+        QCOMPARE(output.readAll(), "minified " + QFile::encodeName(path(u"a.css"_s)));
     }
 
     void withoutThreads()

@@ -84,7 +84,7 @@ def wrong(mode, arguments, name):
 
 
 def colon(full):
-    """An output whose name holds a colon is written over the source."""
+    """An output whose name holds a colon would be written over the source, and so nothing is run."""
     tally = Tally("colon in the output's name")
     with Place(sources(3)) as place:
         ended = place.run("--set", "suffixKeyString=:x", *place.files)
