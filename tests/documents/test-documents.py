@@ -114,9 +114,12 @@ class ManualPages(unittest.TestCase):
             (Path(folder) / "good.css").write_text("a { color: red }\n")
             (Path(folder) / "bad.js").write_text("var = ;\n")
             settings = Path(folder) / "settings.json"
-            settings.write_text("{}")
+            settings.write_text('{"suffixSwitcherKeyString": false}')
+            state = Path(folder) / "state"
+            state.write_text("no folder, so that the safety copies are elsewhere, which a note tells")
             report = Path(folder) / "report.json"
             ended = subprocess.run([BUILD / "brevant-cli", "--settings", settings, "--report", report, folder],
+                                   env={**os.environ, "XDG_STATE_HOME": str(state), "TMPDIR": folder},
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
             self.assertEqual(ended.returncode, 1, ended.stdout)
             report = json.loads(report.read_text())
