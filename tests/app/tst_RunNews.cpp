@@ -325,7 +325,7 @@ private Q_SLOTS:
     {
         AppFixture &app = filled({"cut 1 and more text", "copy"});
         app.settings.setOverride(false, suffixSwitcherKeyString);
-        app.services.tools.originals = app.folder.filePath(u"originals"_s);
+        app.services.tools.originals = {app.folder.filePath(u"originals"_s)};
         AppController controller(app.services, app.window.outlets());
         QVERIFY(QTest::qWaitForWindowActive(&app.window));
         controller.minify();
