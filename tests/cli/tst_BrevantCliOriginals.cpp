@@ -93,6 +93,7 @@ private Q_SLOTS:
     void theNextRunAtOnce();
     void theDiskRefusesTheResult();
     void closedStreams();
+    void withoutAHome();
 
 private:
     QString m_noNamespace;
@@ -405,6 +406,23 @@ void tst_BrevantCliOriginals::closedStreams()
     const Ended ended = sandbox.runShell(u"\"$CLI\" \"$@\" a.css <&- >&- 2>&-"_s, inPlace);
     QCOMPARE(ended.status, 1);
     QVERIFY2(sandbox.read(u"a.css"_s) == source, sandbox.read(u"a.css"_s));
+}
+
+void tst_BrevantCliOriginals::withoutAHome()
+{
+    Sandbox sandbox;
+    for (const QString &variable : {u"HOME"_s, u"XDG_STATE_HOME"_s, u"XDG_CONFIG_HOME"_s})
+        sandbox.environment.remove(variable);
+    sandbox.environment.insert(u"TMPDIR"_s, sandbox.home());
+    sandbox.add(u"a.css"_s, css);
+    const auto madeAtTheRoot = [] {
+        return QDir(u"/"_s).entryList({u".local"_s, u".config"_s}, QDir::AllEntries | QDir::Hidden);
+    };
+    const QStringList before = madeAtTheRoot();
+    const Ended ended = sandbox.run(inPlace + QStringList{u"a.css"_s});
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(sandbox.read(u"a.css"_s), QByteArray("a{b:c}"));
+    QCOMPARE(madeAtTheRoot(), before);
 }
 
 QTEST_GUILESS_MAIN(tst_BrevantCliOriginals)
