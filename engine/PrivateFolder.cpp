@@ -172,7 +172,7 @@ std::optional<QByteArray> PrivateFolder::keep(int file, off_t offset, qint64 siz
     if (copied == size && uninterrupted([&] { return ::fsync(target.number()); }) == 0 && flush())
         return pathOf(kept);
     const int error = errno;
-    removeFile(kept);
+    static_cast<void>(removeFile(kept));
     errno = error;
     return std::nullopt;
 }

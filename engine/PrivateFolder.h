@@ -34,8 +34,9 @@ public:
     /// somebody else's), on failure.
     [[nodiscard]] Descriptor openFile(const QByteArray &name) const;
 
-    bool removeFile(const QByteArray &name) const;
-    bool renameFile(const QByteArray &from, const QByteArray &to) const;
+    /// False, with errno set, on failure.
+    [[nodiscard]] bool removeFile(const QByteArray &name) const;
+    [[nodiscard]] bool renameFile(const QByteArray &from, const QByteArray &to) const;
 
     /// Waits until the names in the folder are on the disk; false, with errno set, on failure.
     [[nodiscard]] bool flush() const;

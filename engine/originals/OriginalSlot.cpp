@@ -172,7 +172,7 @@ QByteArray OriginalSlot::setAside() const
 
 void OriginalSlot::remove() const
 {
-    m_folder->removeFile(m_name);
+    static_cast<void>(m_folder->removeFile(m_name));
 }
 
 SourceState glanceAtSource(const OriginalRecord &original)

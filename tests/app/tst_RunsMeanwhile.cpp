@@ -340,7 +340,8 @@ void tst_RunsMeanwhile::endRound(Place place)
         if (now != text && !(place == Place::Same && now == "minified " + path.toUtf8()))
             QFAIL(qPrintable(QStringLiteral("%1 is \"%2\"").arg(path, QString::fromUtf8(now.left(60)))));
     }
-    QCOMPARE(QDir(m_app->services.tools.originals.first()).entryList({QStringLiteral("*.original")}), QStringList());
+    QCOMPARE(QDir(m_app->services.tools.originals.first()).entryList({QStringLiteral("*.original")}),
+             QStringList());
     m_app->controller->clear();
 }
 

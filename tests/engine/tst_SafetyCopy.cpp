@@ -378,7 +378,8 @@ private:
 
     EntryResult run(const QString &source, const std::optional<QString> &output)
     {
-        EntryRun entryRun(m_queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings), m_stop);
+        EntryRun entryRun(m_queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings),
+                          m_stop);
         const std::optional<EntryResult> result = entryRun.run(source, output, output);
         return result.value_or(EntryResult());
     }
