@@ -23,11 +23,6 @@ namespace brevant {
 
 namespace {
 
-QString shown(const QByteArray &path)
-{
-    return QFile::decodeName(path);
-}
-
 QByteArray folderOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
@@ -118,7 +113,7 @@ QString makeAnew(const OriginalRecord &original, bool replaces, const std::funct
             flushFolder(folderOf(original.file)))
             return {};
     }
-    const QString error = qt_error_string(errno);
+    QString error = qt_error_string(errno);
     ::unlink(temporary.constData());
     return error;
 }
@@ -255,7 +250,8 @@ namespace {
 /// Renames a slot whose content cannot be trusted, so that it is said once.
 QString keepUnreadable(const OriginalSlot &copy, const QString &what)
 {
-    return QStringLiteral("%1 is damaged and of no use; it is kept as %2.").arg(what, shown(copy.setAside()));
+    return QStringLiteral("%1 is damaged and of no use; it is kept as %2.")
+        .arg(what, QFile::decodeName(copy.setAside()));
 }
 
 /// Makes a plain file of the content of a slot and drops the slot; the sentence about it.
@@ -264,11 +260,11 @@ QString keepLeft(const OriginalSlot &copy, const OriginalRecord &original)
     if (const std::optional<QByteArray> path = copy.keep(original)) {
         copy.remove();
         return QStringLiteral("A run over %1 was cut short; what it was before is kept as %2.")
-            .arg(shown(original.path), shown(*path));
+            .arg(QFile::decodeName(original.path), QFile::decodeName(*path));
     }
     return QStringLiteral(
                "A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3.")
-        .arg(shown(original.path), shown(copy.path()), qt_error_string(errno));
+        .arg(QFile::decodeName(original.path), QFile::decodeName(copy.path()), qt_error_string(errno));
 }
 
 QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
@@ -279,10 +275,10 @@ QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
         return QStringLiteral(
                    "%1 was lost when a run was cut short, and cannot be put back now: %2. The next start "
                    "tries again, with the copy %3.")
-            .arg(shown(original.path), error, shown(copy.path()));
+            .arg(QFile::decodeName(original.path), error, QFile::decodeName(copy.path()));
     copy.remove();
     QString sentence = QStringLiteral("%1 was lost when a run was cut short, and has been put back")
-                           .arg(shown(original.path));
+                           .arg(QFile::decodeName(original.path));
     if (!done.lacks.isEmpty())
         sentence += QStringLiteral(", but not its %1").arg(done.lacks);
     return sentence + u'.';
@@ -307,7 +303,7 @@ QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original)
     case SourceState::Unknown:
         return QStringLiteral(
                    "A run over %1 was cut short, and it cannot be read now; what it was before is in %2.")
-            .arg(shown(original.path), shown(copy.path()));
+            .arg(QFile::decodeName(original.path), QFile::decodeName(copy.path()));
     }
     return keepLeft(copy, original);
 }
@@ -319,7 +315,7 @@ QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
         copy.remove();
         return {};
     }
-    return keepUnreadable(copy, QStringLiteral("A safety copy of %1").arg(shown(original.path)));
+    return keepUnreadable(copy, QStringLiteral("A safety copy of %1").arg(QFile::decodeName(original.path)));
 }
 
 /// What is to be said of it; empty for nothing.
@@ -341,7 +337,7 @@ QString takeUp(OriginalSlot &copy, const QByteArray &source)
         return keepUnreadable(copy, QStringLiteral("A safety copy"));
     case OriginalSlot::Content::Unreadable:
         return QStringLiteral("The safety copy %1 cannot be read now; the next start tries again.")
-            .arg(shown(copy.path()));
+            .arg(QFile::decodeName(copy.path()));
     }
     return {};
 }

@@ -22,11 +22,6 @@ namespace {
 
 using Outcome = EntryResult::Outcome;
 
-QString shown(const QByteArray &path)
-{
-    return QFile::decodeName(path);
-}
-
 bool isRegular(const QByteArray &path)
 {
     struct stat status {};
@@ -130,7 +125,7 @@ bool SafetyCopy::takeTurn()
         m_notes.append(
             QStringLiteral("No file can be locked in %1, so two runs at once over one source are not "
                            "kept apart (%2).")
-                .arg(shown(m_folder->path()), qt_error_string(errno)));
+                .arg(QFile::decodeName(m_folder->path()), qt_error_string(errno)));
     return true;
 }
 
@@ -236,22 +231,23 @@ void SafetyCopy::finishReplaced(EntryResult &result, bool gzipWanted)
 {
     if (gzipWanted) {
         if (const QString lacks = restoreAttributes(m_record->file, *m_record); !lacks.isEmpty())
-            result.notes.append(QStringLiteral("%1 has another %2.").arg(shown(m_path), lacks));
+            result.notes.append(QStringLiteral("%1 has another %2.").arg(QFile::decodeName(m_path), lacks));
     }
     if (m_danger == Danger::Replaced || m_slot->stateOf(*m_record) == SourceState::Same)
         return;
     const QString why =
         m_danger == Danger::AnotherEntry
             ? QStringLiteral("%1, which is in the list too, was replaced by the output of %2")
-                  .arg(shown(m_path), result.source)
+                  .arg(QFile::decodeName(m_path), result.source)
             : QStringLiteral("%1 was replaced by its output, as the settings were changed during the run")
-                  .arg(shown(m_path));
+                  .arg(QFile::decodeName(m_path));
     if (const std::optional<QByteArray> kept = m_slot->keep(*m_record)) {
-        result.notes.append(QStringLiteral("%1; what it was before is kept as %2.").arg(why, shown(*kept)));
+        result.notes.append(
+            QStringLiteral("%1; what it was before is kept as %2.").arg(why, QFile::decodeName(*kept)));
         return;
     }
     result.notes.append(QStringLiteral("%1; what it was before is in %2 (%3).")
-                            .arg(why, shown(m_slot->path()), qt_error_string(errno)));
+                            .arg(why, QFile::decodeName(m_slot->path()), qt_error_string(errno)));
     leaveSlot();
 }
 
@@ -267,14 +263,14 @@ void SafetyCopy::tellOf(const PutBackResult &done, EntryResult &result) const
 {
     if (!done.lacks.isEmpty())
         result.notes.append(
-            QStringLiteral("%1 was put back, but not its %2.").arg(shown(m_path), done.lacks));
+            QStringLiteral("%1 was put back, but not its %2.").arg(QFile::decodeName(m_path), done.lacks));
 }
 
 void SafetyCopy::putBackFile(EntryResult &result, bool gzipWanted)
 {
     if (mayBeNewer(result)) {
         if (const std::optional<QByteArray> kept = keepContent(*m_record, *m_folder))
-            result.kept = shown(*kept);
+            result.kept = QFile::decodeName(*kept);
     }
     const PutBackResult done = putBack(*m_record, *m_slot, m_held.number(), isOutput() && gzipWanted);
     QString error = done.error;
@@ -286,10 +282,10 @@ void SafetyCopy::putBackFile(EntryResult &result, bool gzipWanted)
     if (m_danger == Danger::AnotherEntry) {
         result.notes.append(
             error.isEmpty()
-                ? QStringLiteral("%1, which is in the list too, was put back.").arg(shown(m_path))
+                ? QStringLiteral("%1, which is in the list too, was put back.").arg(QFile::decodeName(m_path))
                 : QStringLiteral("%1, which is in the list too, could not be put back (%2); the next "
                                  "start tries again.")
-                      .arg(shown(m_path), error));
+                      .arg(QFile::decodeName(m_path), error));
         if (!error.isEmpty())
             leaveSlot();
         return;
@@ -318,7 +314,8 @@ void SafetyCopy::putBackGzipCopy(EntryResult &result)
     const QByteArray path = m_path + ".gz";
     const QString error = m_gzipRecord ? putFileBack(*m_gzipRecord, m_gzipHeld.number()) : QString();
     if (!error.isEmpty())
-        result.notes.append(QStringLiteral("%1 could not be put back: %2.").arg(shown(path), error));
+        result.notes.append(
+            QStringLiteral("%1 could not be put back: %2.").arg(QFile::decodeName(path), error));
     else if (!m_gzipRecord && isRegular(path))
         ::unlink(path.constData());
 }
