@@ -181,6 +181,7 @@ void tst_BrevantCliRefusals::reportOverAFileOfTheRun_data()
     QTest::newRow("source, by a hard link") << u"hard"_s;
     QTest::newRow("output") << u"a.min.css"_s;
     QTest::newRow("output, through a link to the folder") << u"here/a.min.css"_s;
+    QTest::newRow("output, by a link") << u"end"_s;
     QTest::newRow("gzip copy") << u"./a.min.css.gz"_s;
     QTest::newRow("settings") << u"s.json"_s;
 }
@@ -193,6 +194,7 @@ void tst_BrevantCliRefusals::reportOverAFileOfTheRun()
     sandbox.add(u"s.json"_s, "{}");
     sandbox.add(u"sub/x"_s, "");
     QVERIFY(QFile::link(u"a.css"_s, sandbox.path(u"soft"_s)));
+    QVERIFY(QFile::link(u"a.min.css"_s, sandbox.path(u"end"_s)));
     QVERIFY(QFile::link(u"."_s, sandbox.path(u"here"_s)));
     QCOMPARE(::link(QFile::encodeName(sandbox.path(u"a.css"_s)).constData(),
                     QFile::encodeName(sandbox.path(u"hard"_s)).constData()),

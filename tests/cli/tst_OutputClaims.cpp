@@ -31,6 +31,8 @@ private Q_SLOTS:
                  0);
         QVERIFY(QFile::link(u"."_s, m_folder.filePath(u"here"_s)));
         QVERIFY(QDir(m_folder.path()).mkdir(u"o"_s));
+        QVERIFY(QFile::link(u"o/later.css"_s, m_folder.filePath(u"end1.css"_s)));
+        QVERIFY(QFile::link(u"o/later.css"_s, m_folder.filePath(u"end2.css"_s)));
     }
 
     void claims_data()
@@ -69,6 +71,8 @@ private Q_SLOTS:
             << Pairs{{u"a.css"_s, u"x.css"_s}, {u"b.css"_s, u"soft.css"_s}} << u"run source"_s;
         QTest::newRow("through a folder's link")
             << Pairs{{u"a.css"_s, u"new.css"_s}, {u"b.css"_s, u"here/new.css"_s}} << u"run output"_s;
+        QTest::newRow("links to what is not there yet")
+            << Pairs{{u"a.css"_s, u"end1.css"_s}, {u"b.css"_s, u"end2.css"_s}} << u"run output"_s;
         QTest::newRow("what is refused claims nothing")
             << Pairs{{u"a.css"_s, u"b.css"_s}, {u"b.css"_s, u"b.css"_s}} << u"source run"_s;
         QTest::newRow("no output") << Pairs{{u"a.css"_s, u""_s}, {u"soft.css"_s, u""_s}} << u"run run"_s;
