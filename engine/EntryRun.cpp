@@ -72,8 +72,11 @@ std::optional<EntryResult> EntryRun::run(const QString &entry, const std::option
     const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
     const QString error = keepSafe(source, target, outputAtStart);
     EntryWatch watch(source, target);
-    if (!error.isEmpty())
-        return watch.notSafe(error);
+    if (!error.isEmpty()) {
+        EntryResult result = watch.notSafe(error);
+        m_safetyCopy.finish(result, false);
+        return result;
+    }
 
     m_options.readSwitches(m_settings);
     java = std::make_unique<ChildProcess>(m_tools.java, m_tools.folder,

@@ -8,7 +8,9 @@
 #include <QFile>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -37,6 +39,12 @@ bool isProgramAlive(const QByteArray &name)
     return program > 0 && (::kill(program, 0) == 0 || errno == EPERM);
 }
 
+std::optional<OriginalRecord> recordIn(const Descriptor &file)
+{
+    const std::optional<QByteArray> bytes = FileBytes::read(file.number(), flagAt, 0);
+    return bytes ? OriginalRecord::fromBytes(*bytes) : std::nullopt;
+}
+
 } // namespace
 
 OriginalSlot::OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file)
@@ -61,11 +69,19 @@ std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
     return std::nullopt;
 }
 
-std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringList &refused)
+std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringList &refused,
+                                               const std::function<bool(const OriginalRecord &)> &waitsFor)
 {
+    constexpr std::chrono::milliseconds pause(20);
     std::vector<OriginalSlot> slots;
     for (const QByteArray &name : folder.namesEndingIn(suffix)) {
-        const PrivateFolder::Lock lock = folder.tryLock(name);
+        PrivateFolder::Lock lock = folder.tryLock(name);
+        for (; lock == PrivateFolder::Lock::InUse && waitsFor; lock = folder.tryLock(name)) {
+            const std::optional<OriginalRecord> record = recordIn(folder.openFile(name));
+            if (!record || !waitsFor(*record))
+                break;
+            std::this_thread::sleep_for(pause);
+        }
         if (lock == PrivateFolder::Lock::InUse ||
             (lock == PrivateFolder::Lock::Refused && isProgramAlive(name)))
             continue;

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -52,8 +53,11 @@ public:
     [[nodiscard]] static std::optional<OriginalSlot> makeIn(PrivateFolder &folder);
 
     /// The slots left by programs that have ended, each locked by us now. `refused` gets the paths of files
-    /// that are named so and might be somebody else's.
-    [[nodiscard]] static std::vector<OriginalSlot> leftIn(PrivateFolder &folder, QStringList &refused);
+    /// that are named so and might be somebody else's. One in use is waited for while `waitsFor` holds for
+    /// its record.
+    [[nodiscard]] static std::vector<OriginalSlot>
+    leftIn(PrivateFolder &folder, QStringList &refused,
+           const std::function<bool(const OriginalRecord &)> &waitsFor = {});
 
     OriginalSlot(OriginalSlot &&) = default;
     OriginalSlot &operator=(OriginalSlot &&) = default;

@@ -4,6 +4,7 @@
 
 #include "engine/FileBytes.h"
 #include "engine/PrivateFolder.h"
+#include "engine/Stop.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
 #include "settings/Descriptor.h"
@@ -11,6 +12,8 @@
 
 #include <QFile>
 
+#include <array>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -160,14 +163,41 @@ bool isSameFile(const struct stat &a, const struct stat &b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-} // namespace
-
-QByteArray resolvedPath(const QByteArray &path)
+/// The path without links in its folder's.
+QByteArray placeOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
     const std::unique_ptr<char, decltype(&std::free)> folder(
         ::realpath(path.first(slash + 1).constData(), nullptr), &std::free);
     return folder ? QByteArray(folder.get()) + path.sliced(slash) : path;
+}
+
+QByteArray markOfFile(quint64 device, quint64 inode)
+{
+    return QByteArray::number(device) + ' ' + QByteArray::number(inode);
+}
+
+bool isOf(const OriginalRecord &original, const QByteArray &source)
+{
+    const QByteArrayList marks = marksOf(source);
+    return original.path == source || marks.contains(placeOf(original.file)) ||
+           marks.contains(markOfFile(original.device, original.inode));
+}
+
+} // namespace
+
+QByteArrayList marksOf(const QByteArray &path)
+{
+    QByteArrayList marks{placeOf(path)};
+    // For a file that is missing too, the GNU C library tells the place.
+    std::array<char, PATH_MAX> target{};
+    const bool isTold = ::realpath(path.constData(), target.data()) != nullptr || errno == ENOENT;
+    if (isTold && target.data() != marks.first())
+        marks.append(QByteArray(target.data()));
+    struct stat status {};
+    if (::stat(path.constData(), &status) == 0)
+        marks.append(markOfFile(status.st_dev, status.st_ino));
+    return marks;
 }
 
 PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held, bool replaces)
@@ -322,8 +352,7 @@ QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
 QString takeUp(OriginalSlot &copy, const QByteArray &source)
 {
     const auto [content, original] = copy.read();
-    if (!source.isEmpty() &&
-        (!original || (original->path != source && resolvedPath(original->file) != resolvedPath(source))))
+    if (!source.isEmpty() && (!original || !isOf(*original, source)))
         return {};
     switch (content) {
     case OriginalSlot::Content::Nothing:
@@ -344,8 +373,12 @@ QString takeUp(OriginalSlot &copy, const QByteArray &source)
 
 } // namespace
 
-QStringList putBackAfterInterruption(const QStringList &originals, const QByteArray &source)
+QStringList putBackAfterInterruption(const QStringList &originals, const QByteArray &source,
+                                     const std::atomic<Stop> *stop)
 {
+    const auto waitsFor = [&](const OriginalRecord &original) {
+        return stop != nullptr && *stop == Stop::No && isOf(original, source);
+    };
     QStringList sentences;
     for (const QString &path : originals) {
         QString error;
@@ -357,7 +390,7 @@ QStringList putBackAfterInterruption(const QStringList &originals, const QByteAr
             continue;
         }
         QStringList refused;
-        for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused)) {
+        for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused, waitsFor)) {
             if (const QString sentence = takeUp(copy, source); !sentence.isEmpty())
                 sentences.append(sentence);
         }

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <optional>
 
 namespace brevant {
@@ -13,6 +15,7 @@ namespace brevant {
 struct OriginalRecord;
 class OriginalSlot;
 class PrivateFolder;
+enum class Stop;
 
 /// What came of putting a source back.
 struct PutBackResult {
@@ -30,8 +33,9 @@ struct PutBackResult {
 [[nodiscard]] PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held = -1,
                                     bool replaces = false);
 
-/// The path without links in its folder's; the file may itself be missing for a moment.
-[[nodiscard]] QByteArray resolvedPath(const QByteArray &path);
+/// What a file is known by, so that runs find that it is the same: its place in its folder, as it may be
+/// missing for a moment; the place at the end of its links; and the file itself, as it may have other names.
+[[nodiscard]] QByteArrayList marksOf(const QByteArray &path);
 
 /// Makes the source the symbolic link again that it was, where nothing is there now; or a file, if one may be
 /// replaced. Returns the reason of a failure, or an empty text.
@@ -52,12 +56,14 @@ struct PutBackResult {
 
 /// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
 /// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
-/// living process has in use there is left alone. With `source`, only what is left of that one is looked at.
+/// living process has in use there is left alone. With `source`, only what is left of that one is looked at,
+/// and a program that is putting it back is waited for until `stop` says otherwise.
 ///
 /// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
 /// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
 /// now.
 [[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals,
-                                                   const QByteArray &source = QByteArray());
+                                                   const QByteArray &source = QByteArray(),
+                                                   const std::atomic<Stop> *stop = nullptr);
 
 } // namespace brevant

@@ -58,19 +58,26 @@ SafetyCopy::~SafetyCopy()
 QString SafetyCopy::make(const QString &file, Danger danger)
 {
     end();
-    if (danger == Danger::None || m_folders.isEmpty())
-        return {};
     m_danger = danger;
     m_path = QFile::encodeName(file);
+    const QString inTurn = QStringLiteral("another run is at work on it");
+    if (danger == Danger::None || m_folders.isEmpty())
+        return waitForOthers() ? QString() : inTurn;
     const bool isThere = isRegular(m_path);
     QString error;
     while (openFolder(isThere, error)) {
-        if (!takeTurn())
-            return QStringLiteral("another run is at work on it");
-        m_notes += putBackAfterInterruption(m_folders, m_path);
+        if (!takeTurn(*m_folder))
+            return inTurn;
+        m_notes += putBackAfterInterruption(m_folders, m_path, &m_stop);
         QString noAccess;
-        if (!hold(noAccess) || fill())
+        if (!hold(noAccess))
             return noAccess;
+        if (fill()) {
+            if (!error.isEmpty())
+                m_notes.append(QStringLiteral("The safety copies of this run are in %1: %2 takes none (%3).")
+                                   .arg(QFile::decodeName(m_folder->path()), m_folders.first(), error));
+            return {};
+        }
         leaveFolder(error);
     }
     m_folderIndex = 0;
@@ -82,14 +89,9 @@ bool SafetyCopy::openFolder(bool make, QString &error)
 {
     for (; !m_folder && m_folderIndex < m_folders.size(); ++m_folderIndex) {
         QString reason;
-        const QString &path = m_folders.at(m_folderIndex);
-        m_folder = PrivateFolder::open(path, reason, make);
-        if (m_folder) {
-            if (!error.isEmpty())
-                m_notes.append(QStringLiteral("The safety copies of this run are in %1: %2 takes none (%3).")
-                                   .arg(path, m_folders.first(), error));
+        m_folder = PrivateFolder::open(m_folders.at(m_folderIndex), reason, make);
+        if (m_folder)
             break;
-        }
         if (error.isEmpty())
             error = reason;
     }
@@ -109,23 +111,50 @@ void SafetyCopy::leaveFolder(QString &error)
     ++m_folderIndex;
 }
 
-bool SafetyCopy::takeTurn()
+/// For a file that is read only: no run may have it half written when its compressor starts.
+bool SafetyCopy::waitForOthers()
+{
+    for (const QString &path : m_folders) {
+        QString error;
+        if (std::optional<PrivateFolder> folder = PrivateFolder::open(path, error)) {
+            const bool isInTurn = takeTurn(*folder);
+            m_turn.clear(); // it ends with this folder
+            if (!isInTurn)
+                return false;
+        }
+    }
+    m_notes += putBackAfterInterruption(m_folders, m_path, &m_stop);
+    return true;
+}
+
+bool SafetyCopy::takeTurn(PrivateFolder &folder)
 {
     constexpr std::chrono::milliseconds pause(20);
-    const QByteArray name = resolvedPath(m_path);
-    PrivateFolder::Lock lock = m_folder->tryLock(name);
-    for (; lock == PrivateFolder::Lock::InUse; lock = m_folder->tryLock(name)) {
+    for (;;) {
+        const QByteArrayList marks = marksOf(m_path);
+        PrivateFolder::Lock lock = PrivateFolder::Lock::Held;
+        for (auto mark = marks.begin(); mark != marks.end() && lock == PrivateFolder::Lock::Held; ++mark)
+            lock = folder.tryLock(*mark);
+        if (lock == PrivateFolder::Lock::Held && marks == marksOf(m_path)) {
+            m_turn = marks;
+            return true;
+        }
+        const int error = errno;
+        for (const QByteArray &mark : marks)
+            folder.unlock(mark);
+        errno = error;
+        if (lock == PrivateFolder::Lock::Refused)
+            break;
         if (m_stop != Stop::No)
             return false;
+        // None is held meanwhile, so that two runs never wait for each other.
         std::this_thread::sleep_for(pause);
     }
-    if (lock == PrivateFolder::Lock::Held)
-        m_turn = name;
-    else if (!std::exchange(m_saidNoLocks, true))
+    if (m_danger != Danger::None && !std::exchange(m_saidNoLocks, true))
         m_notes.append(
             QStringLiteral("No file can be locked in %1, so two runs at once over one source are not "
                            "kept apart (%2).")
-                .arg(QFile::decodeName(m_folder->path()), qt_error_string(errno)));
+                .arg(QFile::decodeName(folder.path()), qt_error_string(errno)));
     return true;
 }
 
@@ -161,8 +190,8 @@ bool SafetyCopy::fill()
 /// Forgets the entry, and lets others have their turn.
 void SafetyCopy::end()
 {
-    if (!m_turn.isEmpty())
-        m_folder->unlock(std::exchange(m_turn, {}));
+    for (const QByteArray &mark : std::exchange(m_turn, {}))
+        m_folder->unlock(mark);
     m_record.reset();
     m_held = Descriptor();
     m_gzipRecord.reset();

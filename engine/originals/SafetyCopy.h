@@ -46,9 +46,10 @@ public:
     SafetyCopy(const SafetyCopy &) = delete;
     SafetyCopy &operator=(const SafetyCopy &) = delete;
 
-    /// To be called before the compressor starts, and before anything is asked of the file in danger: another
-    /// run may have its turn with it, and then this waits. What such a run has lost is put back. Returns the
-    /// reason why the file cannot be kept safe, and then the entry must not be worked on; else an empty text.
+    /// To be called before the compressor starts, and before anything is asked of the file: another run may
+    /// have its turn with it, and then this waits, even where there is no danger. What such a run has lost is
+    /// put back. Returns the reason why the file cannot be kept safe, and then the entry must not be worked
+    /// on; else an empty text.
     [[nodiscard]] QString make(const QString &file, Danger danger);
 
     /// While this lives, children that are started keep the copy in use, even when this process is killed.
@@ -70,7 +71,8 @@ public:
 private:
     [[nodiscard]] bool openFolder(bool make, QString &error);
     void leaveFolder(QString &error);
-    [[nodiscard]] bool takeTurn();
+    [[nodiscard]] bool waitForOthers();
+    [[nodiscard]] bool takeTurn(PrivateFolder &folder);
     [[nodiscard]] bool hold(QString &error);
     [[nodiscard]] bool fill();
     void end();
@@ -97,7 +99,7 @@ private:
     // Of the entry being worked on:
     Danger m_danger = Danger::None;
     QByteArray m_path;
-    QByteArray m_turn;                          ///< what is locked; empty for nothing
+    QByteArrayList m_turn;                      ///< what is locked; empty for nothing
     std::optional<OriginalRecord> m_record;     ///< of the file in danger, if it is copied
     Descriptor m_held;                          ///< that file
     std::optional<OriginalRecord> m_gzipRecord; ///< of the gzip copy that was there before, and that file

@@ -4,6 +4,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/engine/LeftCopy.h"
 
 #include <QDir>
 #include <QFile>
@@ -287,10 +288,26 @@ private Q_SLOTS:
         }
     }
 
+    void runsTakeTurns_data()
+    {
+        QTest::addColumn<QString>("name"); // of the same file
+        QTest::addColumn<Danger>("danger");
+        QTest::newRow("its name") << u"a.css"_s << Danger::Replaced;
+        QTest::newRow("a link") << u"link.css"_s << Danger::Replaced;
+        QTest::newRow("a hard link") << u"hard.css"_s << Danger::Replaced;
+        QTest::newRow("only read") << u"a.css"_s << Danger::None;
+    }
+
     void runsTakeTurns()
     {
+        QFETCH(QString, name);
+        QFETCH(Danger, danger);
         const QString source = add(u"a.css"_s, "copy");
         const QString another = add(u"b.css"_s, "copy");
+        const QByteArray bytes = QFile::encodeName(source);
+        const QString again = path(u"site/"_s + name);
+        QVERIFY(QFile::link(source, path(u"site/link.css"_s)));
+        QCOMPARE(::link(bytes.constData(), QFile::encodeName(path(u"site/hard.css"_s)).constData()), 0);
         SafetyCopy first(m_tools.originals, m_stop);
         QCOMPARE(first.make(source, Danger::Replaced), QString());
         QVERIFY(QFile::remove(source)); // as gzip does for a moment
@@ -301,7 +318,7 @@ private Q_SLOTS:
         QString error;
         std::thread thread([&] {
             hasBegun = true;
-            error = second.make(source, Danger::Replaced);
+            error = second.make(again, danger);
             wasInTurn = firstEnds;
         });
         while (!hasBegun)
@@ -317,9 +334,46 @@ private Q_SLOTS:
         thread.join();
         QVERIFY(wasInTurn);
         QCOMPARE(error, QString());
-        QCOMPARE(::truncate(QFile::encodeName(source).constData(), 0), 0);
+        if (danger == Danger::None)
+            return;
+        QCOMPARE(::truncate(QFile::encodeName(again).constData(), 0), 0);
         second.finish(result, false);
-        QCOMPARE(bytesOf(source), "copy"_ba);
+        QCOMPARE(bytesOf(again), "copy"_ba);
+    }
+
+    void whatAnotherStartPutsBackIsWaitedFor_data()
+    {
+        QTest::addColumn<Danger>("danger");
+        QTest::newRow("in danger") << Danger::Replaced;
+        QTest::newRow("only read") << Danger::None;
+    }
+
+    void whatAnotherStartPutsBackIsWaitedFor()
+    {
+        QFETCH(Danger, danger);
+        const QString source = add(u"a.css"_s, "copy");
+        const QString another = add(u"b.css"_s, "copy");
+        QVERIFY(test::LeftCopy(source, m_originals).isFilled());
+        QCOMPARE(::truncate(QFile::encodeName(source).constData(), 0), 0);
+        QString error;
+        QStringList refused;
+        std::optional<PrivateFolder> folder = PrivateFolder::open(m_originals, error);
+        QVERIFY(folder);
+        QCOMPARE(OriginalSlot::leftIn(*folder, refused).size(), 1U); // locked by this start now
+        SafetyCopy copy(m_tools.originals, m_stop);
+        QByteArray now;
+        std::thread thread([&] {
+            error = copy.make(source, danger);
+            now = bytesOf(source);
+        });
+        for (int i = 0; i < 20; ++i) { // time enough to go on with the empty file
+            SafetyCopy other(m_tools.originals, m_stop);
+            QCOMPARE(other.make(another, Danger::Replaced), QString());
+        }
+        folder.reset();
+        thread.join();
+        QCOMPARE(error, QString());
+        QCOMPARE(now, "copy"_ba);
     }
 
     void withoutACopyNothingIsRun_data()
