@@ -7,12 +7,15 @@
 #include "settings/StandardStreams.h"
 
 #include <clocale>
+#include <csignal>
 
 int main(int argc, char *argv[])
 {
     using namespace brevant;
 
     openClosedStandardStreams();
+    // Past a limit of the shell's, ulimit -f, a file is one that the disk has no room for.
+    std::signal(SIGXFSZ, SIG_IGN);
     // For the width of characters alone; the environment, which the compressors inherit, stays as it is.
     std::setlocale(LC_CTYPE, "C.UTF-8");
 

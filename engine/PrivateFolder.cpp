@@ -180,8 +180,10 @@ std::optional<QByteArray> PrivateFolder::keep(int file, off_t offset, qint64 siz
 PrivateFolder::Lock PrivateFolder::tryLock(QByteArrayView name)
 {
     struct flock byte = byteOf(name, F_WRLCK);
-    if (!m_locks.isOpen())
+    if (!m_locks.isOpen()) {
+        errno = ENOLCK;
         return Lock::Refused;
+    }
     if (uninterrupted([&] { return ::fcntl(m_locks.number(), F_OFD_SETLK, &byte); }) == 0)
         return Lock::Held;
     return errno == EAGAIN || errno == EACCES ? Lock::InUse : Lock::Refused;

@@ -29,7 +29,8 @@ QByteArray folderOf(const QByteArray &path)
     return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
 }
 
-/// The path at the end of a chain of symbolic links; the file itself need not exist.
+} // namespace
+
 QByteArray linkTarget(QByteArray path)
 {
     QByteArray buffer(PATH_MAX, Qt::Uninitialized);
@@ -43,8 +44,6 @@ QByteArray linkTarget(QByteArray path)
     }
     return path;
 }
-
-} // namespace
 
 bool flushFolder(const QByteArray &path)
 {

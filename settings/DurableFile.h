@@ -11,6 +11,9 @@
 
 namespace brevant {
 
+/// The path at the end of a chain of symbolic links; the file itself need not exist.
+[[nodiscard]] QByteArray linkTarget(QByteArray path);
+
 /// Waits until the names in the folder are on the disk; false, with errno set, on failure.
 [[nodiscard]] bool flushFolder(const QByteArray &path);
 

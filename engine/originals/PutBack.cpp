@@ -12,8 +12,6 @@
 
 #include <QFile>
 
-#include <array>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -189,11 +187,8 @@ bool isOf(const OriginalRecord &original, const QByteArray &source)
 QByteArrayList marksOf(const QByteArray &path)
 {
     QByteArrayList marks{placeOf(path)};
-    // For a file that is missing too, the GNU C library tells the place.
-    std::array<char, PATH_MAX> target{};
-    const bool isTold = ::realpath(path.constData(), target.data()) != nullptr || errno == ENOENT;
-    if (isTold && target.data() != marks.first())
-        marks.append(QByteArray(target.data()));
+    if (const QByteArray end = placeOf(linkTarget(path)); end != marks.first())
+        marks.append(end);
     struct stat status {};
     if (::stat(path.constData(), &status) == 0)
         marks.append(markOfFile(status.st_dev, status.st_ino));
@@ -222,9 +217,11 @@ PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int he
     return result;
 }
 
-QString restoreAttributes(const QByteArray &path, const OriginalRecord &original)
+QString restoreAttributes(const OriginalRecord &original)
 {
-    const Descriptor file = openSource(path, O_RDONLY);
+    Descriptor file = openSource(original.path, O_RDONLY);
+    if (!file.isOpen() && errno == ELOOP)
+        file = openSource(original.file, O_RDONLY);
     if (!file.isOpen())
         return qt_error_string(errno);
     return original.restoreOn(file.number(), false);

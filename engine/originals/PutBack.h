@@ -41,9 +41,9 @@ struct PutBackResult {
 /// replaced. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putBackLink(const OriginalRecord &original, bool replacesFile);
 
-/// Gives the file of that path what `original` had besides content and times. Returns what could not be
-/// given, or an empty text.
-[[nodiscard]] QString restoreAttributes(const QByteArray &path, const OriginalRecord &original);
+/// Gives the file that is there now, be it one that gzip has put into the place of a link, what `original`
+/// had besides content and times. Returns what could not be given, or an empty text.
+[[nodiscard]] QString restoreAttributes(const OriginalRecord &original);
 
 /// Gives its name back to the open file `held` that `original` tells of, if another has taken it: by a new
 /// link where it has a name left, else by a copy. Returns the reason of a failure, or an empty text.

@@ -259,7 +259,7 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 void SafetyCopy::finishReplaced(EntryResult &result, bool gzipWanted)
 {
     if (gzipWanted) {
-        if (const QString lacks = restoreAttributes(m_record->file, *m_record); !lacks.isEmpty())
+        if (const QString lacks = restoreAttributes(*m_record); !lacks.isEmpty())
             result.notes.append(QStringLiteral("%1 has another %2.").arg(QFile::decodeName(m_path), lacks));
     }
     if (m_danger == Danger::Replaced || m_slot->stateOf(*m_record) == SourceState::Same)

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void killedWhileTheCompressorLivesOn();
     void twoProcesses();
     void noRoomForTheCopy();
+    void aLimitOfTheShell();
     void noRoomForTheOutput();
     void readOnlyFolder();
     void aCopyOnAReadOnlyDisk();
@@ -270,6 +271,20 @@ void tst_BrevantCliOriginals::noRoomForTheCopy()
         runMounted(sandbox, u"mount -t tmpfs -o size=64k none \"$XDG_STATE_HOME\""_s, {u"b.css"_s});
     QCOMPARE(other.status, 0);
     QCOMPARE(sandbox.read(u"b.min.css"_s), QByteArray("a{b:c}"));
+}
+
+void tst_BrevantCliOriginals::aLimitOfTheShell()
+{
+    const Sandbox sandbox;
+    const QByteArray path = QFile::encodeName(sandbox.add(u"a.css"_s, css));
+    const Ended ended = sandbox.runProgram(
+        u"/bin/sh"_s, QStringList{u"-c"_s, u"ulimit -f 16; exec \"$@\""_s, u"sh"_s, cliProgram()} + inPlace +
+                          QStringList{u"a.css"_s});
+    QCOMPARE(ended.err,
+             "Failed: " + path + ": not minified, as no safety copy of it could be made: File too large\n");
+    QCOMPARE(ended.status, 1);
+    QCOMPARE(sandbox.read(u"a.css"_s), css);
+    QCOMPARE(copies(sandbox), QStringList());
 }
 
 void tst_BrevantCliOriginals::noRoomForTheOutput()
