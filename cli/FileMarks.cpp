@@ -3,14 +3,10 @@
 #include "cli/FileMarks.h"
 
 #include "queue/PathString.h"
+#include "settings/DurableFile.h"
 #include "settings/RawBytes.h"
 
 #include <QDir>
-
-#include <array>
-#include <cerrno>
-#include <climits>
-#include <cstdlib>
 
 #include <sys/stat.h>
 
@@ -34,12 +30,9 @@ std::optional<QString> ofFile(const QString &path)
 QStringList all(const QString &path)
 {
     QStringList marks{ofPlace(path)};
-    // The GNU C library tells the end of links even where no file is there yet.
-    std::array<char, PATH_MAX> end{};
-    if (::realpath(RawBytes::encoded(path).constData(), end.data()) != nullptr || errno == ENOENT) {
-        if (const QString mark = ofPlace(RawBytes::decoded(end.data())); mark != marks.first())
-            marks.append(mark);
-    }
+    if (const QString end = ofPlace(RawBytes::decoded(linkTarget(RawBytes::encoded(path))));
+        end != marks.first())
+        marks.append(end);
     if (const std::optional<QString> file = ofFile(path))
         marks.append(*file);
     return marks;

@@ -73,6 +73,8 @@ private Q_SLOTS:
             << Pairs{{u"a.css"_s, u"new.css"_s}, {u"b.css"_s, u"here/new.css"_s}} << u"run output"_s;
         QTest::newRow("links to what is not there yet")
             << Pairs{{u"a.css"_s, u"end1.css"_s}, {u"b.css"_s, u"end2.css"_s}} << u"run output"_s;
+        QTest::newRow("into a folder that is not there")
+            << Pairs{{u"a.css"_s, u"none/a.css"_s}, {u"b.css"_s, u"none/b.css"_s}} << u"run run"_s;
         QTest::newRow("what is refused claims nothing")
             << Pairs{{u"a.css"_s, u"b.css"_s}, {u"b.css"_s, u"b.css"_s}} << u"source run"_s;
         QTest::newRow("no output") << Pairs{{u"a.css"_s, u""_s}, {u"soft.css"_s, u""_s}} << u"run run"_s;
