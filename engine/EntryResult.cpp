@@ -105,9 +105,10 @@ EntryResult::Outcome EntryWatch::judge(const ChildExit &exit)
     if (!written || written == m_outputBefore)
         return EntryResult::Outcome::NoOutput;
     m_writtenSize = written->size;
-    if (written->size == 0 && !m_result.mayBeEmpty)
-        return EntryResult::Outcome::EmptyOutput;
-    return isDiskFull(*m_result.output) ? EntryResult::Outcome::DiskFull : EntryResult::Outcome::Done;
+    if (isDiskFull(*m_result.output))
+        return EntryResult::Outcome::DiskFull;
+    const bool isWhole = written->size > 0 || m_result.mayBeEmpty;
+    return isWhole ? EntryResult::Outcome::Done : EntryResult::Outcome::EmptyOutput;
 }
 
 void EntryWatch::compressorEnded(const ChildExit &exit)

@@ -86,6 +86,7 @@ private Q_SLOTS:
     void noRoomForTheCopy();
     void aLimitOfTheShell();
     void noRoomForTheOutput();
+    void noRoomForAnyOutput();
     void readOnlyFolder();
     void aCopyOnAReadOnlyDisk();
     void aFileSystemWithoutLocks_data();
@@ -303,6 +304,22 @@ void tst_BrevantCliOriginals::noRoomForTheOutput()
                    {u"--version"_s});
     QVERIFY2(ended.err.endsWith("small/a.css: the disk is full; the source was put back\n"), ended.err);
     QVERIFY2(ended.out.contains("\ngrow 0"), ended.out);
+}
+
+void tst_BrevantCliOriginals::noRoomForAnyOutput()
+{
+    // YUI Compressor ends with status 0 where it could write nothing.
+    if (!m_noNamespace.isEmpty())
+        QSKIP(qPrintable(m_noNamespace));
+    const Sandbox sandbox;
+    QVERIFY(QDir().mkdir(sandbox.path(u"small"_s)));
+    const Ended ended = runMounted(
+        sandbox,
+        u"mount -t tmpfs -o size=64k none small && mount --bind '%1' /usr/bin/java && printf empty > "
+        "small/a.css && ! head -c 99999 /dev/zero 2>&- > small/rest && \"$CLI\" small/a.css; true"_s.arg(
+            QStringLiteral(STUB_JAVA)),
+        {u"--version"_s});
+    QVERIFY2(ended.err.endsWith("small/a.css: the disk is full\n"), ended.err);
 }
 
 void tst_BrevantCliOriginals::readOnlyFolder()
