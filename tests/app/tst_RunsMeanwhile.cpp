@@ -183,7 +183,9 @@ void tst_RunsMeanwhile::beginRound(Place place)
         m_choices[suffixSwitcherKeyString].emplace_back(1); // the output of the file before
     if (place == Place::Elsewhere)
         m_choices[suffixSwitcherKeyString].emplace_back(false);
-    for (const QLatin1StringView key : {suffixSwitcherKeyString, sameFolderKeyString})
+    // The folder first: an output without one would go to the root.
+    for (const QLatin1StringView key :
+         {selectedFolderKeyString, suffixSwitcherKeyString, sameFolderKeyString})
         set(key, m_choices[key].front());
     for (int i = 0; i < 5; ++i)
         addFiles();
