@@ -4,9 +4,9 @@
 
 #include "app/JobRunner.h"
 #include "app/SavePanel.h"
+#include "files/PrintableText.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVTableView.h"
-#include "settings/PrintableText.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "settings/preferences/WarningSheet.h"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SavePanel.h"
 
+#include "files/PathString.h"
 #include "looks/FilePanel.h"
-#include "queue/PathString.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StartUp.h"
 
-#include "queue/PathString.h"
-#include "settings/PrintableText.h"
+#include "files/PathString.h"
+#include "files/PrintableText.h"
 
 #include <QApplication>
 #include <QCommandLineOption>

@@ -6,7 +6,7 @@
 #include "app/StatusLine.h"
 #include "app/platform/DoneSound.h"
 #include "engine/EntryResult.h"
-#include "queue/PathString.h"
+#include "files/PathString.h"
 #include "queue/view/BVTableView.h"
 
 #include <QFileInfo>

@@ -6,7 +6,7 @@
 #include "app/StartUp.h"
 #include "app/platform/Activation.h"
 #include "app/platform/FontLoading.h"
-#include "settings/StandardStreams.h"
+#include "files/StandardStreams.h"
 
 #include <QApplication>
 

@@ -7,9 +7,9 @@
 #include "engine/CompressorCommand.h"
 #include "engine/GzipCopy.h"
 #include "engine/Tools.h"
+#include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
-#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Listing.h"
 
-#include "cli/FileMarks.h"
+#include "files/FileMarks.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "queue/FolderWalk.h"
 #include "queue/OutputPath.h"
-#include "queue/PathString.h"
-#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/OutputClaims.h"
 
-#include "cli/FileMarks.h"
 #include "engine/CompressorCommand.h"
-#include "queue/PathString.h"
-#include "settings/RawBytes.h"
+#include "files/FileMarks.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
 
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "cli/RunReport.h"
 
 #include "cli/TerminalText.h"
-#include "settings/RawBytes.h"
+#include "files/RawBytes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -5,8 +5,8 @@
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "engine/EntryResult.h"
+#include "files/PathString.h"
 #include "queue/FileQueue.h"
-#include "queue/PathString.h"
 
 #include <algorithm>
 #include <array>

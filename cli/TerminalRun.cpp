@@ -3,7 +3,6 @@
 #include "cli/TerminalRun.h"
 
 #include "cli/DryRun.h"
-#include "cli/FileMarks.h"
 #include "cli/Listing.h"
 #include "cli/OutputClaims.h"
 #include "cli/ParallelRun.h"
@@ -12,11 +11,12 @@
 #include "cli/TerminalJobDisplay.h"
 #include "cli/TerminalText.h"
 #include "engine/originals/PutBack.h"
+#include "files/DurableFile.h"
+#include "files/FileMarks.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
-#include "queue/PathString.h"
-#include "settings/DurableFile.h"
-#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

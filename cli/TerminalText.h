@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/PrintableText.h"
+#include "files/PrintableText.h"
 
 #include <QString>
 #include <QStringList>

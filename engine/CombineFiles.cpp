@@ -3,7 +3,7 @@
 #include "engine/CombineFiles.h"
 
 #include "engine/TextFile.h"
-#include "queue/PathString.h"
+#include "files/PathString.h"
 
 #include <QFileInfo>
 

@@ -3,9 +3,9 @@
 #include "engine/EntryResult.h"
 
 #include "engine/BlankSource.h"
-#include "engine/FileBytes.h"
-#include "queue/PathString.h"
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
+#include "files/FileBytes.h"
+#include "files/PathString.h"
 
 #include <QFile>
 #include <QFileInfo>

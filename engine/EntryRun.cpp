@@ -3,7 +3,7 @@
 #include "engine/EntryRun.h"
 
 #include "engine/GzipCopy.h"
-#include "queue/PathString.h"
+#include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

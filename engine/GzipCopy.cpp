@@ -4,7 +4,7 @@
 
 #include "engine/ArgumentList.h"
 #include "engine/ChildProcess.h"
-#include "queue/PathString.h"
+#include "files/PathString.h"
 
 namespace brevant {
 

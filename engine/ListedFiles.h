@@ -21,7 +21,7 @@ public:
 private:
     const FileQueue &m_queue;
     quint64 m_revision = 0; ///< of the queue, that the marks are of
-    QSet<QByteArray> m_marks;
+    QSet<QString> m_marks;
 };
 
 } // namespace brevant

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/TextCodec.h"
-#include "settings/DurableFile.h"
+#include "files/DurableFile.h"
 
 #include <QByteArray>
 #include <QString>

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/AddFiles.h"
 
+#include "files/PathString.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "queue/FolderWalk.h"
-#include "queue/PathString.h"
 
 namespace brevant {
 

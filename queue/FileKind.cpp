@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileKind.h"
 
-#include "queue/PathString.h"
+#include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

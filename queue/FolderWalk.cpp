@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
 
-#include "settings/RawBytes.h"
+#include "files/RawBytes.h"
 
 #include <QByteArray>
 

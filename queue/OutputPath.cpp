@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/OutputPath.h"
 
+#include "files/PathString.h"
 #include "queue/FileKind.h"
-#include "queue/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsFile.h"
 
-#include "settings/Descriptor.h"
-#include "settings/DurableFile.h"
-#include "settings/PrintableText.h"
+#include "files/Descriptor.h"
+#include "files/DurableFile.h"
+#include "files/Folders.h"
+#include "files/PrintableText.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -12,7 +13,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -39,22 +39,12 @@ void report(const QString &line)
     std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(line)));
 }
 
-/// Makes the folder, and those above it, where they are missing: for their owner alone, as the XDG Base
-/// Directory Specification 0.8 has it. False, with errno set, on failure.
-bool makeFolders(const std::filesystem::path &folder)
-{
-    constexpr mode_t ownerOnly = 0700;
-    const auto make = [&] { return ::mkdir(folder.c_str(), ownerOnly) == 0 || errno == EEXIST; };
-    const std::filesystem::path above = folder.parent_path();
-    return make() || (errno == ENOENT && !above.empty() && above != folder && makeFolders(above) && make());
-}
-
 /// Makes the programs of ours that write into one folder take turns. Where locks are not to be had, it does
 /// nothing.
 class FolderLock final {
 public:
-    explicit FolderLock(const std::filesystem::path &folder)
-        : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    explicit FolderLock(const QByteArray &folder)
+        : m_folder(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
         if (m_folder.isOpen())
             uninterrupted([this] { return ::flock(m_folder.number(), LOCK_EX); });
@@ -327,9 +317,7 @@ bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
 
 QString SettingsFile::writeOnce(const QJsonObject &changes)
 {
-    std::filesystem::path folder = std::filesystem::path(m_encodedPath.toStdString()).parent_path();
-    if (folder.empty())
-        folder = ".";
+    const QByteArray folder = folderOf(m_encodedPath);
     if (!makeFolders(folder))
         return qt_error_string(errno);
     const FolderLock lock(folder);

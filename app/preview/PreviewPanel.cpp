@@ -7,7 +7,7 @@
 #include "app/preview/PreviewText.h"
 #include "app/preview/PreviewWords.h"
 #include "app/preview/ZoomWindow.h"
-#include "queue/PathString.h"
+#include "files/PathString.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>

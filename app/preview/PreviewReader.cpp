@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewReader.h"
 
+#include "files/Descriptor.h"
 #include "settings/Encodings.h"
 
 #include <QFile>
@@ -25,23 +26,6 @@ namespace {
 
 constexpr qint64 countedLimit = 16 * previewLimit; ///< no more is read to count the lines
 constexpr qsizetype blockSize = qsizetype(64) * 1024;
-
-class Descriptor final {
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor()
-    {
-        if (m_number != -1)
-            ::close(m_number);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    [[nodiscard]] int number() const { return m_number; }
-
-private:
-    int m_number;
-};
 
 QString systemMessage(int error)
 {
@@ -277,7 +261,7 @@ std::optional<PreviewContent> readPreview(const QString &path, const QString &en
     if (examine(status, content))
         return content;
     const Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (file.number() == -1 || ::fstat(file.number(), &status) != 0) {
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0) {
         fail(content, errno);
         return content;
     }

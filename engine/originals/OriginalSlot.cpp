@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/OriginalSlot.h"
 
-#include "engine/FileBytes.h"
-#include "engine/PrivateFolder.h"
+#include "files/FileBytes.h"
+#include "files/Folders.h"
+#include "files/PrivateFolder.h"
 
 #include <QFile>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/originals/OriginalRecord.h"
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/PutBack.h"
 
-#include "engine/FileBytes.h"
-#include "engine/PrivateFolder.h"
 #include "engine/Stop.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
-#include "settings/Descriptor.h"
-#include "settings/DurableFile.h"
+#include "files/Descriptor.h"
+#include "files/FileBytes.h"
+#include "files/Folders.h"
+#include "files/PrivateFolder.h"
 
 #include <QFile>
 
@@ -23,18 +23,6 @@
 namespace brevant {
 
 namespace {
-
-QByteArray folderOf(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    return slash == 0 ? QByteArrayLiteral("/") : path.first(slash);
-}
-
-/// A name beside `path` that nothing has.
-QByteArray freeNameBeside(const QByteArray &path)
-{
-    return folderOf(path) + "/.brevant-" + randomName() + ".tmp";
-}
 
 Descriptor openSource(const QByteArray &path, int flags)
 {
@@ -77,23 +65,6 @@ bool overwrite(int file, const OriginalRecord &original, OriginalSlot &copy)
     if (!copy.markPuttingBack() && errno != EBADF)
         return false;
     return uninterrupted([&] { return ::ftruncate(file, 0); }) == 0 && copy.copyTo(file, original.size);
-}
-
-/// Renames a file to a name that nothing has.
-bool renameToFree(const QByteArray &from, const QByteArray &to)
-{
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
-        return true;
-    if (errno == EEXIST)
-        return false;
-    // Network file systems refuse that, and some have no second names either.
-    if (::link(from.constData(), to.constData()) == 0) {
-        ::unlink(from.constData());
-        return true;
-    }
-    struct stat there {};
-    return errno != EEXIST && ::lstat(to.constData(), &there) != 0 && errno == ENOENT &&
-           ::rename(from.constData(), to.constData()) == 0;
 }
 
 /// Makes the file anew under its name: `write` gives it its content. What has come there meanwhile is newer,

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/PrivateFolder.h"
 #include "engine/Stop.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
+#include "files/PrivateFolder.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "queue/PathString.h"
+#include "files/PathString.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/DropTarget.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ExpandedPathToIconTransformer.h"
 
-#include "queue/PathString.h"
+#include "files/PathString.h"
 
 #include <QApplication>
 #include <QDir>

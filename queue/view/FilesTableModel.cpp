@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/FilesTableModel.h"
 
+#include "files/PathString.h"
 #include "queue/FileQueue.h"
-#include "queue/PathString.h"
 
 #include <QTextDocument>
 

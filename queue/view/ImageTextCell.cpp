@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ImageTextCell.h"
 
+#include "files/PathString.h"
 #include "looks/Contrast.h"
 #include "queue/FileKind.h"
-#include "queue/PathString.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

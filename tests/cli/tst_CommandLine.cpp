@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "files/RawBytes.h"
 #include "settings/Encodings.h"
-#include "settings/RawBytes.h"
 #include "settings/SettingsKeys.h"
 
 #include <QRegularExpression>

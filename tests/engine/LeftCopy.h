@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/PrivateFolder.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
+#include "files/PrivateFolder.h"
 
 #include <QFile>
 

@@ -3,9 +3,9 @@
 
 // The bytes are the list of addresses of a drop. Each path in it goes through the rules of paths and kinds.
 #include "app/platform/Workspace.h"
+#include "files/PathString.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
-#include "queue/PathString.h"
 #include "tests/fuzz/Fuzzing.h"
 
 #include <QFile>

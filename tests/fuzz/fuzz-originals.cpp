@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The bytes are a file in the folder of the safety copies; and once more as a record whose checksum is right.
-#include "engine/PrivateFolder.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
+#include "files/PrivateFolder.h"
 #include "tests/fuzz/Fuzzing.h"
 
 #include <QCryptographicHash>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
 
 #include <QByteArray>
 #include <QString>
@@ -10,12 +10,6 @@
 #include <functional>
 
 namespace brevant {
-
-/// The path at the end of a chain of symbolic links; the file itself need not exist.
-[[nodiscard]] QByteArray linkTarget(QByteArray path);
-
-/// Waits until the names in the folder are on the disk; false, with errno set, on failure.
-[[nodiscard]] bool flushFolder(const QByteArray &path);
 
 /// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
 /// complete new one.

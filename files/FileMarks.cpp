@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/FileMarks.h"
+#include "files/FileMarks.h"
 
-#include "queue/PathString.h"
-#include "settings/DurableFile.h"
-#include "settings/RawBytes.h"
+#include "files/Folders.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 
 #include <QDir>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/FileBytes.h"
-#include "settings/Descriptor.h"
+#include "files/FileBytes.h"
+#include "files/Descriptor.h"
 
 #include <QCryptographicHash>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -70,8 +70,5 @@ private:
     Descriptor m_folder;
     Descriptor m_locks;
 };
-
-/// A name that nothing is likely to have.
-[[nodiscard]] QByteArray randomName();
 
 } // namespace brevant

@@ -17,7 +17,8 @@ namespace brevant::FileMarks {
 /// The file itself, which may have other names; nothing if there is none.
 [[nodiscard]] std::optional<QString> ofFile(const QString &path);
 
-/// Both, as far as they are there, and the place at the end of links: paths lead to the same file if they have one of these in common.
+/// Both, as far as they are there, and the place at the end of links: paths lead to the same file if they
+/// have one of these in common.
 [[nodiscard]] QStringList all(const QString &path);
 
 } // namespace brevant::FileMarks

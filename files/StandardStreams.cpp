@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/StandardStreams.h"
+#include "files/StandardStreams.h"
 
-#include "settings/Descriptor.h"
+#include "files/Descriptor.h"
 
 #include <fcntl.h>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/PrintableText.h"
+#include "files/PrintableText.h"
 
-#include "settings/RawBytes.h"
+#include "files/RawBytes.h"
 
 namespace brevant {
 

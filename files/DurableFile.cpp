@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/DurableFile.h"
+#include "files/DurableFile.h"
+
+#include "files/Folders.h"
 
 #include <QFile>
-#include <QRandomGenerator>
 
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -17,40 +17,9 @@ namespace brevant {
 
 namespace {
 
-constexpr int maximumLinks = 40; // as many as Linux follows, path_resolution(7)
-
 constexpr QByteArrayView ownDescriptors("/proc/self/fd"); // the way to name an open file, open(2)
 
-QByteArray folderOf(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    if (slash < 0)
-        return QByteArrayLiteral(".");
-    return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
-}
-
 } // namespace
-
-QByteArray linkTarget(QByteArray path)
-{
-    QByteArray buffer(PATH_MAX, Qt::Uninitialized);
-    for (int step = 0; step < maximumLinks; ++step) {
-        const ssize_t length =
-            ::readlink(path.constData(), buffer.data(), static_cast<std::size_t>(buffer.size()));
-        if (length < 0)
-            break;
-        const QByteArray next = buffer.left(length);
-        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
-    }
-    return path;
-}
-
-bool flushFolder(const QByteArray &path)
-{
-    const Descriptor folder(
-        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return folder.isOpen() && uninterrupted([&] { return ::fsync(folder.number()); }) == 0;
-}
 
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
@@ -96,8 +65,7 @@ int DurableFile::underFreeName(const std::function<int(const char *)> &make)
 {
     int result = -1;
     do {
-        m_temporary = folderOf(m_target) + "/.brevant-" +
-                      QByteArray::number(QRandomGenerator::global()->generate64(), 36) + ".tmp";
+        m_temporary = freeNameBeside(m_target);
         result = uninterrupted([&] { return make(m_temporary.constData()); });
     } while (result < 0 && errno == EEXIST);
     if (result < 0)

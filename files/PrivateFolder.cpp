@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/PrivateFolder.h"
+#include "files/PrivateFolder.h"
 
-#include "engine/FileBytes.h"
-#include "queue/PathString.h"
-#include "settings/DurableFile.h"
+#include "files/FileBytes.h"
+#include "files/Folders.h"
 
 #include <QCryptographicHash>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QtEndian>
 
 #include <algorithm>
@@ -25,22 +23,6 @@ namespace {
 
 constexpr mode_t ownerOnly = 0700;
 constexpr mode_t others = 077;
-
-/// False, with errno set, on failure. The XDG Base Directory Specification wants what is made on the way to
-/// be private too.
-bool makeFolders(const QString &path)
-{
-    const QByteArray name = QFile::encodeName(path);
-    if (::mkdir(name.constData(), ownerOnly) != 0) {
-        if (errno == EEXIST)
-            return true;
-        if (errno != ENOENT || path.size() < 2 || !makeFolders(PathString::folder(path).toString()))
-            return false;
-        if (::mkdir(name.constData(), ownerOnly) != 0 && errno != EEXIST)
-            return false;
-    }
-    return flushFolder(QFile::encodeName(PathString::folder(path).toString()));
-}
 
 Descriptor openAt(int folder, const QByteArray &name, int flags)
 {
@@ -71,11 +53,6 @@ struct flock byteOf(QByteArrayView name, short type)
 
 } // namespace
 
-QByteArray randomName()
-{
-    return QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-}
-
 PrivateFolder::PrivateFolder(QByteArray path, Descriptor folder)
     : m_path(std::move(path)), m_folder(std::move(folder)),
       m_locks(openAt(m_folder.number(), QByteArrayLiteral("locks"), O_RDWR | O_CREAT))
@@ -88,7 +65,7 @@ PrivateFolder::PrivateFolder(QByteArray path, Descriptor folder)
 std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &error, bool make)
 {
     const QByteArray name = QFile::encodeName(path);
-    if (make && !makeFolders(path)) {
+    if (make && !makeFolders(name)) {
         error = qt_error_string(errno);
         return std::nullopt;
     }
@@ -141,8 +118,7 @@ bool PrivateFolder::renameFile(const QByteArray &from, const QByteArray &to) con
 
 bool PrivateFolder::flush() const
 {
-    // Some network file systems flush no folder, and need none flushed.
-    return uninterrupted([&] { return ::fsync(m_folder.number()); }) == 0 || errno == EINVAL;
+    return flushOpenFolder(m_folder.number());
 }
 
 std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) const

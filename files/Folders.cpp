@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "files/Folders.h"
+
+#include "files/Descriptor.h"
+
+#include <QRandomGenerator>
+
+#include <climits>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace brevant {
+
+QByteArray folderOf(const QByteArray &path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    if (slash < 0)
+        return QByteArrayLiteral(".");
+    return slash == 0 ? QByteArrayLiteral("/") : path.first(slash);
+}
+
+QByteArray linkTarget(QByteArray path)
+{
+    constexpr int maximumLinks = 40; // as many as Linux follows, path_resolution(7)
+    QByteArray buffer(PATH_MAX, Qt::Uninitialized);
+    for (int step = 0; step < maximumLinks; ++step) {
+        const ssize_t length =
+            ::readlink(path.constData(), buffer.data(), static_cast<std::size_t>(buffer.size()));
+        if (length < 0)
+            break;
+        const QByteArray next = buffer.left(length);
+        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
+    }
+    return path;
+}
+
+bool makeFolders(const QByteArray &path)
+{
+    constexpr mode_t ownerOnly = 0700;
+    const auto make = [&] { return ::mkdir(path.constData(), ownerOnly) == 0; };
+    if (make())
+        return flushFolder(folderOf(path));
+    if (errno == EEXIST)
+        return true;
+    const QByteArray above = folderOf(path);
+    if (errno != ENOENT || above == path || !makeFolders(above))
+        return false;
+    return (make() || errno == EEXIST) && flushFolder(above);
+}
+
+bool flushFolder(const QByteArray &path)
+{
+    const Descriptor folder(
+        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    return folder.isOpen() && flushOpenFolder(folder.number());
+}
+
+bool flushOpenFolder(int folder)
+{
+    // Some network file systems flush no folder, and need none flushed.
+    return uninterrupted([&] { return ::fsync(folder); }) == 0 || errno == EINVAL;
+}
+
+QByteArray randomName()
+{
+    return QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+}
+
+QByteArray freeNameBeside(const QByteArray &path)
+{
+    return folderOf(path) + "/.brevant-" + randomName() + ".tmp";
+}
+
+bool renameToFree(const QByteArray &from, const QByteArray &to)
+{
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno == EEXIST)
+        return false;
+    // Network file systems refuse that, and some have no second names either.
+    if (::link(from.constData(), to.constData()) == 0) {
+        ::unlink(from.constData());
+        return true;
+    }
+    struct stat there {};
+    return errno != EEXIST && ::lstat(to.constData(), &there) != 0 && errno == ENOENT &&
+           ::rename(from.constData(), to.constData()) == 0;
+}
+
+} // namespace brevant
