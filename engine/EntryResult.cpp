@@ -177,7 +177,7 @@ QString wordsFor(const EntryResult &result)
     case Outcome::NotWritten:
         return QStringLiteral("the output could not be written to the disk");
     case Outcome::NotSafe:
-        return QStringLiteral("not minified, as no safety copy of it could be made: %1").arg(result.detail);
+        return QStringLiteral("not minified, as %1").arg(result.detail);
     case Outcome::Refused:
         return QStringLiteral("not minified: %1").arg(result.detail);
     }

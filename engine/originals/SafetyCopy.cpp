@@ -42,6 +42,12 @@ bool isOnDisk(const QByteArray &path)
     return !file.isOpen() || uninterrupted([&] { return ::fdatasync(file.number()); }) == 0;
 }
 
+/// The whole reason; empty if there is none.
+QString noCopy(const QString &reason)
+{
+    return reason.isEmpty() ? reason : QStringLiteral("no safety copy of it could be made: %1").arg(reason);
+}
+
 } // namespace
 
 SafetyCopy::SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop)
@@ -71,7 +77,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         m_notes += putBackAfterInterruption(m_folders, m_path, &m_stop);
         QString noAccess;
         if (!hold(noAccess))
-            return noAccess;
+            return noCopy(noAccess);
         if (fill()) {
             if (!error.isEmpty())
                 m_notes.append(QStringLiteral("The safety copies of this run are in %1: %2 takes none (%3).")
@@ -81,7 +87,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         leaveFolder(error);
     }
     m_folderIndex = 0;
-    return isThere ? error : QString();
+    return isThere ? noCopy(error) : QString();
 }
 
 /// Opens the first folder that there is, making it if there is something to copy.

@@ -376,6 +376,26 @@ private Q_SLOTS:
         QCOMPARE(now, "copy"_ba);
     }
 
+    void aStopEndsTheWait_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::newRow("in danger") << u"site/a.css"_s;
+        QTest::newRow("only read") << u"site/a.min.css"_s;
+    }
+
+    void aStopEndsTheWait()
+    {
+        QFETCH(QString, output);
+        const QString source = add(u"a.css"_s, "copy");
+        SafetyCopy first(m_tools.originals, m_stop);
+        QCOMPARE(first.make(source, Danger::Replaced), QString());
+        m_stop = Stop::AfterFile;
+        const EntryResult result = run(source, path(output));
+        m_stop = Stop::No;
+        QCOMPARE(result.reason(), u"not minified, as another run is at work on it"_s);
+        QCOMPARE(bytesOf(source), "copy"_ba);
+    }
+
     void withoutACopyNothingIsRun_data()
     {
         QTest::addColumn<QString>("folder");
