@@ -25,7 +25,7 @@ struct EntryResult {
         NoGzipCopy,       ///< minified, but the copy was not made
         DiskFull,         ///< written, and no room is left on the disk, so it may be cut
         NotWritten,       ///< written over the source, and then the disk refused it
-        NotSafe,          ///< not worked on: the source might be lost, or another run is at work on it
+        NotSafe,          ///< not worked on: the source is lost or might be, or another run is at work on it
         Refused,          ///< not worked on, as another file might be lost
     };
     /// What became of a source that might have been lost.

@@ -265,11 +265,12 @@ QString keepLeft(const OriginalSlot &copy, const OriginalRecord &original)
         .arg(QFile::decodeName(original.path), QFile::decodeName(copy.path()), qt_error_string(errno));
 }
 
-QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
+QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original, bool &isLost)
 {
     const PutBackResult done = putBack(original, copy);
     const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
-    if (!error.isEmpty())
+    isLost = !error.isEmpty();
+    if (isLost)
         return QStringLiteral(
                    "%1 was lost when a run was cut short, and cannot be put back now: %2. The next start "
                    "tries again, with the copy %3.")
@@ -282,7 +283,7 @@ QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original)
     return sentence + u'.';
 }
 
-QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original)
+QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original, bool &isLost)
 {
     switch (copy.stateOf(original)) {
     case SourceState::Same:
@@ -290,10 +291,10 @@ QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original)
         return {};
     case SourceState::Missing:
     case SourceState::Empty:
-        return putBackLeft(copy, original);
+        return putBackLeft(copy, original, isLost);
     case SourceState::Beginning:
         if (copy.isPuttingBack())
-            return putBackLeft(copy, original);
+            return putBackLeft(copy, original, isLost);
         break;
     case SourceState::Changed:
     case SourceState::Replaced:
@@ -317,7 +318,7 @@ QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
 }
 
 /// What is to be said of it; empty for nothing.
-QString takeUp(OriginalSlot &copy, const QByteArray &source)
+QString takeUp(OriginalSlot &copy, const QByteArray &source, bool &isLost)
 {
     const auto [content, original] = copy.read();
     if (!source.isEmpty() && (!original || !isOf(*original, source)))
@@ -327,7 +328,7 @@ QString takeUp(OriginalSlot &copy, const QByteArray &source)
         copy.remove();
         break;
     case OriginalSlot::Content::Source:
-        return takeUpSource(copy, *original);
+        return takeUpSource(copy, *original, isLost);
     case OriginalSlot::Content::Damaged:
         return takeUpDamaged(copy, *original);
     case OriginalSlot::Content::Unknown:
@@ -339,10 +340,9 @@ QString takeUp(OriginalSlot &copy, const QByteArray &source)
     return {};
 }
 
-} // namespace
-
-QStringList putBackAfterInterruption(const QStringList &originals, const QByteArray &source,
-                                     const std::atomic<Stop> *stop)
+/// Of all sources with an empty `source`.
+QStringList takeUpLeft(const QStringList &originals, const QByteArray &source, const std::atomic<Stop> *stop,
+                       bool &isLost)
 {
     const auto waitsFor = [&](const OriginalRecord &original) {
         return stop != nullptr && *stop == Stop::No && isOf(original, source);
@@ -359,7 +359,7 @@ QStringList putBackAfterInterruption(const QStringList &originals, const QByteAr
         }
         QStringList refused;
         for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused, waitsFor)) {
-            if (const QString sentence = takeUp(copy, source); !sentence.isEmpty())
+            if (const QString sentence = takeUp(copy, source, isLost); !sentence.isEmpty())
                 sentences.append(sentence);
         }
         for (const QString &file : source.isEmpty() ? refused : QStringList())
@@ -367,6 +367,22 @@ QStringList putBackAfterInterruption(const QStringList &originals, const QByteAr
                 QStringLiteral("The safety copy %1 is not used, as it may be somebody else's.").arg(file));
     }
     return sentences;
+}
+
+} // namespace
+
+QStringList putBackAfterInterruption(const QStringList &originals)
+{
+    bool isLost = false;
+    return takeUpLeft(originals, {}, nullptr, isLost);
+}
+
+bool putBackLeftOf(const QByteArray &source, const QStringList &originals, const std::atomic<Stop> &stop,
+                   QStringList &sentences)
+{
+    bool isLost = false;
+    sentences += takeUpLeft(originals, source, &stop, isLost);
+    return !isLost;
 }
 
 } // namespace brevant

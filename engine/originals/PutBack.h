@@ -56,14 +56,16 @@ struct PutBackResult {
 
 /// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
 /// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
-/// living process has in use there is left alone. With `source`, only what is left of that one is looked at,
-/// and a program that is putting it back is waited for until `stop` says otherwise.
+/// living process has in use there is left alone.
 ///
 /// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
 /// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
 /// now.
-[[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals,
-                                                   const QByteArray &source = QByteArray(),
-                                                   const std::atomic<Stop> *stop = nullptr);
+[[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals);
+
+/// The same for what is left of one source; a program that is putting it back is waited for until `stop` says
+/// otherwise. False if the source is lost and cannot be put back now.
+[[nodiscard]] bool putBackLeftOf(const QByteArray &source, const QStringList &originals,
+                                 const std::atomic<Stop> &stop, QStringList &sentences);
 
 } // namespace brevant

@@ -42,6 +42,9 @@ bool isOnDisk(const QByteArray &path)
     return !file.isOpen() || uninterrupted([&] { return ::fdatasync(file.number()); }) == 0;
 }
 
+const QString inTurn = QStringLiteral("another run is at work on it");
+const QString stillLost = QStringLiteral("it was lost when a run was cut short, and cannot be put back now");
+
 /// The whole reason; empty if there is none.
 QString noCopy(const QString &reason)
 {
@@ -66,15 +69,15 @@ QString SafetyCopy::make(const QString &file, Danger danger)
     end();
     m_danger = danger;
     m_path = QFile::encodeName(file);
-    const QString inTurn = QStringLiteral("another run is at work on it");
     if (danger == Danger::None || m_folders.isEmpty())
-        return waitForOthers() ? QString() : inTurn;
+        return waitForOthers();
     const bool isThere = isRegular(m_path);
     QString error;
     while (openFolder(isThere, error)) {
         if (!takeTurn(*m_folder))
             return inTurn;
-        m_notes += putBackAfterInterruption(m_folders, m_path, &m_stop);
+        if (!putBackLeftOf(m_path, m_folders, m_stop, m_notes))
+            return stillLost;
         QString noAccess;
         if (!hold(noAccess))
             return noCopy(noAccess);
@@ -118,7 +121,7 @@ void SafetyCopy::leaveFolder(QString &error)
 }
 
 /// For a file that is read only: no run may have it half written when its compressor starts.
-bool SafetyCopy::waitForOthers()
+QString SafetyCopy::waitForOthers()
 {
     for (const QString &path : m_folders) {
         QString error;
@@ -126,11 +129,10 @@ bool SafetyCopy::waitForOthers()
             const bool isInTurn = takeTurn(*folder);
             m_turn.clear(); // it ends with this folder
             if (!isInTurn)
-                return false;
+                return inTurn;
         }
     }
-    m_notes += putBackAfterInterruption(m_folders, m_path, &m_stop);
-    return true;
+    return putBackLeftOf(m_path, m_folders, m_stop, m_notes) ? QString() : stillLost;
 }
 
 bool SafetyCopy::takeTurn(PrivateFolder &folder)

@@ -71,7 +71,7 @@ public:
 private:
     [[nodiscard]] bool openFolder(bool make, QString &error);
     void leaveFolder(QString &error);
-    [[nodiscard]] bool waitForOthers();
+    [[nodiscard]] QString waitForOthers();
     [[nodiscard]] bool takeTurn(PrivateFolder &folder);
     [[nodiscard]] bool hold(QString &error);
     [[nodiscard]] bool fill();

@@ -396,6 +396,30 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(source), "copy"_ba);
     }
 
+    void whatCannotBePutBackIsNotRun_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::newRow("in danger") << u"site/sub/a.css"_s;
+        QTest::newRow("only read") << u"site/a.min.css"_s;
+    }
+
+    void whatCannotBePutBackIsNotRun()
+    {
+        QFETCH(QString, output);
+        QDir site(path(u"site"_s));
+        QVERIFY(site.mkdir(u"sub"_s));
+        const QString source = add(u"sub/a.css"_s, "copy");
+        QVERIFY(test::LeftCopy(source, m_originals).isFilled());
+        QVERIFY(QFile::remove(source));
+        QVERIFY(site.rmdir(u"sub"_s));
+        const EntryResult result = run(source, path(output));
+        QCOMPARE(result.reason(), u"not minified, as it was lost when a run was cut short, and cannot be put "
+                                  "back now"_s);
+        QCOMPARE(result.notes.size(), 1);
+        QVERIFY(site.mkdir(u"sub"_s));
+        QCOMPARE(run(source, path(output)).outcome, Outcome::Done);
+    }
+
     void withoutACopyNothingIsRun_data()
     {
         QTest::addColumn<QString>("folder");
