@@ -39,10 +39,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${BREVANT_HOME_PAGE}")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# What is linked is found by dpkg-shlibdeps; gzip is on every Debian system. Without the recommended ones the program
+# What is linked is found by dpkg-shlibdeps, what the sound loads is not; gzip is on every Debian system. Without the recommended ones the program
 # works, but: no window in a pure Wayland session, no icons of file kinds outside a desktop that has some, no links.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "default-jre-headless | java-runtime-headless, fonts-dejavu-core")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "default-jre-headless | java-runtime-headless, fonts-dejavu-core, libpulse0, libsndfile1")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "breeze-icon-theme, qt6-wayland, xdg-utils")
 # The context menu of Nautilus; the actions of the menu entry where the desktop does not start them over the bus.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libglib2.0-bin, python3-nautilus")

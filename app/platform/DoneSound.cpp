@@ -2,32 +2,134 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
 
-#include "app/platform/Module.h"
-#include "app/sound/SoundEngine.h"
-
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QLibrary>
+
+#include <pulse/simple.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace brevant {
 
-DoneSound::DoneSound() = default;
+namespace {
 
-DoneSound::~DoneSound() = default;
+/// A function of a library that is loaded with the first sound: linked, the two libraries and all that they
+/// need would make the start of the program a tenth slower. Null if the library is not there.
+struct LateFunction {
+    const char *library;
+    int version;
+    const char *name;
+
+    template <typename Function>
+    operator Function *() const
+    {
+        return reinterpret_cast<Function *>(QLibrary::resolve(QString::fromLatin1(library), version, name));
+    }
+};
+
+/// A sound that comes later than this says nothing any more.
+constexpr std::chrono::seconds latestStart(5);
+
+sf_count_t fileSize(void *file)
+{
+    return static_cast<QIODevice *>(file)->size();
+}
+
+sf_count_t filePosition(void *file)
+{
+    return static_cast<QIODevice *>(file)->pos();
+}
+
+sf_count_t seekFile(sf_count_t offset, int whence, void *file)
+{
+    const sf_count_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? filePosition(file) : fileSize(file);
+    static_cast<QIODevice *>(file)->seek(std::clamp<sf_count_t>(base + offset, 0, fileSize(file)));
+    return filePosition(file);
+}
+
+sf_count_t readFile(void *target, sf_count_t count, void *file)
+{
+    const auto length = std::max<sf_count_t>(count, 0);
+    return std::max<sf_count_t>(static_cast<QIODevice *>(file)->read(static_cast<char *>(target), length), 0);
+}
+
+/// Waits for the sound server for as long as that likes.
+void playToEnd(const SoundSamples &sound)
+{
+    const decltype(&pa_simple_new) openStream = LateFunction{"pulse-simple", 0, "pa_simple_new"};
+    const decltype(&pa_simple_write) writeStream = LateFunction{"pulse-simple", 0, "pa_simple_write"};
+    const decltype(&pa_simple_drain) drainStream = LateFunction{"pulse-simple", 0, "pa_simple_drain"};
+    const decltype(&pa_simple_free) closeStream = LateFunction{"pulse-simple", 0, "pa_simple_free"};
+    if (!openStream || !writeStream || !drainStream || !closeStream)
+        return;
+    const QDeadlineTimer latest(latestStart);
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, static_cast<uint32_t>(sound.sampleRate),
+                                static_cast<uint8_t>(sound.channels)};
+    const std::unique_ptr<pa_simple, decltype(closeStream)> stream(
+        openStream(nullptr, "Brevant", PA_STREAM_PLAYBACK, nullptr, "Done", &format, nullptr, nullptr,
+                   nullptr),
+        closeStream);
+    if (stream && !latest.hasExpired() &&
+        writeStream(stream.get(), sound.values.data(), sound.values.size() * sizeof(float), nullptr) == 0)
+        drainStream(stream.get(), nullptr);
+}
+
+} // namespace
+
+std::optional<SoundSamples> decodedSound(QIODevice &file)
+{
+    const decltype(&sf_open_virtual) openSound = LateFunction{"sndfile", 1, "sf_open_virtual"};
+    const decltype(&sf_readf_float) readFrames = LateFunction{"sndfile", 1, "sf_readf_float"};
+    const decltype(&sf_close) closeSound = LateFunction{"sndfile", 1, "sf_close"};
+    if (!openSound || !readFrames || !closeSound)
+        return std::nullopt;
+    SF_VIRTUAL_IO calls{fileSize, seekFile, readFile, nullptr, filePosition};
+    SF_INFO info{};
+    const std::unique_ptr<SNDFILE, decltype(closeSound)> sound(openSound(&calls, SFM_READ, &info, &file),
+                                                               closeSound);
+    if (!sound || info.samplerate <= 0 || info.channels <= 0 || info.channels > int(PA_CHANNELS_MAX))
+        return std::nullopt;
+
+    SoundSamples samples{{}, info.samplerate, info.channels};
+    // The header's count of frames is not trusted with memory: we read until the end.
+    std::array<float, 4096> block{};
+    const auto blockFrames = static_cast<sf_count_t>(block.size()) / info.channels;
+    while (const auto frames = std::max<sf_count_t>(readFrames(sound.get(), block.data(), blockFrames), 0))
+        samples.values.insert(samples.values.end(), block.data(), block.data() + frames * info.channels);
+    if (samples.values.empty())
+        return std::nullopt;
+    return samples;
+}
 
 bool DoneSound::load(const QString &path)
 {
-    if (!m_engine) {
-        if (const auto make =
-                reinterpret_cast<MakeSoundEngine>(moduleFunction("brevant-sound", "brevantMakeSoundEngine")))
-            m_engine.reset(make());
-    }
     QFile file(path);
-    return m_engine && m_engine->loadFromData(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
+    auto samples = file.open(QIODevice::ReadOnly) ? decodedSound(file) : std::nullopt;
+    m_samples = samples ? std::make_shared<const SoundSamples>(*std::move(samples)) : nullptr;
+    return m_samples != nullptr;
 }
 
 void DoneSound::play()
 {
-    if (m_engine)
-        m_engine->play();
+    if (!m_samples || m_isPlaying->exchange(true))
+        return;
+    try {
+        // Not waited for by anybody, so all that it needs is its own.
+        std::thread([samples = m_samples, isPlaying = m_isPlaying] {
+            playToEnd(*samples);
+            *isPlaying = false;
+        }).detach();
+    } catch (const std::system_error &) { // no thread to be had
+        *m_isPlaying = false;
+    }
 }
 
 } // namespace brevant

@@ -4,24 +4,29 @@
 
 #include <QString>
 
+#include <atomic>
 #include <memory>
+#include <optional>
+#include <vector>
+
+class QIODevice;
 
 namespace brevant {
 
-class SoundEngine;
+/// A decoded sound.
+struct SoundSamples {
+    std::vector<float> values; ///< interleaved
+    int sampleRate = 0;        ///< frames in a second
+    int channels = 0;
+};
+
+/// Decodes a sound file of any kind that libsndfile knows. Nothing if it is no sound.
+[[nodiscard]] std::optional<SoundSamples> decodedSound(QIODevice &file);
 
 /// The sound at the end of a run. Whatever the sound server does, or if there is none, no call here blocks
-/// and nothing is printed; without the sound module the program is silent.
+/// and nothing is printed. The end of the program does not wait for the sound, but cuts it off.
 class DoneSound final {
 public:
-    DoneSound();
-
-    /// Cuts off a sound that is still playing. See SoundEngine for when it is to be destroyed.
-    ~DoneSound();
-
-    DoneSound(const DoneSound &) = delete;
-    DoneSound &operator=(const DoneSound &) = delete;
-
     /// Reads the sound from a file or a resource. False, and no sound, if that fails.
     bool load(const QString &path = QStringLiteral(":/Done.aif"));
 
@@ -29,7 +34,8 @@ public:
     void play();
 
 private:
-    std::unique_ptr<SoundEngine> m_engine; ///< from the first load on
+    std::shared_ptr<const SoundSamples> m_samples;
+    std::shared_ptr<std::atomic_bool> m_isPlaying = std::make_shared<std::atomic_bool>();
 };
 
 } // namespace brevant

@@ -54,7 +54,7 @@ dpkg-deb -x "$deb" "$tree"
 share=$tree/usr/share
 libraries=$(cd -- "$tree" && echo usr/lib/*/brevant)
 icons=(16x16 22x22 24x24 32x32 48x48 64x64 128x128 256x256 512x512)
-expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries"/brevant-{preview,sound}.so
+expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries/brevant-preview.so"
     usr/share/brevant/lib/{yuicompressor-2.4.8,htmlcompressor-1.5.3}.jar
     usr/share/brevant/lib/licences/{htmlcompressor-Apache-2.0,jargs-BSD,yuicompressor-BSD,yuicompressor-rhino-MPL-1.1}.txt
     usr/share/doc/brevant/{copyright,changelog.gz,manual.css}
@@ -98,11 +98,11 @@ libc6
 libfontconfig1
 libgcc-s1
 libicu72
+libpulse0
 libqscintilla2-qt6-15
 libqt6core6
 libqt6dbus6
 libqt6gui6
-libqt6multimedia6
 libqt6svg6
 libqt6widgets6
 libsndfile1
