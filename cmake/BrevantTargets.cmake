@@ -55,23 +55,30 @@ endfunction()
 # The tests that exercise threads: all that the thread sanitizer's preset needs.
 add_custom_target(threads-tests)
 
-# One test program per tst_*.cpp. LIBRARIES: what it links. ARGN after that: extra sources.
-function(brevant_add_test source)
-    cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES;SOURCES;LABELS;ENVIRONMENT" ${ARGN})
-    get_filename_component(name "${source}" NAME_WE)
-    add_executable(${name} ${source} ${arg_SOURCES})
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
-    target_link_libraries(${name} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
-    add_test(NAME ${name} COMMAND ${name})
-    if("threads" IN_LIST arg_LABELS)
-        add_dependencies(threads-tests ${name})
+# The tests of one folder as one program, in which each tst_X.cpp of TESTS and THREADS is a class that runs alone as the
+# test tst_X. THREADS: those labelled "threads". The thread sanitizer's preset runs no others, and so gets no others.
+function(brevant_add_test program)
+    cmake_parse_arguments(arg "" "" "TESTS;THREADS;SOURCES;LIBRARIES;DEFINITIONS;ENVIRONMENT" ${ARGN})
+    set(built ${arg_TESTS})
+    if(BREVANT_SANITIZE STREQUAL "thread")
+        set(built)
     endif()
-    if(NOT arg_TIMEOUT)
-        set(arg_TIMEOUT 120)
+    add_executable(${program} $<TARGET_OBJECTS:brevant_test_main> ${built} ${arg_THREADS} ${arg_SOURCES})
+    set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    target_compile_definitions(${program} PRIVATE ${arg_DEFINITIONS})
+    target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
+    target_link_libraries(${program} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
+    if(arg_THREADS)
+        add_dependencies(threads-tests ${program})
     endif()
-    set_tests_properties(${name} PROPERTIES
-        TIMEOUT ${arg_TIMEOUT}
-        LABELS "${arg_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+    foreach(source IN LISTS arg_TESTS arg_THREADS)
+        cmake_path(GET source STEM name)
+        add_test(NAME ${name} COMMAND ${program} ${name})
+        set_tests_properties(${name} PROPERTIES
+            TIMEOUT 120
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+        if(source IN_LIST arg_THREADS)
+            set_tests_properties(${name} PROPERTIES LABELS threads)
+        endif()
+    endforeach()
 endfunction()

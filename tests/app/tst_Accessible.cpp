@@ -3,6 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/preview/PreviewPanel.h"
+#include "tests/TestClass.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -121,5 +122,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Accessible)
+BREVANT_TEST(tst_Accessible, QApplication)
 #include "tst_Accessible.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -277,5 +278,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Adding)
+BREVANT_TEST(tst_Adding, QApplication)
 #include "tst_Adding.moc"

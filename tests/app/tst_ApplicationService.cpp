@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationService.h"
 #include "app/platform/Workspace.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
 #include <QDBusMessage>
@@ -218,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ApplicationService)
+BREVANT_TEST(tst_ApplicationService, QCoreApplication)
 #include "tst_ApplicationService.moc"

@@ -3,6 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/SavePanel.h"
+#include "tests/TestClass.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>
@@ -357,5 +358,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Combining)
+BREVANT_TEST(tst_Combining, QApplication)
 #include "tst_Combining.moc"

@@ -3,6 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/preview/PreviewPanel.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -307,5 +308,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Editing)
+BREVANT_TEST(tst_Editing, QApplication)
 #include "tst_Editing.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Instance.h"
 #include "app/Launch.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
 #include <QDBusMessage>
@@ -235,5 +236,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Instance)
+BREVANT_TEST(tst_Instance, QCoreApplication)
 #include "tst_Instance.moc"

@@ -5,6 +5,7 @@
 #include "app/preview/PreviewPanel.h"
 #include "looks/Contrast.h"
 #include "looks/Hairline.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -134,5 +135,5 @@ private:
     }
 };
 
-QTEST_MAIN(tst_Looks)
+BREVANT_TEST(tst_Looks, QApplication)
 #include "tst_Looks.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/app/platform/NotificationService.h"
 #include "tests/app/platform/PrivateBus.h"
 #include "tests/engine/LeftCopy.h"
@@ -62,5 +63,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Originals)
+BREVANT_TEST(tst_Originals, QCoreApplication)
 #include "tst_Originals.moc"

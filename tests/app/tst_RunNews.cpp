@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 #include "app/RunNews.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/NotificationService.h"
 #include "tests/app/platform/PrivateBus.h"
 
@@ -413,5 +414,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_RunNews)
+BREVANT_TEST(tst_RunNews, QApplication)
 #include "tst_RunNews.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
+#include "tests/TestClass.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -300,5 +301,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Running)
+BREVANT_TEST(tst_Running, QApplication)
 #include "tst_Running.moc"

@@ -6,6 +6,7 @@
 #include "app/WindowJobDisplay.h"
 #include "engine/EntryResult.h"
 #include "engine/MinifyJob.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDeadlineTimer>
@@ -393,5 +394,5 @@ void tst_RunsMeanwhile::everythingMeanwhile()
     qInfo().noquote() << line.chopped(2);
 }
 
-QTEST_MAIN(tst_RunsMeanwhile)
+BREVANT_TEST(tst_RunsMeanwhile, QApplication)
 #include "tst_RunsMeanwhile.moc"

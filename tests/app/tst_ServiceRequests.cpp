@@ -4,6 +4,7 @@
 
 #include "app/ApplicationService.h"
 #include "app/ServiceRequests.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -187,5 +188,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_ServiceRequests)
+BREVANT_TEST(tst_ServiceRequests, QApplication)
 #include "tst_ServiceRequests.moc"

@@ -3,6 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/preview/PreviewPanel.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -350,5 +351,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Shell)
+BREVANT_TEST(tst_Shell, QApplication)
 #include "tst_Shell.moc"

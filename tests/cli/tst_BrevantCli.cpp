@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QDir>
@@ -441,5 +442,5 @@ void tst_BrevantCli::aReaderThatGoesAway()
         QCOMPARE(sandbox.read(name), cssMinified);
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCli)
+BREVANT_TEST(tst_BrevantCli, QCoreApplication)
 #include "tst_BrevantCli.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/settings/TestFiles.h"
 
@@ -216,5 +217,5 @@ void tst_BrevantCliListing::unreadableFolders()
     QCOMPARE(ended.out.contains("a.css"), !alone && !arguments.contains(u"--quiet"_s));
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliListing)
+BREVANT_TEST(tst_BrevantCliListing, QCoreApplication)
 #include "tst_BrevantCliListing.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QDir>
@@ -260,5 +261,5 @@ void tst_BrevantCliNames::otherFolderThanTheTools()
     QCOMPARE(sandbox.read(u"deep/er/a.min.html"_s), QByteArray("<p>a</p><p>b</p>"));
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliNames)
+BREVANT_TEST(tst_BrevantCliNames, QCoreApplication)
 #include "tst_BrevantCliNames.moc"

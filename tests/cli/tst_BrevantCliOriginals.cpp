@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/cli/MountNamespace.h"
 #include "tests/engine/LeftCopy.h"
@@ -457,5 +458,5 @@ void tst_BrevantCliOriginals::withoutAHome()
     QCOMPARE(madeAtTheRoot(), before);
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliOriginals)
+BREVANT_TEST(tst_BrevantCliOriginals, QCoreApplication)
 #include "tst_BrevantCliOriginals.moc"

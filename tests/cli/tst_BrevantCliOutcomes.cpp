@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/settings/TestFiles.h"
 
@@ -267,5 +268,5 @@ void tst_BrevantCliOutcomes::aFolderToSaveInCountsFromHere()
     QCOMPARE(sandbox.read(u"out/a.min.css"_s), QByteArray("a{b:c}"));
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliOutcomes)
+BREVANT_TEST(tst_BrevantCliOutcomes, QCoreApplication)
 #include "tst_BrevantCliOutcomes.moc"

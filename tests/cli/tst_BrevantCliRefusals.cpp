@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QDir>
@@ -209,5 +210,5 @@ void tst_BrevantCliRefusals::reportOverAFileOfTheRun()
     QCOMPARE(tree(sandbox.path()), before);
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliRefusals)
+BREVANT_TEST(tst_BrevantCliRefusals, QCoreApplication)
 #include "tst_BrevantCliRefusals.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/cli/Pty.h"
 
@@ -218,5 +219,5 @@ void tst_BrevantCliStop::duringTheLastFile()
     QVERIFY(!terminal.output().contains("Stopped before"));
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliStop)
+BREVANT_TEST(tst_BrevantCliStop, QCoreApplication)
 #include "tst_BrevantCliStop.moc"

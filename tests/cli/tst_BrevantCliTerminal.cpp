@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/cli/Pty.h"
 #include "tests/cli/Screen.h"
@@ -189,5 +190,5 @@ void tst_BrevantCliTerminal::quietOnATerminal()
     QCOMPARE(terminal.output(), QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliTerminal)
+BREVANT_TEST(tst_BrevantCliTerminal, QCoreApplication)
 #include "tst_BrevantCliTerminal.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 #include "tests/cli/MountNamespace.h"
 
@@ -200,5 +201,5 @@ void tst_BrevantCliTools::whatTheCompressorInherits()
     QCOMPARE(given, expected);
 }
 
-QTEST_GUILESS_MAIN(tst_BrevantCliTools)
+BREVANT_TEST(tst_BrevantCliTools, QCoreApplication)
 #include "tst_BrevantCliTools.moc"

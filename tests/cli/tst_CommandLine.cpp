@@ -5,6 +5,7 @@
 #include "files/RawBytes.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
+#include "tests/TestClass.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -327,5 +328,5 @@ void tst_CommandLine::version()
              qPrintable(versionText()));
 }
 
-QTEST_GUILESS_MAIN(tst_CommandLine)
+BREVANT_TEST(tst_CommandLine, QCoreApplication)
 #include "tst_CommandLine.moc"

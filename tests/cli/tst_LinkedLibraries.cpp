@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QRegularExpression>
@@ -31,5 +32,5 @@ void tst_LinkedLibraries::noWindows()
     QCOMPARE(libraries.filter(windows), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_LinkedLibraries)
+BREVANT_TEST(tst_LinkedLibraries, QCoreApplication)
 #include "tst_LinkedLibraries.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/OutputClaims.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QFile>
@@ -106,5 +107,5 @@ private:
     const QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(tst_OutputClaims)
+BREVANT_TEST(tst_OutputClaims, QCoreApplication)
 #include "tst_OutputClaims.moc"

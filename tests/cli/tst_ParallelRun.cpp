@@ -6,6 +6,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QFile>
@@ -356,5 +357,5 @@ private:
     Tools m_tools;
 };
 
-QTEST_GUILESS_MAIN(tst_ParallelRun)
+BREVANT_TEST(tst_ParallelRun, QCoreApplication)
 #include "tst_ParallelRun.moc"

@@ -3,6 +3,7 @@
 #include "cli/RunReport.h"
 
 #include "cli/CommandLine.h"
+#include "tests/TestClass.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -253,5 +254,5 @@ void tst_RunReport::jsonOfAStop()
              (QJsonObject{{u"source"_s, u"/w/b.css"_s}, {u"outcome"_s, u"not run"_s}}));
 }
 
-QTEST_GUILESS_MAIN(tst_RunReport)
+BREVANT_TEST(tst_RunReport, QCoreApplication)
 #include "tst_RunReport.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalText.h"
+#include "tests/TestClass.h"
 
 #include <QProcess>
 #include <QTest>
@@ -283,5 +284,5 @@ void tst_TerminalText::print()
     QCOMPARE(bytes.first(length), QByteArray("ä\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_TerminalText)
+BREVANT_TEST(tst_TerminalText, QCoreApplication)
 #include "tst_TerminalText.moc"

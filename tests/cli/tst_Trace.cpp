@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QHash>
@@ -245,5 +246,5 @@ void tst_Trace::otherFolderAndGzip()
     QCOMPARE(decompressed(first + u".gz"_s), QByteArray("a{b:c}"));
 }
 
-QTEST_GUILESS_MAIN(tst_Trace)
+BREVANT_TEST(tst_Trace, QCoreApplication)
 #include "tst_Trace.moc"

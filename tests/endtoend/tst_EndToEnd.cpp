@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
 
 #include <QDir>
@@ -74,5 +75,5 @@ void tst_EndToEnd::minify()
     QVERIFY2(ended.status == files.value(u"status"_s, "0").trimmed().toInt(), ended.err);
 }
 
-QTEST_GUILESS_MAIN(tst_EndToEnd)
+BREVANT_TEST(tst_EndToEnd, QCoreApplication)
 #include "tst_EndToEnd.moc"

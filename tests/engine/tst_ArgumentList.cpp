@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/ArgumentList.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -24,5 +25,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_ArgumentList)
+BREVANT_TEST(tst_ArgumentList, brevant::test::NoApplication)
 #include "tst_ArgumentList.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/BlankSource.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -66,5 +67,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_BlankSource)
+BREVANT_TEST(tst_BlankSource, brevant::test::NoApplication)
 #include "tst_BlankSource.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/CombineFiles.h"
+#include "tests/TestClass.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -396,8 +397,8 @@ void tst_CombineFiles::memoryIsBounded()
     for (const char *encoding : {"utf-8", "gb18030"}) {
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--combine-once"), path("combined.css"), QString::fromLatin1(encoding),
-                     source, source});
+                    {QStringLiteral("tst_CombineFiles"), QStringLiteral("--combine-once"),
+                     path("combined.css"), QString::fromLatin1(encoding), source, source});
         QVERIFY(child.waitForFinished(60000));
         QCOMPARE(child.exitCode(), 0);
         QCOMPARE(QFileInfo(path("combined.css")).size(), textSize + 2);
@@ -424,7 +425,8 @@ void tst_CombineFiles::killedAtAnyMoment()
     for (int round = 0; round < 200; ++round) {
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--combine-for-ever"), target, first, second});
+                    {QStringLiteral("tst_CombineFiles"), QStringLiteral("--combine-for-ever"), target, first,
+                     second});
         // Amid the first, the second or the third: however long they take, something is there to see.
         for (int begun = random.bounded(3); begun >= 0; --begun) {
             while (!child.canReadLine())
@@ -449,9 +451,9 @@ void tst_CombineFiles::killedAtAnyMoment()
     qInfo("old or new %d and %d times", sawFirst, sawSecond);
 }
 
-int main(int argc, char *argv[])
+static int runOrCombine(int count, char **values)
 {
-    const QCoreApplication application(argc, argv);
+    const QCoreApplication application(count, values);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == QLatin1StringView("--combine-for-ever"))
         return combineForEver(arguments.sliced(2));
@@ -459,6 +461,8 @@ int main(int argc, char *argv[])
         return combineOnce(arguments.sliced(2));
     tst_CombineFiles test;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
+    return QTest::qExec(&test, count, values);
 }
+
+static const test::TestClass registered("tst_CombineFiles", runOrCombine);
 #include "tst_CombineFiles.moc"

@@ -3,6 +3,7 @@
 #include "engine/CompressorCommand.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -277,5 +278,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_CompressorCommand)
+BREVANT_TEST(tst_CompressorCommand, brevant::test::NoApplication)
 #include "tst_CompressorCommand.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/GzipCopy.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QFile>
@@ -125,5 +126,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_GzipCopy)
+BREVANT_TEST(tst_GzipCopy, QCoreApplication)
 #include "tst_GzipCopy.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/PutBack.h"
+#include "tests/TestClass.h"
 #include "tests/engine/LeftCopy.h"
 
 #include <QDir>
@@ -396,5 +397,5 @@ private:
     QString m_originals;
 };
 
-QTEST_GUILESS_MAIN(tst_InterruptedRuns)
+BREVANT_TEST(tst_InterruptedRuns, QCoreApplication)
 #include "tst_InterruptedRuns.moc"

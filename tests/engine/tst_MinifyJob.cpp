@@ -6,6 +6,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -515,5 +516,5 @@ private:
     QString m_log;
 };
 
-QTEST_GUILESS_MAIN(tst_MinifyJob)
+BREVANT_TEST(tst_MinifyJob, QCoreApplication)
 #include "tst_MinifyJob.moc"

@@ -4,6 +4,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/engine/LeftCopy.h"
 
 #include <QDir>
@@ -498,5 +499,5 @@ private:
     Tools m_tools;
 };
 
-QTEST_GUILESS_MAIN(tst_SafetyCopy)
+BREVANT_TEST(tst_SafetyCopy, QCoreApplication)
 #include "tst_SafetyCopy.moc"

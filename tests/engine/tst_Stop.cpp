@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/Stop.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -25,5 +26,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Stop)
+BREVANT_TEST(tst_Stop, QCoreApplication)
 #include "tst_Stop.moc"

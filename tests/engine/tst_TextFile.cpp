@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/TextFile.h"
+#include "tests/TestClass.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -529,5 +530,5 @@ void tst_TextFile::errorIsOneLine()
     QCOMPARE(error.message(), QStringLiteral("/w/a?b?.js: byte 12: Not valid UTF-8"));
 }
 
-QTEST_GUILESS_MAIN(tst_TextFile)
+BREVANT_TEST(tst_TextFile, QCoreApplication)
 #include "tst_TextFile.moc"

@@ -7,6 +7,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/engine/LeftCopy.h"
 
 #include <QDir>
@@ -467,5 +468,5 @@ private:
     bool m_hasLists = false;
 };
 
-QTEST_GUILESS_MAIN(tst_Untouched)
+BREVANT_TEST(tst_Untouched, QCoreApplication)
 #include "tst_Untouched.moc"

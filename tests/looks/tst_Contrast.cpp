@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "looks/Contrast.h"
+#include "tests/TestClass.h"
 
 #include <QPalette>
 #include <QTest>
@@ -64,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Contrast)
+BREVANT_TEST(tst_Contrast, QCoreApplication)
 #include "tst_Contrast.moc"

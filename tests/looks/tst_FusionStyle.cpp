@@ -3,6 +3,7 @@
 #include "looks/FusionStyle.h"
 
 #include "looks/Contrast.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -222,5 +223,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_FusionStyle)
+BREVANT_TEST(tst_FusionStyle, QApplication)
 #include "tst_FusionStyle.moc"

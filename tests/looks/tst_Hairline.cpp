@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "looks/Contrast.h"
 #include "looks/Hairline.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -58,5 +59,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Hairline)
+BREVANT_TEST(tst_Hairline, QApplication)
 #include "tst_Hairline.moc"

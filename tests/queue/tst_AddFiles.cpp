@@ -3,6 +3,7 @@
 #include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "queue/FolderWalk.h"
+#include "tests/TestClass.h"
 #include "tests/queue/QueueSettings.h"
 #include "tests/settings/TestFiles.h"
 
@@ -230,5 +231,5 @@ void tst_AddFiles::oddNames()
                                             "w/u\xcc\x88.css", "w/%1.css", "w/a b/c.js"}));
 }
 
-QTEST_GUILESS_MAIN(tst_AddFiles)
+BREVANT_TEST(tst_AddFiles, QCoreApplication)
 #include "tst_AddFiles.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileKind.h"
+#include "tests/TestClass.h"
 #include "tests/queue/QueueSettings.h"
 
 #include <QTest>
@@ -168,5 +169,5 @@ void tst_FileKind::settingsAreReadEachTime()
     QVERIFY(!isAccepted(u"/x/a.php", settings.store()));
 }
 
-QTEST_GUILESS_MAIN(tst_FileKind)
+BREVANT_TEST(tst_FileKind, QCoreApplication)
 #include "tst_FileKind.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileQueue.h"
+#include "tests/TestClass.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -241,5 +242,5 @@ void tst_FileQueue::manyThreads()
     QCOMPARE(queue.count(), 500);
 }
 
-QTEST_GUILESS_MAIN(tst_FileQueue)
+BREVANT_TEST(tst_FileQueue, QCoreApplication)
 #include "tst_FileQueue.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -388,5 +389,5 @@ void tst_FolderWalk::manyFoldersSideBySide()
     QVERIFY(most - before <= 40);
 }
 
-QTEST_GUILESS_MAIN(tst_FolderWalk)
+BREVANT_TEST(tst_FolderWalk, QCoreApplication)
 #include "tst_FolderWalk.moc"

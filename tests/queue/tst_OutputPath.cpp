@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/OutputPath.h"
+#include "tests/TestClass.h"
 #include "tests/queue/QueueSettings.h"
 
 #include <QTest>
@@ -224,5 +225,5 @@ void tst_OutputPath::switchTurnedMeanwhile()
     QCOMPARE(wrong, 0);
 }
 
-QTEST_GUILESS_MAIN(tst_OutputPath)
+BREVANT_TEST(tst_OutputPath, QCoreApplication)
 #include "tst_OutputPath.moc"

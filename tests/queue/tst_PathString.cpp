@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/PathString.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -127,5 +128,5 @@ void tst_PathString::expandTilde()
     QTEST(expanded, "expected");
 }
 
-QTEST_GUILESS_MAIN(tst_PathString)
+BREVANT_TEST(tst_PathString, QCoreApplication)
 #include "tst_PathString.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/DurableFile.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -316,5 +317,5 @@ void tst_DurableFile::pipeIsNoTarget()
     QCOMPARE(names().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_DurableFile)
+BREVANT_TEST(tst_DurableFile, QCoreApplication)
 #include "tst_DurableFile.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/Encodings.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -60,5 +61,5 @@ void tst_Encodings::names()
     QCOMPARE(isEncodingName(name), expected);
 }
 
-QTEST_GUILESS_MAIN(tst_Encodings)
+BREVANT_TEST(tst_Encodings, QCoreApplication)
 #include "tst_Encodings.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/RawBytes.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -52,5 +53,5 @@ void tst_RawBytes::namesOfAllBytes()
     QCOMPARE(RawBytes::encoded(RawBytes::decoded(all)), all);
 }
 
-QTEST_GUILESS_MAIN(tst_RawBytes)
+BREVANT_TEST(tst_RawBytes, QCoreApplication)
 #include "tst_RawBytes.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -278,5 +279,5 @@ void tst_SettingsChanges::twoStoresTakeTurns()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsChanges)
+BREVANT_TEST(tst_SettingsChanges, QCoreApplication)
 #include "tst_SettingsChanges.moc"

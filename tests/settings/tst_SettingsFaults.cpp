@@ -3,6 +3,7 @@
 #include "settings/SettingsFile.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -361,5 +362,5 @@ void tst_SettingsFaults::writesAgainOnceItCan()
     QCOMPARE(standardError.lineCount(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsFaults)
+BREVANT_TEST(tst_SettingsFaults, QCoreApplication)
 #include "tst_SettingsFaults.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -106,5 +107,5 @@ void tst_SettingsKeys::findsByTheWholeName()
     QCOMPARE(findSettingKey(u"keepXMLSpaceCheckerKeyString"), &allSettingKeys().back());
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsKeys)
+BREVANT_TEST(tst_SettingsKeys, QCoreApplication)
 #include "tst_SettingsKeys.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QDir>
@@ -405,5 +406,5 @@ void tst_SettingsStore::settingDoesNotWait()
     QCOMPARE(fileContent().value(lineBreakKeyString).toString(), QStringLiteral("199"));
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsStore)
+BREVANT_TEST(tst_SettingsStore, QCoreApplication)
 #include "tst_SettingsStore.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 #include "tests/settings/TestFiles.h"
 
 #include <QJsonDocument>
@@ -203,5 +204,5 @@ void tst_SettingsThreads::endsWithAWriteUnderWay()
     QCOMPARE(fileContent(), expected);
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsThreads)
+BREVANT_TEST(tst_SettingsThreads, QCoreApplication)
 #include "tst_SettingsThreads.moc"

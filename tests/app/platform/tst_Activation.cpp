@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Activation.h"
+#include "tests/TestClass.h"
 
 #include <QGuiApplication>
 #include <QTest>
@@ -52,5 +53,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Activation)
+BREVANT_TEST(tst_Activation, QGuiApplication)
 #include "tst_Activation.moc"

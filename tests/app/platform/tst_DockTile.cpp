@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DockTile.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 #include "tests/app/platform/ProbeRun.h"
 
@@ -211,5 +212,5 @@ void tst_DockTile::busThatGoesAway()
     QDBusConnection::disconnectFromBus(QStringLiteral("gone"));
 }
 
-QTEST_GUILESS_MAIN(tst_DockTile)
+BREVANT_TEST(tst_DockTile, QCoreApplication)
 #include "tst_DockTile.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/app/platform/ProbeRun.h"
 #include "tests/app/platform/SoundServer.h"
 
@@ -198,5 +199,5 @@ void tst_DoneSound::serverThatGoesAway()
     verifyQuietEnd(runProbe(sound(1, 1000), server.environment()));
 }
 
-QTEST_GUILESS_MAIN(tst_DoneSound)
+BREVANT_TEST(tst_DoneSound, QCoreApplication)
 #include "tst_DoneSound.moc"

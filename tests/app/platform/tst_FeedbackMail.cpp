@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FeedbackMail.h"
 #include "app/platform/Workspace.h"
+#include "tests/TestClass.h"
 
 #include <QSysInfo>
 #include <QTest>
@@ -130,5 +131,5 @@ void tst_FeedbackMail::systemVersionNamesTheSystem()
     QVERIFY2(!text.contains(QLatin1Char('\n')), qPrintable(text));
 }
 
-QTEST_GUILESS_MAIN(tst_FeedbackMail)
+BREVANT_TEST(tst_FeedbackMail, QCoreApplication)
 #include "tst_FeedbackMail.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Motion.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
 #include <QDBusContext>
@@ -82,5 +83,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Motion)
+BREVANT_TEST(tst_Motion, QCoreApplication)
 #include "tst_Motion.moc"

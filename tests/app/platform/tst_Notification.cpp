@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Notification.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/NotificationService.h"
 #include "tests/app/platform/PrivateBus.h"
 
@@ -324,5 +325,5 @@ void tst_Notification::goingWithdrawsWhatIsOnItsWay()
     QCOMPARE(m_service->asked, QStringList{u"capabilities"_s});
 }
 
-QTEST_GUILESS_MAIN(tst_Notification)
+BREVANT_TEST(tst_Notification, QCoreApplication)
 #include "tst_Notification.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
+#include "tests/TestClass.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -119,5 +120,5 @@ void tst_SoundSamples::loads()
     QVERIFY(!sound.load(file("no sound")));
 }
 
-QTEST_GUILESS_MAIN(tst_SoundSamples)
+BREVANT_TEST(tst_SoundSamples, QCoreApplication)
 #include "tst_SoundSamples.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/app/platform/ProbeRun.h"
 
 #include <QFile>
@@ -65,5 +66,5 @@ void tst_UrlOpening::mailAddressIsHandedOverAsItIs()
                                         "%20OS%20X%20Gr%C3%B6%C3%9Fe%20(a,%20b)%20%231%2050%25&\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_UrlOpening)
+BREVANT_TEST(tst_UrlOpening, QCoreApplication)
 #include "tst_UrlOpening.moc"

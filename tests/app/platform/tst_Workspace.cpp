@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Workspace.h"
+#include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
 #include <QDBusContext>
@@ -249,5 +250,5 @@ void tst_Workspace::oddFolderIsOpened()
     QCOMPARE(m_opened.constLast().toEncoded(), QByteArray("file:///"));
 }
 
-QTEST_GUILESS_MAIN(tst_Workspace)
+BREVANT_TEST(tst_Workspace, QCoreApplication)
 #include "tst_Workspace.moc"

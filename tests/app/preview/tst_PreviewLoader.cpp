@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewLoader.h"
+#include "tests/TestClass.h"
 #include "tests/app/preview/PreviewFiles.h"
 
 #include <QElapsedTimer>
@@ -119,5 +120,5 @@ void tst_PreviewLoader::destroyedWhileLoading()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_PreviewLoader)
+BREVANT_TEST(tst_PreviewLoader, QCoreApplication)
 #include "tst_PreviewLoader.moc"

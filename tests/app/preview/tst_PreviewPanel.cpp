@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewPanel.h"
 #include "app/preview/ZoomWindow.h"
+#include "tests/TestClass.h"
 #include "tests/app/preview/PreviewFiles.h"
 
 #include <QAbstractScrollArea>
@@ -683,5 +684,5 @@ void tst_PreviewPanel::accessibleNames()
     QVERIFY(button("previewNext")->toolTip().contains(QStringLiteral("Next file")));
 }
 
-QTEST_MAIN(tst_PreviewPanel)
+BREVANT_TEST(tst_PreviewPanel, QApplication)
 #include "tst_PreviewPanel.moc"

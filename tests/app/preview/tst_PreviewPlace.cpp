@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewPlace.h"
+#include "tests/TestClass.h"
 
 #include <QTest>
 
@@ -92,5 +93,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_PreviewPlace)
+BREVANT_TEST(tst_PreviewPlace, brevant::test::NoApplication)
 #include "tst_PreviewPlace.moc"

@@ -3,6 +3,7 @@
 #include "app/preview/PreviewReader.h"
 #include "app/preview/PreviewWords.h"
 #include "settings/Encodings.h"
+#include "tests/TestClass.h"
 #include "tests/app/preview/PreviewFiles.h"
 
 #include <QTest>
@@ -320,5 +321,5 @@ void tst_PreviewReader::cancelled()
     QCOMPARE(asked, 3);
 }
 
-QTEST_GUILESS_MAIN(tst_PreviewReader)
+BREVANT_TEST(tst_PreviewReader, QCoreApplication)
 #include "tst_PreviewReader.moc"

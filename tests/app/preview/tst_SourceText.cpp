@@ -5,6 +5,7 @@
 #include "app/preview/QScintilla.h"
 #include "app/preview/SourceText.h"
 #include "looks/Contrast.h"
+#include "tests/TestClass.h"
 
 #include <QFile>
 #include <QFontMetrics>
@@ -314,5 +315,5 @@ void tst_SourceText::sameTextStaysWhereItIs()
     QCOMPARE(editor->firstVisibleLine(), 0);
 }
 
-QTEST_MAIN(tst_SourceText)
+BREVANT_TEST(tst_SourceText, QApplication)
 #include "tst_SourceText.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVImageView.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -234,5 +235,5 @@ void tst_BVImageView::wordsAreWritten()
     QVERIFY(grabbed(view) != longer);
 }
 
-QTEST_MAIN(tst_BVImageView)
+BREVANT_TEST(tst_BVImageView, QApplication)
 #include "tst_BVImageView.moc"

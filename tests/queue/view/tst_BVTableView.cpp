@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "looks/Contrast.h"
+#include "tests/TestClass.h"
 #include "tests/queue/view/TableFixture.h"
 
 #include <QHeaderView>
@@ -496,5 +497,5 @@ void tst_BVTableView::hundredThousandRows()
     QCOMPARE(changes.ofModel(), 1);
 }
 
-QTEST_MAIN(tst_BVTableView)
+BREVANT_TEST(tst_BVTableView, QApplication)
 #include "tst_BVTableView.moc"

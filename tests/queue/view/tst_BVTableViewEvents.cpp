@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/queue/view/TableFixture.h"
 
 #include <QApplication>
@@ -565,5 +566,5 @@ void tst_BVTableViewEvents::tabSelectsTheCurrentRow()
     QCOMPARE(f.table.selectedRowIndexes(), Rows{1});
 }
 
-QTEST_MAIN(tst_BVTableViewEvents)
+BREVANT_TEST(tst_BVTableViewEvents, QApplication)
 #include "tst_BVTableViewEvents.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ExpandedPathToIconTransformer.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QDir>
@@ -144,5 +145,5 @@ void tst_ExpandedPathToIconTransformer::themeIsAsked()
     QCOMPARE(css, QColor(Qt::green));
 }
 
-QTEST_MAIN(tst_ExpandedPathToIconTransformer)
+BREVANT_TEST(tst_ExpandedPathToIconTransformer, QApplication)
 #include "tst_ExpandedPathToIconTransformer.moc"

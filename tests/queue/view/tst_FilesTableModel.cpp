@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileQueue.h"
 #include "queue/view/FilesTableModel.h"
+#include "tests/TestClass.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -174,5 +175,5 @@ void tst_FilesTableModel::toolTipIsNeverMarkup()
     QCOMPARE(asSeen, entry);
 }
 
-QTEST_MAIN(tst_FilesTableModel)
+BREVANT_TEST(tst_FilesTableModel, QApplication)
 #include "tst_FilesTableModel.moc"

@@ -4,6 +4,7 @@
 
 #include "looks/Contrast.h"
 #include "queue/view/BVTableView.h"
+#include "tests/TestClass.h"
 
 #include <QApplication>
 #include <QFontMetricsF>
@@ -290,5 +291,5 @@ void tst_ImageTextCell::fontIsFixedAndInPixels()
                      qRound(QFontMetricsF(fixed(13)).horizontalAdvance(QStringLiteral("WWW.css")))) <= 2);
 }
 
-QTEST_MAIN(tst_ImageTextCell)
+BREVANT_TEST(tst_ImageTextCell, QApplication)
 #include "tst_ImageTextCell.moc"

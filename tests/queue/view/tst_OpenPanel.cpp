@@ -4,6 +4,7 @@
 
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "tests/TestClass.h"
 
 #include <QAction>
 #include <QApplication>
@@ -367,5 +368,5 @@ void tst_OpenPanel::beginsWhereItEnded()
     QCOMPARE(folder, m_folder.path());
 }
 
-QTEST_MAIN(tst_OpenPanel)
+BREVANT_TEST(tst_OpenPanel, QApplication)
 #include "tst_OpenPanel.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 
 #include <QButtonGroup>
@@ -259,5 +260,5 @@ void tst_PreferenceController::closingTheWindowEndsEditing()
     QVERIFY(!bench.controller->window()->isVisible());
 }
 
-QTEST_MAIN(tst_PreferenceController)
+BREVANT_TEST(tst_PreferenceController, QApplication)
 #include "tst_PreferenceController.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/preferences/FolderPanel.h"
+#include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 
 #include <QApplication>
@@ -250,5 +251,5 @@ void tst_PreferenceFolder::panel()
     QCOMPARE(bench.store.stringForKey(selectedFolderKeyString), confirm ? out : folder.path());
 }
 
-QTEST_MAIN(tst_PreferenceFolder)
+BREVANT_TEST(tst_PreferenceFolder, QApplication)
 #include "tst_PreferenceFolder.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/Encodings.h"
+#include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 
 #include <QButtonGroup>
@@ -279,5 +280,5 @@ void tst_PreferenceLoad::filledOnlyOnce()
     QCOMPARE(bench.controller->suffixFieldValue(), QStringLiteral("-other"));
 }
 
-QTEST_MAIN(tst_PreferenceLoad)
+BREVANT_TEST(tst_PreferenceLoad, QApplication)
 #include "tst_PreferenceLoad.moc"

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 
 #include <QAbstractButton>
@@ -176,5 +177,5 @@ void tst_PreferenceWarnings::destroyedWithAWarningOpen()
     QVERIFY(sheet.isNull());
 }
 
-QTEST_MAIN(tst_PreferenceWarnings)
+BREVANT_TEST(tst_PreferenceWarnings, QApplication)
 #include "tst_PreferenceWarnings.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/preferences/PageArea.h"
+#include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 
 #include <QAbstractButton>
@@ -334,5 +335,5 @@ void tst_PreferenceWindow::lettersSearchTheOpenList()
     QTRY_COMPARE(bench.store.stringForKey(selectedEncodingKeyString), QStringLiteral("iso-2022-kr"));
 }
 
-QTEST_MAIN(tst_PreferenceWindow)
+BREVANT_TEST(tst_PreferenceWindow, QApplication)
 #include "tst_PreferenceWindow.moc"
