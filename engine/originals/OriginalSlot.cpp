@@ -87,7 +87,7 @@ std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringLis
             (lock == PrivateFolder::Lock::Refused && isProgramAlive(name)))
             continue;
         Descriptor file = folder.openFile(name);
-        if (!file.isOpen() && errno == EPERM)
+        if (!file.isOpen() && (errno == EPERM || errno == EACCES))
             refused.append(QFile::decodeName(folder.pathOf(name)));
         // As version 1.0.0 locks what it has in use.
         if (file.isOpen() && (::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK))
