@@ -33,7 +33,11 @@ constexpr double shareOfScreen = 0.9; // the rest is for the title bar and the f
 
 MainWindow::MainWindow() : m_ui(std::make_unique<Ui::MainWindow>()) {}
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    // The focus changes once more while the window goes, when its buttons are no longer known.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 void MainWindow::setUp()
 {

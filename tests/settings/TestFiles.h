@@ -87,11 +87,11 @@ public:
     OrdinaryUser()
     {
         if (m_wasRoot)
-            m_ready = ::setegid(nobody) == 0 && ::seteuid(nobody) == 0;
+            m_ready = ::setresgid(nobody, nobody, 0) == 0 && ::setresuid(nobody, nobody, 0) == 0;
     }
     ~OrdinaryUser()
     {
-        if (m_wasRoot && (::seteuid(0) != 0 || ::setegid(0) != 0))
+        if (m_wasRoot && (::setresuid(0, 0, 0) != 0 || ::setresgid(0, 0, 0) != 0))
             std::abort();
     }
     OrdinaryUser(const OrdinaryUser &) = delete;
