@@ -125,7 +125,8 @@ std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) c
 {
     std::vector<QByteArray> names;
     const Descriptor again = openAt(m_folder.number(), QByteArrayLiteral("."), O_RDONLY | O_DIRECTORY);
-    const std::unique_ptr<DIR, int (*)(DIR *)> entries(::fdopendir(::fcntl(again.number(), F_DUPFD_CLOEXEC, 0)), &::closedir);
+    const std::unique_ptr<DIR, int (*)(DIR *)> entries(
+        ::fdopendir(::fcntl(again.number(), F_DUPFD_CLOEXEC, 0)), &::closedir);
     while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr) {
         if (const QByteArray name(entry->d_name); name.endsWith(suffix))
             names.push_back(name);
