@@ -157,6 +157,14 @@ class Session:
         self.start("openbox", "--sm-disable")
         wait_for("a window manager", lambda: b"window id" in self.run(
             "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+        # The first key brings the keyboard's map, for which the window manager takes hold of its keys anew; a key
+        # that comes meanwhile is lost. Once it has done what it was asked for later, it is through with that.
+        self.run("xdotool", "key", "shift")
+        wait_for("a window manager with its keys", self._has_one_workspace)
+
+    def _has_one_workspace(self):
+        self.run("xdotool", "set_num_desktops", "1")
+        return b"= 1" in self.run("xprop", "-root", "_NET_NUMBER_OF_DESKTOPS")
 
     def _start_buses(self):
         address = f"unix:path={self.folder}/run/bus"
