@@ -9,7 +9,7 @@
 #include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "settings/preferences/WarningSheet.h"
+#include "widgets/WarningSheet.h"
 
 #include <QAction>
 

@@ -3,9 +3,9 @@
 #include "app/MainWindow.h"
 
 #include "app/AccessibleWindows.h"
-#include "looks/FusionStyle.h"
-#include "settings/preferences/BackgroundDrag.h"
 #include "ui_MainWindow.h"
+#include "widgets/BackgroundDrag.h"
+#include "widgets/FusionStyle.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -3,7 +3,7 @@
 #include "app/SavePanel.h"
 
 #include "files/PathString.h"
-#include "looks/FilePanel.h"
+#include "widgets/FilePanel.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StatusLine.h"
 
-#include <QPainter>
-#include <QStyle>
-
 namespace brevant {
 
 void StatusLine::setStringValue(const QString &text)
@@ -13,14 +10,6 @@ void StatusLine::setStringValue(const QString &text)
         return;
     setText(text); // which tells assistive programs
     setToolTip(text);
-}
-
-void StatusLine::paintEvent([[maybe_unused]] QPaintEvent *event)
-{
-    QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(), Qt::AlignVCenter | Qt::AlignLeading, palette(),
-                          isEnabled(), shown, foregroundRole());
 }
 
 } // namespace brevant

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/preview/ElidedLabel.h"
 #include "app/preview/PreviewPanel.h"
 #include "app/preview/PreviewText.h"
-#include "looks/Hairline.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/Hairline.h"
 
 #include <QAbstractScrollArea>
 #include <QClipboard>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewTheme.h"
 
-#include "looks/Contrast.h"
+#include "widgets/Contrast.h"
 
 #include <array>
 

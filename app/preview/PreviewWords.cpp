@@ -3,7 +3,7 @@
 #include "app/preview/PreviewWords.h"
 
 #include "app/preview/PreviewReader.h"
-#include "looks/SizeText.h"
+#include "widgets/SizeText.h"
 
 #include <QCoreApplication>
 #include <QLocale>

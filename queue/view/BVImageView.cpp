@@ -4,7 +4,6 @@
 
 #include <QEvent>
 #include <QFile>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QTimer>
@@ -85,11 +84,6 @@ QRectF BVImageView::imageRect() const
     return rect;
 }
 
-void BVImageView::startWindowMove()
-{
-    WindowDrag::start(*this);
-}
-
 void BVImageView::paintEvent(QPaintEvent *)
 {
     const QRectF rect = imageRect();
@@ -156,26 +150,6 @@ void BVImageView::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
         forget();
     QWidget::changeEvent(event);
-}
-
-void BVImageView::mousePressEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::LeftButton && mouseDownCanMoveWindow())
-        m_windowDrag.press(event->globalPosition().toPoint());
-    else
-        QWidget::mousePressEvent(event);
-}
-
-void BVImageView::mouseMoveEvent(QMouseEvent *event)
-{
-    if (m_windowDrag.move(event->globalPosition().toPoint()))
-        startWindowMove();
-}
-
-void BVImageView::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::LeftButton)
-        m_windowDrag.release();
 }
 
 } // namespace brevant

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "queue/view/WindowDrag.h"
-
 #include <QPixmap>
 #include <QWidget>
 
@@ -34,22 +32,16 @@ public:
     /// The name of the picture, without an ending.
     [[nodiscard]] const QString &imageName() const { return m_imageName; }
 
-    /// Yes: a drag that starts on the picture moves the window.
+    /// Yes: a drag that starts on the picture moves the window, as all its background does.
     [[nodiscard]] bool mouseDownCanMoveWindow() const { return true; }
 
     /// Where the picture is drawn; empty if none is shown.
     [[nodiscard]] QRectF imageRect() const;
 
 protected:
-    /// Hands the window to the window manager to be moved.
-    virtual void startWindowMove();
-
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     QSvgRenderer &image() const;
@@ -62,7 +54,6 @@ private:
     QString m_words;
     mutable std::unique_ptr<QSvgRenderer> m_image;
     mutable QPixmap m_drawn; ///< the picture at the size that it was last painted at
-    WindowDrag m_windowDrag;
 };
 
 } // namespace brevant

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVTableView.h"
 
-#include "looks/Contrast.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/FilesTableModel.h"
+#include "widgets/BackgroundDrag.h"
+#include "widgets/Contrast.h"
 
 #include <QHeaderView>
 #include <QPaintEvent>
@@ -79,6 +80,13 @@ void BVTableView::setUp()
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
     setBackgroundColor(std::nullopt);
+    auto *const drag = new BackgroundDrag(viewport(), [this](QPoint at) {
+        return mouseDownCanMoveWindow() && rowAt(at.y()) == -1;
+    }); // owned by the viewport
+    connect(drag, &BackgroundDrag::clicked, this, [this](Qt::KeyboardModifiers modifiers) {
+        if (!(modifiers & (Qt::ShiftModifier | Qt::ControlModifier)))
+            deselectAll();
+    });
 }
 
 void BVTableView::setDropView(BVImageView *dropView)

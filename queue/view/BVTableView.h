@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "queue/view/WindowDrag.h"
-
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
@@ -86,16 +84,12 @@ protected:
     void draggingExited(QDragLeaveEvent *event);
     void concludeDragOperation();
 
-    /// Hands the window to the window manager to be moved.
-    virtual void startWindowMove();
-
     QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
     void reset() override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -133,7 +127,6 @@ private:
     bool m_keyboardFocus = false; ///< the focus came by a key
     QString m_searched;
     QElapsedTimer m_sinceSearch;
-    WindowDrag m_windowDrag;
 };
 
 } // namespace brevant

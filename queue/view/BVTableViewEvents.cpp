@@ -74,45 +74,23 @@ void BVTableView::contextMenuEvent(QContextMenuEvent *event)
     m_menu->popup(frameOfCellOnScreen(selectedRow()).center());
 }
 
+// The right button is the menu's alone: it must not replace the selection.
 void BVTableView::mousePressEvent(QMouseEvent *event)
 {
-    // The right button is the menu's alone: it must not replace the selection.
-    if (event->button() == Qt::RightButton)
-        return;
-    if (event->button() == Qt::LeftButton && mouseDownCanMoveWindow() &&
-        rowAt(event->position().toPoint().y()) == -1)
-        m_windowDrag.press(event->globalPosition().toPoint());
-    else
+    if (event->button() != Qt::RightButton)
         QTableView::mousePressEvent(event);
-}
-
-void BVTableView::mouseMoveEvent(QMouseEvent *event)
-{
-    if (!m_windowDrag.isPressed())
-        QTableView::mouseMoveEvent(event);
-    else if (m_windowDrag.move(event->globalPosition().toPoint()))
-        startWindowMove();
 }
 
 void BVTableView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::RightButton)
-        return;
-    if (!m_windowDrag.isPressed())
+    if (event->button() != Qt::RightButton)
         QTableView::mouseReleaseEvent(event);
-    else if (m_windowDrag.release() && !(event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
-        deselectAll();
 }
 
 void BVTableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
         Q_EMIT doubleAction();
-}
-
-void BVTableView::startWindowMove()
-{
-    WindowDrag::start(*this);
 }
 
 void BVTableView::keyPressEvent(QKeyEvent *event)

@@ -3,8 +3,8 @@
 #include "queue/view/ImageTextCell.h"
 
 #include "files/PathString.h"
-#include "looks/Contrast.h"
 #include "queue/FileKind.h"
+#include "widgets/Contrast.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

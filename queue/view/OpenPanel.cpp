@@ -3,9 +3,9 @@
 #include "queue/view/OpenPanel.h"
 
 #include "files/PathString.h"
-#include "looks/FilePanel.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "widgets/FilePanel.h"
 
 #include <QAction>
 #include <QDialogButtonBox>

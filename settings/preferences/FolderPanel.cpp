@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/preferences/FolderPanel.h"
 
-#include "looks/FilePanel.h"
+#include "widgets/FilePanel.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>

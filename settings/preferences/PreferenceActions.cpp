@@ -8,8 +8,8 @@
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "settings/preferences/WarningSheet.h"
 #include "ui_Preferences.h"
+#include "widgets/WarningSheet.h"
 
 #include <QButtonGroup>
 

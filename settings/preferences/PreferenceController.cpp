@@ -5,8 +5,8 @@
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "settings/preferences/BackgroundDrag.h"
 #include "ui_Preferences.h"
+#include "widgets/BackgroundDrag.h"
 
 #include <QApplication>
 #include <QButtonGroup>

@@ -3,9 +3,9 @@
 #include "AppFixture.h"
 
 #include "app/preview/PreviewPanel.h"
-#include "looks/Contrast.h"
-#include "looks/Hairline.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
+#include "widgets/Hairline.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -4,8 +4,8 @@
 #include "app/preview/PreviewTheme.h"
 #include "app/preview/QScintilla.h"
 #include "app/preview/SourceText.h"
-#include "looks/Contrast.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
 
 #include <QFile>
 #include <QFontMetrics>

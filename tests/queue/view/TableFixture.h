@@ -18,16 +18,11 @@
 
 namespace brevant::test {
 
-/// The table with its window moves counted and not made.
 class Table final : public BVTableView {
 public:
     using BVTableView::BVTableView;
     using BVTableView::dragMoveEvent;
     using BVTableView::dropEvent;
-    int moves = 0;
-
-protected:
-    void startWindowMove() override { ++moves; }
 };
 
 /// Takes every drop, and remembers what it was asked.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVImageView.h"
 #include "tests/TestClass.h"
+#include "widgets/BackgroundDrag.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -11,17 +12,10 @@
 #include <utility>
 #include <vector>
 
+using brevant::BackgroundDrag;
 using brevant::BVImageView;
 
 namespace {
-
-class View final : public BVImageView {
-public:
-    int moves = 0;
-
-protected:
-    void startWindowMove() override { ++moves; }
-};
 
 QImage grabbed(QWidget &view, qreal scale = 1)
 {
@@ -194,20 +188,23 @@ void tst_BVImageView::darkWindowShowsTheDarkTwin()
 
 void tst_BVImageView::dragMovesTheWindow()
 {
-    View view;
+    QWidget window;
+    new BackgroundDrag(&window); // owned by the window, as the main window's
+    BVImageView view(&window);
     view.resize(440, 400);
-    view.show();
+    window.show();
     QVERIFY(view.mouseDownCanMoveWindow());
+    const QPoint place = window.pos();
     QTest::mousePress(&view, Qt::LeftButton, {}, {100, 100});
     QTest::mouseMove(&view, {101, 101});
-    QCOMPARE(view.moves, 0);
-    QTest::mouseMove(&view, {100 + QApplication::startDragDistance(), 101});
-    QTest::mouseMove(&view, {200, 200});
-    QCOMPARE(view.moves, 1);
-    QTest::mouseRelease(&view, Qt::LeftButton, {}, {200, 200});
+    QCOMPARE(window.pos(), place);
+    const QPoint step(QApplication::startDragDistance(), 1);
+    QTest::mouseMove(&view, QPoint(100, 100) + step);
+    QCOMPARE(window.pos(), place + step);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {100, 100});
     QTest::mousePress(&view, Qt::RightButton, {}, {100, 100});
     QTest::mouseMove(&view, {200, 200});
-    QCOMPARE(view.moves, 1);
+    QCOMPARE(window.pos(), place + step);
 }
 
 void tst_BVImageView::wordsAreWritten()

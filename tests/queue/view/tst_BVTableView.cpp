@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/Contrast.h"
 #include "tests/TestClass.h"
 #include "tests/queue/view/TableFixture.h"
+#include "widgets/Contrast.h"
 
 #include <QHeaderView>
 #include <QPainter>

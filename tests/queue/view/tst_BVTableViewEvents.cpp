@@ -365,11 +365,12 @@ void tst_BVTableViewEvents::doubleClick()
     QFETCH(const int, row);
     Fixture f(count);
     QWidget *const viewport = f.table.viewport();
+    const QPoint place = f.window.pos();
     QTest::mouseClick(viewport, Qt::LeftButton, {}, f.at(row));
     QCOMPARE(f.doubleActions.count(), 0);
     QTest::mouseDClick(viewport, Qt::LeftButton, {}, f.at(row));
     QCOMPARE(f.doubleActions.count(), 1);
-    QCOMPARE(f.table.moves, 0);
+    QCOMPARE(f.window.pos(), place);
     QTest::mouseDClick(viewport, Qt::RightButton, {}, f.at(row));
     QCOMPARE(f.doubleActions.count(), 1);
 }
@@ -381,22 +382,27 @@ void tst_BVTableViewEvents::dragOfTheBackgroundMovesTheWindow()
     f.table.selectRowIndexes({1}, false);
     QWidget *const viewport = f.table.viewport();
     const QPoint start = f.at(6);
+    const QPoint place = f.window.pos();
+    const QPoint step(QApplication::startDragDistance(), 0);
     QTest::mousePress(viewport, Qt::LeftButton, {}, start);
-    QTest::mouseMove(viewport, start + QPoint(QApplication::startDragDistance() - 1, 0));
-    QCOMPARE(f.table.moves, 0);
-    QTest::mouseMove(viewport, start + QPoint(QApplication::startDragDistance(), 0));
-    QTest::mouseMove(viewport, f.at(1));
-    QCOMPARE(f.table.moves, 1);
-    QTest::mouseRelease(viewport, Qt::LeftButton, {}, f.at(1));
+    QTest::mouseMove(viewport, start + step - QPoint(1, 0));
+    QCOMPARE(f.window.pos(), place);
+    QTest::mouseMove(viewport, start + step);
+    QCOMPARE(f.window.pos(), place + step);
+    // The window has come along, so that the pointer is where it was on it.
+    QTest::mouseMove(viewport, start + step);
+    QCOMPARE(f.window.pos(), place + 2 * step);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, start);
     QCOMPARE(f.table.selectedRowIndexes(), Rows{1});
     QTest::mouseMove(viewport, f.at(7));
-    QCOMPARE(f.table.moves, 1);
+    QCOMPARE(f.window.pos(), place + 2 * step);
 }
 
 void tst_BVTableViewEvents::dragOfARowSelects()
 {
     Fixture f(6);
     QWidget *const viewport = f.table.viewport();
+    const QPoint place = f.window.pos();
     QTest::mousePress(viewport, Qt::LeftButton, {}, f.at(1));
     // QTest moves no pressed button.
     for (const int row : {2, 3}) {
@@ -405,7 +411,7 @@ void tst_BVTableViewEvents::dragOfARowSelects()
         QApplication::sendEvent(viewport, &move);
     }
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, f.at(3));
-    QCOMPARE(f.table.moves, 0);
+    QCOMPARE(f.window.pos(), place);
     QCOMPARE(f.table.selectedRowIndexes(), (Rows{1, 2, 3}));
 }
 

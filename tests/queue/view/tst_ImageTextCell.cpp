@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/ImageTextCell.h"
 
-#include "looks/Contrast.h"
 #include "queue/view/BVTableView.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

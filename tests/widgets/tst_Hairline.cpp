@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/Contrast.h"
-#include "looks/Hairline.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
+#include "widgets/Hairline.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/FilePanel.h"
+#include "widgets/FilePanel.h"
 
-#include "looks/SizeText.h"
+#include "widgets/SizeText.h"
 
 #include <QFileDialog>
 #include <QFileSystemModel>

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/preview/ElidedLabel.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QPainter>
 #include <QStyle>
 
 namespace brevant {
 
-ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent)
+ElidedLabel::ElidedLabel(QWidget *parent, Qt::TextElideMode mode) : QLabel(parent), m_mode(mode)
 {
     setTextFormat(Qt::PlainText);
 }
@@ -20,7 +20,7 @@ QSize ElidedLabel::minimumSizeHint() const
 void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    const QString elided = fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+    const QString elided = fontMetrics().elidedText(text(), m_mode, contentsRect().width());
     style()->drawItemText(&painter, contentsRect(), int(alignment()), palette(), isEnabled(), elided,
                           foregroundRole());
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/FusionStyle.h"
+#include "widgets/FusionStyle.h"
 
-#include "looks/Contrast.h"
+#include "widgets/Contrast.h"
 
 #include <QApplication>
 #include <QIconEngine>

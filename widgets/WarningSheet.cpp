@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/preferences/WarningSheet.h"
+#include "widgets/WarningSheet.h"
 
 #include <QLabel>
 #include <QMessageBox>

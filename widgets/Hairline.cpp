@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/Hairline.h"
+#include "widgets/Hairline.h"
 
-#include "looks/Contrast.h"
+#include "widgets/Contrast.h"
 
 #include <QPainter>
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/FusionStyle.h"
+#include "widgets/FusionStyle.h"
 
-#include "looks/Contrast.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -6,17 +6,20 @@
 
 namespace brevant {
 
-/// One line of plain text that gives up its middle rather than make the window wider.
-class ElidedLabel final : public QLabel {
+/// One line of plain text that is shortened rather than make the window wider.
+class ElidedLabel : public QLabel {
     Q_OBJECT
 
 public:
-    explicit ElidedLabel(QWidget *parent);
+    explicit ElidedLabel(QWidget *parent, Qt::TextElideMode mode = Qt::ElideMiddle);
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    const Qt::TextElideMode m_mode;
 };
 
 } // namespace brevant

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "looks/Contrast.h"
 #include "tests/TestClass.h"
+#include "widgets/Contrast.h"
 
 #include <QPalette>
 #include <QTest>
