@@ -12,7 +12,6 @@
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
-#include "queue/view/DropHint.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"
 #include "queue/view/ImageTextCell.h"
 #include "queue/view/OpenPanel.h"

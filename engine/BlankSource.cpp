@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 
 namespace brevant {
 
@@ -20,8 +21,20 @@ struct Comment {
     QByteArrayView closing;
 };
 
-constexpr Comment cssComment{"/*", "*/"};
-constexpr Comment htmlComment{"<!--", "-->"};
+/// The comments of a language whose compressor may leave nothing of a file; nothing for one that never does.
+std::optional<Comment> commentsOf(KindFamily family)
+{
+    switch (family) {
+    case KindFamily::StyleSheet:
+        return Comment{"/*", "*/"};
+    case KindFamily::Script:
+        return std::nullopt;
+    case KindFamily::Markup:
+        return Comment{"<!--", "-->"};
+    }
+    Q_UNREACHABLE();
+}
+
 constexpr QByteArrayView htmlCondition("<!--["); // no comment to the compressor, which keeps it
 
 /// Reads on behind the next `text`, or to the end if there is none.
@@ -50,18 +63,18 @@ bool skipWhiteSpace(QIODevice &file)
 
 bool isBlankSource(const QString &source)
 {
-    const std::optional<FileKind> kind = kindOf(source);
+    const FileKind *const kind = kindOf(source);
+    const std::optional<Comment> comment = kind ? commentsOf(kind->family) : std::nullopt;
     QFile file(source);
     // A pipe is not even opened: that could wait for ever.
-    if (!kind || *kind == FileKind::Js || !QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+    if (!comment || !QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
         return false;
-    const Comment &comment = *kind == FileKind::Css ? cssComment : htmlComment;
     while (skipWhiteSpace(file)) {
         const QByteArray next = file.peek(htmlCondition.size());
-        if (!next.startsWith(comment.opening) || next == htmlCondition)
+        if (!next.startsWith(comment->opening) || next == htmlCondition)
             return false;
-        file.skip(comment.opening.size());
-        skipPast(file, comment.closing);
+        file.skip(comment->opening.size());
+        skipPast(file, comment->closing);
     }
     return true;
 }

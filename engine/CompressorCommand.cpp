@@ -23,13 +23,20 @@ SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
     return value.toBool() ? SwitchState::On : SwitchState::Off;
 }
 
-bool isForYui(FileKind kind)
+bool isForYui(KindFamily family)
 {
-    return kind == FileKind::Css || kind == FileKind::Js;
+    switch (family) {
+    case KindFamily::StyleSheet:
+    case KindFamily::Script:
+        return true;
+    case KindFamily::Markup:
+        return false;
+    }
+    Q_UNREACHABLE();
 }
 
-/// The list for CSS and JavaScript: the encoding stands at the very end.
-QStringList yuiArguments(FileKind kind, const QString &entry, const std::optional<QString> &output,
+/// The list for style sheets and scripts: the encoding stands at the very end.
+QStringList yuiArguments(const FileKind &kind, const QString &entry, const std::optional<QString> &output,
                          const CompressorOptions &options)
 {
     if (options.lineBreak == SwitchState::Undecided)
@@ -37,7 +44,7 @@ QStringList yuiArguments(FileKind kind, const QString &entry, const std::optiona
     ArgumentList arguments{QStringLiteral("-jar"), Tools::yuiCompressor()};
     if (options.lineBreak == SwitchState::On)
         arguments.add(QStringLiteral("--line-break")).add(options.lineBreakColumn);
-    if (kind == FileKind::Js) {
+    if (kind.family == KindFamily::Script) {
         const std::pair<SwitchState, QString> switches[] = {
             {options.nomunge, QStringLiteral("--nomunge")},
             {options.preserveSemi, QStringLiteral("--preserve-semi")},
@@ -55,7 +62,7 @@ QStringList yuiArguments(FileKind kind, const QString &entry, const std::optiona
     return arguments.values();
 }
 
-/// The list for HTML, PHTML and PHP: the encoding stands first, and the output ends it.
+/// The list for markup: the encoding stands first, and the output ends it.
 QStringList htmlArguments(const QString &entry, const std::optional<QString> &output,
                           const CompressorOptions &options)
 {
@@ -92,18 +99,17 @@ void CompressorOptions::readSwitches(const SettingsStore &settings)
 QStringList compressorArguments(const QString &entry, const std::optional<QString> &output,
                                 const CompressorOptions &options)
 {
-    const std::optional<FileKind> kind = kindOf(entry);
+    const FileKind *const kind = kindOf(entry);
     if (!kind)
         return {};
-    if (isForYui(*kind))
-        return yuiArguments(*kind, entry, output, options);
-    return htmlArguments(entry, output, options);
+    return isForYui(kind->family) ? yuiArguments(*kind, entry, output, options)
+                                  : htmlArguments(entry, output, options);
 }
 
 bool isTakenForPattern(const QString &entry, const QString &output)
 {
-    const std::optional<FileKind> kind = kindOf(entry);
-    return kind && isForYui(*kind) && output.contains(u':');
+    const FileKind *const kind = kindOf(entry);
+    return kind && isForYui(kind->family) && output.contains(u':');
 }
 
 bool isDangerousPattern(const QString &entry, const QString &output)

@@ -10,60 +10,46 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr std::array kinds{FileKind::Css, FileKind::Js, FileKind::Html, FileKind::Phtml, FileKind::Php};
+constexpr std::array kinds{
+    FileKind{u"css", KindFamily::StyleSheet, "CSS"_L1, {}},
+    FileKind{u"js", KindFamily::Script, "JavaScript"_L1, {}},
+    FileKind{u"html", KindFamily::Markup, "HTML"_L1, enableHTMLCheckerKeyString},
+    FileKind{u"phtml", KindFamily::Markup, "PHP"_L1, enablePHPCheckerKeyString},
+    FileKind{u"php", KindFamily::Markup, "PHP"_L1, enablePHPCheckerKeyString},
+};
 
 // Fixed on purpose: it does not follow the suffix of the outputs.
 constexpr QLatin1StringView minifiedEnding(".min");
 
-bool isSwitchedOn(FileKind kind, const SettingsStore &settings)
-{
-    switch (kind) {
-    case FileKind::Css:
-    case FileKind::Js:
-        return true;
-    case FileKind::Html:
-        return settings.boolForKey(enableHTMLCheckerKeyString);
-    case FileKind::Phtml:
-    case FileKind::Php:
-        return settings.boolForKey(enablePHPCheckerKeyString);
-    }
-    return false;
-}
-
 } // namespace
 
-std::optional<FileKind> kindOf(QStringView path)
+bool FileKind::isSwitchedOn(const SettingsStore &settings) const
 {
-    for (const FileKind kind : kinds) {
-        if (PathString::hasExtension(path, extensionOf(kind)))
-            return kind;
-    }
-    return std::nullopt;
+    return switchKey.isEmpty() || settings.boolForKey(switchKey);
 }
 
-QStringView extensionOf(FileKind kind)
+std::span<const FileKind> allFileKinds()
 {
-    switch (kind) {
-    case FileKind::Css:
-        return u"css";
-    case FileKind::Js:
-        return u"js";
-    case FileKind::Html:
-        return u"html";
-    case FileKind::Phtml:
-        return u"phtml";
-    case FileKind::Php:
-        return u"php";
+    return kinds;
+}
+
+const FileKind *kindOf(QStringView path)
+{
+    for (const FileKind &kind : kinds) {
+        if (PathString::hasExtension(path, kind.extension))
+            return &kind;
     }
-    return {};
+    return nullptr;
 }
 
 bool isAccepted(QStringView path, const SettingsStore &settings)
 {
-    const std::optional<FileKind> kind = kindOf(path);
-    if (!kind || !isSwitchedOn(*kind, settings))
+    const FileKind *const kind = kindOf(path);
+    if (!kind || !kind->isSwitchedOn(settings))
         return false;
     return !PathString::stem(path).endsWith(minifiedEnding) || !settings.boolForKey(filterCheckerKeyString);
 }

@@ -3,22 +3,31 @@
 #pragma once
 
 #include <QString>
-#include <QStringView>
 
-#include <optional>
+#include <span>
 
 namespace brevant {
 
 class SettingsStore;
 
-/// The kinds of files that can be minified, told apart by extension alone.
-enum class FileKind { Css, Js, Html, Phtml, Php };
+/// What all kinds of one language have in common: colour, highlighting, compressor.
+enum class KindFamily { StyleSheet, Script, Markup };
 
-/// The kind of `path` by its extension, the case of A to Z ignored; nothing if it is none of the five.
-[[nodiscard]] std::optional<FileKind> kindOf(QStringView path);
+/// One kind of files that can be minified, told apart by extension alone.
+struct FileKind {
+    QStringView extension; ///< in lower case and without a dot
+    KindFamily family;
+    QLatin1StringView name;      ///< what people call it
+    QLatin1StringView switchKey; ///< the setting that accepts it; empty if it is always accepted
 
-/// The extension of a kind, in lower case and without a dot.
-[[nodiscard]] QStringView extensionOf(FileKind kind);
+    [[nodiscard]] bool isSwitchedOn(const SettingsStore &settings) const;
+};
+
+/// All kinds, in the order in which they are shown.
+[[nodiscard]] std::span<const FileKind> allFileKinds();
+
+/// The kind of `path` by its extension, the case of A to Z ignored; null if it is none.
+[[nodiscard]] const FileKind *kindOf(QStringView path);
 
 /// Whether the application takes `path` into its queue: its kind is switched on, and it is not a file named
 /// .min while those are skipped. Asks for no file, and reads the settings anew at each call.

@@ -41,8 +41,8 @@ OutputPath::OutputPath(const SettingsStore &settings) : m_settings(settings)
 
 std::optional<QString> OutputPath::next(const QString &entry)
 {
-    if (const std::optional<FileKind> kind = kindOf(entry))
-        m_extension = extensionOf(*kind).toString();
+    if (const FileKind *const kind = kindOf(entry))
+        m_extension = kind->extension.toString();
     m_now.read(m_settings);
     m_now.next(entry, m_extension);
     m_atStart.next(entry, m_extension);

@@ -85,17 +85,16 @@ void SourceText::setUpEditor()
 QsciLexer *SourceText::lexerFor(QStringView path) const
 {
     // Text without a lexer is painted ten times more slowly, so there is always one.
-    switch (kindOf(path).value_or(FileKind::Html)) {
-    case FileKind::Css:
+    const FileKind *const kind = kindOf(path);
+    switch (kind ? kind->family : KindFamily::Markup) {
+    case KindFamily::StyleSheet:
         return m_css;
-    case FileKind::Js:
+    case KindFamily::Script:
         return m_javaScript;
-    case FileKind::Html:
-    case FileKind::Phtml:
-    case FileKind::Php:
-        break;
+    case KindFamily::Markup:
+        return m_html;
     }
-    return m_html;
+    Q_UNREACHABLE();
 }
 
 void SourceText::setContent(const PreviewContent &content)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVImageView.h"
 
+#include "queue/FileKind.h"
+
 #include <QEvent>
 #include <QFile>
 #include <QPainter>
@@ -13,6 +15,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int margin = 16;
@@ -23,6 +27,17 @@ bool isDark(const QPalette &palette)
 }
 
 } // namespace
+
+QString dropHint(const SettingsStore &settings)
+{
+    QStringList names;
+    for (const FileKind &kind : allFileKinds()) {
+        if (kind.isSwitchedOn(settings) && !names.contains(kind.name))
+            names += kind.name;
+    }
+    const QString last = names.takeLast();
+    return BVImageView::tr("Drop %1 or %2 files").arg(names.join(u", "_s), last);
+}
 
 BVImageView::BVImageView(QWidget *parent) : QWidget(parent) {}
 

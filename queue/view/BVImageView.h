@@ -11,6 +11,12 @@ class QSvgRenderer;
 
 namespace brevant {
 
+class SettingsStore;
+
+/// The line that asks for files, with the kinds that are switched on: "Drop CSS or JavaScript files". The
+/// picture goes on from there.
+[[nodiscard]] QString dropHint(const SettingsStore &settings);
+
 /// The drop-zone picture: a named picture of the application's resources in the middle of the view.
 ///
 /// It is drawn sharp at any scale, never larger than it was made and smaller where there is no room. If the

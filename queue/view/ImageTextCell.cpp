@@ -20,28 +20,25 @@ constexpr int folderPixels = 11;
 
 constexpr QRgb darkerGround = qRgb(204, 238, 255); ///< that of a selected row
 
-std::optional<QColor> kindColour(QStringView path)
+QColor familyColour(KindFamily family)
 {
-    const std::optional<FileKind> kind = kindOf(path);
-    if (!kind)
-        return std::nullopt;
-    switch (*kind) {
-    case FileKind::Js:
-        return QColor(159, 0, 195);
-    case FileKind::Css:
-        return QColor(0, 140, 0);
-    case FileKind::Html:
-    case FileKind::Phtml:
-    case FileKind::Php:
-        return QColor(255, 103, 38);
+    switch (family) {
+    case KindFamily::StyleSheet:
+        return {0, 140, 0};
+    case KindFamily::Script:
+        return {159, 0, 195};
+    case KindFamily::Markup:
+        return {255, 103, 38};
     }
-    return std::nullopt;
+    Q_UNREACHABLE();
 }
 
 /// The colour of a kind is fixed, but for those who ask for high contrast.
-QColor shownKindColour(const QColor &colour, bool wantsHighContrast)
+QColor kindColour(const FileKind &kind, const QPalette &palette)
 {
-    return wantsHighContrast ? readableOn(QColor(darkerGround), Qt::black, colour, highContrast) : colour;
+    const QColor colour = familyColour(kind.family);
+    return isHighContrast(palette) ? readableOn(QColor(darkerGround), Qt::black, colour, highContrast)
+                                   : colour;
 }
 
 QFont fixedFont(int pixels)
@@ -77,13 +74,9 @@ void ImageTextCell::drawWithFrame(const QRectF &cellFrame, QPainter &painter, co
 {
     const QString name = PathString::lastComponent(path).toString();
     const QPointF nameCorner(cellFrame.x() + textIndent, cellFrame.y());
-    if (const std::optional<QColor> colour = kindColour(path)) {
-        drawAtPoint(painter, nameCorner, name, fixedFont(namePixels),
-                    shownKindColour(*colour, isHighContrast(palette)));
-    } else {
-        drawAtPoint(painter, nameCorner, name, QApplication::font(),
-                    palette.color(QPalette::Active, QPalette::Text));
-    }
+    const FileKind *const kind = kindOf(path);
+    drawAtPoint(painter, nameCorner, name, kind ? fixedFont(namePixels) : QApplication::font(),
+                kind ? kindColour(*kind, palette) : palette.color(QPalette::Active, QPalette::Text));
 
     const QString folder = PathString::folder(path).toString() + u'/';
     const QPointF folderCorner(nameCorner.x(), cellFrame.y() + cellFrame.height() * 4 / 10);

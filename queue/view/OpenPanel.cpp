@@ -3,8 +3,7 @@
 #include "queue/view/OpenPanel.h"
 
 #include "files/PathString.h"
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
+#include "queue/FileKind.h"
 #include "widgets/FilePanel.h"
 
 #include <QAction>
@@ -31,11 +30,11 @@ QString lastFolder;
 
 QStringList allowedFileTypes(const SettingsStore &settings)
 {
-    QStringList types{QStringLiteral("css"), QStringLiteral("js")};
-    if (settings.boolForKey(enableHTMLCheckerKeyString))
-        types += QStringLiteral("html");
-    if (settings.boolForKey(enablePHPCheckerKeyString))
-        types += {QStringLiteral("phtml"), QStringLiteral("php")};
+    QStringList types;
+    for (const FileKind &kind : allFileKinds()) {
+        if (kind.isSwitchedOn(settings))
+            types += kind.extension.toString();
+    }
     return types;
 }
 

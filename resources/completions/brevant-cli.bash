@@ -53,7 +53,7 @@ _brevant_cli() {
             mapfile -t COMPREPLY < <(compgen -W \
                 '--set --settings --jobs --all --list --dry-run --report --quiet --version --help -h' -- "$cur")
         else
-            _filedir '@([cC][sS][sS]|[jJ][sS]|[hH][tT][mM][lL]|[pP][hH][tT][mM][lL]|[pP][hH][pP])'
+            _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"
         fi
         ;;
     esac

@@ -12,7 +12,7 @@ _brevant() {
         mapfile -t COMPREPLY < <(compgen -W '--minify --gapplication-service --help --help-all --version -h -v' \
             -- "$cur")
     else
-        _filedir '@([cC][sS][sS]|[jJ][sS]|[hH][tT][mM][lL]|[pP][hH][tT][mM][lL]|[pP][hH][pP])'
+        _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"
     fi
 } &&
     complete -F _brevant brevant

@@ -3,7 +3,7 @@
 
 # Files that can be listed, and folders.
 function __brevant_paths
-    __fish_complete_path (commandline -ct) | string match -ri '^[^\t]*(?:/|\.(?:css|js|html|phtml|php))(?:\t.*)?$'
+    __fish_complete_path (commandline -ct) | string match -ri '^[^\t]*(?:/|\.(?:@BREVANT_KINDS_PATTERN@))(?:\t.*)?$'
 end
 
 complete -c brevant -f -a '(__brevant_paths)'

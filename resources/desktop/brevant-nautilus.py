@@ -3,7 +3,7 @@
 """The context menu of Files (Nautilus), where nautilus-python is installed: Minify with Brevant."""
 from gi.repository import Gio, GLib, GObject, Nautilus
 
-EXTENSIONS = (".css", ".js", ".html", ".phtml", ".php")
+EXTENSIONS = tuple("." + kind for kind in "@BREVANT_KINDS_PATTERN@".split("|"))
 
 
 class BrevantMenuProvider(GObject.GObject, Nautilus.MenuProvider):

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Prints what a user can set, choose and press, as one JSON object: the settings and encodings, and the menus
-// and keys of the real window.
+// Prints what a user can set, choose and press, as one JSON object: the settings and encodings, the kinds of
+// files, and the menus and keys of the real window.
 #include "AppFixture.h"
 
+#include "queue/FileKind.h"
 #include "queue/view/OpenPanel.h"
 #include "settings/Encodings.h"
 
@@ -14,11 +15,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenuBar>
+#include <QMimeDatabase>
 #include <QShortcut>
 
 #include <cstdio>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,6 +45,20 @@ QJsonArray encodings()
     QJsonArray list;
     for (const Encoding &encoding : allEncodings())
         list.append(QString(encoding.name));
+    return list;
+}
+
+/// With the media type that this system knows for each; empty if it knows none.
+QJsonArray kinds()
+{
+    QJsonArray list;
+    for (const FileKind &kind : allFileKinds()) {
+        const QMimeType type = QMimeDatabase().mimeTypeForFile(u"a."_s + kind.extension.toString(),
+                                                               QMimeDatabase::MatchExtension);
+        list.append(QJsonObject{{u"extension"_s, kind.extension.toString()},
+                                {u"name"_s, QString(kind.name)},
+                                {u"type"_s, type.isDefault() ? QString() : type.name()}});
+    }
     return list;
 }
 
@@ -89,6 +106,7 @@ int main(int argc, char *argv[])
     listMenu(fixture.window.menuBar()->actions(), {}, items);
     const QJsonObject all{{QStringLiteral("settings"), settings()},
                           {QStringLiteral("encodings"), encodings()},
+                          {u"kinds"_s, kinds()},
                           {QStringLiteral("items"), items},
                           {QStringLiteral("keys"), otherKeys(fixture.window)}};
     const QByteArray text = QJsonDocument(all).toJson();

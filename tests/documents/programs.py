@@ -40,7 +40,7 @@ def options(program):
 
 
 def interface():
-    """Settings, encodings, menu items and keys: see list-interface.cpp."""
+    """Settings, encodings, kinds, menu items and keys: see list-interface.cpp."""
     return json.loads(output(BUILD / "tests/list-interface"))
 
 

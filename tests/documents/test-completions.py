@@ -1,18 +1,17 @@
 #!/usr/bin/python3 -B
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The three shells complete what the programs know: options, settings and their values, files of the five kinds."""
+"""The three shells complete what the programs know: options, settings and their values, files of all kinds."""
 import os
 import tempfile
 import unittest
 from pathlib import Path
 
-from programs import COMING, SOURCE, UNLISTED, interface, main, options, output
+from programs import BUILD, COMING, UNLISTED, interface, main, options, output
 
-COMPLETIONS = SOURCE / "resources/completions"
+COMPLETIONS = BUILD / "resources/completions"
 HERE = Path(__file__).resolve().parent
 
-FILES = ["a.css", "B.CsS", "sp ace.js", "c.html", "d.phtml", "e.php"]
 OTHERS = ["x.txt", "css", "y.css.bak"]
 
 
@@ -45,7 +44,9 @@ class Completions(unittest.TestCase):
         cls.addClassCleanup(os.chdir, os.getcwd())
         os.chdir(folder.name)
         Path("sub folder").mkdir()
-        for name in FILES + OTHERS + ["s.json"]:
+        kinds = [kind["extension"] for kind in cls.interface["kinds"]]
+        cls.files = ["B.CsS", "sp ace.js", *(f"a.{kind}" for kind in kinds), *(f"A.{kind.upper()}" for kind in kinds)]
+        for name in cls.files + OTHERS + ["s.json"]:
             Path(name).touch()
 
     def hits(self, line):
@@ -88,7 +89,7 @@ class Completions(unittest.TestCase):
     def test_files(self):
         for program in ("brevant", "brevant-cli"):
             with self.subTest(program=program):
-                self.assertEqual(self.hits(f"{program} "), {*FILES, "sub folder"})
+                self.assertEqual(self.hits(f"{program} "), {*self.files, "sub folder"})
 
     def test_files_of_options(self):
         settings = self.hits("brevant-cli --settings ")

@@ -78,6 +78,26 @@ class ManualPages(unittest.TestCase):
         described = [item.split()[0] for item in self.settings_page.items("ENCODINGS") if len(item.split()) == 2]
         self.assertEqual(described, self.interface["encodings"])
 
+    def test_kinds(self):
+        """Each kind is named in both pages and the README, and its media type in what desktops are told."""
+        pages = {name: " ".join(self.pages[name].sections["DESCRIPTION"].split())
+                 for name in ("brevant", "brevant-cli")}
+        desktop = SOURCE / "resources/desktop"
+        own = {glob.get("pattern"): kind.get("type")
+               for kind in ET.parse(desktop / "org.brevant.Brevant.mime.xml").findall("{*}mime-type")
+               for glob in kind.findall("{*}glob")}
+        entry = (desktop / "org.brevant.Brevant.desktop").read_text(encoding="utf-8")
+        types = re.search(r"^MimeType=(.*);$", entry, re.MULTILINE)[1].split(";")
+        metadata = ET.parse(desktop / "org.brevant.Brevant.metainfo.xml")
+        self.assertEqual([kind.text for kind in metadata.iter("mediatype")], types)
+        self.assertGreater(len(self.interface["kinds"]), 0)
+        for kind in self.interface["kinds"]:
+            with self.subTest(kind=kind["extension"]):
+                self.assertRegex(pages["brevant-cli"], rf"tells its kind[^.]*\b{kind['extension']}\b")
+                self.assertIn(kind["name"], pages["brevant"])
+                self.assertIn(kind["name"], README.split("\n## ")[0])
+                self.assertIn(kind["type"] or own.get(f"*.{kind['extension']}"), types)
+
     def test_preferences(self):
         text = " ".join(self.settings_page.text.split())
         window = ET.parse(SOURCE / "resources/Preferences.ui")

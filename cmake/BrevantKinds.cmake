@@ -1,0 +1,12 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# The extensions of all kinds, for the completions and the menus of file managers: read from the one table that has them.
+set(kinds_table "${CMAKE_SOURCE_DIR}/queue/FileKind.cpp")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${kinds_table}")
+file(STRINGS "${kinds_table}" BREVANT_KINDS REGEX "^ +FileKind{u\"")
+list(TRANSFORM BREVANT_KINDS REPLACE "^ +FileKind{u\"([^\"]+)\".*" "\\1")
+if(NOT BREVANT_KINDS)
+    message(FATAL_ERROR "no row of the table in ${kinds_table} looks as it is read here")
+endif()
+list(JOIN BREVANT_KINDS "|" BREVANT_KINDS_PATTERN)
