@@ -4,7 +4,7 @@
 
 #include "app/JobRunner.h"
 #include "app/SavePanel.h"
-#include "files/PrintableText.h"
+#include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"

@@ -4,7 +4,7 @@
 
 #include "app/platform/DockTile.h"
 #include "app/platform/Notification.h"
-#include "files/PrintableText.h"
+#include "files/RawBytes.h"
 
 #include <QDir>
 #include <QEvent>

@@ -3,7 +3,7 @@
 #include "app/StartUp.h"
 
 #include "files/PathString.h"
-#include "files/PrintableText.h"
+#include "files/RawBytes.h"
 
 #include <QApplication>
 #include <QCommandLineOption>

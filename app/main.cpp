@@ -6,7 +6,7 @@
 #include "app/StartUp.h"
 #include "app/platform/Activation.h"
 #include "app/platform/FontLoading.h"
-#include "files/StandardStreams.h"
+#include "files/Descriptor.h"
 
 #include <QApplication>
 

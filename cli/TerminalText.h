@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "files/PrintableText.h"
+#include "files/RawBytes.h"
 
 #include <QString>
 #include <QStringList>

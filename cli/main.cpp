@@ -3,8 +3,8 @@
 #include "cli/CommandLine.h"
 #include "cli/TerminalRun.h"
 #include "engine/Tools.h"
+#include "files/Descriptor.h"
 #include "files/RawBytes.h"
-#include "files/StandardStreams.h"
 
 #include <clocale>
 #include <csignal>

@@ -6,11 +6,11 @@
 
 #include <unicode/ucnv.h>
 #include <unicode/uset.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace brevant {
@@ -125,54 +125,6 @@ USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
     return nullptr;
 }
 
-unsigned char byteAt(const char *bytes, qsizetype index)
-{
-    return static_cast<unsigned char>(bytes[index]);
-}
-
-/// What may follow the first byte of a character outside ASCII: the table of well-formed sequences of
-/// Unicode.
-struct Utf8Lead {
-    qsizetype length; ///< of the character, or 0 if none begins so
-    unsigned char secondFrom = 0x80;
-    unsigned char secondTo = 0xBF;
-};
-
-Utf8Lead utf8Lead(unsigned char lead)
-{
-    if (lead < 0xC2 || lead > 0xF4) // continuations, overlong forms, beyond the last plane
-        return {0};
-    if (lead < 0xE0)
-        return {2};
-    if (lead < 0xF0) {
-        if (lead == 0xE0)
-            return {3, 0xA0, 0xBF}; // no overlong forms
-        if (lead == 0xED)
-            return {3, 0x80, 0x9F}; // no surrogates
-        return {3};
-    }
-    if (lead == 0xF0)
-        return {4, 0x90, 0xBF}; // no overlong forms
-    if (lead == 0xF4)
-        return {4, 0x80, 0x8F}; // nothing above U+10FFFF
-    return {4};
-}
-
-/// The number of bytes below 80 at the beginning.
-qsizetype asciiPrefix(const char *bytes, qsizetype size)
-{
-    constexpr std::uint64_t highBits = 0x8080808080808080U;
-    qsizetype index = 0;
-    for (std::uint64_t word = 0; index + qsizetype(sizeof word) <= size; index += qsizetype(sizeof word)) {
-        std::memcpy(&word, bytes + index, sizeof word);
-        if ((word & highBits) != 0)
-            break;
-    }
-    while (index < size && byteAt(bytes, index) < 0x80)
-        ++index;
-    return index;
-}
-
 } // namespace
 
 TextEncoding textEncodingNamed(const std::optional<QString> &name)
@@ -193,26 +145,18 @@ QLatin1StringView nameOf(TextEncoding encoding)
 
 Utf8Prefix validUtf8Prefix(QByteArrayView bytes)
 {
-    const char *const data = bytes.data();
-    const qsizetype size = bytes.size();
-    qsizetype index = 0;
-    while ((index += asciiPrefix(data + index, size - index)) < size) {
-        // A run without ASCII.
-        while (index < size && byteAt(data, index) >= 0x80) {
-            const Utf8Lead lead = utf8Lead(byteAt(data, index));
-            for (qsizetype place = 1; place < lead.length; ++place) {
-                if (index + place == size)
-                    return {index, true};
-                const unsigned char byte = byteAt(data, index + place);
-                if (place == 1 ? byte < lead.secondFrom || byte > lead.secondTo : (byte & 0xC0) != 0x80)
-                    return {index, false};
-            }
-            if (lead.length == 0)
-                return {index, false};
-            index += lead.length;
-        }
+    const auto *const data = reinterpret_cast<const std::uint8_t *>(bytes.data());
+    qsizetype whole = bytes.size();
+    U8_TRUNCATE_IF_INCOMPLETE(data, 0, whole);
+    if (bytes.first(whole).isValidUtf8()) // much faster than to go from one character to the next
+        return {whole, whole < bytes.size()};
+    qsizetype good = 0;
+    UChar32 character = 0;
+    for (qsizetype next = 0; character >= 0 && next < whole;) {
+        good = next;
+        U8_NEXT(data, next, whole, character);
     }
-    return {size, false};
+    return {good, false};
 }
 
 TextDecoder::TextDecoder(TextEncoding encoding)

@@ -42,8 +42,8 @@ public:
     [[nodiscard]] QString commit();
 
 private:
-    [[nodiscard]] std::optional<TextFileError> appendUtf8(const QString &path, int descriptor);
-    [[nodiscard]] std::optional<TextFileError> appendDecoded(const QString &path, int descriptor);
+    [[nodiscard]] std::optional<TextFileError> appendUtf8(const QString &path, int file);
+    [[nodiscard]] std::optional<TextFileError> appendDecoded(const QString &path, int file);
     [[nodiscard]] QString faultReason(TextFault::Kind kind) const;
     void encode(QStringView text, bool last);
     void flush();
@@ -52,7 +52,6 @@ private:
     TextEncoding m_encoding;
     TextDecoder m_decoder;
     TextEncoder m_encoder;
-    QByteArray m_input;  ///< room for what is read
     QByteArray m_output; ///< encoded, and not yet in the file
     QString m_failure;   ///< why the text cannot be written
 };

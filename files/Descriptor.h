@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
+
 #include <cerrno>
 #include <utility>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace brevant {
@@ -18,6 +21,18 @@ auto uninterrupted(Call call)
         result = call();
     return result;
 }
+
+/// Undoes what happens to errno while it lives: for cleaning up after a failure.
+class ErrnoKeeper final {
+public:
+    ErrnoKeeper() = default;
+    ~ErrnoKeeper() { errno = m_error; }
+    ErrnoKeeper(const ErrnoKeeper &) = delete;
+    ErrnoKeeper &operator=(const ErrnoKeeper &) = delete;
+
+private:
+    const int m_error = errno;
+};
 
 /// An open file, closed with its owner.
 class Descriptor final {
@@ -43,5 +58,21 @@ public:
 private:
     int m_number;
 };
+
+/// Opens a file that children do not inherit; a relative path counts from the open `folder`. It never waits,
+/// as a pipe would make it, and takes no terminal. Closed, with errno set, on failure.
+[[nodiscard]] Descriptor openFile(const QByteArray &path, int flags, mode_t mode = 0600,
+                                  int folder = AT_FDCWD);
+
+/// Opens a regular file for reading. Nothing else is opened, as a device may act on that. Closed on failure,
+/// with errno set, which is EINVAL where the file is none.
+[[nodiscard]] Descriptor openRegularFile(const QByteArray &path);
+
+/// Waits until content and attributes of an open file are on the disk; false, with errno set, on failure.
+[[nodiscard]] bool flushFile(int file);
+
+/// Opens /dev/null for each of standard input, output and error that is closed: to be called first of all.
+/// Else the next file opened would take its place, and what a child process prints would go into that.
+void openClosedStandardStreams();
 
 } // namespace brevant

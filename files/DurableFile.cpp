@@ -2,24 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/DurableFile.h"
 
+#include "files/FileBytes.h"
 #include "files/Folders.h"
 
 #include <QFile>
 
-#include <cerrno>
 #include <cstdio>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brevant {
-
-namespace {
-
-constexpr QByteArrayView ownDescriptors("/proc/self/fd"); // the way to name an open file, open(2)
-
-} // namespace
 
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
@@ -34,73 +26,42 @@ bool DurableFile::open()
     const bool exists = ::stat(m_target.constData(), &old) == 0;
     if (exists && !S_ISREG(old.st_mode)) {
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
-        return fail();
+        return false;
     }
     if (!exists && errno != ENOENT) // links in a circle, for one: not to be mistaken for a name that is free
-        return fail();
+        return false;
     // A new file gets 0666 less the umask, a replaced one its own mode below.
     const mode_t mode = exists ? 0600 : 0666;
-    // A file without a name leaves nothing behind when the program is killed; it gets one by way of /proc.
-    if (::access(ownDescriptors.constData(), X_OK) == 0)
-        m_file = Descriptor(uninterrupted(
-            [&] { return ::open(folderOf(m_target).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); }));
+    // A file without a name leaves nothing behind when the program is killed. It is named by way of /proc.
+    if (::access("/proc/self/fd", X_OK) == 0)
+        m_file = openFile(folderOf(m_target), O_WRONLY | O_TMPFILE, mode);
     // Not every file system can do that.
     if (!m_file.isOpen()) {
-        m_file = Descriptor(underFreeName([mode](const char *name) {
-            return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        }));
+        m_temporary = makeBeside(m_target, [&](const QByteArray &name) {
+            m_file = openFile(name, O_WRONLY | O_CREAT | O_EXCL, mode);
+            return m_file.isOpen();
+        });
     }
-    if (!m_file.isOpen())
-        return fail();
-    if (exists) {
+    if (m_file.isOpen() && exists) {
         // Another owner can be given by root only; anybody else keeps the mode at least.
         [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
-        if (::fchmod(m_file.number(), old.st_mode & 07777) != 0)
-            return fail();
+        return ::fchmod(m_file.number(), old.st_mode & 07777) == 0;
     }
-    return true;
-}
-
-int DurableFile::underFreeName(const std::function<int(const char *)> &make)
-{
-    int result = -1;
-    do {
-        m_temporary = freeNameBeside(m_target);
-        result = uninterrupted([&] { return make(m_temporary.constData()); });
-    } while (result < 0 && errno == EEXIST);
-    if (result < 0)
-        m_temporary.clear();
-    return result;
-}
-
-bool DurableFile::giveName()
-{
-    const QByteArray file = ownDescriptors.toByteArray() + '/' + QByteArray::number(m_file.number());
-    return underFreeName([&file](const char *name) {
-               return ::linkat(AT_FDCWD, file.constData(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
-           }) == 0;
+    return m_file.isOpen();
 }
 
 bool DurableFile::write(QByteArrayView bytes)
 {
-    if (!m_file.isOpen() && !open())
-        return false;
+    if ((!m_file.isOpen() && !open()) || !FileBytes::writeAll(m_file.number(), bytes, m_size))
+        return fail();
+    m_size += bytes.size();
     m_flushed = false;
-    while (!bytes.isEmpty()) {
-        const ssize_t written = uninterrupted(
-            [&] { return ::write(m_file.number(), bytes.data(), static_cast<std::size_t>(bytes.size())); });
-        if (written < 0)
-            return fail();
-        bytes = bytes.sliced(written);
-    }
     return true;
 }
 
 bool DurableFile::flush()
 {
-    if (!m_file.isOpen() && !open())
-        return false;
-    if (!m_flushed && uninterrupted([&] { return ::fsync(m_file.number()); }) != 0)
+    if ((!m_file.isOpen() && !open()) || (!m_flushed && !flushFile(m_file.number())))
         return fail();
     m_flushed = true;
     return true;
@@ -110,11 +71,13 @@ bool DurableFile::commit()
 {
     if (!flush())
         return false;
-    if (m_temporary.isEmpty() && !giveName())
-        return fail();
-    // At once after it has its name, so that hardly a moment is left in which a killed program leaves it
-    // behind.
-    if (::rename(m_temporary.constData(), m_target.constData()) != 0)
+    // Named and renamed at once, so that hardly a moment is left in which a killed program leaves it behind.
+    const bool isInPlace =
+        m_temporary.isEmpty()
+            ? makeInPlaceOf(m_target,
+                            [&](const QByteArray &name) { return linkOpenFile(m_file.number(), name); })
+            : ::rename(m_temporary.constData(), m_target.constData()) == 0;
+    if (!isInPlace)
         return fail();
     m_temporary.clear();
     // The new file is complete and in its place; that the folder could not be flushed changes nothing of it.
@@ -139,6 +102,7 @@ bool DurableFile::fail()
 void DurableFile::discard()
 {
     m_file = Descriptor();
+    m_size = 0;
     if (!m_temporary.isEmpty())
         ::unlink(m_temporary.constData());
     m_temporary.clear();

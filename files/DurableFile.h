@@ -7,8 +7,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
-
 namespace brevant {
 
 /// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
@@ -50,15 +48,11 @@ private:
     [[nodiscard]] bool fail();
     void discard();
 
-    /// Calls `make` with names that may be free until one is; what it returns, negative with errno on
-    /// failure.
-    [[nodiscard]] int underFreeName(const std::function<int(const char *)> &make);
-    [[nodiscard]] bool giveName();
-
     QByteArray m_target;
     QByteArray m_temporary; ///< its path; empty for a file without a name
     QString m_errorText;
     Descriptor m_file;
+    qint64 m_size = 0;
     bool m_flushed = false;
 };
 

@@ -9,6 +9,7 @@
 
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 
 namespace brevant::FileBytes {
 
@@ -80,6 +81,28 @@ std::optional<QByteArray> read(int file, qint64 size, off_t offset)
     return bytes;
 }
 
+std::optional<QByteArray> readAll(int file)
+{
+    struct stat status {};
+    if (::fstat(file, &status) != 0)
+        return std::nullopt;
+    QByteArray bytes;
+    for (qint64 wanted = status.st_size + 1;; wanted = chunkSize) { // it may grow meanwhile
+        const std::optional<QByteArray> more = read(file, wanted, bytes.size());
+        if (!more)
+            return std::nullopt;
+        bytes += *more;
+        if (more->size() < wanted)
+            return bytes;
+    }
+}
+
+std::optional<QByteArray> readAll(const QByteArray &path)
+{
+    const Descriptor file = openRegularFile(path);
+    return file.isOpen() ? readAll(file.number()) : std::nullopt;
+}
+
 std::optional<QByteArray> hash(int file, off_t offset, qint64 size)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -111,6 +134,14 @@ std::optional<qint64> copy(int source, off_t sourceOffset, int target, off_t tar
         copied += chunk->size();
     }
     return copied;
+}
+
+bool copyAll(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)
+{
+    const std::optional<qint64> copied = copy(source, sourceOffset, target, targetOffset, size);
+    if (copied && *copied != size)
+        errno = EIO;
+    return copied == size;
 }
 
 } // namespace brevant::FileBytes

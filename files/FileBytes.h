@@ -18,6 +18,12 @@ namespace brevant::FileBytes {
 /// Up to `size` bytes at `offset`, fewer at the end of the file; nothing on failure.
 [[nodiscard]] std::optional<QByteArray> read(int file, qint64 size, off_t offset);
 
+/// All that is in an open file; nothing on failure.
+[[nodiscard]] std::optional<QByteArray> readAll(int file);
+
+/// All that is in a regular file, which openRegularFile() opens; nothing on failure.
+[[nodiscard]] std::optional<QByteArray> readAll(const QByteArray &path);
+
 /// The SHA-256 of `size` bytes at `offset`, or of fewer at the end of the file; nothing on failure.
 [[nodiscard]] std::optional<QByteArray> hash(int file, off_t offset, qint64 size);
 
@@ -25,5 +31,8 @@ namespace brevant::FileBytes {
 /// else the kernel copies them, else they are read and written. The number copied, or nothing on failure.
 [[nodiscard]] std::optional<qint64> copy(int source, off_t sourceOffset, int target, off_t targetOffset,
                                          qint64 size);
+
+/// Copies just `size` bytes; false, with errno set to EIO where there were fewer, on failure.
+[[nodiscard]] bool copyAll(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size);
 
 } // namespace brevant::FileBytes

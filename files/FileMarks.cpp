@@ -24,7 +24,12 @@ std::optional<QString> ofFile(const QString &path)
     struct stat status {};
     if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
         return std::nullopt;
-    return QStringLiteral("%1 %2").arg(status.st_dev).arg(status.st_ino);
+    return ofFile(status.st_dev, status.st_ino);
+}
+
+QString ofFile(quint64 device, quint64 inode)
+{
+    return QString::number(device) + u' ' + QString::number(inode);
 }
 
 QStringList all(const QString &path)

@@ -17,6 +17,8 @@ namespace brevant::FileMarks {
 /// The file itself, which may have other names; nothing if there is none.
 [[nodiscard]] std::optional<QString> ofFile(const QString &path);
 
+[[nodiscard]] QString ofFile(quint64 device, quint64 inode);
+
 /// Both, as far as they are there, and the place at the end of links: paths lead to the same file if they
 /// have one of these in common.
 [[nodiscard]] QStringList all(const QString &path);

@@ -53,15 +53,14 @@ bool makeFolders(const QByteArray &path)
 
 bool flushFolder(const QByteArray &path)
 {
-    const Descriptor folder(
-        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    const Descriptor folder = openFile(path, O_RDONLY | O_DIRECTORY);
     return folder.isOpen() && flushOpenFolder(folder.number());
 }
 
 bool flushOpenFolder(int folder)
 {
     // Some network file systems flush no folder, and need none flushed.
-    return uninterrupted([&] { return ::fsync(folder); }) == 0 || errno == EINVAL;
+    return flushFile(folder) || errno == EINVAL;
 }
 
 QByteArray randomName()
@@ -69,9 +68,36 @@ QByteArray randomName()
     return QByteArray::number(QRandomGenerator::global()->generate64(), 36);
 }
 
-QByteArray freeNameBeside(const QByteArray &path)
+QByteArray makeBeside(const QByteArray &path, const std::function<bool(const QByteArray &)> &make)
 {
-    return folderOf(path) + "/.brevant-" + randomName() + ".tmp";
+    for (;;) {
+        const QByteArray name = folderOf(path) + "/.brevant-" + randomName() + ".tmp";
+        if (make(name))
+            return name;
+        if (errno != EEXIST)
+            return {};
+    }
+}
+
+bool makeInPlaceOf(const QByteArray &path, const std::function<bool(const QByteArray &)> &make)
+{
+    const QByteArray made = makeBeside(path, make);
+    if (made.isEmpty() || ::rename(made.constData(), path.constData()) == 0)
+        return !made.isEmpty();
+    const ErrnoKeeper keeper;
+    ::unlink(made.constData());
+    return false;
+}
+
+QByteArray pathOfOpen(int file)
+{
+    return "/proc/self/fd/" + QByteArray::number(file);
+}
+
+bool linkOpenFile(int file, const QByteArray &path)
+{
+    return ::linkat(AT_FDCWD, pathOfOpen(file).constData(), AT_FDCWD, path.constData(), AT_SYMLINK_FOLLOW) ==
+           0;
 }
 
 bool renameToFree(const QByteArray &from, const QByteArray &to)

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-#include <sys/types.h>
+#include <functional>
 
 /// Names in folders. Paths are bytes, as the system has them; each function that can fail sets errno.
 namespace brevant {
@@ -26,8 +26,20 @@ namespace brevant {
 /// A name that nothing is likely to have.
 [[nodiscard]] QByteArray randomName();
 
-/// A path in the folder of `path`, of a hidden file that nothing is likely to have.
-[[nodiscard]] QByteArray freeNameBeside(const QByteArray &path);
+/// Calls `make` with paths of hidden files in the folder of `path` until one is free, which is when it does
+/// not fail with EEXIST. The path made; empty, with errno set, on failure.
+[[nodiscard]] QByteArray makeBeside(const QByteArray &path,
+                                    const std::function<bool(const QByteArray &)> &make);
+
+/// The same, and gives what was made the name `path`, whatever has that. False, with nothing left, on
+/// failure.
+[[nodiscard]] bool makeInPlaceOf(const QByteArray &path, const std::function<bool(const QByteArray &)> &make);
+
+/// The path of an open file that has other names, or none left; proc(5).
+[[nodiscard]] QByteArray pathOfOpen(int file);
+
+/// Gives an open file that name too, which nothing may have; false, with errno set, on failure.
+[[nodiscard]] bool linkOpenFile(int file, const QByteArray &path);
 
 /// Renames a file to a name that nothing has; false, with EEXIST, where something has it.
 [[nodiscard]] bool renameToFree(const QByteArray &from, const QByteArray &to);

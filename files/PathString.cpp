@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStringBuilder>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -32,7 +34,8 @@ qsizetype extensionDot(QStringView name)
 
 char16_t inLowerCase(QChar letter)
 {
-    return letter >= u'A' && letter <= u'Z' ? letter.unicode() + (u'a' - u'A') : letter.unicode();
+    const char16_t code = letter.unicode();
+    return code >= u'A' && code <= u'Z' ? code + (u'a' - u'A') : code;
 }
 
 /// The home folder of the user `name`; empty if there is none.
@@ -88,22 +91,12 @@ QString join(QStringView folder, QStringView name)
 {
     while (folder.endsWith(separator))
         folder.chop(1);
-    QString joined;
-    joined.reserve(folder.size() + 1 + name.size());
-    joined.append(folder);
-    joined.append(separator);
-    joined.append(name);
-    return joined;
+    return folder % separator % name;
 }
 
 QString withExtension(QStringView path, QStringView extension)
 {
-    QString whole;
-    whole.reserve(path.size() + 1 + extension.size());
-    whole.append(path);
-    whole.append(u'.');
-    whole.append(extension);
-    return whole;
+    return path % u'.' % extension;
 }
 
 QString absolute(const QString &path)
@@ -111,10 +104,10 @@ QString absolute(const QString &path)
     if (path.startsWith(separator))
         return path;
     QStringView relative = path;
-    while (relative.startsWith(QLatin1StringView("./"))) {
-        relative = relative.sliced(2);
-        while (relative.startsWith(separator))
+    while (relative.startsWith(u"./")) {
+        do
             relative = relative.sliced(1);
+        while (relative.startsWith(separator));
     }
     if (relative.isEmpty() || relative == u'.')
         return QDir::currentPath();
@@ -132,13 +125,9 @@ QString expandTilde(const QString &path)
 
 QString decoded(const QByteArray &name)
 {
-    constexpr QByteArrayView mark("\xEF\xBB\xBF");
-    qsizetype marks = 0;
-    while (QByteArrayView(name).sliced(marks * mark.size()).startsWith(mark))
-        ++marks;
-    if (marks == 0)
-        return QFile::decodeName(name);
-    return QString(marks, QChar(QChar::ByteOrderMark)) + QFile::decodeName(name.sliced(marks * mark.size()));
+    using Flag = QStringDecoder::Flag;
+    QStringDecoder decoder(QStringDecoder::Utf8, Flag::ConvertInitialBom | Flag::Stateless);
+    return decoder(name);
 }
 
 } // namespace brevant::PathString

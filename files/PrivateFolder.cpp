@@ -4,6 +4,7 @@
 
 #include "files/FileBytes.h"
 #include "files/Folders.h"
+#include "files/PathString.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -14,7 +15,6 @@
 #include <utility>
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace brevant {
@@ -23,13 +23,6 @@ namespace {
 
 constexpr mode_t ownerOnly = 0700;
 constexpr mode_t others = 077;
-
-Descriptor openAt(int folder, const QByteArray &name, int flags)
-{
-    return Descriptor(uninterrupted([&] {
-        return ::openat(folder, name.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
-    }));
-}
 
 /// Another name of the file could lie where others may write.
 bool isOurs(const struct stat &file)
@@ -53,9 +46,8 @@ struct flock byteOf(QByteArrayView name, short type)
 
 } // namespace
 
-PrivateFolder::PrivateFolder(QByteArray path, Descriptor folder)
-    : m_path(std::move(path)), m_folder(std::move(folder)),
-      m_locks(openAt(m_folder.number(), QByteArrayLiteral("locks"), O_RDWR | O_CREAT))
+PrivateFolder::PrivateFolder(QString path, Descriptor folder)
+    : m_path(std::move(path)), m_folder(std::move(folder)), m_locks(openEntry("locks", O_RDWR | O_CREAT))
 {
     struct stat status {};
     if (m_locks.isOpen() && (::fstat(m_locks.number(), &status) != 0 || !isOurs(status)))
@@ -69,7 +61,7 @@ std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &e
         error = qt_error_string(errno);
         return std::nullopt;
     }
-    Descriptor folder = openAt(AT_FDCWD, name, O_RDONLY | O_DIRECTORY);
+    Descriptor folder = brevant::openFile(name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     struct stat status {};
     if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0) {
         error = errno == ENOENT && !make ? QString() : qt_error_string(errno);
@@ -83,19 +75,29 @@ std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &e
         error = qt_error_string(errno);
         return std::nullopt;
     }
-    return PrivateFolder(name, std::move(folder));
+    return PrivateFolder(path, std::move(folder));
+}
+
+QString PrivateFolder::pathOf(const QByteArray &name) const
+{
+    return PathString::join(m_path, PathString::decoded(name));
+}
+
+Descriptor PrivateFolder::openEntry(const QByteArray &name, int flags) const
+{
+    return brevant::openFile(name, flags | O_NOFOLLOW, 0600, m_folder.number());
 }
 
 Descriptor PrivateFolder::makeFile(const QByteArray &name) const
 {
-    return openAt(m_folder.number(), name, O_RDWR | O_CREAT | O_EXCL);
+    return openEntry(name, O_RDWR | O_CREAT | O_EXCL);
 }
 
 Descriptor PrivateFolder::openFile(const QByteArray &name) const
 {
-    Descriptor file = openAt(m_folder.number(), name, O_RDWR);
+    Descriptor file = openEntry(name, O_RDWR);
     if (!file.isOpen() && errno == EROFS)
-        file = openAt(m_folder.number(), name, O_RDONLY);
+        file = openEntry(name, O_RDONLY);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return Descriptor();
@@ -124,7 +126,7 @@ bool PrivateFolder::flush() const
 std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) const
 {
     std::vector<QByteArray> names;
-    const Descriptor again = openAt(m_folder.number(), QByteArrayLiteral("."), O_RDONLY | O_DIRECTORY);
+    const Descriptor again = openEntry(".", O_RDONLY | O_DIRECTORY);
     const std::unique_ptr<DIR, int (*)(DIR *)> entries(
         ::fdopendir(::fcntl(again.number(), F_DUPFD_CLOEXEC, 0)), &::closedir);
     while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr) {
@@ -135,22 +137,18 @@ std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) c
     return names;
 }
 
-std::optional<QByteArray> PrivateFolder::keep(int file, off_t offset, qint64 size,
-                                              const QByteArray &name) const
+std::optional<QString> PrivateFolder::keep(int file, off_t offset, qint64 size, const QByteArray &path) const
 {
     constexpr qsizetype longest = 200;
-    const QByteArray kept = "kept-" + randomName() + '-' + name.last(std::min(longest, name.size()));
+    const QByteArray name = path.sliced(path.lastIndexOf('/') + 1).right(longest);
+    const QByteArray kept = "kept-" + randomName() + '-' + name;
     const Descriptor target = makeFile(kept);
     if (!target.isOpen())
         return std::nullopt;
-    const std::optional<qint64> copied = FileBytes::copy(file, offset, target.number(), 0, size);
-    if (copied && *copied != size)
-        errno = EIO;
-    if (copied == size && uninterrupted([&] { return ::fsync(target.number()); }) == 0 && flush())
+    if (FileBytes::copyAll(file, offset, target.number(), 0, size) && flushFile(target.number()) && flush())
         return pathOf(kept);
-    const int error = errno;
+    const ErrnoKeeper keeper;
     static_cast<void>(removeFile(kept));
-    errno = error;
     return std::nullopt;
 }
 

@@ -24,8 +24,8 @@ public:
     [[nodiscard]] static std::optional<PrivateFolder> open(const QString &path, QString &error,
                                                            bool make = false);
 
-    [[nodiscard]] const QByteArray &path() const { return m_path; }
-    [[nodiscard]] QByteArray pathOf(const QByteArray &name) const { return m_path + '/' + name; }
+    [[nodiscard]] const QString &path() const { return m_path; }
+    [[nodiscard]] QString pathOf(const QByteArray &name) const;
 
     /// Makes a file that is open for reading and writing; closed, with errno set, on failure.
     [[nodiscard]] Descriptor makeFile(const QByteArray &name) const;
@@ -45,9 +45,9 @@ public:
     [[nodiscard]] std::vector<QByteArray> namesEndingIn(const QByteArray &suffix) const;
 
     /// Copies `size` bytes of an open file, from `offset` on, to a new file that stays for the user; its name
-    /// ends with `name`, as far as that fits. Its path, or nothing, with errno set, on failure.
-    [[nodiscard]] std::optional<QByteArray> keep(int file, off_t offset, qint64 size,
-                                                 const QByteArray &name) const;
+    /// ends with that in `path`, as far as it fits. Its path, or nothing, with errno set, on failure.
+    [[nodiscard]] std::optional<QString> keep(int file, off_t offset, qint64 size,
+                                              const QByteArray &path) const;
 
     enum class Lock {
         Held,
@@ -64,9 +64,11 @@ public:
     void setInherited(bool inherited) const;
 
 private:
-    PrivateFolder(QByteArray path, Descriptor folder);
+    PrivateFolder(QString path, Descriptor folder);
 
-    QByteArray m_path;
+    [[nodiscard]] Descriptor openEntry(const QByteArray &name, int flags) const;
+
+    QString m_path;
     Descriptor m_folder;
     Descriptor m_locks;
 };

@@ -2,93 +2,112 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/RawBytes.h"
 
-#include <QStringDecoder>
+#include "files/PathString.h"
 
 #include <algorithm>
 
-namespace brevant::RawBytes {
+namespace brevant {
 
 namespace {
+
+using namespace Qt::StringLiterals;
 
 constexpr char16_t base = 0xdc00; // where the trailing surrogates begin
 constexpr qsizetype longestSequence = 4;
 
-/// The length of the valid sequence at the beginning of `bytes`; 0 if there is none.
-qsizetype validSequence(QByteArrayView bytes)
+/// Gives `onText` and `onByte` the parts of a text in turn.
+template <typename OnText, typename OnByte>
+void split(QStringView text, OnText onText, OnByte onByte)
 {
-    for (qsizetype length = 1; length <= std::min(longestSequence, bytes.size()); ++length) {
-        if (bytes.first(length).isValidUtf8())
-            return length;
-    }
-    return 0;
-}
-
-QString textOf(QByteArrayView valid)
-{
-    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
-    return decoder(valid);
-}
-
-/// Where the next byte stands in `text`, or its end.
-qsizetype nextByte(QStringView text, qsizetype from)
-{
-    for (qsizetype at = from; at < text.size(); ++at) {
+    qsizetype from = 0; // of the text not yet given
+    for (qsizetype at = 0; at < text.size(); ++at) {
         const char16_t code = text[at].unicode();
-        if (text[at].isHighSurrogate())
+        if (text[at].isHighSurrogate()) {
             ++at; // and the one that belongs to it
-        else if (code >= base + 0x80 && code <= base + 0xff)
-            return at;
+        } else if (code >= base + 0x80 && code <= base + 0xff) {
+            onText(text.sliced(from, at - from));
+            onByte(static_cast<unsigned char>(code - base));
+            from = at + 1;
+        }
     }
-    return text.size();
+    onText(text.sliced(from));
 }
 
 } // namespace
 
-QString decoded(const QByteArray &name)
+QString RawBytes::decoded(const QByteArray &name)
 {
     if (name.isValidUtf8())
-        return textOf(name);
+        return PathString::decoded(name);
     QString text;
     for (QByteArrayView rest(name); !rest.isEmpty();) {
-        const qsizetype length = validSequence(rest);
+        qsizetype length = std::min(longestSequence, rest.size());
+        while (length > 0 && !rest.first(length).isValidUtf8())
+            --length;
         if (length == 0)
             text += QChar(static_cast<char16_t>(base + static_cast<unsigned char>(rest.front())));
         else
-            text += textOf(rest.first(length));
+            text += PathString::decoded(rest.first(length).toByteArray());
         rest = rest.sliced(std::max<qsizetype>(length, 1));
     }
     return text;
 }
 
-QByteArray encoded(const QString &text)
+QByteArray RawBytes::encoded(const QString &text)
 {
     QByteArray name;
-    for (qsizetype from = 0; from <= text.size();) {
-        const qsizetype at = nextByte(text, from);
-        name += QStringView(text).sliced(from, at - from).toUtf8();
-        if (at < text.size())
-            name += static_cast<char>(text[at].unicode() - base);
-        from = at + 1;
-    }
+    split(
+        text, [&](QStringView valid) { name += valid.toUtf8(); },
+        [&](unsigned char byte) { name += static_cast<char>(byte); });
     return name;
 }
 
-bool areIn(const QString &text)
+bool RawBytes::areIn(const QString &text)
 {
-    return nextByte(text, 0) < text.size();
+    return escaped(text) != text;
 }
 
-QString escaped(const QString &text)
+QString RawBytes::escaped(const QString &text)
 {
     QString visible;
-    for (qsizetype from = 0; from <= text.size();) {
-        const qsizetype at = nextByte(text, from);
-        visible += QStringView(text).sliced(from, at - from);
-        if (at < text.size())
-            visible += QStringLiteral("\\x") + QString::number(text[at].unicode() - base, 16).toUpper();
-        from = at + 1;
+    split(
+        text, [&](QStringView valid) { visible += valid; },
+        [&](unsigned char byte) { visible += u"\\x"_s + QString::number(byte, 16).toUpper(); });
+    return visible;
+}
+
+bool isPrintable(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Other_Control:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return false;
+    default:
+        break;
+    }
+    const char16_t code = character.unicode();
+    return code != 0x061c && code != 0x200e && code != 0x200f && !(code >= 0x202a && code <= 0x202e) &&
+           !(code >= 0x2066 && code <= 0x206f); // the Unicode standard, "Bidi_Control" and those beside them
+}
+
+QString printable(const QString &text)
+{
+    QString visible;
+    for (const QChar character : RawBytes::escaped(text)) {
+        const char16_t code = character.unicode();
+        if (isPrintable(character))
+            visible += character;
+        else if (code == u'\n')
+            visible += "\\n"_L1;
+        else if (code == u'\t')
+            visible += "\\t"_L1;
+        else if (code < 0x100)
+            visible += u"\\x%1"_s.arg(code, 2, 16, '0'_L1);
+        else
+            visible += u"\\u%1"_s.arg(code, 4, 16, '0'_L1);
     }
     return visible;
 }
 
-} // namespace brevant::RawBytes
+} // namespace brevant

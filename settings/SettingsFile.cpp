@@ -4,8 +4,9 @@
 
 #include "files/Descriptor.h"
 #include "files/DurableFile.h"
+#include "files/FileBytes.h"
 #include "files/Folders.h"
-#include "files/PrintableText.h"
+#include "files/RawBytes.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -16,10 +17,8 @@
 #include <system_error>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brevant {
 
@@ -43,8 +42,7 @@ void report(const QString &line)
 /// nothing.
 class FolderLock final {
 public:
-    explicit FolderLock(const QByteArray &folder)
-        : m_folder(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    explicit FolderLock(const QByteArray &folder) : m_folder(openFile(folder, O_RDONLY | O_DIRECTORY))
     {
         if (m_folder.isOpen())
             uninterrupted([this] { return ::flock(m_folder.number(), LOCK_EX); });
@@ -91,32 +89,25 @@ SettingsFile::Reading SettingsFile::read(const QByteArray &path)
     // Taken first: should the file appear, or become readable, right after the failure, its stamp must
     // differ.
     reading.stamp = stampOf(path);
-    // Not blocking, so that a pipe in the file's place stops nobody.
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
+    const Descriptor file = openFile(path, O_RDONLY);
+    if (!file.isOpen()) {
         reading.content = errno == ENOENT ? Content::Missing : Content::Unreadable;
         return reading;
     }
     struct stat status {};
-    ::fstat(descriptor, &status);
+    ::fstat(file.number(), &status);
     reading.stamp = {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
     const std::int64_t age = nanoseconds(now) - reading.stamp.changedAt;
     reading.fresh = age >= 0 && age < stampResolution;
 
-    QFile file;
-    if (!S_ISREG(status.st_mode) ||
-        !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
+    const auto bytes = S_ISREG(status.st_mode) ? FileBytes::readAll(file.number()) : std::nullopt;
+    if (!bytes) {
         reading.content = Content::Unreadable;
         return reading;
     }
-    reading.bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        reading.content = Content::Unreadable;
-        return reading;
-    }
+    reading.bytes = *bytes;
     const QJsonDocument document = QJsonDocument::fromJson(reading.bytes);
     reading.content = document.isObject() ? Content::Values : Content::Bad;
     reading.values = document.object();

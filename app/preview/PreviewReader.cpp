@@ -260,7 +260,7 @@ std::optional<PreviewContent> readPreview(const QString &path, const QString &en
     }
     if (examine(status, content))
         return content;
-    const Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const Descriptor file = openFile(name, O_RDONLY);
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0) {
         fail(content, errno);
         return content;

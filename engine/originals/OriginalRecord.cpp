@@ -14,6 +14,7 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -44,59 +45,79 @@ bool isPath(const QByteArray &bytes)
     return bytes.startsWith('/') && !bytes.contains('\0');
 }
 
-bool isValid(const OriginalRecord &record)
+/// The record, if it may be one.
+std::optional<OriginalRecord> checked(OriginalRecord record)
 {
-    return isPath(record.path) && isPath(record.file) && record.size >= 0;
+    record.mode &= permissions;
+    const bool isValid = isPath(record.path) && isPath(record.file) && record.size >= 0;
+    return isValid ? std::optional(std::move(record)) : std::nullopt;
+}
+
+/// Gives `visit` each field with its name, but the extended attributes; in the order of version 1.0.0.
+template <typename Record, typename Visit>
+void forEachField(Record &record, Visit visit)
+{
+    visit("path"_L1, record.path);
+    visit("file"_L1, record.file);
+    visit("link"_L1, record.linkText);
+    visit("sha256"_L1, record.hash);
+    visit("size"_L1, record.size);
+    visit("device"_L1, record.device);
+    visit("inode"_L1, record.inode);
+    visit("mode"_L1, record.mode);
+    visit("owner"_L1, record.owner);
+    visit("group"_L1, record.group);
+    visit("accessed"_L1, record.accessed);
+    visit("modified"_L1, record.modified);
+    visit("changed"_L1, record.changed);
+}
+
+template <typename Number>
+QJsonValue toJson(Number number)
+{
+    return static_cast<qint64>(number);
 }
 
 // Paths and values of attributes need not be texts.
-QJsonValue textOf(const QByteArray &bytes)
+QJsonValue toJson(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes.toPercentEncoding("/"));
 }
 
-QByteArray bytesOf(const QJsonValue &text)
+QJsonValue toJson(const timespec &time)
 {
-    return QByteArray::fromPercentEncoding(text.toString().toLatin1());
+    return QJsonArray{qint64(time.tv_sec), qint64(time.tv_nsec)};
 }
 
-QJsonArray toJson(const timespec &time)
+template <typename Number>
+void readJson(const QJsonValue &value, Number &number)
 {
-    return {qint64(time.tv_sec), qint64(time.tv_nsec)};
+    number = static_cast<Number>(value.toInteger(-1));
 }
 
-timespec timeOf(const QJsonValue &value)
+void readJson(const QJsonValue &value, QByteArray &bytes)
 {
-    timespec time{};
+    bytes = QByteArray::fromPercentEncoding(value.toString().toLatin1());
+}
+
+void readJson(const QJsonValue &value, timespec &time)
+{
     time.tv_sec = value[0].toInteger();
     time.tv_nsec = value[1].toInteger();
-    return time;
-}
-
-std::optional<OriginalRecord> fromJson(const QJsonObject &object)
-{
-    OriginalRecord record;
-    record.path = bytesOf(object["path"_L1]);
-    record.file = bytesOf(object["file"_L1]);
-    record.linkText = bytesOf(object["link"_L1]);
-    record.hash = QByteArray::fromHex(object["sha256"_L1].toString().toLatin1());
-    record.size = object["size"_L1].toInteger(-1);
-    record.device = static_cast<quint64>(object["device"_L1].toInteger());
-    record.inode = static_cast<quint64>(object["inode"_L1].toInteger());
-    record.mode = static_cast<quint32>(object["mode"_L1].toInteger()) & permissions;
-    record.owner = static_cast<quint32>(object["owner"_L1].toInteger());
-    record.group = static_cast<quint32>(object["group"_L1].toInteger());
-    record.accessed = timeOf(object["accessed"_L1]);
-    record.modified = timeOf(object["modified"_L1]);
-    record.changed = timeOf(object["changed"_L1]);
-    const QJsonObject attributes = object["attributes"_L1].toObject();
-    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-        record.attributes[attribute.key().toUtf8()] = bytesOf(attribute.value());
-    return isValid(record) ? std::optional(record) : std::nullopt;
 }
 
 // Version 1.0.0 wrote these bytes, the length of the rest in four bytes, its SHA-256, and the rest.
 constexpr QByteArrayView oldSignature("BVORIG1\n");
+
+QDataStream &operator>>(QDataStream &stream, timespec &time)
+{
+    qint64 seconds = 0;
+    qint64 nanoseconds = 0;
+    stream >> seconds >> nanoseconds;
+    time.tv_sec = seconds;
+    time.tv_nsec = nanoseconds;
+    return stream;
+}
 
 std::optional<OriginalRecord> fromOldBytes(QByteArrayView bytes)
 {
@@ -111,18 +132,9 @@ std::optional<OriginalRecord> fromOldBytes(QByteArrayView bytes)
     OriginalRecord record;
     QDataStream stream(bytes.sliced(restAt, length).toByteArray());
     stream.setVersion(QDataStream::Qt_6_4);
-    stream >> record.path >> record.file >> record.linkText >> record.hash >> record.size >> record.device >>
-        record.inode >> record.mode >> record.owner >> record.group;
-    record.mode &= permissions;
-    for (timespec *time : {&record.accessed, &record.modified, &record.changed}) {
-        qint64 seconds = 0;
-        qint64 nanoseconds = 0;
-        stream >> seconds >> nanoseconds;
-        time->tv_sec = seconds;
-        time->tv_nsec = nanoseconds;
-    }
+    forEachField(record, [&](QLatin1StringView, auto &value) { stream >> value; });
     const bool isWhole = stream.status() == QDataStream::Ok && stream.atEnd();
-    return isWhole && isValid(record) ? std::optional(record) : std::nullopt;
+    return isWhole ? checked(std::move(record)) : std::nullopt;
 }
 
 /// The extended attributes of an open file that can be read.
@@ -141,45 +153,6 @@ std::map<QByteArray, QByteArray> attributesOf(int file)
             attributes[name] = value.first(size);
     }
     return attributes;
-}
-
-/// What could not be made as it was, and why.
-class Lacks final {
-public:
-    void add(const QString &what, bool done)
-    {
-        if (done)
-            return;
-        if (m_what.isEmpty())
-            m_reason = qt_error_string(errno);
-        m_what.append(what);
-    }
-    [[nodiscard]] QString text() const
-    {
-        return m_what.isEmpty()
-                   ? QString()
-                   : QStringLiteral("%1 (%2)").arg(m_what.join(QLatin1StringView(", ")), m_reason);
-    }
-
-private:
-    QStringList m_what;
-    QString m_reason;
-};
-
-void restoreExtended(int file, const std::map<QByteArray, QByteArray> &wanted, Lacks &lacks)
-{
-    const std::map<QByteArray, QByteArray> now = attributesOf(file);
-    for (const auto &[name, value] : now) {
-        if (!wanted.contains(name))
-            ::fremovexattr(file, name.constData());
-    }
-    for (const auto &[name, value] : wanted) {
-        const auto found = now.find(name);
-        const bool isSame = found != now.end() && found->second == value;
-        lacks.add(QString::fromUtf8(name),
-                  isSame || ::fsetxattr(file, name.constData(), value.constData(),
-                                        static_cast<std::size_t>(value.size()), 0) == 0);
-    }
 }
 
 } // namespace
@@ -219,25 +192,13 @@ bool OriginalRecord::isUntouched(const struct stat &status) const
 
 QByteArray OriginalRecord::toBytes() const
 {
+    QJsonObject object;
+    forEachField(*this, [&](QLatin1StringView name, const auto &value) { object[name] = toJson(value); });
+    object["sha256"_L1] = QString::fromLatin1(hash.toHex()); // for people
     QJsonObject values;
     for (const auto &[name, value] : attributes)
-        values[QString::fromUtf8(name)] = textOf(value);
-    const QJsonObject object{
-        {u"path"_s, textOf(path)},
-        {u"file"_s, textOf(file)},
-        {u"link"_s, textOf(linkText)},
-        {u"sha256"_s, QString::fromLatin1(hash.toHex())},
-        {u"size"_s, size},
-        {u"device"_s, static_cast<qint64>(device)},
-        {u"inode"_s, static_cast<qint64>(inode)},
-        {u"mode"_s, static_cast<qint64>(mode)},
-        {u"owner"_s, static_cast<qint64>(owner)},
-        {u"group"_s, static_cast<qint64>(group)},
-        {u"accessed"_s, toJson(accessed)},
-        {u"modified"_s, toJson(modified)},
-        {u"changed"_s, toJson(changed)},
-        {u"attributes"_s, values},
-    };
+        values[QString::fromUtf8(name)] = toJson(value);
+    object["attributes"_L1] = values;
     const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact);
     return sha256(line).toHex() + '\n' + line + '\n';
 }
@@ -253,25 +214,50 @@ std::optional<OriginalRecord> OriginalRecord::fromBytes(QByteArrayView bytes)
     const QByteArray line = bytes.first(end).sliced(lineAt).toByteArray();
     if (bytes.first(lineAt) != sha256(line).toHex() + '\n')
         return std::nullopt;
-    return fromJson(QJsonDocument::fromJson(line).object());
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    OriginalRecord record;
+    forEachField(record, [&](QLatin1StringView name, auto &value) { readJson(object[name], value); });
+    record.hash = QByteArray::fromHex(object["sha256"_L1].toString().toLatin1());
+    const QJsonObject values = object["attributes"_L1].toObject();
+    for (auto value = values.begin(); value != values.end(); ++value)
+        readJson(value.value(), record.attributes[value.key().toUtf8()]);
+    return checked(std::move(record));
 }
 
 QString OriginalRecord::restoreOn(int target, bool times) const
 {
-    Lacks lacks;
+    QStringList lacks;
+    QString reason; // of the first
+    const auto restored = [&](const QString &what, bool isDone) {
+        if (isDone)
+            return;
+        if (lacks.isEmpty())
+            reason = qt_error_string(errno);
+        lacks.append(what);
+    };
     struct stat now {};
     if (::fstat(target, &now) != 0)
         return qt_error_string(errno);
     if (now.st_uid != owner || now.st_gid != group)
-        lacks.add(QStringLiteral("owner"), ::fchown(target, owner, group) == 0);
+        restored(u"owner"_s, ::fchown(target, owner, group) == 0);
     // After the owner: a new one takes special bits from the mode.
     if (::fstat(target, &now) != 0 || (now.st_mode & allBits) != mode)
-        lacks.add(QStringLiteral("mode"), ::fchmod(target, mode) == 0);
-    restoreExtended(target, attributes, lacks);
+        restored(u"mode"_s, ::fchmod(target, mode) == 0);
+    const std::map<QByteArray, QByteArray> present = attributesOf(target);
+    for (const auto &[name, value] : present) {
+        if (!attributes.contains(name))
+            ::fremovexattr(target, name.constData());
+    }
+    for (const auto &[name, value] : attributes) {
+        const auto found = present.find(name);
+        if (found == present.end() || found->second != value)
+            restored(QString::fromUtf8(name), ::fsetxattr(target, name.constData(), value.constData(),
+                                                          static_cast<std::size_t>(value.size()), 0) == 0);
+    }
     const std::array<timespec, 2> before{accessed, modified};
     if (times)
-        lacks.add(QStringLiteral("times"), ::futimens(target, before.data()) == 0);
-    return lacks.text();
+        restored(u"times"_s, ::futimens(target, before.data()) == 0);
+    return lacks.isEmpty() ? QString() : u"%1 (%2)"_s.arg(lacks.join(", "_L1), reason);
 }
 
 } // namespace brevant

@@ -6,15 +6,12 @@
 #include "files/Folders.h"
 #include "files/PrivateFolder.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -64,9 +61,8 @@ std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
         return std::nullopt;
     if (FileBytes::writeAll(slot.m_file.number(), QByteArray(contentAt + firstCapacity, '\0'), 0))
         return slot;
-    const int error = errno;
+    const ErrnoKeeper keeper;
     slot.remove();
-    errno = error;
     return std::nullopt;
 }
 
@@ -88,7 +84,7 @@ std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringLis
             continue;
         Descriptor file = folder.openFile(name);
         if (!file.isOpen() && (errno == EPERM || errno == EACCES))
-            refused.append(QFile::decodeName(folder.pathOf(name)));
+            refused.append(folder.pathOf(name));
         // As version 1.0.0 locks what it has in use.
         if (file.isOpen() && (::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK))
             slots.push_back(OriginalSlot(folder, name, std::move(file)));
@@ -153,10 +149,7 @@ std::pair<OriginalSlot::Content, std::optional<OriginalRecord>> OriginalSlot::re
 
 bool OriginalSlot::copyTo(int target, qint64 size) const
 {
-    const std::optional<qint64> copied = FileBytes::copy(m_file.number(), contentAt, target, 0, size);
-    if (copied && *copied != size)
-        errno = EIO;
-    return copied == size;
+    return FileBytes::copyAll(m_file.number(), contentAt, target, 0, size);
 }
 
 std::optional<QByteArray> OriginalSlot::contentHash(qint64 size) const
@@ -175,13 +168,12 @@ bool OriginalSlot::isPuttingBack() const
     return FileBytes::read(m_file.number(), 1, flagAt) == QByteArray(1, puttingBack);
 }
 
-std::optional<QByteArray> OriginalSlot::keep(const OriginalRecord &record) const
+std::optional<QString> OriginalSlot::keep(const OriginalRecord &record) const
 {
-    return m_folder->keep(m_file.number(), contentAt, record.size,
-                          record.path.sliced(record.path.lastIndexOf('/') + 1));
+    return m_folder->keep(m_file.number(), contentAt, record.size, record.path);
 }
 
-QByteArray OriginalSlot::setAside() const
+QString OriginalSlot::setAside() const
 {
     const QByteArray kept = "kept-" + m_name.chopped(suffix.size()) + "-damaged";
     return m_folder->renameFile(m_name, kept) ? m_folder->pathOf(kept) : path();
@@ -211,8 +203,7 @@ SourceState OriginalSlot::stateOf(const OriginalRecord &original) const
     const SourceState glance = glanceAtSource(original);
     if (glance != SourceState::Changed && glance != SourceState::Replaced)
         return glance;
-    const Descriptor file(uninterrupted(
-        [&] { return ::open(original.file.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
+    const Descriptor file = openFile(original.file, O_RDONLY | O_NOFOLLOW);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return SourceState::Unknown;
@@ -231,7 +222,7 @@ void OriginalSlot::unlock() const
     m_folder->unlock(m_name);
 }
 
-QByteArray OriginalSlot::path() const
+QString OriginalSlot::path() const
 {
     return m_folder->pathOf(m_name);
 }

@@ -87,15 +87,15 @@ public:
 
     /// Makes a plain file of the content, which stays for the user. Its path, or nothing, with errno set, on
     /// failure.
-    [[nodiscard]] std::optional<QByteArray> keep(const OriginalRecord &record) const;
+    [[nodiscard]] std::optional<QString> keep(const OriginalRecord &record) const;
 
     /// Renames the slot, so that nothing looks at it any more. Its new path, or that of before on failure.
-    [[nodiscard]] QByteArray setAside() const;
+    [[nodiscard]] QString setAside() const;
 
     void remove() const;
     void unlock() const;
 
-    [[nodiscard]] QByteArray path() const;
+    [[nodiscard]] QString path() const;
 
 private:
     OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file);

@@ -5,36 +5,24 @@
 #include "engine/Stop.h"
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
-#include "files/Descriptor.h"
 #include "files/FileBytes.h"
+#include "files/FileMarks.h"
 #include "files/Folders.h"
 #include "files/PrivateFolder.h"
+#include "files/RawBytes.h"
 
 #include <QFile>
 
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
-#include <memory>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace brevant {
 
 namespace {
 
-Descriptor openSource(const QByteArray &path, int flags)
-{
-    return Descriptor(
-        uninterrupted([&] { return ::open(path.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
-}
-
-/// The path of an open file that has other names, or none.
-QByteArray pathOfOpen(int file)
-{
-    return "/proc/self/fd/" + QByteArray::number(file);
-}
+using namespace Qt::StringLiterals;
 
 bool hasSameContent(int file, const OriginalRecord &original)
 {
@@ -51,11 +39,6 @@ bool isRoomLacking(int file, const OriginalRecord &original)
            (errno == ENOSPC || errno == EDQUOT || errno == EFBIG);
 }
 
-bool flush(int file)
-{
-    return uninterrupted([&] { return ::fsync(file); }) == 0;
-}
-
 /// Whether there is room is asked while there is still something to lose.
 bool overwrite(int file, const OriginalRecord &original, OriginalSlot &copy)
 {
@@ -67,64 +50,48 @@ bool overwrite(int file, const OriginalRecord &original, OriginalSlot &copy)
     return uninterrupted([&] { return ::ftruncate(file, 0); }) == 0 && copy.copyTo(file, original.size);
 }
 
+PutBackResult overwriteAt(const QByteArray &path, int flags, const OriginalRecord &original,
+                          OriginalSlot &copy)
+{
+    Descriptor file = openFile(path, O_RDWR | flags);
+    if (!file.isOpen())
+        file = openFile(path, O_WRONLY | flags); // who may not read a file may still write it
+    if (!file.isOpen() ||
+        !(hasSameContent(file.number(), original) || overwrite(file.number(), original, copy)))
+        return {qt_error_string(errno), {}};
+    const QString lacks = original.restoreOn(file.number(), true);
+    return {flushFile(file.number()) ? QString() : qt_error_string(errno), lacks};
+}
+
 /// Makes the file anew under its name: `write` gives it its content. What has come there meanwhile is newer,
 /// and stays, unless `replaces`.
-QString makeAnew(const OriginalRecord &original, bool replaces, const std::function<bool(int)> &write,
-                 QString &lacks)
+PutBackResult makeAnew(const OriginalRecord &original, bool replaces, const std::function<bool(int)> &write)
 {
-    const QByteArray temporary = freeNameBeside(original.file);
-    const Descriptor file(uninterrupted(
-        [&] { return ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }));
+    Descriptor file;
+    const QByteArray made = makeBeside(original.file, [&](const QByteArray &name) {
+        file = openFile(name, O_WRONLY | O_CREAT | O_EXCL);
+        return file.isOpen();
+    });
     if (!file.isOpen())
-        return qt_error_string(errno);
+        return {qt_error_string(errno), {}};
     if (write(file.number())) {
-        lacks = original.restoreOn(file.number(), true);
-        if (flush(file.number()) &&
-            (replaces ? ::rename(temporary.constData(), original.file.constData()) == 0
-                      : renameToFree(temporary, original.file)) &&
+        const QString lacks = original.restoreOn(file.number(), true);
+        if (flushFile(file.number()) &&
+            (replaces ? ::rename(made.constData(), original.file.constData()) == 0
+                      : renameToFree(made, original.file)) &&
             flushFolder(folderOf(original.file)))
-            return {};
+            return {{}, lacks};
     }
-    QString error = qt_error_string(errno);
-    ::unlink(temporary.constData());
-    return error;
+    const QString error = qt_error_string(errno);
+    ::unlink(made.constData());
+    return {error, {}};
 }
 
 /// Gives an open file that still has another name this one too; false, with errno set, on failure.
 bool linkAgain(int held, const QByteArray &path, bool replaces)
 {
-    const QByteArray file = pathOfOpen(held);
-    if (!replaces)
-        return ::linkat(AT_FDCWD, file.constData(), AT_FDCWD, path.constData(), AT_SYMLINK_FOLLOW) == 0;
-    const QByteArray temporary = freeNameBeside(path);
-    if (::linkat(AT_FDCWD, file.constData(), AT_FDCWD, temporary.constData(), AT_SYMLINK_FOLLOW) != 0)
-        return false;
-    if (::rename(temporary.constData(), path.constData()) == 0)
-        return flushFolder(folderOf(path));
-    const int error = errno;
-    ::unlink(temporary.constData());
-    errno = error;
-    return false;
-}
-
-PutBackResult overwriteAt(const QByteArray &path, int flags, const OriginalRecord &original,
-                          OriginalSlot &copy)
-{
-    const auto openFor = [&](int access) {
-        return Descriptor(
-            uninterrupted([&] { return ::open(path.constData(), access | flags | O_NONBLOCK | O_CLOEXEC); }));
-    };
-    Descriptor file = openFor(O_RDWR);
-    if (!file.isOpen())
-        file = openFor(O_WRONLY); // who may not read a file may still write it
-    PutBackResult result;
-    const bool isDone = file.isOpen() &&
-                        (hasSameContent(file.number(), original) || overwrite(file.number(), original, copy));
-    if (isDone)
-        result.lacks = original.restoreOn(file.number(), true);
-    if (!isDone || !flush(file.number()))
-        result.error = qt_error_string(errno);
-    return result;
+    const auto link = [held](const QByteArray &name) { return linkOpenFile(held, name); };
+    return replaces ? makeInPlaceOf(path, link) && flushFolder(folderOf(path)) : link(path);
 }
 
 bool isSameFile(const struct stat &a, const struct stat &b)
@@ -132,39 +99,15 @@ bool isSameFile(const struct stat &a, const struct stat &b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// The path without links in its folder's.
-QByteArray placeOf(const QByteArray &path)
+bool isOf(const OriginalRecord &original, const QString &source)
 {
-    const qsizetype slash = path.lastIndexOf('/');
-    const std::unique_ptr<char, decltype(&std::free)> folder(
-        ::realpath(path.first(slash + 1).constData(), nullptr), &std::free);
-    return folder ? QByteArray(folder.get()) + path.sliced(slash) : path;
-}
-
-QByteArray markOfFile(quint64 device, quint64 inode)
-{
-    return QByteArray::number(device) + ' ' + QByteArray::number(inode);
-}
-
-bool isOf(const OriginalRecord &original, const QByteArray &source)
-{
-    const QByteArrayList marks = marksOf(source);
-    return original.path == source || marks.contains(placeOf(original.file)) ||
-           marks.contains(markOfFile(original.device, original.inode));
+    const QStringList marks = FileMarks::all(source);
+    return original.path == QFile::encodeName(source) ||
+           marks.contains(FileMarks::ofPlace(RawBytes::decoded(original.file))) ||
+           marks.contains(FileMarks::ofFile(original.device, original.inode));
 }
 
 } // namespace
-
-QByteArrayList marksOf(const QByteArray &path)
-{
-    QByteArrayList marks{placeOf(path)};
-    if (const QByteArray end = placeOf(linkTarget(path)); end != marks.first())
-        marks.append(end);
-    struct stat status {};
-    if (::stat(path.constData(), &status) == 0)
-        marks.append(markOfFile(status.st_dev, status.st_ino));
-    return marks;
-}
 
 PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held, bool replaces)
 {
@@ -173,29 +116,22 @@ PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int he
     const bool isThere = ::lstat(original.file.constData(), &there) == 0;
     const bool hasOtherNames = held >= 0 && ::fstat(held, &before) == 0 && before.st_nlink > 0 &&
                                (!isThere || !isSameFile(there, before));
-    PutBackResult result;
     if (hasOtherNames) {
-        result = overwriteAt(pathOfOpen(held), 0, original, copy);
-        if (!result.error.isEmpty() || (isThere && !replaces))
-            return result;
-        if (linkAgain(held, original.file, replaces))
+        PutBackResult result = overwriteAt(pathOfOpen(held), 0, original, copy);
+        if (!result.error.isEmpty() || (isThere && !replaces) || linkAgain(held, original.file, replaces))
             return result;
     }
     if (isThere)
         return overwriteAt(original.file, O_NOFOLLOW, original, copy);
-    result.error = makeAnew(
-        original, false, [&](int file) { return copy.copyTo(file, original.size); }, result.lacks);
-    return result;
+    return makeAnew(original, false, [&](int file) { return copy.copyTo(file, original.size); });
 }
 
 QString restoreAttributes(const OriginalRecord &original)
 {
-    Descriptor file = openSource(original.path, O_RDONLY);
+    Descriptor file = openFile(original.path, O_RDONLY | O_NOFOLLOW);
     if (!file.isOpen() && errno == ELOOP)
-        file = openSource(original.file, O_RDONLY);
-    if (!file.isOpen())
-        return qt_error_string(errno);
-    return original.restoreOn(file.number(), false);
+        file = openFile(original.file, O_RDONLY | O_NOFOLLOW);
+    return file.isOpen() ? original.restoreOn(file.number(), false) : qt_error_string(errno);
 }
 
 QString putFileBack(const OriginalRecord &original, int held)
@@ -204,185 +140,190 @@ QString putFileBack(const OriginalRecord &original, int held)
     struct stat before {};
     if (::fstat(held, &before) != 0)
         return qt_error_string(errno);
-    if (::lstat(original.file.constData(), &there) == 0 && isSameFile(there, before))
+    const bool isInPlace = ::lstat(original.file.constData(), &there) == 0 && isSameFile(there, before);
+    if (isInPlace || (before.st_nlink > 0 && linkAgain(held, original.file, true)))
         return {};
-    if (before.st_nlink > 0 && linkAgain(held, original.file, true))
-        return {};
-    QString lacks;
-    return makeAnew(
-        original, true,
-        [&](int file) { return FileBytes::copy(held, 0, file, 0, original.size) == original.size; }, lacks);
+    return makeAnew(original, true,
+                    [&](int file) { return FileBytes::copyAll(held, 0, file, 0, original.size); })
+        .error;
 }
 
 QString putBackLink(const OriginalRecord &original, bool replacesFile)
 {
-    if (original.linkText.isEmpty())
-        return {};
     struct stat status {};
     const bool isThere = ::lstat(original.path.constData(), &status) == 0;
-    if (isThere && !(replacesFile && S_ISREG(status.st_mode)))
+    if (original.linkText.isEmpty() || (isThere && !(replacesFile && S_ISREG(status.st_mode))))
         return {};
-    const QByteArray temporary = freeNameBeside(original.path);
-    if (::symlink(original.linkText.constData(), temporary.constData()) == 0) {
-        if (::rename(temporary.constData(), original.path.constData()) == 0)
-            return {};
-        const int error = errno;
-        ::unlink(temporary.constData());
-        errno = error;
-    }
-    return qt_error_string(errno);
+    const bool isMade = makeInPlaceOf(original.path, [&](const QByteArray &name) {
+        return ::symlink(original.linkText.constData(), name.constData()) == 0;
+    });
+    return isMade ? QString() : qt_error_string(errno);
 }
 
-std::optional<QByteArray> keepContent(const OriginalRecord &original, const PrivateFolder &folder)
+std::optional<QString> keepContent(const OriginalRecord &original, const PrivateFolder &folder)
 {
-    const Descriptor source = openSource(original.file, O_RDONLY);
+    const Descriptor source = openFile(original.file, O_RDONLY | O_NOFOLLOW);
     struct stat status {};
     if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
         return std::nullopt;
-    return folder.keep(source.number(), 0, status.st_size,
-                       original.path.sliced(original.path.lastIndexOf('/') + 1));
+    return folder.keep(source.number(), 0, status.st_size, original.path);
 }
 
 namespace {
 
-/// Renames a slot whose content cannot be trusted, so that it is said once.
-QString keepUnreadable(const OriginalSlot &copy, const QString &what)
-{
-    return QStringLiteral("%1 is damaged and of no use; it is kept as %2.")
-        .arg(what, QFile::decodeName(copy.setAside()));
-}
-
-/// Makes a plain file of the content of a slot and drops the slot; the sentence about it.
-QString keepLeft(const OriginalSlot &copy, const OriginalRecord &original)
-{
-    if (const std::optional<QByteArray> path = copy.keep(original)) {
-        copy.remove();
-        return QStringLiteral("A run over %1 was cut short; what it was before is kept as %2.")
-            .arg(QFile::decodeName(original.path), QFile::decodeName(*path));
+/// Takes up the slots that programs have left, and says what becomes of them.
+class LeftSlots final {
+public:
+    /// Those of `source` alone, unless that is empty; one that is in use is waited for then, until `stop`
+    /// says otherwise.
+    explicit LeftSlots(QString source = {}, const std::atomic<Stop> *stop = nullptr)
+        : m_source(std::move(source)), m_stop(stop)
+    {
     }
-    return QStringLiteral(
-               "A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3.")
-        .arg(QFile::decodeName(original.path), QFile::decodeName(copy.path()), qt_error_string(errno));
-}
 
-QString putBackLeft(OriginalSlot &copy, const OriginalRecord &original, bool &isLost)
-{
-    const PutBackResult done = putBack(original, copy);
-    const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
-    isLost = !error.isEmpty();
-    if (isLost)
-        return QStringLiteral(
-                   "%1 was lost when a run was cut short, and cannot be put back now: %2. The next start "
-                   "tries again, with the copy %3.")
-            .arg(QFile::decodeName(original.path), error, QFile::decodeName(copy.path()));
-    copy.remove();
-    QString sentence = QStringLiteral("%1 was lost when a run was cut short, and has been put back")
-                           .arg(QFile::decodeName(original.path));
-    if (!done.lacks.isEmpty())
-        sentence += QStringLiteral(", but not its %1").arg(done.lacks);
-    return sentence + u'.';
-}
+    void takeUpIn(const QString &path);
 
-QString takeUpSource(OriginalSlot &copy, const OriginalRecord &original, bool &isLost)
+    [[nodiscard]] const QStringList &sentences() const { return m_sentences; }
+    [[nodiscard]] bool isLost() const { return m_isLost; }
+
+private:
+    void takeUp(OriginalSlot &slot);
+    void takeUpSource(OriginalSlot &slot, const OriginalRecord &original);
+    void putBackSource(OriginalSlot &slot, const OriginalRecord &original);
+    void keepAsFile(const OriginalSlot &slot, const OriginalRecord &original);
+
+    const QString m_source;
+    const std::atomic<Stop> *const m_stop;
+    QStringList m_sentences;
+    bool m_isLost = false; ///< whether a source is lost, and cannot be put back now
+};
+
+void LeftSlots::takeUpIn(const QString &path)
 {
-    switch (copy.stateOf(original)) {
-    case SourceState::Same:
-        copy.remove();
-        return {};
-    case SourceState::Missing:
-    case SourceState::Empty:
-        return putBackLeft(copy, original, isLost);
-    case SourceState::Beginning:
-        if (copy.isPuttingBack())
-            return putBackLeft(copy, original, isLost);
-        break;
-    case SourceState::Changed:
-    case SourceState::Replaced:
-        break;
-    case SourceState::Unknown:
-        return QStringLiteral(
-                   "A run over %1 was cut short, and it cannot be read now; what it was before is in %2.")
-            .arg(QFile::decodeName(original.path), QFile::decodeName(copy.path()));
+    QString error;
+    std::optional<PrivateFolder> folder = PrivateFolder::open(path, error);
+    if (!folder) {
+        if (m_source.isEmpty() && !error.isEmpty())
+            m_sentences.append(u"The safety copies in %1 are not looked at: %2."_s.arg(path, error));
+        return;
     }
-    return keepLeft(copy, original);
+    const auto waitsFor = [this](const OriginalRecord &original) {
+        return m_stop != nullptr && *m_stop == Stop::No && isOf(original, m_source);
+    };
+    QStringList refused;
+    for (OriginalSlot &slot : OriginalSlot::leftIn(*folder, refused, waitsFor))
+        takeUp(slot);
+    for (const QString &file : m_source.isEmpty() ? refused : QStringList())
+        m_sentences.append(u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file));
 }
 
-/// The copy was not written to the end: the compressor had not started, or the disk has a fault.
-QString takeUpDamaged(const OriginalSlot &copy, const OriginalRecord &original)
+void LeftSlots::takeUp(OriginalSlot &slot)
 {
-    if (copy.stateOf(original) == SourceState::Same) {
-        copy.remove();
-        return {};
-    }
-    return keepUnreadable(copy, QStringLiteral("A safety copy of %1").arg(QFile::decodeName(original.path)));
-}
-
-/// What is to be said of it; empty for nothing.
-QString takeUp(OriginalSlot &copy, const QByteArray &source, bool &isLost)
-{
-    const auto [content, original] = copy.read();
-    if (!source.isEmpty() && (!original || !isOf(*original, source)))
-        return {};
+    const auto [content, original] = slot.read();
+    if (!m_source.isEmpty() && (!original || !isOf(*original, m_source)))
+        return;
     switch (content) {
     case OriginalSlot::Content::Nothing:
-        copy.remove();
+        slot.remove();
         break;
     case OriginalSlot::Content::Source:
-        return takeUpSource(copy, *original, isLost);
+        takeUpSource(slot, *original);
+        break;
     case OriginalSlot::Content::Damaged:
-        return takeUpDamaged(copy, *original);
+        // It was not written to the end: the compressor had not started, or the disk has a fault.
+        if (slot.stateOf(*original) == SourceState::Same)
+            slot.remove();
+        else
+            m_sentences.append(u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
+                QFile::decodeName(original->path), slot.setAside()));
+        break;
     case OriginalSlot::Content::Unknown:
-        return keepUnreadable(copy, QStringLiteral("A safety copy"));
+        m_sentences.append(
+            u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside()));
+        break;
     case OriginalSlot::Content::Unreadable:
-        return QStringLiteral("The safety copy %1 cannot be read now; the next start tries again.")
-            .arg(QFile::decodeName(copy.path()));
+        m_sentences.append(
+            u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path()));
+        break;
     }
-    return {};
 }
 
-/// Of all sources with an empty `source`.
-QStringList takeUpLeft(const QStringList &originals, const QByteArray &source, const std::atomic<Stop> *stop,
-                       bool &isLost)
+void LeftSlots::takeUpSource(OriginalSlot &slot, const OriginalRecord &original)
 {
-    const auto waitsFor = [&](const OriginalRecord &original) {
-        return stop != nullptr && *stop == Stop::No && isOf(original, source);
-    };
-    QStringList sentences;
-    for (const QString &path : originals) {
-        QString error;
-        std::optional<PrivateFolder> folder = PrivateFolder::open(path, error);
-        if (!folder) {
-            if (source.isEmpty() && !error.isEmpty())
-                sentences.append(
-                    QStringLiteral("The safety copies in %1 are not looked at: %2.").arg(path, error));
-            continue;
-        }
-        QStringList refused;
-        for (OriginalSlot &copy : OriginalSlot::leftIn(*folder, refused, waitsFor)) {
-            if (const QString sentence = takeUp(copy, source, isLost); !sentence.isEmpty())
-                sentences.append(sentence);
-        }
-        for (const QString &file : source.isEmpty() ? refused : QStringList())
-            sentences.append(
-                QStringLiteral("The safety copy %1 is not used, as it may be somebody else's.").arg(file));
+    switch (slot.stateOf(original)) {
+    case SourceState::Same:
+        slot.remove();
+        return;
+    case SourceState::Missing:
+    case SourceState::Empty:
+        putBackSource(slot, original);
+        return;
+    case SourceState::Beginning:
+        if (slot.isPuttingBack())
+            putBackSource(slot, original);
+        else
+            keepAsFile(slot, original);
+        return;
+    case SourceState::Changed:
+    case SourceState::Replaced:
+        keepAsFile(slot, original);
+        return;
+    case SourceState::Unknown:
+        m_sentences.append(
+            u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
+                QFile::decodeName(original.path), slot.path()));
     }
-    return sentences;
+}
+
+void LeftSlots::putBackSource(OriginalSlot &slot, const OriginalRecord &original)
+{
+    const QString source = QFile::decodeName(original.path);
+    const PutBackResult done = putBack(original, slot);
+    const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
+    m_isLost = !error.isEmpty();
+    if (m_isLost) {
+        m_sentences.append(u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next "
+                           "start tries again, with the copy %3."_s.arg(source, error, slot.path()));
+        return;
+    }
+    slot.remove();
+    const QString lacks = done.lacks.isEmpty() ? QString() : u", but not its "_s + done.lacks;
+    m_sentences.append(
+        u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks));
+}
+
+void LeftSlots::keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
+{
+    const QString source = QFile::decodeName(original.path);
+    if (const std::optional<QString> path = slot.keep(original)) {
+        slot.remove();
+        m_sentences.append(
+            u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path));
+        return;
+    }
+    m_sentences.append(
+        u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
+            source, slot.path(), qt_error_string(errno)));
 }
 
 } // namespace
 
 QStringList putBackAfterInterruption(const QStringList &originals)
 {
-    bool isLost = false;
-    return takeUpLeft(originals, {}, nullptr, isLost);
+    LeftSlots left;
+    for (const QString &folder : originals)
+        left.takeUpIn(folder);
+    return left.sentences();
 }
 
-bool putBackLeftOf(const QByteArray &source, const QStringList &originals, const std::atomic<Stop> &stop,
+bool putBackLeftOf(const QString &source, const QStringList &originals, const std::atomic<Stop> &stop,
                    QStringList &sentences)
 {
-    bool isLost = false;
-    sentences += takeUpLeft(originals, source, &stop, isLost);
-    return !isLost;
+    LeftSlots left(source, &stop);
+    for (const QString &folder : originals)
+        left.takeUpIn(folder);
+    sentences += left.sentences();
+    return !left.isLost();
 }
 
 } // namespace brevant

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 
@@ -33,10 +31,6 @@ struct PutBackResult {
 [[nodiscard]] PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held = -1,
                                     bool replaces = false);
 
-/// What a file is known by, so that runs find that it is the same: its place in its folder, as it may be
-/// missing for a moment; the place at the end of its links; and the file itself, as it may have other names.
-[[nodiscard]] QByteArrayList marksOf(const QByteArray &path);
-
 /// Makes the source the symbolic link again that it was, where nothing is there now; or a file, if one may be
 /// replaced. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putBackLink(const OriginalRecord &original, bool replacesFile);
@@ -51,8 +45,7 @@ struct PutBackResult {
 
 /// Copies what is in the source now to a file that stays for the user. Its path, or nothing, with errno set,
 /// on failure.
-[[nodiscard]] std::optional<QByteArray> keepContent(const OriginalRecord &original,
-                                                    const PrivateFolder &folder);
+[[nodiscard]] std::optional<QString> keepContent(const OriginalRecord &original, const PrivateFolder &folder);
 
 /// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
 /// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
@@ -65,7 +58,7 @@ struct PutBackResult {
 
 /// The same for what is left of one source; a program that is putting it back is waited for until `stop` says
 /// otherwise. False if the source is lost and cannot be put back now.
-[[nodiscard]] bool putBackLeftOf(const QByteArray &source, const QStringList &originals,
+[[nodiscard]] bool putBackLeftOf(const QString &source, const QStringList &originals,
                                  const std::atomic<Stop> &stop, QStringList &sentences);
 
 } // namespace brevant

@@ -4,51 +4,36 @@
 
 #include "engine/EntryResult.h"
 #include "engine/originals/PutBack.h"
+#include "files/FileMarks.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <chrono>
-#include <cstdlib>
-#include <memory>
 #include <thread>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
-
-bool isRegular(const QByteArray &path)
-{
-    struct stat status {};
-    return ::stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
-Descriptor openToRead(const QByteArray &path)
-{
-    return Descriptor(
-        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-}
 
 /// Waits until the content of a file is on the disk; whether it is then. Without it a power cut after the
 /// copy is dropped could leave neither.
 bool isOnDisk(const QByteArray &path)
 {
-    const Descriptor file = openToRead(path);
+    const Descriptor file = openFile(path, O_RDONLY);
     return !file.isOpen() || uninterrupted([&] { return ::fdatasync(file.number()); }) == 0;
 }
 
-const QString inTurn = QStringLiteral("another run is at work on it");
-const QString stillLost = QStringLiteral("it was lost when a run was cut short, and cannot be put back now");
+const QString inTurn = u"another run is at work on it"_s;
+const QString stillLost = u"it was lost when a run was cut short, and cannot be put back now"_s;
 
-/// The whole reason; empty if there is none.
 QString noCopy(const QString &reason)
 {
-    return reason.isEmpty() ? reason : QStringLiteral("no safety copy of it could be made: %1").arg(reason);
+    return u"no safety copy of it could be made: %1"_s.arg(reason);
 }
 
 } // namespace
@@ -68,29 +53,46 @@ QString SafetyCopy::make(const QString &file, Danger danger)
 {
     end();
     m_danger = danger;
-    m_path = QFile::encodeName(file);
+    m_file = file;
     if (danger == Danger::None || m_folders.isEmpty())
         return waitForOthers();
-    const bool isThere = isRegular(m_path);
+    const bool isThere = QFileInfo(file).isFile();
     QString error;
     while (openFolder(isThere, error)) {
         if (!takeTurn(*m_folder))
             return inTurn;
-        if (!putBackLeftOf(m_path, m_folders, m_stop, m_notes))
+        if (!putBackLeftOf(m_file, m_folders, m_stop, m_notes))
             return stillLost;
-        QString noAccess;
-        if (!hold(noAccess))
-            return noCopy(noAccess);
+        m_source = held(m_file);
+        if (!m_source.record) {
+            const int why = errno;
+            const bool isNoFile = !m_source.file.isOpen() &&
+                                  (why == ENOENT || why == ENOTDIR ||
+                                   (why == EINVAL && !QFileInfo(m_file).isFile()));
+            return isNoFile ? QString() : noCopy(qt_error_string(why));
+        }
+        if (isOutput())
+            m_gzipCopy = held(m_file + ".gz"_L1);
         if (fill()) {
             if (!error.isEmpty())
-                m_notes.append(QStringLiteral("The safety copies of this run are in %1: %2 takes none (%3).")
-                                   .arg(QFile::decodeName(m_folder->path()), m_folders.first(), error));
+                m_notes.append(u"The safety copies of this run are in %1: %2 takes none (%3)."_s.arg(
+                    m_folder->path(), m_folders.first(), error));
             return {};
         }
         leaveFolder(error);
     }
     m_folderIndex = 0;
     return isThere ? noCopy(error) : QString();
+}
+
+/// Opens a file and records what it is; without a record, and with errno set, on failure.
+SafetyCopy::Held SafetyCopy::held(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    Held held{openRegularFile(name), std::nullopt};
+    if (held.file.isOpen())
+        held.record = OriginalRecord::of(name, held.file.number());
+    return held;
 }
 
 /// Opens the first folder that there is, making it if there is something to copy.
@@ -132,25 +134,24 @@ QString SafetyCopy::waitForOthers()
                 return inTurn;
         }
     }
-    return putBackLeftOf(m_path, m_folders, m_stop, m_notes) ? QString() : stillLost;
+    return putBackLeftOf(m_file, m_folders, m_stop, m_notes) ? QString() : stillLost;
 }
 
 bool SafetyCopy::takeTurn(PrivateFolder &folder)
 {
     constexpr std::chrono::milliseconds pause(20);
     for (;;) {
-        const QByteArrayList marks = marksOf(m_path);
+        const QStringList marks = FileMarks::all(m_file);
         PrivateFolder::Lock lock = PrivateFolder::Lock::Held;
         for (auto mark = marks.begin(); mark != marks.end() && lock == PrivateFolder::Lock::Held; ++mark)
-            lock = folder.tryLock(*mark);
-        if (lock == PrivateFolder::Lock::Held && marks == marksOf(m_path)) {
+            lock = folder.tryLock(mark->toUtf8());
+        if (lock == PrivateFolder::Lock::Held && marks == FileMarks::all(m_file)) {
             m_turn = marks;
             return true;
         }
-        const int error = errno;
-        for (const QByteArray &mark : marks)
-            folder.unlock(mark);
-        errno = error;
+        const ErrnoKeeper keeper;
+        for (const QString &mark : marks)
+            folder.unlock(mark.toUtf8());
         if (lock == PrivateFolder::Lock::Refused)
             break;
         if (m_stop != Stop::No)
@@ -159,73 +160,46 @@ bool SafetyCopy::takeTurn(PrivateFolder &folder)
         std::this_thread::sleep_for(pause);
     }
     if (m_danger != Danger::None && !std::exchange(m_saidNoLocks, true))
-        m_notes.append(
-            QStringLiteral("No file can be locked in %1, so two runs at once over one source are not "
-                           "kept apart (%2).")
-                .arg(QFile::decodeName(folder.path()), qt_error_string(errno)));
+        m_notes.append(u"No file can be locked in %1, so two runs at once over one source are not kept apart "
+                       "(%2)."_s.arg(folder.path(), qt_error_string(errno)));
     return true;
-}
-
-/// Opens what is in danger; false if there is nothing to copy, with the reason in `error` if that is a fault.
-bool SafetyCopy::hold(QString &error)
-{
-    m_held = openToRead(m_path);
-    if (!m_held.isOpen()) {
-        if (errno != ENOENT && errno != ENOTDIR)
-            error = qt_error_string(errno);
-        return false;
-    }
-    if (!isRegular(m_path))
-        return false;
-    m_record = OriginalRecord::of(m_path, m_held.number());
-    if (!m_record)
-        error = qt_error_string(errno);
-    const QByteArray gzipCopy = m_path + ".gz";
-    if (m_record && isOutput() && isRegular(gzipCopy)) {
-        m_gzipHeld = openToRead(gzipCopy);
-        m_gzipRecord = m_gzipHeld.isOpen() ? OriginalRecord::of(gzipCopy, m_gzipHeld.number()) : std::nullopt;
-    }
-    return m_record.has_value();
 }
 
 bool SafetyCopy::fill()
 {
     if (!m_slot)
         m_slot = OriginalSlot::makeIn(*m_folder);
-    return m_slot && m_slot->fill(m_held.number(), *m_record);
+    return m_slot && m_slot->fill(m_source.file.number(), *m_source.record);
 }
 
 /// Forgets the entry, and lets others have their turn.
 void SafetyCopy::end()
 {
-    for (const QByteArray &mark : std::exchange(m_turn, {}))
-        m_folder->unlock(mark);
-    m_record.reset();
-    m_held = Descriptor();
-    m_gzipRecord.reset();
-    m_gzipHeld = Descriptor();
+    for (const QString &mark : std::exchange(m_turn, {}))
+        m_folder->unlock(mark.toUtf8());
+    m_source = Held();
+    m_gzipCopy = Held();
 }
 
 void SafetyCopy::setInherited(bool inherited) const
 {
     if (m_folder)
-        m_folder->setInherited(inherited && (m_record || !m_turn.isEmpty()));
+        m_folder->setInherited(inherited && (m_source.record || !m_turn.isEmpty()));
 }
 
-bool SafetyCopy::isLost(const EntryResult &result, bool gzipWanted) const
+bool SafetyCopy::isLost(const EntryResult &result) const
 {
     // Where the compressor did its work, other content is the output, or somebody else's doing.
     if (result.outcome == Outcome::Done)
-        return glanceAtSource(*m_record) == SourceState::Missing;
-    switch (m_slot->stateOf(*m_record)) {
+        return glanceAtSource(*m_source.record) == SourceState::Missing;
+    switch (m_slot->stateOf(*m_source.record)) {
     case SourceState::Missing:
     case SourceState::Empty:
     case SourceState::Beginning:
     case SourceState::Changed:
         return true;
     case SourceState::Replaced:
-        // Compressors write to the file that is there; only the gzip copy puts another into its place.
-        return isOutput() && gzipWanted;
+        return m_isGzipped; // compressors write to the file that is there
     case SourceState::Same:
     case SourceState::Unknown:
         break;
@@ -239,23 +213,24 @@ bool SafetyCopy::mayBeNewer(const EntryResult &result) const
     if (!isOutput() ||
         (result.outcome != Outcome::CompressorFailed && result.outcome != Outcome::CompressorKilled))
         return false;
-    const SourceState state = m_slot->stateOf(*m_record);
+    const SourceState state = m_slot->stateOf(*m_source.record);
     return state == SourceState::Changed || state == SourceState::Replaced;
 }
 
 void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     result.notes += std::exchange(m_notes, {});
-    if (m_record) {
-        if (isOutput() && result.outcome == Outcome::Done && !isOnDisk(m_record->file))
+    m_isGzipped = gzipWanted && isOutput();
+    if (m_source.record) {
+        if (isOutput() && result.outcome == Outcome::Done && !isOnDisk(m_source.record->file))
             result.outcome = Outcome::NotWritten;
-        if (isLost(result, gzipWanted))
-            putBackFile(result, gzipWanted);
+        if (isLost(result))
+            putBackFile(result);
         else if (isOutput() && result.outcome == Outcome::Done)
-            finishReplaced(result, gzipWanted);
-        else if (isOutput() && gzipWanted)
+            finishReplaced(result);
+        else if (m_isGzipped)
             undoGzipSteps(result);
-        if (isOutput() && gzipWanted && result.outcome != Outcome::Done)
+        if (m_isGzipped && result.outcome != Outcome::Done)
             putBackGzipCopy(result);
         if (m_slot)
             m_slot->clear();
@@ -264,77 +239,66 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 }
 
 /// The file has been written over, and is to stay so.
-void SafetyCopy::finishReplaced(EntryResult &result, bool gzipWanted)
+void SafetyCopy::finishReplaced(EntryResult &result)
 {
-    if (gzipWanted) {
-        if (const QString lacks = restoreAttributes(*m_record); !lacks.isEmpty())
-            result.notes.append(QStringLiteral("%1 has another %2.").arg(QFile::decodeName(m_path), lacks));
-    }
-    if (m_danger == Danger::Replaced || m_slot->stateOf(*m_record) == SourceState::Same)
+    const OriginalRecord &original = *m_source.record;
+    if (const QString lacks = m_isGzipped ? restoreAttributes(original) : QString(); !lacks.isEmpty())
+        result.notes.append(u"%1 has another %2."_s.arg(m_file, lacks));
+    if (m_danger == Danger::Replaced || m_slot->stateOf(original) == SourceState::Same)
         return;
     const QString why =
         m_danger == Danger::AnotherEntry
-            ? QStringLiteral("%1, which is in the list too, was replaced by the output of %2")
-                  .arg(QFile::decodeName(m_path), result.source)
-            : QStringLiteral("%1 was replaced by its output, as the settings were changed during the run")
-                  .arg(QFile::decodeName(m_path));
-    if (const std::optional<QByteArray> kept = m_slot->keep(*m_record)) {
-        result.notes.append(
-            QStringLiteral("%1; what it was before is kept as %2.").arg(why, QFile::decodeName(*kept)));
+            ? u"%1, which is in the list too, was replaced by the output of %2"_s.arg(m_file, result.source)
+            : u"%1 was replaced by its output, as the settings were changed during the run"_s.arg(m_file);
+    if (const std::optional<QString> kept = m_slot->keep(original)) {
+        result.notes.append(u"%1; what it was before is kept as %2."_s.arg(why, *kept));
         return;
     }
-    result.notes.append(QStringLiteral("%1; what it was before is in %2 (%3).")
-                            .arg(why, QFile::decodeName(m_slot->path()), qt_error_string(errno)));
+    result.notes.append(
+        u"%1; what it was before is in %2 (%3)."_s.arg(why, m_slot->path(), qt_error_string(errno)));
     leaveSlot();
 }
 
 /// The content is as it was, but it may be in another file, or where a link was.
 void SafetyCopy::undoGzipSteps(EntryResult &result)
 {
-    if (m_slot->stateOf(*m_record) == SourceState::Same)
-        tellOf(putBack(*m_record, *m_slot, m_held.number(), true), result);
-    static_cast<void>(putBackLink(*m_record, true));
+    const OriginalRecord &original = *m_source.record;
+    if (m_slot->stateOf(original) == SourceState::Same)
+        tellOf(putBack(original, *m_slot, m_source.file.number(), true), result);
+    static_cast<void>(putBackLink(original, true));
 }
 
 void SafetyCopy::tellOf(const PutBackResult &done, EntryResult &result) const
 {
     if (!done.lacks.isEmpty())
-        result.notes.append(
-            QStringLiteral("%1 was put back, but not its %2.").arg(QFile::decodeName(m_path), done.lacks));
+        result.notes.append(u"%1 was put back, but not its %2."_s.arg(m_file, done.lacks));
 }
 
-void SafetyCopy::putBackFile(EntryResult &result, bool gzipWanted)
+void SafetyCopy::putBackFile(EntryResult &result)
 {
-    if (mayBeNewer(result)) {
-        if (const std::optional<QByteArray> kept = keepContent(*m_record, *m_folder))
-            result.kept = QFile::decodeName(*kept);
-    }
-    const PutBackResult done = putBack(*m_record, *m_slot, m_held.number(), isOutput() && gzipWanted);
-    QString error = done.error;
-    if (error.isEmpty())
-        error = putBackLink(*m_record, isOutput() && gzipWanted);
+    const OriginalRecord &original = *m_source.record;
+    if (mayBeNewer(result))
+        result.kept = keepContent(original, *m_folder).value_or(QString());
+    const PutBackResult done = putBack(original, *m_slot, m_source.file.number(), m_isGzipped);
+    const QString error = done.error.isEmpty() ? putBackLink(original, m_isGzipped) : done.error;
     if (isOutput() && result.outcome == Outcome::Done)
         result.outcome = Outcome::NoOutput; // it was there, and was lost again
     tellOf(done, result);
     if (m_danger == Danger::AnotherEntry) {
-        result.notes.append(
-            error.isEmpty()
-                ? QStringLiteral("%1, which is in the list too, was put back.").arg(QFile::decodeName(m_path))
-                : QStringLiteral("%1, which is in the list too, could not be put back (%2); the next "
-                                 "start tries again.")
-                      .arg(QFile::decodeName(m_path), error));
-        if (!error.isEmpty())
-            leaveSlot();
-        return;
-    }
-    result.sourceState = error.isEmpty() ? EntryResult::Source::PutBack : EntryResult::Source::Lost;
-    if (error.isEmpty()) {
+        const QString whatBecame =
+            error.isEmpty() ? u"was put back"_s
+                            : u"could not be put back (%1); the next start tries again"_s.arg(error);
+        result.notes.append(u"%1, which is in the list too, %2."_s.arg(m_file, whatBecame));
+    } else if (error.isEmpty()) {
+        result.sourceState = EntryResult::Source::PutBack;
         if (isOutput())
-            result.sizeAfter = m_record->size;
-        return;
+            result.sizeAfter = original.size;
+    } else {
+        result.sourceState = EntryResult::Source::Lost;
+        result.detail = error;
     }
-    result.detail = error;
-    leaveSlot();
+    if (!error.isEmpty())
+        leaveSlot();
 }
 
 /// The slot stays in the folder, for the next start.
@@ -348,13 +312,14 @@ void SafetyCopy::leaveSlot()
 void SafetyCopy::putBackGzipCopy(EntryResult &result)
 {
     result.gzipSize.reset();
-    const QByteArray path = m_path + ".gz";
-    const QString error = m_gzipRecord ? putFileBack(*m_gzipRecord, m_gzipHeld.number()) : QString();
-    if (!error.isEmpty())
-        result.notes.append(
-            QStringLiteral("%1 could not be put back: %2.").arg(QFile::decodeName(path), error));
-    else if (!m_gzipRecord && isRegular(path))
-        ::unlink(path.constData());
+    const QString path = m_file + ".gz"_L1;
+    if (!m_gzipCopy.record) {
+        if (QFileInfo(path).isFile())
+            QFile::remove(path);
+        return;
+    }
+    if (const QString error = putFileBack(*m_gzipCopy.record, m_gzipCopy.file.number()); !error.isEmpty())
+        result.notes.append(u"%1 could not be put back: %2."_s.arg(path, error));
 }
 
 } // namespace brevant

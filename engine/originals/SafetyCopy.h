@@ -69,20 +69,26 @@ public:
     void finish(EntryResult &result, bool gzipWanted);
 
 private:
+    /// A file held open, and what it was.
+    struct Held {
+        Descriptor file;
+        std::optional<OriginalRecord> record;
+    };
+    [[nodiscard]] static Held held(const QString &path);
+
     [[nodiscard]] bool openFolder(bool make, QString &error);
     void leaveFolder(QString &error);
     [[nodiscard]] QString waitForOthers();
     [[nodiscard]] bool takeTurn(PrivateFolder &folder);
-    [[nodiscard]] bool hold(QString &error);
     [[nodiscard]] bool fill();
     void end();
     void setInherited(bool inherited) const;
 
     [[nodiscard]] bool isOutput() const { return m_danger != Danger::Pattern; }
-    [[nodiscard]] bool isLost(const EntryResult &result, bool gzipWanted) const;
+    [[nodiscard]] bool isLost(const EntryResult &result) const;
     [[nodiscard]] bool mayBeNewer(const EntryResult &result) const;
-    void finishReplaced(EntryResult &result, bool gzipWanted);
-    void putBackFile(EntryResult &result, bool gzipWanted);
+    void finishReplaced(EntryResult &result);
+    void putBackFile(EntryResult &result);
     void undoGzipSteps(EntryResult &result);
     void tellOf(const PutBackResult &done, EntryResult &result) const;
     void putBackGzipCopy(EntryResult &result);
@@ -98,12 +104,11 @@ private:
 
     // Of the entry being worked on:
     Danger m_danger = Danger::None;
-    QByteArray m_path;
-    QByteArrayList m_turn;                      ///< what is locked; empty for nothing
-    std::optional<OriginalRecord> m_record;     ///< of the file in danger, if it is copied
-    Descriptor m_held;                          ///< that file
-    std::optional<OriginalRecord> m_gzipRecord; ///< of the gzip copy that was there before, and that file
-    Descriptor m_gzipHeld;
+    QString m_file;
+    QStringList m_turn;       ///< what is locked; empty for nothing
+    Held m_source;            ///< the file in danger, if it is copied
+    Held m_gzipCopy;          ///< the one that was there before
+    bool m_isGzipped = false; ///< whether the gzip steps have been at work on the file in danger
 };
 
 } // namespace brevant
