@@ -47,7 +47,7 @@ std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(
     }
     if (setting->key == selectedEncodingKeyString && !isEncodingName(value)) {
         QStringList names;
-        for (const Encoding &encoding : allEncodings())
+        for (const Encoding &encoding : allEncodings)
             names.append(encoding.name);
         return UsageError{QStringLiteral("--set: there is no encoding \"%1\"; there are %2")
                               .arg(value, names.join(QLatin1StringView(", ")))};
@@ -172,7 +172,7 @@ QString helpText()
     for (const OptionHelp &option : allOptions())
         text += QStringLiteral("  %1 %2\n").arg(option.usage, -18).arg(option.meaning);
     text += QStringLiteral("\nSettings for --set, with their defaults:\n");
-    for (const SettingKey &setting : allSettingKeys()) {
+    for (const SettingKey &setting : allSettingKeys) {
         const QString value = setting.type == SettingType::Text ? QString(setting.defaultText)
                               : setting.defaultState            ? QStringLiteral("true")
                                                                 : QStringLiteral("false");

@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -24,33 +25,30 @@ namespace brevant {
 
 namespace {
 
-constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+using namespace Qt::StringLiterals;
+
 // Change times advance with the kernel's timer, every 10 ms at the slowest (CONFIG_HZ=100).
 constexpr std::int64_t stampResolution = 20'000'000;
-
-std::int64_t nanoseconds(const timespec &time)
-{
-    return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
-}
 
 void report(const QString &line)
 {
     std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(line)));
 }
 
-/// Makes the programs of ours that write into one folder take turns. Where locks are not to be had, it does
-/// nothing.
-class FolderLock final {
-public:
-    explicit FolderLock(const QByteArray &folder) : m_folder(openFile(folder, O_RDONLY | O_DIRECTORY))
-    {
-        if (m_folder.isOpen())
-            uninterrupted([this] { return ::flock(m_folder.number(), LOCK_EX); });
-    }
+void insertAll(QJsonObject &values, const QJsonObject &others)
+{
+    for (auto it = others.begin(); it != others.end(); ++it)
+        values.insert(it.key(), it.value());
+}
 
-private:
-    const Descriptor m_folder;
-};
+/// Makes the programs of ours that write into one folder take turns, where locks are to be had.
+Descriptor lockFolder(const QByteArray &folder)
+{
+    Descriptor file = openFile(folder, O_RDONLY | O_DIRECTORY);
+    if (file.isOpen())
+        uninterrupted([&file] { return ::flock(file.number(), LOCK_EX); });
+    return file;
+}
 
 } // namespace
 
@@ -59,14 +57,15 @@ SettingsFile::SettingsFile(const QString &path, std::function<void()> changed,
     : m_path(path), m_encodedPath(QFile::encodeName(path)), m_changed(std::move(changed)),
       m_saveTime(saveTime)
 {
-    const std::lock_guard lock(m_mutex);
-    static_cast<void>(refreshLocked()); // the first reading is no change
+    const Lock lock(m_mutex);
+    if (stampOf(m_encodedPath) != m_reading.stamp)
+        reload(); // and no change yet
 }
 
 SettingsFile::~SettingsFile()
 {
     {
-        const std::lock_guard lock(m_mutex);
+        const Lock lock(m_mutex);
         m_stop = true;
         m_hurried = true;
     }
@@ -75,12 +74,16 @@ SettingsFile::~SettingsFile()
         m_writer.join();
 }
 
+SettingsFile::Stamp SettingsFile::stampOf(const struct stat &status)
+{
+    return {static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino),
+            status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
+}
+
 SettingsFile::Stamp SettingsFile::stampOf(const QByteArray &path)
 {
     struct stat status {};
-    if (::stat(path.constData(), &status) != 0)
-        return {};
-    return {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
+    return ::stat(path.constData(), &status) == 0 ? stampOf(status) : Stamp();
 }
 
 SettingsFile::Reading SettingsFile::read(const QByteArray &path)
@@ -94,251 +97,236 @@ SettingsFile::Reading SettingsFile::read(const QByteArray &path)
         reading.content = errno == ENOENT ? Content::Missing : Content::Unreadable;
         return reading;
     }
+    reading.content = Content::Unreadable;
     struct stat status {};
-    ::fstat(file.number(), &status);
-    reading.stamp = {status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
+    if (::fstat(file.number(), &status) != 0)
+        return reading;
+    reading.stamp = stampOf(status);
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
-    const std::int64_t age = nanoseconds(now) - reading.stamp.changedAt;
+    const std::int64_t age =
+        (now.tv_sec - status.st_ctim.tv_sec) * 1'000'000'000 + now.tv_nsec - status.st_ctim.tv_nsec;
     reading.fresh = age >= 0 && age < stampResolution;
-
-    const auto bytes = S_ISREG(status.st_mode) ? FileBytes::readAll(file.number()) : std::nullopt;
-    if (!bytes) {
-        reading.content = Content::Unreadable;
+    if (!S_ISREG(status.st_mode))
         return reading;
-    }
-    reading.bytes = *bytes;
-    const QJsonDocument document = QJsonDocument::fromJson(reading.bytes);
+    const std::optional<QByteArray> bytes = FileBytes::readAll(file.number());
+    if (!bytes)
+        return reading;
+    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
     reading.content = document.isObject() ? Content::Values : Content::Bad;
     reading.values = document.object();
+    reading.bytes = *bytes;
     return reading;
 }
 
-QJsonObject SettingsFile::merged(QJsonObject values) const
+/// What readers get.
+QJsonObject SettingsFile::values() const
 {
-    for (auto it = m_pending.begin(); it != m_pending.end(); ++it)
-        values.insert(it.key(), it.value());
+    QJsonObject values = m_reading.values;
+    insertAll(values, m_pending);
     return values;
 }
 
-bool SettingsFile::refreshLocked()
+bool SettingsFile::isBad(const QByteArray &bytes) const
 {
-    if (!m_reading.fresh && stampOf(m_encodedPath) == m_reading.stamp)
-        return false;
+    return m_reading.content == Content::Bad && m_reading.bytes == bytes;
+}
+
+void SettingsFile::reload()
+{
     Reading reading = read(m_encodedPath);
     if (reading.content == Content::Bad) {
-        noteBadFile(reading.bytes);
-        if (!m_bad->judged)
-            reading.values = m_reading.values;
-    } else {
-        m_bad.reset();
+        if (isBad(reading.bytes)) {
+            m_reading.stamp = reading.stamp;
+            m_reading.fresh = reading.fresh;
+            return;
+        }
+        reading.values = m_reading.values;
+        reading.due = std::chrono::steady_clock::now() + m_saveTime;
+        wakeWriter();
     }
-    const bool differs = merged(reading.values) != merged(m_reading.values);
     if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
         report(
-            QStringLiteral("the settings in %1 cannot be read; the defaults are used, and changes hold until "
-                           "the program ends")
-                .arg(m_path));
+            u"the settings in %1 cannot be read; the defaults are used, and changes hold until the program "
+            "ends"_s.arg(m_path));
     m_reading = std::move(reading);
-    return differs;
 }
 
-void SettingsFile::noteBadFile(const QByteArray &bytes)
+void SettingsFile::refreshLocked()
 {
-    if (m_bad && m_bad->bytes == bytes)
+    if (!m_reading.fresh && stampOf(m_encodedPath) == m_reading.stamp)
         return;
-    m_bad = BadContent{.bytes = bytes, .due = std::chrono::steady_clock::now() + m_saveTime};
-    wakeWriter();
-}
-
-/// Waits until bad content has stayed the same for a while, or is none any more.
-void SettingsFile::judgeBadFile(std::unique_lock<std::mutex> &lock)
-{
-    while (m_bad && !m_bad->judged) {
-        const QByteArray bytes = m_bad->bytes;
-        m_wake.wait_until(lock, m_bad->due, [this] { return m_hurried; });
-        bool differs = refreshLocked();
-        if (m_bad && m_bad->bytes == bytes) {
-            m_bad->judged = true;
-            differs = merged({}) != merged(m_reading.values);
-            m_reading.values = {};
-        }
-        if (differs) {
-            lock.unlock();
-            m_changed();
-            lock.lock();
-        }
-    }
-}
-
-/// Keeps the bad content found last beside the file, and reports it once. False if it could not be kept.
-bool SettingsFile::keepBadFile()
-{
-    std::unique_lock lock(m_mutex);
-    if (!m_bad || m_bad->kept)
-        return true;
-    const QByteArray bytes = m_bad->bytes;
-    const bool reported = std::exchange(m_bad->reported, true);
-    lock.unlock();
-    const QString bad = badPath();
-    // There is nothing to keep of an empty file.
-    const bool kept = !bytes.isEmpty() && DurableFile::replace(bad, bytes).isEmpty();
-    if (!reported) {
-        report(kept
-                   ? QStringLiteral("%1 holds no settings; the defaults are used, and the file is kept as %2")
-                         .arg(m_path, bad)
-                   : QStringLiteral("%1 holds no settings; the defaults are used").arg(m_path));
-    }
-    lock.lock();
-    if (m_bad && m_bad->bytes == bytes)
-        m_bad->kept = kept || bytes.isEmpty();
-    return kept || bytes.isEmpty();
+    const QJsonObject before = values();
+    reload();
+    if (values() != before)
+        m_changed();
 }
 
 QJsonValue SettingsFile::value(QLatin1StringView key)
 {
-    QJsonValue found(QJsonValue::Undefined);
-    bool differs = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        differs = refreshLocked();
-        const auto pending = m_pending.constFind(key);
-        found = pending != m_pending.constEnd() ? *pending : m_reading.values.value(key);
-    }
-    if (differs)
-        m_changed();
-    return found;
+    const Lock lock(m_mutex);
+    refreshLocked();
+    const auto pending = m_pending.constFind(key);
+    return pending != m_pending.constEnd() ? *pending : m_reading.values.value(key);
 }
 
 void SettingsFile::refresh()
 {
-    bool differs = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        differs = refreshLocked();
-    }
-    if (differs)
-        m_changed();
+    const Lock lock(m_mutex);
+    refreshLocked();
 }
 
 void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_pending.insert(key, value);
-        wakeWriter();
-    }
+    const Lock lock(m_mutex);
+    m_pending.insert(key, value);
+    wakeWriter();
+}
+
+void SettingsFile::synchronize()
+{
+    Lock lock(m_mutex);
+    m_hurried = true;
+    m_wake.notify_all();
+    const std::uint64_t count = m_wantedRound; // others may go on to set values for ever
+    m_wake.wait(lock, [this, count] { return m_writtenRound >= count; });
 }
 
 void SettingsFile::wakeWriter()
 {
-    ++m_setCount;
+    ++m_wantedRound;
     try {
         if (!m_writer.joinable())
             m_writer = std::thread([this] { writeBehind(); });
     } catch (const std::system_error &error) {
         // The next value set tries again; nobody may wait for this one.
-        m_writtenCount = m_setCount;
+        m_writtenRound = m_wantedRound;
         reportWriteFailure(QString::fromLocal8Bit(error.what()));
     }
     m_wake.notify_all();
 }
 
-void SettingsFile::synchronize()
+void SettingsFile::reportWriteFailure(const QString &error)
 {
-    std::unique_lock lock(m_mutex);
-    m_hurried = true;
-    m_wake.notify_all();
-    const std::uint64_t count = m_setCount; // others may go on to set values for ever
-    m_written.wait(lock, [this, count] { return m_writtenCount >= count; });
+    if (!std::exchange(m_writeFailureReported, true))
+        report(u"%1 cannot be written (%2); the settings hold until the program ends"_s.arg(m_path, error));
 }
 
 void SettingsFile::writeBehind()
 {
-    std::unique_lock lock(m_mutex);
+    Lock lock(m_mutex);
     while (true) {
-        m_wake.wait(lock, [this] { return m_stop || m_writtenCount != m_setCount; });
-        if (m_writtenCount == m_setCount)
+        m_wake.wait(lock, [this] { return m_stop || m_writtenRound != m_wantedRound; });
+        if (m_writtenRound == m_wantedRound)
             return;
-        judgeBadFile(lock);
-        const QJsonObject changes = m_pending;
-        const std::uint64_t count = m_setCount;
-        lock.unlock();
-        static_cast<void>(keepBadFile());
+        const std::uint64_t count = m_wantedRound;
+        static_cast<void>(settleBadContent(lock));
         // Nothing is left to write if the same value was set twice, and the first write took it.
-        const QString error = changes.isEmpty() ? QString() : writeOnce(changes);
-        lock.lock();
-        const bool differs = settle(changes, error);
-        m_writtenCount = count;
-        m_written.notify_all();
-        if (differs) {
-            lock.unlock();
-            m_changed();
-            lock.lock();
+        const QString error = m_pending.isEmpty() ? QString() : write(lock);
+        if (error.isEmpty()) {
+            m_writeFailureReported = false;
+        } else {
+            refreshLocked();
+            // What cannot be read has been reported, and that it cannot be written either.
+            if (m_reading.content != Content::Unreadable)
+                reportWriteFailure(error);
+        }
+        m_writtenRound = count;
+        m_wake.notify_all();
+    }
+}
+
+/// Waits until bad content has stayed the same for a while and keeps it, unless it is replaced meanwhile.
+/// False if it could not be kept.
+bool SettingsFile::settleBadContent(Lock &lock)
+{
+    while (m_reading.content == Content::Bad && !m_reading.kept) {
+        if (m_reading.judged) {
+            if (!keepBadContent(lock))
+                return false;
+            continue;
+        }
+        const auto due = m_reading.due; // another one later on is that of other content
+        m_wake.wait_until(lock, due, [this] { return m_hurried; });
+        refreshLocked();
+        if (m_reading.content == Content::Bad && m_reading.due == due) {
+            const QJsonObject before = values();
+            m_reading.judged = true;
+            m_reading.values = {};
+            if (values() != before)
+                m_changed();
         }
     }
+    return true;
 }
 
-void SettingsFile::reportWriteFailure(const QString &error)
+/// Keeps bad content beside the file, and reports it once. False if it is still there and could not be kept.
+bool SettingsFile::keepBadContent(Lock &lock)
 {
-    if (!std::exchange(m_writeFailureReported, true))
-        report(QStringLiteral("%1 cannot be written (%2); the settings hold until the program ends")
-                   .arg(m_path, error));
+    const QByteArray bytes = m_reading.bytes;
+    const bool reported = std::exchange(m_reading.reported, true);
+    lock.unlock();
+    // There is nothing to keep of an empty file.
+    const bool kept = !bytes.isEmpty() && DurableFile::replace(badPath(), bytes).isEmpty();
+    if (!reported)
+        report(kept ? u"%1 holds no settings; the defaults are used, and the file is kept as %2"_s.arg(
+                          m_path, badPath())
+                    : u"%1 holds no settings; the defaults are used"_s.arg(m_path));
+    lock.lock();
+    if (isBad(bytes))
+        m_reading.kept = kept || bytes.isEmpty();
+    return !isBad(bytes) || m_reading.kept;
 }
 
-bool SettingsFile::settle(const QJsonObject &changes, const QString &error)
+/// Merges what was set into the file as it now is. The reason of a failure, or an empty text.
+QString SettingsFile::write(Lock &lock)
 {
-    if (!error.isEmpty()) {
-        const bool differs = refreshLocked();
-        // What cannot be read has been reported, and that it cannot be written either.
-        if (m_reading.content != Content::Unreadable)
-            reportWriteFailure(error);
-        return differs;
-    }
-    m_writeFailureReported = false;
-    const QJsonObject before = merged(m_reading.values);
-    static_cast<void>(refreshLocked());
-    for (auto it = changes.begin(); it != changes.end(); ++it) {
-        // What was set again meanwhile stays pending.
-        if (m_pending.value(it.key()) == it.value())
-            m_pending.remove(it.key());
-    }
-    return merged(m_reading.values) != before;
-}
-
-QString SettingsFile::writeOnce(const QJsonObject &changes)
-{
+    lock.unlock();
     const QByteArray folder = folderOf(m_encodedPath);
-    if (!makeFolders(folder))
-        return qt_error_string(errno);
-    const FolderLock lock(folder);
+    const QString noFolder = makeFolders(folder) ? QString() : qt_error_string(errno);
+    const Descriptor turn = lockFolder(folder);
+    lock.lock();
+    if (!noFolder.isEmpty())
+        return noFolder;
     while (true) {
-        Reading current = read(m_encodedPath);
-        if (current.content == Content::Unreadable)
-            return QStringLiteral("it cannot be read");
-        if (current.content == Content::Bad) {
-            {
-                std::unique_lock guard(m_mutex);
-                noteBadFile(current.bytes);
-                judgeBadFile(guard);
-                if (!m_bad)
-                    continue; // somebody was about to write it
-            }
-            if (!keepBadFile())
-                return QStringLiteral("what it holds cannot be kept as %1").arg(badPath());
-        }
-        for (auto it = changes.begin(); it != changes.end(); ++it)
-            current.values.insert(it.key(), it.value());
+        m_reading.fresh = true; // what is merged is read anew
+        refreshLocked();
+        if (!settleBadContent(lock))
+            return u"what it holds cannot be kept as %1"_s.arg(badPath());
+        if (m_reading.content == Content::Unreadable)
+            return u"it cannot be read"_s;
+        const QJsonObject changes = m_pending;
+        const QByteArray bytes = QJsonDocument(values()).toJson();
+        const Stamp stamp = m_reading.stamp;
+        lock.unlock();
         DurableFile file(m_path);
         // The slow part comes before the look at the file, so that little time is left between that and the
         // commit.
-        if (!file.write(QJsonDocument(current.values).toJson()) || !file.flush())
+        const bool ready = file.write(bytes) && file.flush();
+        const bool untouched = ready && stampOf(m_encodedPath) == stamp;
+        const bool written = untouched && file.commit();
+        lock.lock();
+        if (written) {
+            forget(changes);
+            return {};
+        }
+        if (!ready || untouched)
             return file.errorText();
         // Somebody else wrote meanwhile: once more, from what is there now.
-        if (stampOf(m_encodedPath) != current.stamp)
-            continue;
-        return file.commit() ? QString() : file.errorText();
     }
+}
+
+/// Drops values that have been written, but for those that were set again meanwhile.
+void SettingsFile::forget(const QJsonObject &written)
+{
+    const QJsonObject before = values();
+    reload();
+    for (auto it = written.begin(); it != written.end(); ++it) {
+        if (m_pending.value(it.key()) == it.value())
+            m_pending.remove(it.key());
+    }
+    if (values() != before)
+        m_changed();
 }
 
 } // namespace brevant

@@ -39,10 +39,40 @@ struct SettingKey {
     SettingType type;
     QLatin1StringView defaultText; ///< of a text
     bool defaultState;             ///< of a boolean
+
+    static constexpr SettingKey text(QLatin1StringView key, const char *byDefault)
+    {
+        return {key, SettingType::Text, QLatin1StringView(byDefault), false};
+    }
+    static constexpr SettingKey boolean(QLatin1StringView key, bool byDefault)
+    {
+        return {key, SettingType::Boolean, {}, byDefault};
+    }
 };
 
-/// All eighteen settings, in the order in which their defaults are registered.
-[[nodiscard]] const std::array<SettingKey, 18> &allSettingKeys();
+/// All settings, in the order in which their defaults are registered.
+inline constexpr std::array allSettingKeys{
+    // The first eighteen and their order are fixed.
+    SettingKey::text(suffixKeyString, ".min"),
+    SettingKey::boolean(suffixSwitcherKeyString, true),
+    SettingKey::text(lineBreakKeyString, "500"),
+    SettingKey::boolean(lineBreakSwitcherKeyString, false),
+    SettingKey::boolean(nomungeSwitcherKeyString, false),
+    SettingKey::boolean(preserveSemiSwitcherKeyString, false),
+    SettingKey::boolean(disableOptimizationsSwitcherKeyString, false),
+    SettingKey::boolean(sameFolderKeyString, true),
+    SettingKey::text(selectedFolderKeyString, ""),
+    SettingKey::boolean(soundCheckerKeyString, true),
+    SettingKey::boolean(filterCheckerKeyString, false),
+    SettingKey::boolean(autoMinifyCheckerKeyString, false),
+    SettingKey::text(selectedEncodingKeyString, "utf-8"),
+    SettingKey::boolean(enableHTMLCheckerKeyString, true),
+    SettingKey::boolean(enablePHPCheckerKeyString, false),
+    SettingKey::boolean(badgeCheckerKeyString, true),
+    SettingKey::boolean(gzipCheckerKeyString, false),
+    SettingKey::boolean(keepXMLSpaceCheckerKeyString, false),
+    // Newer settings follow here.
+};
 
 /// The setting of that name, or null if there is none.
 [[nodiscard]] const SettingKey *findSettingKey(QStringView key);

@@ -16,6 +16,8 @@ namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 QString numberText(const QJsonValue &value)
 {
     // Integers first: a double would not keep every digit of a large one.
@@ -41,17 +43,15 @@ bool truthOf(const QString &text)
     const double number = text.toDouble(&isNumber);
     if (isNumber)
         return number != 0 && !std::isnan(number);
-    return text.compare(QLatin1StringView("true"), Qt::CaseInsensitive) == 0 ||
-           text.compare(QLatin1StringView("yes"), Qt::CaseInsensitive) == 0;
+    return text.compare("true"_L1, Qt::CaseInsensitive) == 0 ||
+           text.compare("yes"_L1, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
 
-SettingsStore::SettingsStore(const QString &filePath, QObject *parent)
-    : QObject(parent)
-      // Told later, in the store's own thread: a reader must not find itself in the midst of a notice.
-      ,
-      m_file(std::make_unique<SettingsFile>(filePath, [this] {
+SettingsStore::SettingsStore(const QString &filePath)
+    // Sent later, so that no reader is interrupted by a notice.
+    : m_file(std::make_unique<SettingsFile>(filePath, [this] {
           QMetaObject::invokeMethod(this, &SettingsStore::didChange, Qt::QueuedConnection);
       }))
 {
@@ -62,7 +62,7 @@ SettingsStore::~SettingsStore() = default;
 QString SettingsStore::defaultFilePath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QLatin1StringView("/brevant/settings.json");
+           "/brevant/settings.json"_L1;
 }
 
 void SettingsStore::registerDefaults(const QJsonObject &defaults)
@@ -111,14 +111,12 @@ bool SettingsStore::boolForKey(QLatin1StringView key) const
 
 bool SettingsStore::isTrue(QLatin1StringView key) const
 {
-    const QJsonValue value = objectForKey(key);
-    return value.isBool() && value.toBool();
+    return objectForKey(key) == QJsonValue(true);
 }
 
 bool SettingsStore::isFalse(QLatin1StringView key) const
 {
-    const QJsonValue value = objectForKey(key);
-    return value.isBool() && !value.toBool();
+    return objectForKey(key) == QJsonValue(false);
 }
 
 void SettingsStore::setObject(const QJsonValue &value, QLatin1StringView key)
@@ -141,11 +139,11 @@ void SettingsStore::watchFile()
 {
     if (m_watcher != nullptr)
         return;
-    m_watcher = new QFileSystemWatcher(this);
-    // A file that is replaced, or made anew, is another one to watch; its folder tells.
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    // A file that is replaced, or made, is a new one to watch; its folder reports it.
     const auto watchAgain = [this] {
         const QFileInfo file(m_file->path());
-        // A folder that is not there yet is told of by the one it will be made in.
+        // Until the folder exists, the nearest one above it that does is watched.
         QDir folder = file.absoluteDir();
         while (!folder.exists() && !folder.isRoot())
             folder.setPath(QFileInfo(folder.path()).path());
@@ -156,9 +154,9 @@ void SettingsStore::watchFile()
         }
         m_file->refresh();
     };
-    connect(m_watcher, &QFileSystemWatcher::fileChanged, this, watchAgain);
-    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, watchAgain);
-    connect(this, &SettingsStore::didChange, m_watcher, watchAgain);
+    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, watchAgain);
+    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, watchAgain);
+    connect(this, &SettingsStore::didChange, m_watcher.get(), watchAgain);
     watchAgain();
 }
 

@@ -28,7 +28,7 @@ class SettingsStore final : public QObject {
 
 public:
     /// A store on the file `filePath`, which need not exist. Nothing is written until a value is set.
-    explicit SettingsStore(const QString &filePath, QObject *parent = nullptr);
+    explicit SettingsStore(const QString &filePath);
 
     /// Waits until every value set so far is on the disk.
     ~SettingsStore() override;
@@ -57,21 +57,21 @@ public:
     [[nodiscard]] bool isTrue(QLatin1StringView key) const;
     [[nodiscard]] bool isFalse(QLatin1StringView key) const;
 
-    /// Sets a value. It holds for the next reader at once; the disk is written behind, in order, by a thread
-    /// of the store's own, so the caller never waits for it. Sends didChange() once.
+    /// Sets a value. It holds for the next reader at once; a thread of the store's own writes it to the disk,
+    /// so the caller never waits. Sends didChange() once.
     void setObject(const QJsonValue &value, QLatin1StringView key);
     void setBool(bool state, QLatin1StringView key);
 
     /// Waits until every value set so far has been written, or could not be.
     void synchronize();
 
-    /// Sends didChange() for changes that others make to the file, also while nobody reads. Needs an event
-    /// loop in the store's thread; readers see such changes at once without it.
+    /// From now on, changes that others make to the file send didChange() even while nobody reads. Needs an
+    /// event loop in the thread of this object; readers see such changes at once without it.
     void watchFile();
 
 Q_SIGNALS:
-    /// Some value has changed: set here, or found changed in the file. Sent from the thread that set it, or
-    /// from the store's own thread for a change from outside.
+    /// Some value has changed. Sent by the thread that set it, or, for a change from outside, in the thread
+    /// of this object.
     void didChange();
 
 private:
@@ -79,7 +79,7 @@ private:
     QJsonObject m_defaults;
     QJsonObject m_overrides;
     std::unique_ptr<SettingsFile> m_file;
-    QFileSystemWatcher *m_watcher = nullptr; ///< a child of this
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
 };
 
 } // namespace brevant

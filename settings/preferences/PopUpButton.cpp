@@ -7,29 +7,18 @@
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <array>
+
 namespace brevant {
 
 namespace {
 
 constexpr int gapAfterIcon = 4; // as the styles draw it
 
-/// Whether the key opens the list, or would choose another item of the closed one.
-bool opens(int key)
-{
-    switch (key) {
-    case Qt::Key_Space:
-    case Qt::Key_F4:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-        return true;
-    default:
-        return false;
-    }
-}
+/// The keys that open the list, or would choose another item of the closed one.
+constexpr std::array openingKeys{Qt::Key_Space,  Qt::Key_F4,       Qt::Key_Up,   Qt::Key_Down,
+                                 Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
 
 /// Whether the key types a letter, by which the list would be searched.
 bool searches(const QKeyEvent &event)
@@ -54,14 +43,14 @@ void PopUpButton::initStyleOption(QStyleOptionComboBox *option) const
 
 void PopUpButton::keyPressEvent(QKeyEvent *event)
 {
-    if (opens(event->key())) {
-        showPopup();
-    } else if (searches(*event)) {
-        showPopup();
-        view()->keyboardSearch(event->text());
-    } else {
+    const bool opens = std::ranges::find(openingKeys, event->key()) != openingKeys.end();
+    if (!opens && !searches(*event)) {
         event->ignore();
+        return;
     }
+    showPopup();
+    if (!opens)
+        view()->keyboardSearch(event->text());
 }
 
 void PopUpButton::wheelEvent(QWheelEvent *event)

@@ -2,32 +2,48 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/preferences/PreferenceController.h"
 
+#include "files/PathString.h"
 #include "settings/Encodings.h"
-#include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
+#include "widgets/WarningSheet.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QKeyEvent>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace brevant {
 
 namespace {
 
-/// What follows the last "/" of a path; one at its end does not count. "/" gives "/".
-QString lastComponent(const QString &path)
-{
-    QStringView rest = path;
-    while (rest.size() > 1 && rest.endsWith(u'/'))
-        rest.chop(1);
-    return (rest.size() == 1 ? rest : rest.sliced(rest.lastIndexOf(u'/') + 1)).toString();
-}
+/// A check box and the setting that it shows and stores.
+struct CheckerRow {
+    QCheckBox *Ui::Preferences::*checker;
+    QLatin1StringView key;
+    void (PreferenceController::*action)() = nullptr; ///< where a click does more than store the state
+};
+
+// All there is to say of a check box, in the order in which they are loaded.
+constexpr CheckerRow checkers[]{
+    {&Ui::Preferences::lineBreakChecker, lineBreakSwitcherKeyString,
+     &PreferenceController::lineBreakSwitcherClicked},
+    {&Ui::Preferences::nomungeChecker, nomungeSwitcherKeyString},
+    {&Ui::Preferences::preserveSemiChecker, preserveSemiSwitcherKeyString},
+    {&Ui::Preferences::disableOptimizationsChecker, disableOptimizationsSwitcherKeyString},
+    {&Ui::Preferences::soundChecker, soundCheckerKeyString},
+    {&Ui::Preferences::filterChecker, filterCheckerKeyString},
+    {&Ui::Preferences::autoMinifyChecker, autoMinifyCheckerKeyString},
+    {&Ui::Preferences::enableHTMLChecker, enableHTMLCheckerKeyString},
+    {&Ui::Preferences::enablePHPChecker, enablePHPCheckerKeyString,
+     &PreferenceController::enablePHPCheckerClicked},
+    {&Ui::Preferences::badgeChecker, badgeCheckerKeyString},
+    {&Ui::Preferences::gzipChecker, gzipCheckerKeyString},
+    {&Ui::Preferences::keepXMLSpaceChecker, keepXMLSpaceCheckerKeyString},
+};
 
 } // namespace
 
@@ -46,31 +62,21 @@ void PreferenceController::init()
     // A text typed into any field of the application stores the suffix field's text again.
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget *, QWidget *now) { followTextChanges(now); });
-    window()->installEventFilter(this);
-    connectTextFields();
-}
-
-QWidget *PreferenceController::window()
-{
-    if (m_window == nullptr) {
-        m_window = std::make_unique<QWidget>();
-        m_ui = std::make_unique<Ui::Preferences>();
-        m_ui->setupUi(m_window.get());
-        setUpMenus();
-        windowDidLoad();
-        connectActions();
-        connectCheckers();
-    }
-    return m_window.get();
+    m_window = std::make_unique<QWidget>();
+    m_ui = std::make_unique<Ui::Preferences>();
+    m_ui->setupUi(m_window.get());
+    setUpMenus();
+    windowDidLoad();
+    connectActions();
+    m_window->installEventFilter(this);
 }
 
 void PreferenceController::showWindow()
 {
-    QWidget *preferences = window();
-    preferences->setWindowState(preferences->windowState() & ~Qt::WindowMinimized);
-    preferences->show();
-    preferences->raise();
-    preferences->activateWindow();
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
 }
 
 QString PreferenceController::suffixFieldValue() const
@@ -80,76 +86,88 @@ QString PreferenceController::suffixFieldValue() const
 
 // Loading
 
+void PreferenceController::setUpMenus()
+{
+    m_ui->suffixMatrix->setId(m_ui->addSuffixButton, addSuffixRow);
+    m_ui->suffixMatrix->setId(m_ui->sameAsSourceButton, sameAsSourceRow);
+    m_ui->popupButton->insertSeparator(separatorItem);
+    for (const Encoding &encoding : allEncodings)
+        m_ui->encodingPopupButton->addItem(encoding.title);
+}
+
 void PreferenceController::windowDidLoad()
 {
     new BackgroundDrag(m_window.get()); // owned by the window
     loadSuffix();
-    loadLineBreak();
-    setChecker(m_ui->nomungeChecker, nomungeSwitcherKeyString);
-    setChecker(m_ui->preserveSemiChecker, preserveSemiSwitcherKeyString);
-    setChecker(m_ui->disableOptimizationsChecker, disableOptimizationsSwitcherKeyString);
-    loadOutputFolder();
-    setChecker(m_ui->soundChecker, soundCheckerKeyString);
-    setChecker(m_ui->filterChecker, filterCheckerKeyString);
-    setChecker(m_ui->autoMinifyChecker, autoMinifyCheckerKeyString);
+    m_ui->lineBreakField->setText(m_store.stringForKey(lineBreakKeyString).value_or(QString()));
+    for (const CheckerRow &row : checkers)
+        (m_ui.get()->*row.checker)->setChecked(m_store.boolForKey(row.key));
+    enableLineBreakField();
+    if (m_store.isFalse(sameFolderKeyString))
+        insertNewItem(m_store.stringForKey(selectedFolderKeyString).value_or(QString()));
     loadEncoding();
-    setChecker(m_ui->enableHTMLChecker, enableHTMLCheckerKeyString);
-    setChecker(m_ui->enablePHPChecker, enablePHPCheckerKeyString);
-    setChecker(m_ui->badgeChecker, badgeCheckerKeyString);
-    setChecker(m_ui->gzipChecker, gzipCheckerKeyString);
-    setChecker(m_ui->keepXMLSpaceChecker, keepXMLSpaceCheckerKeyString);
 }
 
 void PreferenceController::loadSuffix()
 {
     m_ui->suffixField->setText(suffixFieldValue());
     if (m_store.isTrue(suffixSwitcherKeyString)) {
-        m_ui->suffixMatrix->button(addSuffixRow)->setChecked(true);
+        m_ui->addSuffixButton->setChecked(true);
         m_ui->suffixField->setEnabled(true);
     } else if (m_store.isFalse(suffixSwitcherKeyString)) {
-        m_ui->suffixMatrix->button(sameAsSourceRow)->setChecked(true);
+        m_ui->sameAsSourceButton->setChecked(true);
         m_ui->suffixField->setEnabled(false);
     }
 }
 
-void PreferenceController::loadLineBreak()
+void PreferenceController::enableLineBreakField()
 {
-    m_ui->lineBreakField->setText(m_store.stringForKey(lineBreakKeyString).value_or(QString()));
-    setChecker(m_ui->lineBreakChecker, lineBreakSwitcherKeyString);
-    enableLineBreakField();
+    if (m_store.isFalse(lineBreakSwitcherKeyString))
+        m_ui->lineBreakField->setEnabled(false);
+    else if (m_store.isTrue(lineBreakSwitcherKeyString))
+        m_ui->lineBreakField->setEnabled(true);
 }
 
-void PreferenceController::loadOutputFolder()
+void PreferenceController::insertNewItem(const QString &path)
 {
-    if (m_store.isFalse(sameFolderKeyString))
-        insertNewItem(m_store.stringForKey(selectedFolderKeyString).value_or(QString()));
+    m_ui->popupButton->insertItem(newItem, m_iconForPath(path), PathString::lastComponent(path).toString());
+    m_ui->popupButton->setItemData(newItem, path, Qt::ToolTipRole);
+    m_ui->popupButton->setCurrentIndex(newItem);
 }
 
 void PreferenceController::loadEncoding()
 {
     const QString stored = m_store.stringForKey(selectedEncodingKeyString).value_or(QString());
-    const auto found = std::ranges::find_if(allEncodings(), [&stored](const Encoding &encoding) {
-        return encoding.selectedAtLoad && stored == encoding.name;
-    });
-    if (found != allEncodings().end())
-        m_ui->encodingPopupButton->setCurrentIndex(m_ui->encodingPopupButton->findText(found->title));
-}
-
-void PreferenceController::setUpMenus()
-{
-    m_ui->suffixMatrix->setId(m_ui->addSuffixButton, addSuffixRow);
-    m_ui->suffixMatrix->setId(m_ui->sameAsSourceButton, sameAsSourceRow);
-    m_ui->popupButton->insertSeparator(separatorItem);
-    for (const Encoding &encoding : allEncodings())
-        m_ui->encodingPopupButton->addItem(encoding.title);
+    for (const Encoding &encoding : allEncodings) {
+        if (encoding.selectedAtLoad && stored == encoding.name)
+            m_ui->encodingPopupButton->setCurrentText(encoding.title);
+    }
 }
 
 // Wiring
 
 void PreferenceController::connectActions()
 {
-    // A row is chosen by a click, also by one on the row already chosen, and by assistive programs, which
-    // toggle it without a click.
+    for (const CheckerRow &row : checkers) {
+        const QCheckBox *checker = m_ui.get()->*row.checker;
+        if (row.action != nullptr)
+            connect(checker, &QCheckBox::toggled, this, row.action);
+        else
+            connect(checker, &QCheckBox::toggled, this, [this, key = row.key] { storeChecker(key); });
+    }
+    connectSuffixMatrix();
+    connect(m_ui->suffixField, &QLineEdit::textChanged, this, &PreferenceController::changeSuffix);
+    connect(m_ui->lineBreakField, &QLineEdit::textChanged, this, &PreferenceController::changeSuffix);
+    connect(m_ui->lineBreakField, &QLineEdit::textChanged, this, &PreferenceController::changeLineBreak);
+    // Not currentIndexChanged: an item acts each time it is picked.
+    connect(m_ui->popupButton, &QComboBox::activated, this, &PreferenceController::folderItemChosen);
+    connect(m_ui->encodingPopupButton, &QComboBox::activated, this, &PreferenceController::storeEncoding);
+}
+
+/// A row acts when it is clicked, even if it is the one already chosen, and when an assistive program
+/// toggles it, which is no click.
+void PreferenceController::connectSuffixMatrix()
+{
     connect(m_ui->suffixMatrix, &QButtonGroup::idToggled, this, [this](int, bool checked) {
         if (checked)
             suffixSwitcherClicked();
@@ -160,38 +178,6 @@ void PreferenceController::connectActions()
         if (row == m_rowBeforeClick)
             suffixSwitcherClicked();
     });
-    // Not currentIndexChanged: an item acts each time it is picked.
-    connect(m_ui->popupButton, &QComboBox::activated, this, &PreferenceController::folderItemChosen);
-    connect(m_ui->encodingPopupButton, &QComboBox::activated, this,
-            &PreferenceController::encodingItemChosen);
-}
-
-void PreferenceController::connectCheckers()
-{
-    using Action = void (PreferenceController::*)();
-    const std::array<std::pair<QCheckBox *, Action>, 12> actions{{
-        {m_ui->lineBreakChecker, &PreferenceController::lineBreakSwitcherClicked},
-        {m_ui->nomungeChecker, &PreferenceController::nomungeCheckerClicked},
-        {m_ui->preserveSemiChecker, &PreferenceController::preserveSemiCheckerClicked},
-        {m_ui->disableOptimizationsChecker, &PreferenceController::disableOptimizationsCheckerClicked},
-        {m_ui->soundChecker, &PreferenceController::soundCheckerClicked},
-        {m_ui->filterChecker, &PreferenceController::filterCheckerClicked},
-        {m_ui->autoMinifyChecker, &PreferenceController::autoMinifyCheckerClicked},
-        {m_ui->enableHTMLChecker, &PreferenceController::enableHTMLCheckerClicked},
-        {m_ui->enablePHPChecker, &PreferenceController::enablePHPCheckerClicked},
-        {m_ui->badgeChecker, &PreferenceController::badgeCheckerClicked},
-        {m_ui->gzipChecker, &PreferenceController::gzipCheckerClicked},
-        {m_ui->keepXMLSpaceChecker, &PreferenceController::keepXMLSpaceCheckerClicked},
-    }};
-    for (const auto &[checker, action] : actions)
-        connect(checker, &QCheckBox::toggled, this, action);
-}
-
-void PreferenceController::connectTextFields()
-{
-    connect(m_ui->suffixField, &QLineEdit::textChanged, this, &PreferenceController::changeSuffix);
-    connect(m_ui->lineBreakField, &QLineEdit::textChanged, this, &PreferenceController::changeSuffix);
-    connect(m_ui->lineBreakField, &QLineEdit::textChanged, this, &PreferenceController::changeLineBreak);
 }
 
 void PreferenceController::followTextChanges(QWidget *focused)
@@ -200,30 +186,6 @@ void PreferenceController::followTextChanges(QWidget *focused)
     if (field != nullptr && field->window() != m_window.get())
         connect(field, &QLineEdit::textEdited, this, &PreferenceController::changeSuffix,
                 Qt::UniqueConnection);
-}
-
-void PreferenceController::folderItemChosen(int index)
-{
-    if (index == sameFolderItem)
-        sameFolderItemClicked();
-    else if (index == chooseFolderItem)
-        chooseFolderItemClicked();
-    else if (index == newItem)
-        newItemClicked();
-}
-
-void PreferenceController::encodingItemChosen(int index)
-{
-    using Action = void (PreferenceController::*)();
-    static constexpr std::array<Action, 11> actions{
-        &PreferenceController::set_utf_8,       &PreferenceController::set_gb2312,
-        &PreferenceController::set_gbk,         &PreferenceController::set_gb18030,
-        &PreferenceController::set_big5,        &PreferenceController::set_big5_hkscs,
-        &PreferenceController::set_shift_jis,   &PreferenceController::set_iso_2022_jp,
-        &PreferenceController::set_iso_2022_kr, &PreferenceController::set_iso_8859_1,
-        &PreferenceController::set_iso_8859_15,
-    };
-    (this->*actions.at(static_cast<std::size_t>(index)))();
 }
 
 bool PreferenceController::eventFilter(QObject *watched, QEvent *event)
@@ -239,31 +201,109 @@ bool PreferenceController::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-// Helpers of the actions
+// Actions
 
-void PreferenceController::insertNewItem(const QString &path)
+void PreferenceController::changeSuffix()
 {
-    m_ui->popupButton->insertItem(newItem, m_iconForPath(path), lastComponent(path));
-    m_ui->popupButton->setItemData(newItem, path, Qt::ToolTipRole);
-    m_ui->popupButton->setCurrentIndex(newItem);
+    m_store.setObject(m_ui->suffixField->text(), suffixKeyString);
 }
 
-void PreferenceController::enableLineBreakField()
+void PreferenceController::suffixSwitcherClicked()
 {
-    if (m_store.isFalse(lineBreakSwitcherKeyString))
-        m_ui->lineBreakField->setEnabled(false);
-    else if (m_store.isTrue(lineBreakSwitcherKeyString))
-        m_ui->lineBreakField->setEnabled(true);
+    const int row = m_ui->suffixMatrix->checkedId();
+    if (row != addSuffixRow && row != sameAsSourceRow)
+        return;
+    if (row == sameAsSourceRow) {
+        // Shown wherever the outputs go, although its text speaks of the source's own folder.
+        showWarningSheet(
+            m_window.get(), tr("Be careful with this option"),
+            tr("If you enable output filename 'the same as source' and choose save minified files to 'the "
+               "same folder as source', the minified file will be saved as the same name of the source file "
+               "under the same directory, your source file will be lost."),
+            tr("OK"));
+    }
+    m_store.setBool(row == addSuffixRow, suffixSwitcherKeyString);
+    m_ui->suffixField->setEnabled(row == addSuffixRow);
 }
 
-void PreferenceController::setChecker(QCheckBox *checker, QLatin1StringView key) const
+void PreferenceController::changeLineBreak()
 {
-    checker->setChecked(m_store.boolForKey(key));
+    m_store.setObject(m_ui->lineBreakField->text(), lineBreakKeyString);
 }
 
-void PreferenceController::storeChecker(const QCheckBox *checker, QLatin1StringView key)
+void PreferenceController::lineBreakSwitcherClicked()
 {
-    m_store.setBool(checker->isChecked(), key);
+    storeChecker(lineBreakSwitcherKeyString);
+    enableLineBreakField();
+}
+
+void PreferenceController::enablePHPCheckerClicked()
+{
+    // What was stored decides, not the check box: switching it off never warns.
+    if (!m_store.boolForKey(enablePHPCheckerKeyString)) {
+        showWarningSheet(
+            m_window.get(), tr("PHP compression is an experiment feature"),
+            tr("Please aware that PHP compression is an experiment feature. Currently it doesn't support // "
+               "comments.\n\nIf you want to compress a PHP file, you need to delete all the // comments "
+               "before that. Brevant can remove whitespace characters for you."),
+            tr("OK, I got it."));
+    }
+    storeChecker(enablePHPCheckerKeyString);
+}
+
+void PreferenceController::storeChecker(QLatin1StringView key)
+{
+    const auto *row = std::ranges::find(checkers, key, &CheckerRow::key);
+    m_store.setBool((m_ui.get()->*row->checker)->isChecked(), key);
+}
+
+void PreferenceController::folderItemChosen(int index)
+{
+    if (index == sameFolderItem)
+        sameFolderItemClicked();
+    else if (index == chooseFolderItem)
+        chooseFolderItemClicked();
+    else if (index == newItem)
+        newItemClicked();
+}
+
+void PreferenceController::sameFolderItemClicked()
+{
+    m_store.setBool(true, sameFolderKeyString);
+}
+
+void PreferenceController::chooseFolderItemClicked()
+{
+    const QString stored = m_store.stringForKey(selectedFolderKeyString).value_or(QString());
+    const std::optional<QString> path = m_folderPanel(m_window.get(), stored);
+    if (!path) {
+        // A folder chosen earlier keeps its item, but the outputs go beside their sources again.
+        m_ui->popupButton->setCurrentIndex(sameFolderItem);
+        m_store.setBool(true, sameFolderKeyString);
+        return;
+    }
+    if (m_ui->popupButton->count() > newItem)
+        m_ui->popupButton->removeItem(newItem);
+    insertNewItem(*path);
+    m_store.setObject(*path, selectedFolderKeyString);
+    m_store.setBool(false, sameFolderKeyString);
+}
+
+void PreferenceController::newItemClicked()
+{
+    m_store.setBool(false, sameFolderKeyString);
+}
+
+void PreferenceController::storeEncoding(int item)
+{
+    m_store.setObject(QString(allEncodings.at(static_cast<std::size_t>(item)).name),
+                      selectedEncodingKeyString);
+}
+
+void PreferenceController::close()
+{
+    if (QWidget *editor = m_window->focusWidget())
+        editor->clearFocus();
 }
 
 } // namespace brevant

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/preferences/FolderPanel.h"
+#include "settings/SettingsKeys.h"
 
 #include <QIcon>
 #include <QObject>
@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 
-class QCheckBox;
 class QWidget;
 
 namespace Ui {
@@ -22,6 +21,10 @@ class Preferences;
 namespace brevant {
 
 class SettingsStore;
+
+/// Asks the user for a folder in a modal panel over `window`, beginning in `startFolder` if it exists.
+/// The absolute path of the folder, or nothing if the user did not confirm.
+[[nodiscard]] std::optional<QString> runFolderPanel(QWidget *window, const QString &startFolder);
 
 /// The preferences window. It fills its controls from the store once, when the window is loaded, and writes
 /// each change into the store the moment the control changes; there is nothing to apply or to cancel.
@@ -43,8 +46,7 @@ public:
                                   FolderPanel folderPanel = runFolderPanel, QObject *parent = nullptr);
     ~PreferenceController() override;
 
-    /// The window, loaded when it is first asked for.
-    [[nodiscard]] QWidget *window();
+    [[nodiscard]] QWidget *window() const { return m_window.get(); }
 
     /// Shows the window in front of the others and makes it active.
     void showWindow();
@@ -52,36 +54,40 @@ public:
     /// The stored suffix.
     [[nodiscard]] QString suffixFieldValue() const;
 
-    // Actions: one for each control.
+    // The actions of the controls.
     void changeSuffix();
     void suffixSwitcherClicked();
     void changeLineBreak();
     void lineBreakSwitcherClicked();
-    void nomungeCheckerClicked();
-    void preserveSemiCheckerClicked();
-    void disableOptimizationsCheckerClicked();
-    void soundCheckerClicked();
-    void filterCheckerClicked();
-    void autoMinifyCheckerClicked();
-    void enableHTMLCheckerClicked();
     void enablePHPCheckerClicked();
-    void badgeCheckerClicked();
-    void gzipCheckerClicked();
-    void keepXMLSpaceCheckerClicked();
     void sameFolderItemClicked();
     void chooseFolderItemClicked();
     void newItemClicked();
-    void set_utf_8();
-    void set_gb2312();
-    void set_gbk();
-    void set_gb18030();
-    void set_big5();
-    void set_big5_hkscs();
-    void set_shift_jis();
-    void set_iso_2022_jp();
-    void set_iso_2022_kr();
-    void set_iso_8859_1();
-    void set_iso_8859_15();
+
+    // Those of the other check boxes: each stores its state.
+    void nomungeCheckerClicked() { storeChecker(nomungeSwitcherKeyString); }
+    void preserveSemiCheckerClicked() { storeChecker(preserveSemiSwitcherKeyString); }
+    void disableOptimizationsCheckerClicked() { storeChecker(disableOptimizationsSwitcherKeyString); }
+    void soundCheckerClicked() { storeChecker(soundCheckerKeyString); }
+    void filterCheckerClicked() { storeChecker(filterCheckerKeyString); }
+    void autoMinifyCheckerClicked() { storeChecker(autoMinifyCheckerKeyString); }
+    void enableHTMLCheckerClicked() { storeChecker(enableHTMLCheckerKeyString); }
+    void badgeCheckerClicked() { storeChecker(badgeCheckerKeyString); }
+    void gzipCheckerClicked() { storeChecker(gzipCheckerKeyString); }
+    void keepXMLSpaceCheckerClicked() { storeChecker(keepXMLSpaceCheckerKeyString); }
+
+    // Those of the encodings' items: each stores its name.
+    void set_utf_8() { storeEncoding(enc_utf_8); }
+    void set_gb2312() { storeEncoding(enc_gb2312); }
+    void set_gbk() { storeEncoding(enc_gbk); }
+    void set_gb18030() { storeEncoding(enc_gb18030); }
+    void set_big5() { storeEncoding(enc_big5); }
+    void set_big5_hkscs() { storeEncoding(enc_big5_hkscs); }
+    void set_shift_jis() { storeEncoding(enc_shift_jis); }
+    void set_iso_2022_jp() { storeEncoding(enc_iso_2022_jp); }
+    void set_iso_2022_kr() { storeEncoding(enc_iso_2022_kr); }
+    void set_iso_8859_1() { storeEncoding(enc_iso_8859_1); }
+    void set_iso_8859_15() { storeEncoding(enc_iso_8859_15); }
 
     /// Ends editing in the window, so that a text being typed is finished. The window stays open.
     void close();
@@ -96,7 +102,7 @@ private:
     /// The items of `popupButton`. `newItem`, the chosen folder, is there only once a folder has been chosen.
     enum FolderItem { sameFolderItem, separatorItem, chooseFolderItem, newItem };
 
-    /// The items of `encodingPopupButton`, in the order of allEncodings().
+    /// The items of `encodingPopupButton`, in the order of allEncodings.
     enum EncodingItem {
         enc_utf_8,
         enc_gb2312,
@@ -114,23 +120,18 @@ private:
     void init();
     void windowDidLoad();
     void loadSuffix();
-    void loadLineBreak();
-    void loadOutputFolder();
     void loadEncoding();
 
     void setUpMenus();
     void connectActions();
-    void connectCheckers();
-    void connectTextFields();
+    void connectSuffixMatrix();
     void followTextChanges(QWidget *focused);
     void folderItemChosen(int index);
-    void encodingItemChosen(int index);
 
     void insertNewItem(const QString &path);
     void enableLineBreakField();
-    void setChecker(QCheckBox *checker, QLatin1StringView key) const;
-    void storeChecker(const QCheckBox *checker, QLatin1StringView key);
-    void storeEncoding(EncodingItem item);
+    void storeChecker(QLatin1StringView key);
+    void storeEncoding(int item);
 
     SettingsStore &m_store;
     const IconForPath m_iconForPath;

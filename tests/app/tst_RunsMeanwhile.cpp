@@ -157,7 +157,7 @@ void tst_RunsMeanwhile::init()
         QDir(m_app->folder.path()).mkdir(name);
         folders.emplace_back(m_app->folder.filePath(name));
     }
-    for (const SettingKey &setting : allSettingKeys()) {
+    for (const SettingKey &setting : allSettingKeys) {
         if (setting.type == SettingType::Boolean)
             m_choices[setting.key] = {true, false};
     }

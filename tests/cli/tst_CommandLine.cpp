@@ -198,7 +198,7 @@ void tst_CommandLine::settingValues_data()
                             << QJsonValue(u"080"_s);
     QTest::newRow("folder") << u"selectedFolderKeyString=/ä b"_s << QString(selectedFolderKeyString)
                             << QJsonValue(u"/ä b"_s);
-    for (const Encoding &encoding : allEncodings()) {
+    for (const Encoding &encoding : allEncodings) {
         QTest::addRow("%s", encoding.name.data())
             << u"selectedEncodingKeyString="_s + encoding.name << QString(selectedEncodingKeyString)
             << QJsonValue(QString(encoding.name));
@@ -263,7 +263,7 @@ void tst_CommandLine::everyKeyCanBeSet()
 {
     QStringList arguments{u"a"_s};
     QStringList expected;
-    for (const SettingKey &setting : allSettingKeys()) {
+    for (const SettingKey &setting : allSettingKeys) {
         const bool isBoolean = setting.type == SettingType::Boolean;
         arguments << u"--set"_s << setting.key + (isBoolean ? u"=true"_s : u"=gbk"_s);
         expected << setting.key;
@@ -301,7 +301,7 @@ void tst_CommandLine::helpNamesEverything()
     QCOMPARE(shown, usages);
     for (const QString &usage : usages)
         QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         QVERIFY2(help.contains(u"\n  "_s + setting.key + u"="_s), setting.key.data());
     for (const QString &sample :
          {u"suffixKeyString=.min\n"_s, u"suffixSwitcherKeyString=true\n"_s, u"gzipCheckerKeyString=false\n"_s,

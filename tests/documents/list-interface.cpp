@@ -34,7 +34,7 @@ QJsonArray settings()
 {
     const QJsonObject defaults = registeredDefaults();
     QJsonArray list;
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         list.append(QJsonObject{{QStringLiteral("key"), QString(setting.key)},
                                 {QStringLiteral("default"), defaults.value(setting.key)}});
     return list;
@@ -43,7 +43,7 @@ QJsonArray settings()
 QJsonArray encodings()
 {
     QJsonArray list;
-    for (const Encoding &encoding : allEncodings())
+    for (const Encoding &encoding : allEncodings)
         list.append(QString(encoding.name));
     return list;
 }

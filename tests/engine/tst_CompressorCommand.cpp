@@ -200,7 +200,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
         if (!stored.isUndefined()) {
-            for (const SettingKey &setting : allSettingKeys())
+            for (const SettingKey &setting : allSettingKeys)
                 settings.setOverride(stored, setting.key);
         }
         const CompressorOptions read = CompressorOptions::atStartOfRun(settings);

@@ -81,7 +81,7 @@ void tst_AddFiles::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         m_settings.set(setting.key, registeredDefaults().value(setting.key));
 }
 

@@ -32,7 +32,7 @@ void tst_Encodings::table()
         QStringLiteral("iso-8859-15|not selected"),
     };
     QStringList actual;
-    for (const Encoding &encoding : allEncodings()) {
+    for (const Encoding &encoding : allEncodings) {
         actual << (encoding.selectedAtLoad
                        ? QStringLiteral("%1|%2|selected").arg(encoding.name, encoding.title)
                        : QStringLiteral("%1|not selected").arg(encoding.name));
@@ -44,7 +44,7 @@ void tst_Encodings::names_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("expected");
-    for (const Encoding &encoding : allEncodings())
+    for (const Encoding &encoding : allEncodings)
         QTest::addRow("%s", encoding.name.data()) << QString(encoding.name) << true;
     QTest::newRow("upper case") << QStringLiteral("UTF-8") << false;
     QTest::newRow("no dash") << QStringLiteral("utf8") << false;

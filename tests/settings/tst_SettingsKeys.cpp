@@ -43,7 +43,7 @@ void tst_SettingsKeys::keysInOrder()
         QStringLiteral("keepXMLSpaceCheckerKeyString"),
     };
     QStringList keys;
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         keys << QString(setting.key);
     QCOMPARE(keys, expected);
 }
@@ -93,7 +93,7 @@ void tst_SettingsKeys::registersAllEighteen()
 {
     QCOMPARE(registeredDefaults().size(), 18);
     std::set<QString> names;
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         names.insert(QString(setting.key));
     QCOMPARE(names.size(), std::size_t{18});
 }
@@ -103,8 +103,8 @@ void tst_SettingsKeys::findsByTheWholeName()
     QVERIFY(findSettingKey(u"suffixKeyStrin") == nullptr);
     QVERIFY(findSettingKey(u"suffixkeystring") == nullptr);
     QVERIFY(findSettingKey(u"") == nullptr);
-    QCOMPARE(findSettingKey(u"suffixKeyString"), &allSettingKeys().front());
-    QCOMPARE(findSettingKey(u"keepXMLSpaceCheckerKeyString"), &allSettingKeys().back());
+    QCOMPARE(findSettingKey(u"suffixKeyString"), &allSettingKeys.front());
+    QCOMPARE(findSettingKey(u"keepXMLSpaceCheckerKeyString"), &allSettingKeys.back());
 }
 
 BREVANT_TEST(tst_SettingsKeys, QCoreApplication)

@@ -74,7 +74,7 @@ void tst_SettingsStore::firstStart()
 {
     const auto store = makeStore();
     QJsonObject read;
-    for (const SettingKey &setting : allSettingKeys())
+    for (const SettingKey &setting : allSettingKeys)
         read.insert(setting.key, store->objectForKey(setting.key));
     QCOMPARE(read, registeredDefaults());
     QCOMPARE(store->stringForKey(selectedFolderKeyString), std::optional(QString()));
@@ -261,7 +261,7 @@ void tst_SettingsStore::destructorWritesEverything()
     QJsonObject expected;
     {
         const auto store = makeStore();
-        for (const SettingKey &setting : allSettingKeys()) {
+        for (const SettingKey &setting : allSettingKeys) {
             const QString value = QStringLiteral("value of ") + setting.key;
             store->setObject(QStringLiteral("not yet"), setting.key);
             store->setObject(value, setting.key);

@@ -138,7 +138,7 @@ void tst_SettingsThreads::setFromManyThreads()
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&store, thread] {
-            const QLatin1StringView key = allSettingKeys()[static_cast<std::size_t>(thread)].key;
+            const QLatin1StringView key = allSettingKeys[static_cast<std::size_t>(thread)].key;
             for (int i = 0; i < 50; ++i)
                 store->setObject(i, key);
         });
@@ -148,7 +148,7 @@ void tst_SettingsThreads::setFromManyThreads()
     store->synchronize();
     QJsonObject expected;
     for (std::size_t i = 0; i < 4; ++i)
-        expected.insert(allSettingKeys()[i].key, 49);
+        expected.insert(allSettingKeys[i].key, 49);
     QCOMPARE(fileContent(), expected);
 }
 
@@ -180,7 +180,7 @@ void tst_SettingsThreads::storesOnOneFile()
         threads.emplace_back([this, which] {
             const auto store = makeStore();
             for (int i = 1; i <= rounds; ++i) {
-                store->setObject(i, allSettingKeys()[which].key);
+                store->setObject(i, allSettingKeys[which].key);
                 store->synchronize();
             }
         });
@@ -189,7 +189,7 @@ void tst_SettingsThreads::storesOnOneFile()
         thread.join();
     QJsonObject expected;
     for (std::size_t which = 0; which < 3; ++which)
-        expected.insert(allSettingKeys()[which].key, rounds);
+        expected.insert(allSettingKeys[which].key, rounds);
     QCOMPARE(fileContent(), expected);
 }
 

@@ -125,7 +125,7 @@ void tst_PreviewReader::everyEncodingIsKnown()
 {
     // A name that fell back to UTF-8 would show this byte as invalid or as another character.
     const QString path = m_files.add(QStringLiteral("a.css"), QByteArray::fromHex("c3a9"));
-    for (const Encoding &encoding : allEncodings()) {
+    for (const Encoding &encoding : allEncodings) {
         const bool isUtf8 = encoding.name == QLatin1StringView("utf-8");
         QVERIFY2((contentOf(path, encoding.name).text == QByteArray::fromHex("c3a9")) == isUtf8,
                  encoding.name.data());

@@ -67,7 +67,7 @@ void tst_PreferenceController::checkers()
         QCOMPARE(bench.store.objectForKey(key), QJsonValue(expected));
         qDeleteAll(bench.sheets());
     }
-    for (const SettingKey &setting : allSettingKeys()) {
+    for (const SettingKey &setting : allSettingKeys) {
         if (setting.key != key && setting.type == SettingType::Boolean)
             QCOMPARE(bench.store.objectForKey(setting.key), QJsonValue(setting.defaultState));
     }

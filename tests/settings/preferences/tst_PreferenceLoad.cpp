@@ -72,7 +72,7 @@ void tst_PreferenceLoad::writesNothing()
     QVERIFY(bench.startFolders.isEmpty());
 
     // Nor with values that move every control.
-    for (const SettingKey &setting : allSettingKeys()) {
+    for (const SettingKey &setting : allSettingKeys) {
         if (setting.type == SettingType::Boolean)
             bench.store.setBool(!setting.defaultState, setting.key);
     }
@@ -172,7 +172,7 @@ void tst_PreferenceLoad::checkers()
     const QList<std::pair<QJsonValue, bool>> values{{true, true}, {false, false}, {1, true}, {0, false}};
     for (const auto &[stored, checked] : values) {
         PreferenceBench bench;
-        for (const SettingKey &setting : allSettingKeys()) {
+        for (const SettingKey &setting : allSettingKeys) {
             if (setting.type == SettingType::Boolean)
                 bench.store.setBool(!checked, setting.key);
         }
@@ -263,8 +263,8 @@ void tst_PreferenceLoad::encodingMenu()
     for (int index = 0; index < popup->count(); ++index)
         titles.append(popup->itemText(index));
     QCOMPARE(titles.size(), 11);
-    for (std::size_t item = 0; item < allEncodings().size(); ++item)
-        QCOMPARE(titles.at(static_cast<qsizetype>(item)), QString(allEncodings().at(item).title));
+    for (std::size_t item = 0; item < allEncodings.size(); ++item)
+        QCOMPARE(titles.at(static_cast<qsizetype>(item)), QString(allEncodings.at(item).title));
 }
 
 void tst_PreferenceLoad::filledOnlyOnce()
