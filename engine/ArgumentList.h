@@ -15,10 +15,20 @@ namespace brevant {
 class ArgumentList final {
 public:
     ArgumentList() = default;
-    ArgumentList(std::initializer_list<std::optional<QString>> arguments);
+    ArgumentList(std::initializer_list<std::optional<QString>> arguments)
+    {
+        for (const std::optional<QString> &argument : arguments)
+            add(argument);
+    }
 
     /// Adds one argument, or ends the list if it is absent.
-    ArgumentList &add(const std::optional<QString> &argument);
+    ArgumentList &add(const std::optional<QString> &argument)
+    {
+        m_ended = m_ended || !argument;
+        if (!m_ended)
+            m_values.append(*argument);
+        return *this;
+    }
 
     [[nodiscard]] const QStringList &values() const { return m_values; }
 

@@ -8,34 +8,21 @@
 
 namespace brevant {
 
-namespace {
-
-const QString gzipProgram = QStringLiteral("/usr/bin/gzip");
-const QString cpProgram = QStringLiteral("/bin/cp");
-const QString mvProgram = QStringLiteral("/bin/mv");
-const QString force = QStringLiteral("-f");
-const QString temporarySuffix = QStringLiteral("brevantgziptemp");
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output)
 {
-    std::optional<QString> compressed;
-    std::optional<QString> temporary;
-    std::optional<QString> decompressed;
-    if (output) {
-        compressed = PathString::withExtension(*output, u"gz");
-        temporary = PathString::withExtension(*output, temporarySuffix);
-        decompressed = *output + u'.';
-    }
-    const auto list = [](std::initializer_list<std::optional<QString>> arguments) {
-        return ArgumentList(arguments).values();
+    const QString gzip = u"/usr/bin/gzip"_s;
+    const QString force = u"-f"_s;
+    const QString suffix = u"brevantgziptemp"_s;
+    const auto outputWith = [&](QStringView extension) {
+        return output ? std::optional(PathString::withExtension(*output, extension)) : std::nullopt;
     };
     return {{
-        {gzipProgram, list({force, output})},
-        {cpProgram, list({force, compressed, temporary})},
-        {gzipProgram, list({force, QStringLiteral("-d"), QStringLiteral("-S"), temporarySuffix, temporary})},
-        {mvProgram, list({force, decompressed, output})},
+        {gzip, ArgumentList{force, output}.values()},
+        {u"/bin/cp"_s, ArgumentList{force, outputWith(u"gz"), outputWith(suffix)}.values()},
+        {gzip, ArgumentList{force, u"-d"_s, u"-S"_s, suffix, outputWith(suffix)}.values()},
+        {u"/bin/mv"_s, ArgumentList{force, outputWith({}), output}.values()},
     }};
 }
 

@@ -17,7 +17,7 @@ namespace brevant {
 
 namespace {
 
-constexpr char16_t byteOrderMark = 0xFEFF;
+constexpr QChar byteOrderMark(QChar::ByteOrderMark);
 constexpr std::size_t pieceSize = 8192; ///< what one call of a converter gives at most
 
 struct NamedEncoding {
@@ -170,55 +170,38 @@ TextDecoder::TextDecoder(TextEncoding encoding)
 
 TextDecoder::~TextDecoder() = default;
 
-void TextDecoder::begin(QByteArrayView bytes)
+std::optional<TextFault> TextDecoder::decode(QByteArrayView bytes,
+                                             const std::function<void(QStringView)> &take)
 {
-    ucnv_resetToUnicode(m_converter.get());
-    m_bytes = bytes;
-    m_position = 0;
-    m_fault.reset();
-    m_ended = false;
-}
-
-std::optional<QStringView> TextDecoder::next()
-{
-    if (m_ended)
-        return std::nullopt;
-    UErrorCode status = U_ZERO_ERROR;
-    const bool atStart = m_position == 0;
-    char16_t *end = m_units.data();
-    const char *source = m_bytes.data() + m_position;
-    ucnv_toUnicode(m_converter.get(), &end, m_units.data() + m_units.size(), &source,
-                   m_bytes.data() + m_bytes.size(), m_foreign ? m_offsets.data() : nullptr, true, &status);
-    m_ended = status != U_BUFFER_OVERFLOW_ERROR;
-    m_fault = foreignCharacter(end);
-    m_position = source - m_bytes.data();
-    if (!m_fault && m_ended && U_FAILURE(status)) {
-        std::array<char, 32> invalid;
-        auto length = static_cast<int8_t>(invalid.size());
-        UErrorCode ignored = U_ZERO_ERROR;
-        ucnv_getInvalidChars(m_converter.get(), invalid.data(), &length, &ignored);
-        m_fault = TextFault{m_position - length, status == U_TRUNCATED_CHAR_FOUND ? TextFault::Kind::Truncated
-                                                                                  : TextFault::Kind::Invalid};
+    UConverter *const converter = m_converter.get();
+    ucnv_resetToUnicode(converter);
+    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+    const char *source = bytes.data();
+    while (status == U_BUFFER_OVERFLOW_ERROR) {
+        status = U_ZERO_ERROR;
+        const qint64 position = source - bytes.data();
+        char16_t *end = m_units.data();
+        ucnv_toUnicode(converter, &end, m_units.data() + m_units.size(), &source, bytes.data() + bytes.size(),
+                       m_foreign ? m_offsets.data() : nullptr, true, &status);
+        const QStringView units(m_units.data(), end);
+        const auto isForeign = [this](QChar unit) {
+            return unit.unicode() >= 0x80 && uset_contains(m_foreign.get(), unit.unicode());
+        };
+        if (const auto found = m_foreign ? std::ranges::find_if(units, isForeign) : units.end();
+            found != units.end())
+            return TextFault{position + m_offsets[static_cast<std::size_t>(found - units.begin())],
+                             TextFault::Kind::Invalid};
+        take(position == 0 && units.startsWith(byteOrderMark) ? units.sliced(1) : units);
     }
-    if (m_fault) {
-        m_ended = true;
+    if (U_SUCCESS(status))
         return std::nullopt;
-    }
-    const bool marked = atStart && end != m_units.data() && m_units.front() == byteOrderMark;
-    return QStringView(m_units.data() + (marked ? 1 : 0), end);
-}
-
-std::optional<TextFault> TextDecoder::foreignCharacter(const char16_t *end) const
-{
-    if (!m_foreign)
-        return std::nullopt;
-    const char16_t *const foreign = std::find_if(m_units.data(), end, [this](char16_t unit) {
-        return unit >= 0x80 && uset_contains(m_foreign.get(), unit);
-    });
-    if (foreign == end)
-        return std::nullopt;
-    const int32_t offset = m_offsets[static_cast<std::size_t>(foreign - m_units.data())];
-    return TextFault{m_position + offset, TextFault::Kind::Invalid};
+    std::array<char, 32> invalid;
+    auto length = static_cast<int8_t>(invalid.size());
+    UErrorCode ignored = U_ZERO_ERROR;
+    ucnv_getInvalidChars(converter, invalid.data(), &length, &ignored);
+    return TextFault{source - bytes.data() - length, status == U_TRUNCATED_CHAR_FOUND
+                                                         ? TextFault::Kind::Truncated
+                                                         : TextFault::Kind::Invalid};
 }
 
 TextEncoder::TextEncoder(TextEncoding encoding) : m_converter(openConverter(encoding), ucnv_close) {}

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -59,27 +60,17 @@ public:
     TextDecoder(const TextDecoder &) = delete;
     TextDecoder &operator=(const TextDecoder &) = delete;
 
-    /// Begins a text. The bytes must live until its end.
-    void begin(QByteArrayView bytes);
-
-    /// The next characters, which may be none and hold until the next call; nothing at the end or at a fault.
-    [[nodiscard]] std::optional<QStringView> next();
-
-    /// Why the text ended before its bytes did.
-    [[nodiscard]] const std::optional<TextFault> &fault() const { return m_fault; }
+    /// Gives `take` the characters piece by piece, up to the first byte that is not valid; what is wrong with
+    /// that, if there is one.
+    [[nodiscard]] std::optional<TextFault> decode(QByteArrayView bytes,
+                                                  const std::function<void(QStringView)> &take);
 
 private:
-    [[nodiscard]] std::optional<TextFault> foreignCharacter(const char16_t *end) const;
-
     std::unique_ptr<UConverter, void (*)(UConverter *)> m_converter;
-    std::unique_ptr<USet, void (*)(USet *)>
-        m_foreign; ///< what the converter takes and the encoding has not; or null
+    /// What the converter takes and the encoding has not; or null.
+    std::unique_ptr<USet, void (*)(USet *)> m_foreign;
     std::vector<char16_t> m_units;
     std::vector<int32_t> m_offsets; ///< of the bytes that the units came from
-    QByteArrayView m_bytes;
-    qint64 m_position = 0; ///< of the next byte
-    std::optional<TextFault> m_fault;
-    bool m_ended = true;
 };
 
 /// Turns characters into the bytes of one text, piece by piece.

@@ -75,10 +75,8 @@ std::optional<TextFileError> TextFile::appendDecoded(const QString &path, int fi
     const std::optional<QByteArray> bytes = FileBytes::readAll(file);
     if (!bytes)
         return TextFileError{path, 0, qt_error_string(errno)};
-    m_decoder.begin(*bytes);
-    while (const auto text = m_decoder.next())
-        encode(*text, false);
-    if (const auto &fault = m_decoder.fault())
+    const auto fault = m_decoder.decode(*bytes, [this](QStringView text) { encode(text, false); });
+    if (fault)
         return TextFileError{path, fault->position, faultReason(fault->kind)};
     return std::nullopt;
 }

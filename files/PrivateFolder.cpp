@@ -3,8 +3,6 @@
 #include "files/PrivateFolder.h"
 
 #include "files/FileBytes.h"
-#include "files/Folders.h"
-#include "files/PathString.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -78,11 +76,6 @@ std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &e
     return PrivateFolder(path, std::move(folder));
 }
 
-QString PrivateFolder::pathOf(const QByteArray &name) const
-{
-    return PathString::join(m_path, PathString::decoded(name));
-}
-
 Descriptor PrivateFolder::openEntry(const QByteArray &name, int flags) const
 {
     return brevant::openFile(name, flags | O_NOFOLLOW, 0600, m_folder.number());
@@ -106,21 +99,6 @@ Descriptor PrivateFolder::openFile(const QByteArray &name) const
     file = Descriptor();
     errno = S_ISREG(status.st_mode) ? EPERM : EINVAL;
     return file;
-}
-
-bool PrivateFolder::removeFile(const QByteArray &name) const
-{
-    return ::unlinkat(m_folder.number(), name.constData(), 0) == 0;
-}
-
-bool PrivateFolder::renameFile(const QByteArray &from, const QByteArray &to) const
-{
-    return ::renameat(m_folder.number(), from.constData(), m_folder.number(), to.constData()) == 0;
-}
-
-bool PrivateFolder::flush() const
-{
-    return flushOpenFolder(m_folder.number());
 }
 
 std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) const

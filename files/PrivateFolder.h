@@ -3,11 +3,14 @@
 #pragma once
 
 #include "files/Descriptor.h"
+#include "files/Folders.h"
+#include "files/PathString.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
+#include <cstdio>
 #include <optional>
 #include <vector>
 
@@ -25,7 +28,10 @@ public:
                                                            bool make = false);
 
     [[nodiscard]] const QString &path() const { return m_path; }
-    [[nodiscard]] QString pathOf(const QByteArray &name) const;
+    [[nodiscard]] QString pathOf(const QByteArray &name) const
+    {
+        return PathString::join(m_path, PathString::decoded(name));
+    }
 
     /// Makes a file that is open for reading and writing; closed, with errno set, on failure.
     [[nodiscard]] Descriptor makeFile(const QByteArray &name) const;
@@ -35,11 +41,17 @@ public:
     [[nodiscard]] Descriptor openFile(const QByteArray &name) const;
 
     /// False, with errno set, on failure.
-    [[nodiscard]] bool removeFile(const QByteArray &name) const;
-    [[nodiscard]] bool renameFile(const QByteArray &from, const QByteArray &to) const;
+    [[nodiscard]] bool removeFile(const QByteArray &name) const
+    {
+        return ::unlinkat(m_folder.number(), name.constData(), 0) == 0;
+    }
+    [[nodiscard]] bool renameFile(const QByteArray &from, const QByteArray &to) const
+    {
+        return ::renameat(m_folder.number(), from.constData(), m_folder.number(), to.constData()) == 0;
+    }
 
     /// Waits until the names in the folder are on the disk; false, with errno set, on failure.
-    [[nodiscard]] bool flush() const;
+    [[nodiscard]] bool flush() const { return flushOpenFolder(m_folder.number()); }
 
     /// The names that end so, in order.
     [[nodiscard]] std::vector<QByteArray> namesEndingIn(const QByteArray &suffix) const;

@@ -25,10 +25,7 @@ struct Decoded {
 Decoded decoded(TextDecoder &decoder, QByteArrayView bytes)
 {
     Decoded result;
-    decoder.begin(bytes);
-    while (const auto piece = decoder.next())
-        result.text.append(*piece);
-    result.fault = decoder.fault();
+    result.fault = decoder.decode(bytes, [&](QStringView piece) { result.text.append(piece); });
     return result;
 }
 

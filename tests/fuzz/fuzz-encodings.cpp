@@ -14,12 +14,8 @@ namespace {
 /// The text up to its end or its first fault, which is left in `fault`.
 QString decode(TextEncoding encoding, QByteArrayView bytes, std::optional<TextFault> &fault)
 {
-    TextDecoder decoder(encoding);
-    decoder.begin(bytes);
     QString text;
-    while (const auto piece = decoder.next())
-        text.append(*piece);
-    fault = decoder.fault();
+    fault = TextDecoder(encoding).decode(bytes, [&](QStringView piece) { text.append(piece); });
     return text;
 }
 
