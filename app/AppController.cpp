@@ -7,7 +7,6 @@
 #include "app/JobRunner.h"
 #include "app/TableSelectionWatch.h"
 #include "app/WindowJobDisplay.h"
-#include "app/platform/FeedbackMail.h"
 #include "app/platform/Workspace.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"

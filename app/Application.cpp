@@ -5,13 +5,16 @@
 #include "app/ApplicationService.h"
 #include "app/MenuActions.h"
 #include "app/ServiceRequests.h"
-#include "app/StartUp.h"
 #include "engine/originals/PutBack.h"
 
+#include <QApplication>
+#include <QIcon>
 #include <QTimer>
 
 #include <chrono>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -27,6 +30,14 @@ SettingsStore &initialized(SettingsStore &settings)
 {
     AppController::initialize(settings);
     return settings;
+}
+
+void loadApplicationIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
+        icon.addFile(u":/icons/hicolor/%1x%1/apps/org.brevant.Brevant.png"_s.arg(size), QSize(size, size));
+    QApplication::setWindowIcon(icon);
 }
 
 // The layout must be loaded before anybody asks for the controls.

@@ -2,32 +2,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationService.h"
 
+#include "app/StartUp.h"
 #include "app/platform/Workspace.h"
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QFile>
 #include <QUrl>
 #include <QVariantList>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
 namespace {
 
-// https://dbus.freedesktop.org/doc/dbus-specification.html#bus-messages-request-name
-constexpr uint doNotQueue = 4;
-constexpr uint primaryOwner = 1;
-constexpr uint nameExists = 3;
-constexpr uint alreadyOwner = 4;
-
-QDBusMessage busCall(const char *method)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
-    call << QString::fromLatin1(serviceName);
-    return call;
-}
+// Each attempt but the last means that an instance ended just then.
+constexpr int attempts = 20;
 
 QStringList localPaths(const QStringList &uris)
 {
@@ -37,6 +33,28 @@ QStringList localPaths(const QStringList &uris)
             paths.append(*path);
     }
     return paths;
+}
+
+QStringList uris(const QStringList &paths)
+{
+    QStringList uris;
+    for (const QString &path : paths)
+        uris.append(fileUrl(path).toString(QUrl::FullyEncoded));
+    return uris;
+}
+
+QDBusMessage request(const QString &owner, const Launch &launch, const QVariantMap &platformData)
+{
+    const auto call = [&owner](const char *method) {
+        return QDBusMessage::createMethodCall(owner, QString::fromLatin1(servicePath),
+                                              QString::fromLatin1(serviceInterface),
+                                              QString::fromLatin1(method));
+    };
+    if (launch.minify)
+        return call("ActivateAction") << u"minify"_s << QVariantList{uris(launch.paths)} << platformData;
+    if (launch.paths.isEmpty())
+        return call("Activate") << platformData;
+    return call("Open") << uris(launch.paths) << platformData;
 }
 
 } // namespace
@@ -100,26 +118,42 @@ ApplicationService::Claim ApplicationService::claim(const QDBusConnection &bus)
         m_bus = bus;
         m_bus->registerObject(QString::fromLatin1(servicePath), this);
     }
-    QDBusMessage question = busCall("RequestName");
-    question << doNotQueue;
-    const QDBusMessage answer = m_bus->call(question);
-    switch (answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0).toUInt() : 0) {
-    case primaryOwner:
-    case alreadyOwner:
-        return Claim::First;
-    case nameExists:
-        return Claim::Taken;
-    default:
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        m_bus->interface()->registerService(QString::fromLatin1(serviceName));
+    if (!reply.isValid())
         return Claim::Alone;
+    return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::First : Claim::Taken;
+}
+
+std::optional<int> ApplicationService::claimOrHandOver(const QDBusConnection &bus, const Launch &launch,
+                                                       const QVariantMap &platformData,
+                                                       std::chrono::milliseconds answerTimeout)
+{
+    for (int i = 0; i < attempts && claim(bus) == Claim::Taken; ++i) {
+        if (launch.asService)
+            return EXIT_SUCCESS; // the bus has somebody else to ask
+        const QString owner = serviceOwner(bus);
+        if (owner.isEmpty())
+            continue;
+        const QDBusMessage answer = bus.call(request(owner, launch, platformData), QDBus::Block,
+                                             static_cast<int>(answerTimeout.count()));
+        if (answer.type() == QDBusMessage::ReplyMessage)
+            return EXIT_SUCCESS;
+        if (serviceOwner(bus) != owner)
+            continue;
+        if (QDBusError(answer).type() != QDBusError::NoReply)
+            return std::nullopt; // it does not understand
+        std::fputs("brevant: the Brevant that is running does not answer\n", stderr);
+        return EXIT_FAILURE;
     }
+    return std::nullopt;
 }
 
 void ApplicationService::release()
 {
     m_released = true;
-    if (!m_bus)
-        return;
-    m_bus->send(busCall("ReleaseName")); // it goes out before any refusal does
+    if (m_bus) // it goes out before any refusal does
+        m_bus->interface()->asyncCall(u"ReleaseName"_s, QString::fromLatin1(serviceName));
 }
 
 bool ApplicationService::accept(const QDBusMessage &call)
@@ -127,7 +161,7 @@ bool ApplicationService::accept(const QDBusMessage &call)
     // Answered before it is carried out, which may take as long as a panel is open.
     call.setDelayedReply(true);
     if (m_released)
-        m_bus->send(call.createErrorReply(QDBusError::UnknownObject, QStringLiteral("Brevant is ending")));
+        m_bus->send(call.createErrorReply(QDBusError::UnknownObject, u"Brevant is ending"_s));
     else if (call.isReplyRequired())
         m_bus->send(call.createReply());
     return !m_released;
@@ -135,8 +169,23 @@ bool ApplicationService::accept(const QDBusMessage &call)
 
 QString serviceOwner(const QDBusConnection &bus)
 {
-    const QDBusMessage answer = bus.call(busCall("GetNameOwner"));
-    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0).toString() : QString();
+    return bus.interface()->serviceOwner(QString::fromLatin1(serviceName)).value();
+}
+
+QString sessionBusAddress()
+{
+    if (const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS"); !address.isEmpty())
+        return QString::fromLocal8Bit(address);
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray socket = folder + "/bus";
+    if (folder.isEmpty() || !QFile::exists(QFile::decodeName(socket)))
+        return {};
+    return u"unix:path="_s + QString::fromLatin1(socket.toPercentEncoding("/"));
+}
+
+QDBusConnection sessionBus()
+{
+    return sessionBusAddress().isEmpty() ? QDBusConnection(QString()) : QDBusConnection::sessionBus();
 }
 
 } // namespace brevant

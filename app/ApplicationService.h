@@ -7,11 +7,14 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <chrono>
 #include <optional>
 
 class QDBusMessage;
 
 namespace brevant {
+
+struct Launch;
 
 /// The name and the object of the running program on the session bus.
 inline constexpr auto serviceName = "org.brevant.Brevant";
@@ -35,9 +38,18 @@ public:
     explicit ApplicationService(QObject *parent = nullptr);
     ~ApplicationService() override;
 
-    /// Offers the object on a bus, and claims the name. Waits for the bus; any thread may call it, as long as
-    /// no other uses this object. May be called again if the name was taken.
+    /// Offers the object on a bus and claims the name. Waits for the bus. May be called again if the name was
+    /// taken.
     Claim claim(const QDBusConnection &bus);
+
+    /// Makes this process the one instance of the program on the bus. If another one has the name, that is
+    /// told what this one was launched for, with `platformData`, the right to come to the front; returned is
+    /// the exit status for this one then. If the other ends meanwhile, this one takes its place. Returns
+    /// nothing if this process is the one, or there is none to hand over to. The other may be busy:
+    /// `answerTimeout` is how long it has.
+    [[nodiscard]] std::optional<int>
+    claimOrHandOver(const QDBusConnection &bus, const Launch &launch, const QVariantMap &platformData,
+                    std::chrono::milliseconds answerTimeout = std::chrono::seconds(25));
 
     /// Gives up the name at once, for the next launch to have it. Who calls from now on is refused, so that
     /// nothing is lost in a program that is about to end.
@@ -63,5 +75,11 @@ private:
 
 /// Who has the name on a bus: an address for calls that are for nobody else, or "".
 [[nodiscard]] QString serviceOwner(const QDBusConnection &bus);
+
+/// Where the session bus listens: what the environment says, else the usual place if there is one; or "".
+[[nodiscard]] QString sessionBusAddress();
+
+/// The session bus; no connection where there is none. Unlike Qt, this never starts one.
+[[nodiscard]] QDBusConnection sessionBus();
 
 } // namespace brevant

@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QCommandLineOption>
 #include <QCommandLineParser>
-#include <QDir>
 #include <QIcon>
 #include <QSettings>
 
@@ -18,19 +17,25 @@
 #include <cstdlib>
 #include <string_view>
 
+#include <fontconfig/fontconfig.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 namespace {
 
 void nameApplication()
 {
-    QCoreApplication::setApplicationName(QStringLiteral("brevant"));
+    QCoreApplication::setApplicationName(u"brevant"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVANT_VERSION));
 }
 
 } // namespace
 
-bool answeredInWords(int &argc, char *argv[])
+bool printedHelpOrVersion(int &argc, char *argv[])
 {
     constexpr std::array<std::string_view, 4> words{"-h", "--help", "-v", "--version"};
     if (std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) == argv + argc)
@@ -50,50 +55,49 @@ bool mayHaveDisplay(int argc, char *argv[])
            std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) != argv + argc;
 }
 
+std::future<void> loadFonts()
+{
+    return std::async(std::launch::async, [] {
+        // The display server is not to wait for this. On Linux a thread has a nice value of its own:
+        // sched(7).
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
+        FcInit();
+    });
+}
+
 void setUpApplication()
 {
     nameApplication();
     // No display name: Qt would put it behind the title of every window that does not end in it.
-    QGuiApplication::setDesktopFileName(QStringLiteral("org.brevant.Brevant"));
-    QIcon::setFallbackThemeName(QStringLiteral("breeze"));
+    QGuiApplication::setDesktopFileName(u"org.brevant.Brevant"_s);
+    QIcon::setFallbackThemeName(u"breeze"_s);
     // Where Qt's file panels would keep the folders that were shown, in a file for all programs made with Qt.
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-}
-
-void loadApplicationIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
-        icon.addFile(QStringLiteral(":/icons/hicolor/%1x%1/apps/org.brevant.Brevant.png").arg(size),
-                     QSize(size, size));
-    QApplication::setWindowIcon(icon);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s);
 }
 
 Launch launchOnCommandLine()
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Minifies CSS, JavaScript, HTML and PHP files."));
+    parser.setApplicationDescription(u"Minifies CSS, JavaScript, HTML and PHP files."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption minify(QStringLiteral("minify"),
-                                    QStringLiteral("Minify the list once the files are on it."));
+    const QCommandLineOption minify(u"minify"_s, u"Minify the list once the files are on it."_s);
     parser.addOption(minify);
     // The name that the desktop's own programs have for it.
-    QCommandLineOption service(QStringLiteral("gapplication-service"));
+    QCommandLineOption service(u"gapplication-service"_s);
     service.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(service);
-    parser.addPositionalArgument(
-        QStringLiteral("PATH"),
-        QStringLiteral("Files and folders to list, in the window that is open if there is one."),
-        QStringLiteral("[PATH...]"));
+    parser.addPositionalArgument(u"PATH"_s,
+                                 u"Files and folders to list, in the window that is open if there is one."_s,
+                                 u"[PATH...]"_s);
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n",
                      qUtf8Printable(printable(parser.errorText())));
         std::exit(2);
     }
-    if (parser.isSet(QStringLiteral("help")))
+    if (parser.isSet(u"help"_s))
         parser.showHelp();
-    if (parser.isSet(QStringLiteral("version")))
+    if (parser.isSet(u"version"_s))
         parser.showVersion();
     Launch launch{{}, parser.isSet(minify), parser.isSet(service)};
     for (const QString &path : parser.positionalArguments())

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 #include "app/ApplicationService.h"
-#include "app/Instance.h"
 #include "app/StartUp.h"
 #include "app/platform/Activation.h"
-#include "app/platform/FontLoading.h"
 #include "files/Descriptor.h"
 
 #include <QApplication>
@@ -13,24 +11,24 @@
 int main(int argc, char *argv[])
 {
     brevant::openClosedStandardStreams();
-    if (brevant::answeredInWords(argc, argv))
+    if (brevant::printedHelpOrVersion(argc, argv))
         return 0;
     const QVariantMap activation = brevant::activationFromEnvironment();
     brevant::ApplicationService service;
-    brevant::Instance instance(service, brevant::sessionBusAddress());
+    const auto handedOver = [&](const brevant::Launch &launch) {
+        return service.claimOrHandOver(brevant::sessionBus(), launch, activation);
+    };
     if (!brevant::mayHaveDisplay(argc, argv)) {
         const QCoreApplication qtApplication(argc, argv); // a Brevant that runs may have one
-        instance.finishClaim();
-        if (const std::optional<int> status = instance.handOver(brevant::launchOnCommandLine(), activation))
+        if (const std::optional<int> status = handedOver(brevant::launchOnCommandLine()))
             return *status;
     }
-    brevant::FontLoading fonts;
+    const std::future<void> fonts = brevant::loadFonts();
     const QApplication qtApplication(argc, argv);
     brevant::setUpApplication();
-    instance.finishClaim();
     fonts.wait();
     const brevant::Launch launch = brevant::launchOnCommandLine();
-    if (const std::optional<int> status = instance.handOver(launch, activation))
+    if (const std::optional<int> status = handedOver(launch))
         return *status;
     brevant::Application application(brevant::SettingsStore::defaultFilePath());
     application.serve(service);

@@ -14,10 +14,8 @@
 // The settings are those of the user: name another XDG_CONFIG_HOME.
 #include "app/Application.h"
 #include "app/ApplicationService.h"
-#include "app/Instance.h"
 #include "app/StartUp.h"
 #include "app/StatusLine.h"
-#include "app/platform/FontLoading.h"
 #include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
@@ -120,14 +118,13 @@ void benchJob(Application &application, const QStringList &files)
 int main(int argc, char *argv[])
 {
     ApplicationService service;
-    Instance instance(service, sessionBusAddress());
-    FontLoading fonts;
+    const std::future<void> fonts = loadFonts();
     const QApplication qtApplication(argc, argv);
     const std::string_view mode = argc > 1 ? argv[1] : "";
     FirstPaint firstPaint;
     setUpApplication();
-    instance.finishClaim();
     fonts.wait();
+    static_cast<void>(service.claimOrHandOver(sessionBus(), {}, {}));
     Application application(SettingsStore::defaultFilePath());
     application.serve(service);
     if (mode == "start")

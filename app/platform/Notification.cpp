@@ -43,22 +43,22 @@ Notification::~Notification()
 void Notification::show(const QString &summary, const QString &body)
 {
     m_wanted = {summary, body};
-    m_settled = false;
-    settle();
+    m_isTold = false;
+    proceed();
 }
 
 void Notification::withdraw()
 {
     m_wanted.reset();
-    m_settled = false;
-    settle();
+    m_isTold = false;
+    proceed();
 }
 
-/// The next step from what the service shows to what is wanted. Only one call is under way at a time: what is
-/// to be replaced or closed has no number before the answer to the one that shows it.
-void Notification::settle()
+/// Takes the next step from what the service shows to what is wanted. One call at a time: what is to be
+/// replaced or closed has no number before the service has answered.
+void Notification::proceed()
 {
-    if (m_call != nullptr || std::exchange(m_settled, true))
+    if (m_call != nullptr || std::exchange(m_isTold, true))
         return;
     if (!m_wanted)
         close();
@@ -132,11 +132,11 @@ void Notification::answered()
         m_id = isAnswer ? std::optional(value.toUInt()) : std::nullopt;
     } else if (isAnswer) {
         m_understandsMarkup = value.toStringList().contains(QStringLiteral("body-markup"));
-        m_settled = false;
+        m_isTold = false;
     } else {
         m_wanted.reset();
     }
-    settle();
+    proceed();
 }
 
 void Notification::ActionInvoked(uint id, const QString &action)

@@ -57,7 +57,7 @@ private:
         QString body;
     };
 
-    void settle();
+    void proceed();
     void askForCapabilities();
     void send();
     void close();
@@ -68,7 +68,7 @@ private:
 
     std::optional<QDBusConnection> m_bus;
     std::optional<Text> m_wanted;              ///< what is to be seen
-    bool m_settled = true;                     ///< whether the service has been told so
+    bool m_isTold = true;                      ///< whether the service has been told so
     std::optional<uint> m_id;                  ///< of what is shown; 0 while the service has not told
     std::optional<bool> m_understandsMarkup;   ///< whether the service does, once it has been asked
     QDBusPendingCallWatcher *m_call = nullptr; ///< waits for an answer; a child of this

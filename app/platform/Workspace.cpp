@@ -13,13 +13,15 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 QUrl fileUrl(const QString &path)
 {
     // Not QUrl::fromLocalFile, which takes the first folder of a path that begins with "//" for a host, nor
     // QFileInfo::absoluteFilePath, which leaves out "..", though a symbolic link may stand before it.
-    const QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::current().filePath(path);
+    const QString absolute = path.startsWith(u'/') ? path : QDir::current().filePath(path);
     const QByteArray name = QFile::encodeName(absolute);
     return QUrl::fromEncoded("file://" + name.toPercentEncoding("/"), QUrl::StrictMode);
 }
@@ -27,11 +29,30 @@ QUrl fileUrl(const QString &path)
 std::optional<QString> localPath(const QUrl &url)
 {
     const QString host = url.host();
-    const bool isHere = host.isEmpty() || host == QLatin1StringView("localhost") ||
+    const bool isHere = host.isEmpty() || host == u"localhost" ||
                         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
-    if (!isHere || url.scheme() != QLatin1StringView("file") || url.path().isEmpty())
+    if (!isHere || url.scheme() != u"file" || url.path().isEmpty())
         return std::nullopt;
     return url.path(QUrl::FullyDecoded);
+}
+
+QByteArray percentEscaped(const QString &text)
+{
+    return text.toUtf8().toPercentEncoding("!*'();/?:@&=+$,");
+}
+
+QUrl feedbackMailUrl(const QString &address, const QString &version, const QString &systemVersion)
+{
+    const QString subject = u"Brevant %1 feedback, OS X %2"_s.arg(version, systemVersion);
+    const QByteArray query = "SUBJECT=" + percentEscaped(subject);
+    // Strict, so that Qt leaves the escapes as they are.
+    return QUrl::fromEncoded("mailto:" + percentEscaped(address) + '?' + query + '&', QUrl::StrictMode);
+}
+
+QString operatingSystemVersionString()
+{
+    return u"%1, %2 %3"_s.arg(QSysInfo::prettyProductName(), QSysInfo::kernelType(),
+                              QSysInfo::kernelVersion());
 }
 
 Workspace::Workspace(std::optional<QDBusConnection> bus)
@@ -56,9 +77,9 @@ void Workspace::selectFile(const QString &path)
         openFolderOf(path);
         return;
     }
-    const QString name = QStringLiteral("org.freedesktop.FileManager1");
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        name, QStringLiteral("/org/freedesktop/FileManager1"), name, QStringLiteral("ShowItems"));
+    const QString name = u"org.freedesktop.FileManager1"_s;
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(name, u"/org/freedesktop/FileManager1"_s, name, u"ShowItems"_s);
     const QString startupId;
     question << QStringList{fileUrl(path).toString(QUrl::FullyEncoded)} << startupId;
 

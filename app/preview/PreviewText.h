@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QObject>
 #include <QString>
 
 class QWidget;
@@ -36,10 +37,16 @@ public:
     [[nodiscard]] virtual QWidget *editor() const = 0;
 };
 
-/// What the module exports, as "brevantMakePreviewText".
-using MakePreviewText = PreviewText *(*)(QWidget *parent);
+/// What the module has to offer.
+class PreviewTextMaker {
+public:
+    virtual ~PreviewTextMaker() = default;
+    [[nodiscard]] virtual PreviewText *make(QWidget *parent) const = 0;
+};
 
 /// A text as a child of `parent`; null if its module is missing.
 [[nodiscard]] PreviewText *makePreviewText(QWidget *parent);
 
 } // namespace brevant
+
+Q_DECLARE_INTERFACE(brevant::PreviewTextMaker, "org.brevant.PreviewTextMaker")

@@ -2,9 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/SourceText.h"
 
-#include <QtGlobal>
+namespace brevant {
 
-extern "C" Q_DECL_EXPORT brevant::PreviewText *brevantMakePreviewText(QWidget *parent)
-{
-    return new brevant::SourceText(parent); // a child of the parent
-}
+class SourceModule final : public QObject, public PreviewTextMaker {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "org.brevant.PreviewTextMaker")
+    Q_INTERFACES(brevant::PreviewTextMaker)
+
+public:
+    [[nodiscard]] PreviewText *make(QWidget *parent) const override
+    {
+        return new SourceText(parent); // a child of the parent
+    }
+};
+
+} // namespace brevant
+
+#include "SourceModule.moc"

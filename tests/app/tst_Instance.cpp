@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/Instance.h"
-#include "app/Launch.h"
+#include "app/ApplicationService.h"
+#include "app/StartUp.h"
 #include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
@@ -73,20 +73,12 @@ class tst_Instance final : public QObject {
     Q_OBJECT
 
 private:
-    struct Process {
-        explicit Process(const QString &address) : instance(service, address) {}
-
-        ApplicationService service;
-        Instance instance;
-    };
-
     /// What becomes of a launch while the other program, on this thread, can answer.
     std::optional<int> launched(const Launch &launch, const QVariantMap &platformData = {},
                                 std::chrono::milliseconds timeout = std::chrono::seconds(20))
     {
         auto outcome = std::async(std::launch::async, [&] {
-            m_process->instance.setAnswerTimeout(timeout);
-            return m_process->instance.handOver(launch, platformData);
+            return m_service->claimOrHandOver(m_second, launch, platformData, timeout);
         });
         const bool ended = QTest::qWaitFor(
             [&outcome] { return outcome.wait_for(std::chrono::seconds(0)) == std::future_status::ready; },
@@ -94,10 +86,17 @@ private:
         return ended ? outcome.get() : std::optional(-1);
     }
 
-    void secondLaunch() { m_process = std::make_unique<Process>(m_bus->address()); }
+    void secondLaunch() { secondLaunch(m_bus->address()); }
+
+    void secondLaunch(const QString &address)
+    {
+        m_second = QDBusConnection::connectToBus(address, QStringLiteral("second"));
+        m_service = std::make_unique<ApplicationService>();
+    }
 
     std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<Process> m_process;
+    QDBusConnection m_second{QString()};
+    std::unique_ptr<ApplicationService> m_service;
 
 private Q_SLOTS:
     void init()
@@ -108,7 +107,9 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        m_process.reset();
+        m_service.reset();
+        m_second = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(QStringLiteral("second"));
         QDBusConnection::disconnectFromBus(QStringLiteral("first"));
     }
 
@@ -213,7 +214,7 @@ private Q_SLOTS:
     void noBus()
     {
         QFETCH(const QString, address);
-        m_process = std::make_unique<Process>(address);
+        secondLaunch(address);
         QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
     }
 

@@ -4,7 +4,6 @@
 // the objects in it have gone.
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
-#include "app/platform/FeedbackMail.h"
 #include "app/platform/Workspace.h"
 
 #include <QGuiApplication>
