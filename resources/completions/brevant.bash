@@ -12,6 +12,7 @@ _brevant() {
         mapfile -t COMPREPLY < <(compgen -W '--minify --gapplication-service --help --help-all --version -h -v' \
             -- "$cur")
     else
+        # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both
         _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"
     fi
 } &&
