@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Adding.h"
 
-#include "queue/AddFiles.h"
+#include "queue/FileQueue.h"
 
 #include <QLayout>
 #include <QProgressBar>

@@ -31,7 +31,7 @@ namespace brevant {
 AppController::AppController(const Services &services, const Outlets &outlets, QObject *parent)
     : QObject(parent), m_services(services), m_outlets(outlets),
       m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
-      m_filesTableModel(services.queue), m_runOpenPanel(&OpenPanel::run),
+      m_runOpenPanel(&OpenPanel::run),
       m_combining(std::make_unique<Combining>(outlets, services.queue, services.settings, services.jobs))
 {
 }
@@ -54,7 +54,7 @@ void AppController::init()
 void AppController::awakeFromNib()
 {
     BVTableView *const filesTable = m_outlets.filesTable;
-    filesTable->setModel(&m_filesTableModel);
+    filesTable->setModel(&m_services.queue);
     filesTable->setDropTarget(this);
     filesTable->setItemDelegateForColumn(0, new ImageTextCell(filesTable)); // a child of the table
     filesTable->setBackgroundColor(std::nullopt);

@@ -8,7 +8,6 @@
 #include "app/preview/PreviewPanel.h"
 #include "engine/Stop.h"
 #include "queue/view/DropTarget.h"
-#include "queue/view/FilesTableModel.h"
 
 #include <QObject>
 
@@ -107,7 +106,6 @@ private:
     const Services m_services;
     const Outlets m_outlets;
     QueueDisplay m_queueDisplay;
-    FilesTableModel m_filesTableModel;
     RunOpenPanel m_runOpenPanel;
     std::unique_ptr<Combining> m_combining;
     std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on

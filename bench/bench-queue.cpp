@@ -14,7 +14,6 @@
 #include "engine/JobDisplay.h"
 #include "engine/MinifyJob.h"
 #include "engine/Tools.h"
-#include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"

@@ -2,9 +2,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FileQueue.h"
 
+#include "files/PathString.h"
+#include "queue/FileKind.h"
+#include "queue/FolderWalk.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace brevant {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString toolTip(const QString &path)
+{
+    if (!path.contains(u'<') && !path.contains(u"&lt;")) // what Qt takes for markup
+        return path;
+    return u"<span style=\"white-space: pre\">%1</span>"_s.arg(path.toHtmlEscaped());
+}
+
+/// Entries are only ever removed, and others appended, so that what is left keeps its order.
+std::vector<int> newRows(const std::vector<QString> &before, const std::vector<QString> &now)
+{
+    std::vector<int> rows(before.size(), -1);
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < before.size() && next < now.size(); ++i) {
+        if (before[i] == now[next])
+            rows[i] = static_cast<int>(next++);
+    }
+    return rows;
+}
+
+} // namespace
 
 int FileQueue::count() const
 {
@@ -23,7 +53,7 @@ std::optional<QString> FileQueue::entryAt(int index) const
 int FileQueue::indexOf(const QString &path) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_index.find(path, m_entries);
+    return m_indexes.value(path, -1);
 }
 
 std::vector<QString> FileQueue::entries() const
@@ -41,12 +71,14 @@ quint64 FileQueue::revision() const
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
+    const qsizetype before = m_indexes.size();
+    int &index = m_indexes[path];
+    if (m_indexes.size() == before)
+        return false;
+    index = static_cast<int>(before);
     m_entries.push_back(path);
     ++m_revision;
-    if (m_index.insertLast(m_entries))
-        return true;
-    m_entries.pop_back();
-    return false;
+    return true;
 }
 
 void FileQueue::removeAt(const std::vector<int> &indexes)
@@ -57,13 +89,15 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
         if (index >= 0 && static_cast<std::size_t>(index) < removed.size())
             removed[static_cast<std::size_t>(index)] = true;
     }
+    m_indexes.clear();
     std::vector<QString> kept;
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
-        if (!removed[i])
-            kept.push_back(std::move(m_entries[i]));
+        if (removed[i])
+            continue;
+        m_indexes.insert(m_entries[i], static_cast<int>(kept.size()));
+        kept.push_back(std::move(m_entries[i]));
     }
     m_entries = std::move(kept);
-    m_index.rebuild(m_entries);
     ++m_revision;
 }
 
@@ -71,8 +105,58 @@ void FileQueue::clear()
 {
     const std::lock_guard lock(m_mutex);
     m_entries.clear();
-    m_index.rebuild(m_entries);
+    m_indexes.clear();
     ++m_revision;
+}
+
+std::vector<int> FileQueue::reload()
+{
+    std::vector<QString> now = entries();
+    const std::vector<int> moved = newRows(m_rows, now);
+    if (moved.empty() || moved.back() == static_cast<int>(moved.size()) - 1) {
+        if (now.size() > m_rows.size()) {
+            beginInsertRows({}, static_cast<int>(m_rows.size()), static_cast<int>(now.size()) - 1);
+            m_rows = std::move(now);
+            endInsertRows();
+        }
+        return {};
+    }
+    beginResetModel();
+    m_rows = std::move(now);
+    endResetModel();
+    return moved;
+}
+
+int FileQueue::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant FileQueue::data(const QModelIndex &index, int role) const
+{
+    const std::optional<QString> path = index.isValid() ? entryAt(index.row()) : std::nullopt;
+    if (!path)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return *path;
+    case Qt::AccessibleTextRole:
+        return PathString::lastComponent(*path).toString() + u", "_s + PathString::folder(*path).toString();
+    case Qt::ToolTipRole:
+        return toolTip(*path);
+    default:
+        return {};
+    }
+}
+
+void addTopLevelPath(const QString &path, FileQueue &queue, const SettingsStore &settings)
+{
+    walkFolder(path, [&](const QString &relativePath) {
+        if (isAccepted(relativePath, settings))
+            queue.append(PathString::join(path, relativePath));
+    });
+    if (isAccepted(path, settings))
+        queue.append(path);
 }
 
 } // namespace brevant

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
 
+#include "files/Descriptor.h"
 #include "files/RawBytes.h"
 
 #include <QByteArray>
@@ -25,6 +26,8 @@ namespace {
 // Open folders kept along one branch; those further up are opened again through ".." on the way back.
 constexpr std::size_t openLevels = 32;
 
+constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+
 constexpr std::size_t bufferSize = 65536; // of names at a time
 
 class Walker final {
@@ -33,17 +36,6 @@ public:
            const std::function<void(const QString &, int)> &unreadable, QString (*decode)(const QByteArray &))
         : m_top(top), m_visit(visit), m_unreadable(unreadable), m_decode(decode)
     {
-    }
-
-    Walker(const Walker &) = delete;
-    Walker &operator=(const Walker &) = delete;
-
-    ~Walker()
-    {
-        for (const Level &level : m_levels) {
-            if (level.descriptor >= 0)
-                ::close(level.descriptor);
-        }
     }
 
     void walk()
@@ -55,7 +47,7 @@ public:
 
 private:
     struct Level {
-        int descriptor = -1; ///< -1: closed for now
+        Descriptor folder; ///< closed for now where it is too far up
         dev_t device = 0;
         ino_t inode = 0;
         std::size_t visited = 0;  ///< the entry visited last, an offset into names
@@ -67,17 +59,13 @@ private:
     /// Reads the whole folder at m_path, so that what `visit` does to it cannot confuse the reading.
     void enter(int parent, const char *name, int extraFlags)
     {
-        const int descriptor =
-            ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | extraFlags);
+        Level level;
+        level.folder = Descriptor(::openat(parent, name, openFlags | extraFlags));
         struct stat status {};
-        if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
+        if (!level.folder.isOpen() || ::fstat(level.folder.number(), &status) != 0) {
             failed();
-            if (descriptor >= 0)
-                ::close(descriptor);
             return;
         }
-        Level level;
-        level.descriptor = descriptor;
         level.device = status.st_dev;
         level.inode = status.st_ino;
         readNames(level);
@@ -86,21 +74,21 @@ private:
         level.pathLength = m_path.size();
         m_levels.push_back(std::move(level));
         if (m_levels.size() > openLevels)
-            close(m_levels[m_levels.size() - 1 - openLevels]);
+            m_levels[m_levels.size() - 1 - openLevels].folder = Descriptor();
     }
 
-    /// The folder at m_path could not be read. What vanished, or is no folder any more, is no failure.
+    /// The folder at m_path could not be read. One that vanished, or is a folder no more, is no failure.
     void failed() const
     {
         if (m_unreadable && errno != ENOENT && errno != ENOTDIR)
             m_unreadable(m_path, errno);
     }
 
-    /// Asks the system itself: readdir(3) would need a descriptor and a buffer of its own for each folder.
+    /// Without readdir(3), which would need a descriptor and a buffer of its own for each folder.
     void readNames(Level &level)
     {
         while (true) {
-            const ssize_t size = ::getdents64(level.descriptor, m_buffer.data(), m_buffer.size());
+            const ssize_t size = ::getdents64(level.folder.number(), m_buffer.data(), m_buffer.size());
             if (size < 0)
                 failed();
             if (size <= 0)
@@ -134,10 +122,8 @@ private:
         m_path.truncate(level.pathLength);
         m_path += m_decode(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
         m_visit(m_path);
-        if (!isFolder(level.descriptor, name, type))
-            return;
-        // The vector may move under `level` from here on.
-        enter(level.descriptor, name, O_NOFOLLOW);
+        if (isFolder(level.folder.number(), name, type))
+            enter(level.folder.number(), name, O_NOFOLLOW); // which may move the vector under `level`
     }
 
     [[nodiscard]] static bool isFolder(int parent, const char *name, unsigned char type)
@@ -152,59 +138,39 @@ private:
     {
         const Level left = std::move(m_levels.back());
         m_levels.pop_back();
-        if (!m_levels.empty() && m_levels.back().descriptor < 0 && !reopen(m_levels.back(), left.descriptor))
+        if (m_levels.empty() || m_levels.back().folder.isOpen())
+            return;
+        Descriptor parent(::openat(left.folder.number(), "..", openFlags));
+        if (isAt(m_levels.back(), parent))
+            m_levels.back().folder = std::move(parent);
+        else
             findBack();
-        ::close(left.descriptor);
     }
 
-    [[nodiscard]] static bool reopen(Level &level, int child)
-    {
-        const int descriptor = ::openat(child, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (descriptor < 0)
-            return false;
-        if (!isAt(level, descriptor)) {
-            ::close(descriptor);
-            return false;
-        }
-        level.descriptor = descriptor;
-        return true;
-    }
-
-    /// The branch was moved away meanwhile, so that ".." leads elsewhere. From the top again, as far down as
-    /// the folders are those that were entered; what lies deeper has vanished.
+    /// The branch was moved meanwhile, so that ".." leads elsewhere. Goes down from the top again for as long
+    /// as the folders are those that were entered; anything deeper counts as vanished.
     void findBack()
     {
-        constexpr int flags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+        Descriptor last;
+        Descriptor next(::open(m_top.constData(), openFlags));
         std::size_t found = 0;
-        int last = -1;
-        int descriptor = ::open(m_top.constData(), flags);
-        while (descriptor >= 0 && isAt(m_levels[found], descriptor)) {
-            if (last >= 0)
-                ::close(last);
-            last = descriptor;
+        while (isAt(m_levels[found], next)) {
+            last = std::move(next);
             const char *name = &m_levels[found].names[m_levels[found].visited + 1];
-            ++found;
-            descriptor = found < m_levels.size() ? ::openat(last, name, flags | O_NOFOLLOW) : -1;
+            if (++found == m_levels.size())
+                break;
+            next = Descriptor(::openat(last.number(), name, openFlags | O_NOFOLLOW));
         }
-        if (descriptor >= 0)
-            ::close(descriptor);
-        m_levels.erase(m_levels.begin() + static_cast<std::ptrdiff_t>(found), m_levels.end());
+        m_levels.resize(found);
         if (found > 0)
-            m_levels.back().descriptor = last;
+            m_levels.back().folder = std::move(last);
     }
 
-    [[nodiscard]] static bool isAt(const Level &level, int descriptor)
+    [[nodiscard]] static bool isAt(const Level &level, const Descriptor &folder)
     {
         struct stat status {};
-        return ::fstat(descriptor, &status) == 0 && status.st_dev == level.device &&
+        return ::fstat(folder.number(), &status) == 0 && status.st_dev == level.device &&
                status.st_ino == level.inode;
-    }
-
-    static void close(Level &level)
-    {
-        if (level.descriptor >= 0)
-            ::close(level.descriptor);
-        level.descriptor = -1;
     }
 
     const QByteArray m_top;

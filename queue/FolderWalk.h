@@ -11,14 +11,14 @@
 namespace brevant {
 
 /// Calls `visit` with the path, relative to `top`, of every entry below it: folders before their contents,
-/// hidden entries too, nothing sorted, symbolic links to folders yielded and not descended into. For what is
-/// no folder nothing is yielded. Entries that vanish are passed over, and so are folders that cannot be read,
-/// of which `unreadable` is told with the number of the error (errno); the path of `top` itself is empty.
+/// hidden entries too, unsorted. Symbolic links to folders are visited and not followed. If `top` is not a
+/// folder, nothing is visited. Entries that vanish are passed over, and so are folders that cannot be read,
+/// which `unreadable` is called with, and with the error (errno); the path of `top` itself is empty.
 ///
-/// `decode` makes texts of the names, which need not be valid UTF-8; `top` may hold RawBytes.
+/// `decode` turns names, which need not be valid UTF-8, into text; `top` may hold RawBytes.
 ///
 /// Neither the depth nor the length of a path is limited: the walk holds a bounded number of open folders and
-/// goes from one to the next without naming a whole path to the system.
+/// never hands a whole path to the system.
 void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
                 const std::function<void(const QString &relativePath, int error)> &unreadable = {},
                 QString (*decode)(const QByteArray &name) = PathString::decoded);

@@ -17,8 +17,8 @@ class OutputPath final {
 public:
     explicit OutputPath(const SettingsStore &settings);
 
-    /// The output path of `entry` by the settings as they stand now; nothing if none can be formed, which can
-    /// be at the beginning of a run only.
+    /// The output path of `entry` by the settings as they stand now; nothing if none can be formed, which
+    /// only happens at the beginning of a run.
     [[nodiscard]] std::optional<QString> next(const QString &entry);
 
     /// The output path of the entry asked for last, by the settings as they were when this was made.

@@ -7,12 +7,12 @@ class QPalette;
 
 namespace brevant {
 
-/// What text must have at least, and what it must have where the user asks for high contrast (levels AA and
-/// AAA of https://www.w3.org/TR/WCAG21/, success criteria 1.4.3 and 1.4.6).
+/// The least contrast of text, and where the user asks for high contrast (levels AA and AAA of
+/// https://www.w3.org/TR/WCAG21/, success criteria 1.4.3 and 1.4.6).
 constexpr double readableContrast = 4.5;
 constexpr double highContrast = 7;
 
-/// What the outline of a control must have (success criterion 1.4.11).
+/// The least contrast of the outline of a control (success criterion 1.4.11).
 constexpr double visibleContrast = 3;
 
 /// How many times lighter one colour is than the other, 1 to 21, both opaque

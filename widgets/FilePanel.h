@@ -6,9 +6,9 @@ class QFileDialog;
 
 namespace brevant {
 
-/// Gives Qt's own file panel room for what its columns hold, whatever the font, and sizes in the unit that
-/// all windows have. Does nothing to a panel of the desktop. Must come before the first connection to the
-/// selection of the panel's list.
+/// Makes Qt's own file panel wide enough for its columns in any font, and shows sizes in the unit that all
+/// windows use. Does nothing to a panel of the desktop. Call it before connecting to the selection of the
+/// panel's list.
 void setUpFilePanel(QFileDialog &panel);
 
 } // namespace brevant

@@ -65,7 +65,7 @@ void outlineIndicator(QPainter &painter, const QStyleOption &option, Shape shape
     }
 }
 
-/// A picture of the style that is read when it is first drawn.
+/// An icon of the style that is read when it is first drawn.
 class LateIcon final : public QIconEngine {
 public:
     explicit LateIcon(QStyle::StandardPixmap which) : m_which(which) {}

@@ -13,10 +13,9 @@ namespace brevant {
 /// and all controls have one in the colour of their text in a palette of high contrast, where what is
 /// disabled can be read, too.
 ///
-/// A button that the keyboard has brought the focus to has a line inside: otherwise it looks as the default
-/// button does that has none.
+/// A button focused by the keyboard has a line inside: Fusion draws it like a default button without focus.
 ///
-/// And the picture of the button that a menu bar has when it is too narrow is read when it is drawn. A menu
+/// And the icon of the button that a menu bar shows when it is too narrow is read when it is drawn. A menu
 /// bar asks for it when it is made, which loads all that Qt has for reading pictures.
 class FusionStyle final : public QProxyStyle {
     Q_OBJECT
@@ -24,10 +23,10 @@ class FusionStyle final : public QProxyStyle {
 public:
     FusionStyle();
 
-    /// Makes it the style of the program, unless the desktop has a style of its own, which knows what to do.
+    /// Makes it the style of the program, unless the desktop has a style of its own.
     static void install();
 
-    /// Lets what cannot be used be read all the same.
+    /// Makes disabled text readable in high contrast.
     void polish(QPalette &palette) override;
     using QProxyStyle::polish;
 

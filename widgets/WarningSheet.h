@@ -8,8 +8,8 @@ class QWidget;
 
 namespace brevant {
 
-/// Shows a warning on `window`, which it blocks: a headline, a text below it, one button. Does not wait;
-/// nothing is done when the user closes it.
+/// Shows a warning on `window`, which it blocks: a headline, a text below it, one button. Returns
+/// at once; nothing happens when the user closes it.
 void showWarningSheet(QWidget *window, const QString &message, const QString &informativeText,
                       const QString &button);
 

@@ -108,7 +108,7 @@ void BVImageView::paintEvent(QPaintEvent *)
     painter.drawPixmap(rect.topLeft(), drawn(rect.size(), painter.deviceTransform().m11()));
 }
 
-// Drawn once for all paintings at one size, which is most of them: the picture does not grow with the window.
+// Nearly all paint events ask for the same size, as the picture does not grow with the window.
 const QPixmap &BVImageView::drawn(QSizeF size, qreal scale) const
 {
     const QSize pixels(qCeil(size.width() * scale), qCeil(size.height() * scale));
@@ -126,7 +126,7 @@ const QPixmap &BVImageView::drawn(QSizeF size, qreal scale) const
     return m_drawn;
 }
 
-/// A line in the middle of the picture, in smaller letters if they are too many.
+/// A centred line, in smaller letters if it would be too wide.
 void BVImageView::drawLine(QPainter &painter, const QString &text, int pixels, int baseline) const
 {
     constexpr qreal room = 360;
@@ -152,8 +152,7 @@ void BVImageView::forget()
 void BVImageView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // While the window waits to be put on the screen, which takes longer than reading and drawing the
-    // picture.
+    // While the window waits to be mapped, which takes longer than reading and drawing the picture.
     QTimer::singleShot(0, this, [this] {
         if (const QRectF rect = imageRect(); !rect.isEmpty())
             drawn(rect.size(), devicePixelRatioF());

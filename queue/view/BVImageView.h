@@ -31,8 +31,8 @@ public:
     /// Shows the picture `name`, "dropN" and "dropN.png" being the same. A name without a picture shows none.
     void setImageNamed(const QString &name);
 
-    /// Writes `words` into the picture, and below them that folders, and a double click, will do as well. It
-    /// is the view's accessible name, too.
+    /// Writes `words` into the picture, and below them that folders and a double click work as well. Both
+    /// lines are the view's accessible name.
     void setWords(const QString &words);
 
     /// The name of the picture, without an ending.

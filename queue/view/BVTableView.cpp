@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/view/BVTableView.h"
 
+#include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
-#include "queue/view/FilesTableModel.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Contrast.h"
 
@@ -25,7 +25,7 @@ constexpr QRgb selectionFill = qRgb(204, 238, 255);
 
 using RowRange = std::pair<int, int>;
 
-/// The selected rows as ranges that neither overlap nor are out of order.
+/// The selected rows as ranges in their order. Those of a selection never overlap.
 std::vector<RowRange> rangesOf(const QItemSelection &selection)
 {
     std::vector<RowRange> ranges;
@@ -33,14 +33,7 @@ std::vector<RowRange> rangesOf(const QItemSelection &selection)
     for (const QItemSelectionRange &range : selection)
         ranges.emplace_back(range.top(), range.bottom());
     std::ranges::sort(ranges);
-    std::vector<RowRange> merged;
-    for (const RowRange &range : ranges) {
-        if (!merged.empty() && range.first <= merged.back().second)
-            merged.back().second = std::max(merged.back().second, range.second);
-        else
-            merged.push_back(range);
-    }
-    return merged;
+    return ranges;
 }
 
 /// What can be seen of what `painter` paints.
@@ -116,7 +109,7 @@ int BVTableView::rowCount() const
 
 void BVTableView::reloadData()
 {
-    auto *const files = qobject_cast<FilesTableModel *>(model());
+    auto *const files = qobject_cast<FileQueue *>(model());
     if (!files)
         return;
     const std::vector<int> selectedBefore = selectedRowIndexes();

@@ -36,11 +36,11 @@ public:
     /// The menu that menuForEvent() answers with. The table does not take it over.
     void setMenu(QMenu *menu) { m_menu = menu; }
 
-    /// What is behind the rows; nothing lets the picture show.
+    /// The colour behind the rows; without one the picture shows through.
     void setBackgroundColor(const std::optional<QColor> &color);
     [[nodiscard]] const std::optional<QColor> &backgroundColor() const { return m_backgroundColor; }
 
-    /// Brings the rows of its FilesTableModel up to date. An entry that is still there stays selected,
+    /// Brings its rows up to date with the FileQueue. An entry that is still there stays selected,
     /// wherever its row is now; the selection never passes to another entry.
     void reloadData();
 
@@ -68,11 +68,11 @@ public:
     /// Yes: a drag that starts on the empty background moves the window.
     [[nodiscard]] bool mouseDownCanMoveWindow() const { return true; }
 
-    /// Without a selected row no key does anything. Space asks for the preview; all others do what they do in
-    /// any table. For key events of the preview panel, too.
+    /// Handles a key, which may come from the preview panel: Space asks for the preview, all others do what
+    /// they do in any table. Without a selected row no key does anything.
     void keyDown(QKeyEvent *event);
 
-    /// Looks for a file name that begins with what is typed.
+    /// Goes to the next file whose name begins with what was typed.
     void keyboardSearch(const QString &search) override;
 
 Q_SIGNALS:

@@ -17,7 +17,7 @@ namespace brevant {
 
 namespace {
 
-/// Drags of file names, whatever files they are. A link to elsewhere is a list of addresses too.
+/// Whether local files are dragged; a dragged link to a web page is a list of addresses, too.
 bool holdsFileNames(const QMimeData &drop)
 {
     const QList<QUrl> urls = drop.urls();
@@ -115,8 +115,8 @@ void BVTableView::keyDown(QKeyEvent *event)
         Q_EMIT togglePreviewPanel();
 }
 
-/// What a table does, but that a key with nowhere to go selects the row it is on alone, too: Up in the first
-/// row while all are selected.
+/// As in any table, but a key with nowhere to go, such as Up in the first row, still selects the current row
+/// alone.
 void BVTableView::moveByKey(QKeyEvent *event)
 {
     const QModelIndex before = currentIndex();

@@ -10,7 +10,7 @@
 
 namespace brevant {
 
-/// Turns a path into the icon of what it names, 16 by 16. There is no way back.
+/// Turns a path into the icon of what it names, 16 by 16; there is no reverse.
 class ExpandedPathToIconTransformer final {
 public:
     ExpandedPathToIconTransformer() = delete;

@@ -48,7 +48,7 @@ QFont fixedFont(int pixels)
     font.setFamilies({family, QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
     font.setStyleHint(QFont::Monospace);
     font.setPixelSize(pixels);
-    // What is left open a painter takes from its own font, which may be bold or slanted.
+    // A painter takes unset attributes from its own font, which may be bold or slanted.
     font.setResolveMask(QFont::AllPropertiesResolved);
     return font;
 }

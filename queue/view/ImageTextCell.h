@@ -11,7 +11,7 @@ class QRectF;
 namespace brevant {
 
 /// Draws one entry of the file queue: its name in the colour of its kind, and below it its folder in the
-/// colour of what is disabled.
+/// colour of disabled text.
 class ImageTextCell final : public QStyledItemDelegate {
     Q_OBJECT
 

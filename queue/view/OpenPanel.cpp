@@ -23,7 +23,7 @@ namespace brevant {
 
 namespace {
 
-/// Where the panel ended last, in this process.
+/// The folder shown when the panel was last closed.
 QString lastFolder;
 
 } // namespace
@@ -50,14 +50,14 @@ OpenPanel::OpenPanel(const QStringList &allowedTypes, QWidget *parent)
         patterns += QLatin1StringView("*.") + type;
     setNameFilter(tr("Files to minify (%1)").arg(patterns.join(u' ')));
     setUpFilePanel(*this);
-    // Made by QFileDialog the moment its own widgets are needed, under names that it keeps.
+    // QFileDialog makes them when its own widgets are first needed, under fixed names.
     m_list = findChild<QListView *>(QStringLiteral("listView"));
     m_nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     setUpChooseButton();
     setUpHiddenFiles();
 }
 
-/// QFileDialog's own button goes into a folder that is selected, where this panel must choose it.
+/// QFileDialog's own button opens a selected folder, where this panel must choose it.
 void OpenPanel::setUpChooseButton()
 {
     auto *const box = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));

@@ -25,8 +25,8 @@ public:
     /// Shows folders, and the files whose extension is one of `allowedTypes`, case ignored.
     explicit OpenPanel(const QStringList &allowedTypes, QWidget *parent = nullptr);
 
-    /// What is chosen, in the order in which the panel shows it. Where nothing is, it is the folder shown, if
-    /// the user went there.
+    /// What is chosen, in the order in which the panel shows it; without a selection, the folder shown if the
+    /// user went there.
     [[nodiscard]] QStringList chosenPaths() const;
 
     /// Runs the panel modally, from the folder in which it ended last. The chosen paths, or nothing if the

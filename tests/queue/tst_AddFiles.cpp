@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "queue/AddFiles.h"
 #include "queue/FileQueue.h"
 #include "queue/FolderWalk.h"
 #include "tests/TestClass.h"

@@ -6,7 +6,6 @@
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/DropTarget.h"
-#include "queue/view/FilesTableModel.h"
 #include "queue/view/ImageTextCell.h"
 
 #include <QApplication>
@@ -69,11 +68,11 @@ public:
         table.setDropTarget(&target);
         table.setMenu(&menu);
         menu.addAction(QStringLiteral("Remove"));
-        table.setModel(&model);
+        table.setModel(&queue);
         table.setItemDelegateForColumn(0, new ImageTextCell(&table));
         if (count > 0)
             table.setBackgroundColor(QColor(Qt::white));
-        model.reload();
+        queue.reload();
         window.show();
     }
 
@@ -98,7 +97,6 @@ public:
     [[nodiscard]] QPoint at(int row) const { return {200, 40 * row + 20}; }
 
     FileQueue queue;
-    FilesTableModel model{queue};
     QWidget window;
     BVImageView picture{&window};
     Table table{&window};

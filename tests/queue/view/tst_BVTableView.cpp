@@ -42,10 +42,9 @@ class ChangeCounter final {
 public:
     explicit ChangeCounter(const Fixture &f)
         : selection(f.table.selectionModel(), &QItemSelectionModel::selectionChanged),
-          m_resets(&f.model, &FilesTableModel::modelReset),
-          m_removals(&f.model, &FilesTableModel::rowsRemoved),
-          m_insertions(&f.model, &FilesTableModel::rowsInserted),
-          m_moves(&f.model, &FilesTableModel::rowsMoved), m_layouts(&f.model, &FilesTableModel::layoutChanged)
+          m_resets(&f.queue, &FileQueue::modelReset), m_removals(&f.queue, &FileQueue::rowsRemoved),
+          m_insertions(&f.queue, &FileQueue::rowsInserted), m_moves(&f.queue, &FileQueue::rowsMoved),
+          m_layouts(&f.queue, &FileQueue::layoutChanged)
     {
     }
 
@@ -236,7 +235,7 @@ void tst_BVTableView::reloadAfterAddingKeepsAll()
     f.table.selectRowIndexes({2, 0}, false);
     f.add(5);
     f.table.reloadData();
-    QCOMPARE(f.model.rowCount(), 8);
+    QCOMPARE(f.queue.rowCount(), 8);
     QCOMPARE(f.table.selectedRowIndexes(), (Rows{0, 2}));
     QCOMPARE(f.table.selectedRow(), 0);
     QCOMPARE(f.selectionChanges.count(), 1);
@@ -289,9 +288,9 @@ void tst_BVTableView::bothLinesAreWhole()
     const QString letters = QStringLiteral("ÅÉŲgjpqyçß");
     FileQueue queue;
     queue.append(QStringLiteral("/%1/%1.css").arg(letters));
-    FilesTableModel model(queue);
+    queue.reload();
     BVTableView table;
-    table.setModel(&model);
+    table.setModel(&queue);
     QFont font(QStringLiteral("DejaVu Sans Mono"));
     const auto lineFits = [&font, &letters](int pixels, qreal height) {
         font.setPixelSize(pixels);
@@ -490,7 +489,7 @@ void tst_BVTableView::hundredThousandRows()
 
     f.queue.removeAt(chosen);
     f.table.reloadData();
-    QCOMPARE(f.model.rowCount(), count - static_cast<int>(chosen.size()));
+    QCOMPARE(f.queue.rowCount(), count - static_cast<int>(chosen.size()));
     QCOMPARE(f.table.selectedRowIndexes(), Rows());
     QCOMPARE(f.selectionChanges.count(), 2);
     QCOMPARE(changes.selection.count(), 1);
