@@ -13,7 +13,6 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <utility>
 
 namespace brevant {
 
@@ -22,19 +21,6 @@ namespace {
 // Four tenths of it hold a line of 13 pixels with its accents and descenders.
 constexpr int rowPitch = 40;
 constexpr QRgb selectionFill = qRgb(204, 238, 255);
-
-using RowRange = std::pair<int, int>;
-
-/// The selected rows as ranges in their order. Those of a selection never overlap.
-std::vector<RowRange> rangesOf(const QItemSelection &selection)
-{
-    std::vector<RowRange> ranges;
-    ranges.reserve(static_cast<std::size_t>(selection.size()));
-    for (const QItemSelectionRange &range : selection)
-        ranges.emplace_back(range.top(), range.bottom());
-    std::ranges::sort(ranges);
-    return ranges;
-}
 
 /// What can be seen of what `painter` paints.
 QRect paintableRect(const QPainter &painter)
@@ -46,11 +32,6 @@ QRect paintableRect(const QPainter &painter)
 } // namespace
 
 BVTableView::BVTableView(QWidget *parent) : QTableView(parent)
-{
-    setUp();
-}
-
-void BVTableView::setUp()
 {
     setAccessibleName(tr("Files"));
     setFrameShape(QFrame::NoFrame);
@@ -143,34 +124,25 @@ void BVTableView::reloadData()
         Q_EMIT selectionDidChange();
 }
 
-/// Asking the selection model costs some time if there are tens of thousands of ranges, so not at each frame.
-const std::vector<BVTableView::RowRange> &BVTableView::selectedRanges() const
+// Kept, as asking the selection model takes long while there are tens of thousands of ranges.
+const std::vector<int> &BVTableView::selectedRows() const
 {
-    if (!m_selectedRanges)
-        m_selectedRanges =
-            selectionModel() ? rangesOf(selectionModel()->selection()) : std::vector<RowRange>();
-    return *m_selectedRanges;
+    if (m_selectedRows)
+        return *m_selectedRows;
+    m_selectedRows.emplace();
+    const QItemSelection selection = selectionModel() ? selectionModel()->selection() : QItemSelection();
+    for (const QItemSelectionRange &range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            m_selectedRows->push_back(row);
+    }
+    std::ranges::sort(*m_selectedRows);
+    return *m_selectedRows;
 }
 
 void BVTableView::reset()
 {
     QTableView::reset();
-    m_selectedRanges.reset();
-}
-
-std::vector<int> BVTableView::selectedRowIndexes() const
-{
-    std::vector<int> rows;
-    for (const auto &[first, last] : selectedRanges()) {
-        for (int row = first; row <= last; ++row)
-            rows.push_back(row);
-    }
-    return rows;
-}
-
-int BVTableView::selectedRow() const
-{
-    return m_selectedRow;
+    m_selectedRows.reset();
 }
 
 void BVTableView::selectRows(const std::vector<int> &rows, bool byExtendingSelection)
@@ -204,11 +176,6 @@ void BVTableView::selectRowIndexes(const std::vector<int> &rows, bool byExtendin
         m_selectedRow = last;
 }
 
-void BVTableView::deselectAll()
-{
-    clearSelection();
-}
-
 void BVTableView::setCurrentRow(int row)
 {
     // Without this the view would scroll to it.
@@ -227,18 +194,15 @@ void BVTableView::scrollRowToVisible(int row)
 void BVTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
-    m_selectedRanges.reset();
+    m_selectedRows.reset();
     if (m_reloading || (selected.isEmpty() && deselected.isEmpty()))
         return;
-    const int current = currentIndex().row();
-    if (!selected.isEmpty()) {
-        const bool holdsCurrent = std::ranges::any_of(selected, [current](const QItemSelectionRange &r) {
-            return current >= r.top() && current <= r.bottom();
-        });
-        m_selectedRow = holdsCurrent ? current : rangesOf(selected).back().second;
-    } else if (m_selectedRow < 0 || !selectionModel()->isSelected(model()->index(m_selectedRow, 0))) {
-        m_selectedRow = selectedRanges().empty() ? -1 : selectedRanges().back().second;
-    }
+    if (selected.contains(currentIndex()))
+        m_selectedRow = currentIndex().row();
+    else if (!selected.isEmpty())
+        m_selectedRow = std::ranges::max(selected, {}, &QItemSelectionRange::bottom).bottom();
+    else if (!std::ranges::binary_search(selectedRows(), m_selectedRow))
+        m_selectedRow = selectedRows().empty() ? -1 : selectedRows().back();
     Q_EMIT selectionDidChange();
 }
 
@@ -262,18 +226,12 @@ void BVTableView::highlightSelectionInClipRect(QPainter &painter, const QRect &c
     // Every selected row from 0 on is due; those that cannot be seen are left out, however many they are.
     const QRect paintable = paintableRect(painter);
     const int firstSeen = std::max((paintable.top() - frameOfCell(0).top()) / rowPitch, 0);
-    const std::vector<RowRange> &ranges = selectedRanges();
-    auto range = std::ranges::lower_bound(ranges, firstSeen, {}, &RowRange::second);
-    for (; range != ranges.end(); ++range) {
-        const int end = std::min(range->second + 1, limit);
-        for (int row = std::max(range->first, firstSeen); row < end; ++row) {
-            const QRect rect = frameOfCell(row);
-            if (rect.top() > paintable.bottom())
-                return;
-            painter.fillRect(rect.adjusted(2, 1, -2, -1), QColor(selectionFill));
-        }
-        if (range->first >= limit)
+    const std::vector<int> &rows = selectedRows();
+    for (auto row = std::ranges::lower_bound(rows, firstSeen); row != rows.end() && *row < limit; ++row) {
+        const QRect rect = frameOfCell(*row);
+        if (rect.top() > paintable.bottom())
             return;
+        painter.fillRect(rect.adjusted(2, 1, -2, -1), QColor(selectionFill));
     }
 }
 

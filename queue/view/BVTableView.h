@@ -8,7 +8,6 @@
 #include <QTableView>
 
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace brevant {
@@ -44,12 +43,13 @@ public:
     /// wherever its row is now; the selection never passes to another entry.
     void reloadData();
 
-    [[nodiscard]] std::vector<int> selectedRowIndexes() const; ///< ascending
-    [[nodiscard]] int selectedRow() const; ///< the one selected, or added to the selection, last; -1 if none
-    void selectRowIndexes(const std::vector<int> &rows,
-                          bool byExtendingSelection); ///< passes over rows that are not there
+    [[nodiscard]] std::vector<int> selectedRowIndexes() const { return selectedRows(); } ///< ascending
+    /// The one selected, or added to the selection, last; -1 if none.
+    [[nodiscard]] int selectedRow() const { return m_selectedRow; }
+    /// Passes over rows that are not there.
+    void selectRowIndexes(const std::vector<int> &rows, bool byExtendingSelection);
     void selectAllRows() { selectAll(); }
-    void deselectAll();
+    void deselectAll() { clearSelection(); }
     void scrollRowToVisible(int row);
 
     /// The row, which is where its cell is drawn; empty if there is no such row.
@@ -101,11 +101,8 @@ protected:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 
 private:
-    using RowRange = std::pair<int, int>; ///< first and last
-
-    void setUp();
     [[nodiscard]] int rowCount() const;
-    [[nodiscard]] const std::vector<RowRange> &selectedRanges() const;
+    [[nodiscard]] const std::vector<int> &selectedRows() const;
     void selectRows(const std::vector<int> &rows, bool byExtendingSelection);
     void setCurrentRow(int row);
     void moveByKey(QKeyEvent *event);
@@ -118,8 +115,7 @@ private:
     DropTarget *m_dropTarget = nullptr;
     QPointer<QMenu> m_menu;
     std::optional<QColor> m_backgroundColor;
-    mutable std::optional<std::vector<RowRange>>
-        m_selectedRanges; ///< ascending; nothing: to be asked for anew
+    mutable std::optional<std::vector<int>> m_selectedRows; ///< ascending; nothing: to be asked for anew
     int m_selectedRow = -1;
     bool m_reloading = false;
     bool m_dragHoldsFiles = false; ///< the drag that has come in last
