@@ -12,6 +12,7 @@
 #include <QDragLeaveEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QUrl>
 
@@ -95,6 +96,13 @@ public:
 
     /// The middle of a row, or of where it would be, in the viewport.
     [[nodiscard]] QPoint at(int row) const { return {200, 40 * row + 20}; }
+
+    /// What is on the screen, once all that waits to be painted has been.
+    [[nodiscard]] QImage onScreen()
+    {
+        QCoreApplication::processEvents();
+        return window.screen()->grabWindow(window.winId()).toImage();
+    }
 
     FileQueue queue;
     QWidget window;
