@@ -18,7 +18,7 @@ ChildProcess::ChildProcess(const QString &program, const QString &folder, const 
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([] {
         ::setpgid(0, 0);
-        // Its group is not the terminal's: a question there, or "stty tostop", would halt it for good.
+        // In the background of the terminal, reading there, or "stty tostop", would halt it for good.
         std::signal(SIGTTIN, SIG_IGN);
         std::signal(SIGTTOU, SIG_IGN);
     });
@@ -26,7 +26,7 @@ ChildProcess::ChildProcess(const QString &program, const QString &folder, const 
 
 bool ChildProcess::launch()
 {
-    m_process.start(QIODevice::ReadOnly); // forwarded all the same: nothing is read here
+    m_process.start(QIODevice::ReadOnly); // the channels are forwarded all the same
     return m_process.waitForStarted(-1);
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr QLatin1StringView mixedKinds("NO");
 
-/// The refusal of files of a kind that is never combined. "scene" is how the message reads.
+/// The refusal of files of a kind that is never combined.
 CombineAlert refusedKind(const QString &name)
 {
     return {QStringLiteral("Combine %1 files?").arg(name),
@@ -45,7 +45,7 @@ std::optional<CombineAlert> combineRefusal(const std::vector<QString> &entries)
         return CombineAlert{QStringLiteral("Combine different kinds of files?"),
                             QStringLiteral("No, please select only one kind of files at a time.")};
     }
-    // Only these spellings are refused: kinds are compared with their case here.
+    // Only these spellings are refused: unlike elsewhere, the case counts.
     for (const QLatin1StringView refused :
          {QLatin1StringView("html"), QLatin1StringView("phtml"), QLatin1StringView("php")}) {
         if (kind == refused)

@@ -32,18 +32,16 @@ struct CombineResult {
     enum class Outcome {
         Aborted,    ///< a file could not be read or was not valid; nothing may change, the queue neither
         Written,    ///< the target holds the combined text
-        WriteFailed ///< the texts are good, and the target is as it was; the queue changes as if it were
-                    ///< written
+        WriteFailed ///< the target is as it was, but the queue changes as if it had been written
     };
 
     Outcome outcome;
-    QString
-        errorText; ///< one line that names the file, and the byte if it was reading that failed; else empty
+    QString errorText; ///< one line that names the file, and the byte if reading failed; else empty
 };
 
-/// Writes the texts of `paths`, each followed by one line feed, to `target`, which may be one of them. Read
-/// and written in `encoding`; a leading "~" of the paths is expanded. The target is replaced as a whole at
-/// the end, or not at all; where there are no paths, a target that exists is not replaced.
+/// Writes the texts of `paths`, each followed by one line feed, to `target`, which may be one of them; they
+/// are read and written in `encoding`, and a leading "~" is expanded. The target is replaced as a whole at
+/// the end, or not at all. Without paths, an existing target is kept.
 [[nodiscard]] CombineResult combine(const std::vector<QString> &paths, const QString &target,
                                     TextEncoding encoding);
 

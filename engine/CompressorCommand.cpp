@@ -16,7 +16,7 @@ namespace {
 
 SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
 {
-    // Read once: a switch that the user turns between two readings would be neither on nor off.
+    // Read once, as the user may turn the switch at any moment.
     const QJsonValue value = settings.objectForKey(key);
     if (!value.isBool())
         return SwitchState::Undecided;
@@ -120,7 +120,7 @@ bool isDangerousPattern(const QString &entry, const QString &output)
         return std::ranges::any_of(text, [signs](QChar sign) { return signs.contains(sign); });
     };
     const qsizetype colon = output.indexOf(u':');
-    // A "." may stand for any sign, and is in too many paths: the entry is kept safe all the same.
+    // "." is a pattern too, but in nearly every path; the entry is kept safe in that case.
     return holdsAny(QStringView(output).first(colon), u"\\^$|?*+()[]{}") ||
            holdsAny(QStringView(output).sliced(colon), u"$\\");
 }

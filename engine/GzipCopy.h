@@ -19,14 +19,13 @@ struct GzipStep {
     bool operator==(const GzipStep &) const = default;
 };
 
-/// The four steps, in their order, that leave `output` as it is and its compressed copy beside it, by way of
-/// a temporary copy. Without an output path each list ends where that is missing.
+/// The four steps that make a compressed copy of `output` and leave `output` itself as it was, by way of a
+/// temporary copy. Without an output path each list ends where that would stand.
 ///
-/// gzip -S SUFFIX takes off just SUFFIX (gzip(1)); given without a dot, it leaves the dot, which mv takes
-/// off.
+/// gzip -S SUFFIX (gzip(1)) removes just SUFFIX and leaves the dot before it, which is what mv is for.
 [[nodiscard]] std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output);
 
-/// Runs the steps one after the other, whatever becomes of each; none is begun after a stop at once.
+/// Runs the steps one after the other, even if some fail; a stop at once ends the sequence.
 void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop);
 
 } // namespace brevant

@@ -18,17 +18,17 @@ namespace brevant {
 namespace {
 
 constexpr QChar byteOrderMark(QChar::ByteOrderMark);
-constexpr std::size_t pieceSize = 8192; ///< what one call of a converter gives at most
+constexpr std::size_t pieceSize = 8192; // of the output of one conversion call
 
 struct NamedEncoding {
     QLatin1StringView choice; ///< as the setting holds it
     TextEncoding encoding;
-    const char *converter; ///< the table of ICU's
+    const char *converter; ///< its name in ICU
     QLatin1StringView name;
 };
 
-// In the order of the enumeration. What files in GBK, Big5 and Shift JIS hold is what the code pages 936, 950
-// and 932 define, so those tables are taken.
+// In the order of the enumeration. Files in GBK, Big5 and Shift JIS really use the code pages 936, 950 and
+// 932.
 constexpr std::array<NamedEncoding, 9> encodings{{
     {QLatin1StringView("utf-8"), TextEncoding::Utf8, "UTF-8", QLatin1StringView("UTF-8")},
     {QLatin1StringView("gb2312"), TextEncoding::Gb2312, "ibm-1383_P110-1999",
@@ -51,8 +51,7 @@ const NamedEncoding &entryOf(TextEncoding encoding)
     return encodings[static_cast<std::size_t>(encoding)];
 }
 
-/// A shift that is followed by another one at once carries no text and is allowed; all else stops the
-/// converter.
+/// Two shifts in a row carry no text and are allowed; anything else stops the converter.
 void stopDecoding(const void *, UConverterToUnicodeArgs *, const char *, int32_t,
                   UConverterCallbackReason reason, UErrorCode *status)
 {
@@ -60,7 +59,7 @@ void stopDecoding(const void *, UConverterToUnicodeArgs *, const char *, int32_t
         *status = U_ZERO_ERROR;
 }
 
-/// The callback of ICU's own that stops lets invisible characters fall through the cracks; this one does not.
+/// Unlike the stop callback of ICU, this one does not skip default-ignorable characters.
 void stopEncoding(const void *, UConverterFromUnicodeArgs *, const char16_t *, int32_t, UChar32,
                   UConverterCallbackReason, UErrorCode *)
 {
@@ -77,8 +76,8 @@ UConverter *openConverter(TextEncoding encoding)
     return converter;
 }
 
-/// The tables take more than the encodings have: vendors' own characters, single bytes that begin none. A
-/// text with such bytes is not valid.
+/// What ICU's table accepts and the encoding does not have: vendor characters and stray single bytes. Texts
+/// that contain them are not valid. Null if there are none.
 USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
 {
     using namespace std::string_view_literals;
@@ -110,7 +109,7 @@ USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
     case TextEncoding::Big5Hkscs:
         return set({{0xEEB8, 0xF12B}}); // 8140 to 84FE
     case TextEncoding::Iso2022Jp: {
-        // Half-width kana and some kanji are read and could not be written again.
+        // Half-width kana and some kanji can be read, but not written.
         USet *characters = uset_openEmpty();
         UErrorCode status = U_ZERO_ERROR;
         ucnv_getUnicodeSet(converter, characters, UCNV_ROUNDTRIP_SET, &status);
@@ -148,7 +147,7 @@ Utf8Prefix validUtf8Prefix(QByteArrayView bytes)
     const auto *const data = reinterpret_cast<const std::uint8_t *>(bytes.data());
     qsizetype whole = bytes.size();
     U8_TRUNCATE_IF_INCOMPLETE(data, 0, whole);
-    if (bytes.first(whole).isValidUtf8()) // much faster than to go from one character to the next
+    if (bytes.first(whole).isValidUtf8()) // much faster than going character by character
         return {whole, whole < bytes.size()};
     qsizetype good = 0;
     UChar32 character = 0;

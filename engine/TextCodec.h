@@ -19,8 +19,8 @@ namespace brevant {
 /// A character set in which texts are read and written.
 enum class TextEncoding { Utf8, Gb2312, Gbk, Gb18030, Big5, Big5Hkscs, ShiftJis, Iso2022Jp, Iso2022Kr };
 
-/// The character set that a stored choice stands for, by exact equality. UTF-8 for no choice and for every
-/// name that has no character set here, "iso-8859-1" and "iso-8859-15" among them.
+/// The character set of a stored choice, compared exactly. UTF-8 for no choice and for all other names,
+/// "iso-8859-1" and "iso-8859-15" among them.
 [[nodiscard]] TextEncoding textEncodingNamed(const std::optional<QString> &name);
 
 /// The name of the character set, for messages.
@@ -30,17 +30,16 @@ enum class TextEncoding { Utf8, Gb2312, Gbk, Gb18030, Big5, Big5Hkscs, ShiftJis,
 struct TextFault {
     enum class Kind { Invalid, Truncated };
 
-    qint64 position; ///< of the first byte of the bad sequence, counted from 0 at the start of the text
+    qint64 position; ///< of the first byte of the bad sequence, counted from 0
     Kind kind;
 
     bool operator==(const TextFault &) const = default;
 };
 
-/// How far UTF-8 bytes are good.
+/// How far bytes are valid UTF-8.
 struct Utf8Prefix {
-    qsizetype size;  ///< of the longest beginning that is whole valid characters
-    bool unfinished; ///< whether what follows is the beginning of a character that the end of the bytes cuts
-                     ///< off
+    qsizetype size;  ///< of the whole, valid characters at the beginning
+    bool unfinished; ///< whether all that follows is a character cut off by the end of the bytes
 
     bool operator==(const Utf8Prefix &) const = default;
 };
@@ -51,7 +50,7 @@ struct Utf8Prefix {
 /// Turns the bytes of a text into characters, up to the first byte that is not valid. A byte-order mark at
 /// the start is dropped.
 ///
-/// The bytes are taken as a whole: cut into pieces, ICU loses count of where a bad sequence began.
+/// It needs the bytes as a whole, because ICU loses track of where a bad sequence began in an earlier piece.
 class TextDecoder final {
 public:
     explicit TextDecoder(TextEncoding encoding);
@@ -60,14 +59,13 @@ public:
     TextDecoder(const TextDecoder &) = delete;
     TextDecoder &operator=(const TextDecoder &) = delete;
 
-    /// Gives `take` the characters piece by piece, up to the first byte that is not valid; what is wrong with
-    /// that, if there is one.
+    /// Passes the characters on to `take`, piece by piece; returns the fault that ended the text, if any.
     [[nodiscard]] std::optional<TextFault> decode(QByteArrayView bytes,
                                                   const std::function<void(QStringView)> &take);
 
 private:
     std::unique_ptr<UConverter, void (*)(UConverter *)> m_converter;
-    /// What the converter takes and the encoding has not; or null.
+    /// The characters that the converter knows and the encoding does not; or null.
     std::unique_ptr<USet, void (*)(USet *)> m_foreign;
     std::vector<char16_t> m_units;
     std::vector<int32_t> m_offsets; ///< of the bytes that the units came from
@@ -82,8 +80,8 @@ public:
     TextEncoder(const TextEncoder &) = delete;
     TextEncoder &operator=(const TextEncoder &) = delete;
 
-    /// Appends the bytes of `text` to `bytes`; `last` ends the text and writes the closing shift, if one is
-    /// due. False if the encoding cannot hold one of the characters, and then nothing may follow.
+    /// Appends the encoded `text` to `bytes`; `last` ends the text, with the closing shift if one is due.
+    /// False if a character cannot be encoded; nothing may follow then.
     [[nodiscard]] bool encode(QStringView text, bool last, QByteArray &bytes);
 
 private:

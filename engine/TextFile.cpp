@@ -46,7 +46,7 @@ std::optional<TextFileError> TextFile::appendFile(const QString &path)
                                             : appendDecoded(path, file.number());
 }
 
-/// UTF-8 stays as it is and is only checked.
+/// UTF-8 is only checked and copied.
 std::optional<TextFileError> TextFile::appendUtf8(const QString &path, int file)
 {
     for (qint64 position = 0;;) {
@@ -66,7 +66,7 @@ std::optional<TextFileError> TextFile::appendUtf8(const QString &path, int file)
         flush();
         if (last)
             return std::nullopt;
-        position += good.size; // what the end has cut off is read once more
+        position += good.size; // a character that was cut off is read again
     }
 }
 

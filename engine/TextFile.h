@@ -12,33 +12,32 @@
 
 namespace brevant {
 
-/// Why a file gave no text.
+/// Why the text of a file could not be read.
 struct TextFileError {
     QString path;
     qint64 position; ///< of the byte, counted from 0, at which reading stopped
     QString reason;
 
-    /// All of it in one line.
+    /// In one line, without control characters.
     [[nodiscard]] QString message() const;
 };
 
-/// A text file put together in a named encoding, which takes its place as a whole when it is committed.
+/// Builds a text file from other texts and replaces the target as a whole on commit(); without it, nothing
+/// changes.
 ///
-/// At most one file is in memory at a time, and in UTF-8 only a part of it. What cannot be written shows at
-/// the end: the texts that are appended are read and checked all the same. A writer that is dropped has
-/// changed nothing.
+/// At most one file is in memory at a time, and of UTF-8 only a part. Write failures are reported at the end;
+/// the texts that follow are still read and checked.
 class TextFile final {
 public:
     TextFile(const QString &path, TextEncoding encoding);
 
     void append(QStringView text);
 
-    /// Appends the whole text of the regular file `path`, which is read in the same encoding; a byte-order
-    /// mark at its start is not text. After an error the text so far is incomplete and must not be committed.
+    /// Appends the text of the regular file `path`, in the same encoding and without a byte-order mark. After
+    /// an error the text is incomplete and must not be committed.
     [[nodiscard]] std::optional<TextFileError> appendFile(const QString &path);
 
-    /// Replaces the file atomically and durably; a symbolic link is followed and an existing file's mode
-    /// kept. Returns the reason of a failure, which leaves the old file, or an empty text.
+    /// Replaces the target, as DurableFile does. Returns the reason of a failure, or an empty text.
     [[nodiscard]] QString commit();
 
 private:

@@ -7,21 +7,21 @@
 
 namespace brevant {
 
-/// The outside programs of a run and where they are, and where safety copies go meanwhile.
+/// Where the external programs of a run are, and where its safety copies go.
 struct Tools {
     /// The Java runtime; always this one, whatever the search path says.
     QString java = QStringLiteral("/usr/bin/java");
 
-    /// Where the compressors lie: their working folder too.
+    /// The folder of the compressors, which is their working folder too.
     QString folder;
 
-    /// The folders for safety copies of sources, the best first; empty for none at all, which only a
-    /// measurement wants.
+    /// The folders for safety copies, the best first. Empty for no copies at all, which only measurements
+    /// want.
     QStringList originals = standardOriginals();
 
-    /// `$XDG_STATE_HOME/brevant/originals`, where ~/.local/state stands in for a variable that is not set or
-    /// whose path does not begin at the root (XDG Base Directory Specification 0.8); then, for a home that
-    /// takes no files, a folder among the temporary ones.
+    /// `$XDG_STATE_HOME/brevant/originals`, with ~/.local/state for a variable that is unset or relative (XDG
+    /// Base Directory Specification 0.8), then one in the temporary folder, for a home that cannot be
+    /// written.
     [[nodiscard]] static QStringList standardOriginals();
 
     /// The tools in `lib` of a resource folder.
@@ -31,12 +31,12 @@ struct Tools {
     [[nodiscard]] static QString yuiCompressor();
     [[nodiscard]] static QString htmlCompressor();
 
-    /// What a run cannot do without and that is not there, with what to do about it; empty if all is well.
+    /// What is missing for a run, and what to do about it; empty if nothing is.
     [[nodiscard]] QString missing() const;
 };
 
-/// The application's resource folder, found from the place of the running program: `resources` beside it in a
-/// build folder, `share/brevant` below the same prefix when installed.
+/// The resource folder of the running program: `resources` beside it in a build folder, `share/brevant` below
+/// the same prefix when installed.
 [[nodiscard]] QString findResourceFolder();
 
 } // namespace brevant

@@ -18,7 +18,7 @@ Descriptor openRegularFile(const QByteArray &path)
     if (::stat(path.constData(), &status) != 0)
         return Descriptor();
     if (S_ISREG(status.st_mode)) {
-        // Something else may have taken its place a moment ago.
+        // It may have been replaced since.
         Descriptor file = openFile(path, O_RDONLY);
         if (!file.isOpen() || (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode)))
             return file;
@@ -34,7 +34,7 @@ bool flushFile(int file)
 
 void openClosedStandardStreams()
 {
-    // The lowest free number is the one taken.
+    // open(2) takes the lowest free number.
     int opened = STDIN_FILENO;
     while (opened >= 0 && opened <= STDERR_FILENO)
         opened = uninterrupted([] { return ::open("/dev/null", O_RDWR); });

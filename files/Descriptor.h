@@ -22,7 +22,7 @@ auto uninterrupted(Call call)
     return result;
 }
 
-/// Undoes what happens to errno while it lives: for cleaning up after a failure.
+/// Restores errno when it goes out of scope, so that cleaning up after a failure does not hide its reason.
 class ErrnoKeeper final {
 public:
     ErrnoKeeper() = default;
@@ -34,7 +34,7 @@ private:
     const int m_error = errno;
 };
 
-/// An open file, closed with its owner.
+/// Owns an open file.
 class Descriptor final {
 public:
     explicit Descriptor(int number = -1) : m_number(number) {}
@@ -59,20 +59,20 @@ private:
     int m_number;
 };
 
-/// Opens a file that children do not inherit; a relative path counts from the open `folder`. It never waits,
-/// as a pipe would make it, and takes no terminal. Closed, with errno set, on failure.
+/// Opens a file that child processes do not inherit. A relative path counts from the open `folder`. Never
+/// blocks, not even on a pipe. Closed, with errno set, on failure.
 [[nodiscard]] Descriptor openFile(const QByteArray &path, int flags, mode_t mode = 0600,
                                   int folder = AT_FDCWD);
 
-/// Opens a regular file for reading. Nothing else is opened, as a device may act on that. Closed on failure,
-/// with errno set, which is EINVAL where the file is none.
+/// Opens a regular file for reading, and nothing else, as opening a device may have effects. Closed, with
+/// errno set, on failure; EINVAL stands for a file that is not regular.
 [[nodiscard]] Descriptor openRegularFile(const QByteArray &path);
 
 /// Waits until content and attributes of an open file are on the disk; false, with errno set, on failure.
 [[nodiscard]] bool flushFile(int file);
 
-/// Opens /dev/null for each of standard input, output and error that is closed: to be called first of all.
-/// Else the next file opened would take its place, and what a child process prints would go into that.
+/// Opens /dev/null for each of standard input, output and error that is closed. To be called before anything
+/// else: the next file opened would take the free number, and the output of child processes end up in it.
 void openClosedStandardStreams();
 
 } // namespace brevant

@@ -28,14 +28,14 @@ bool DurableFile::open()
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         return false;
     }
-    if (!exists && errno != ENOENT) // links in a circle, for one: not to be mistaken for a name that is free
+    if (!exists && errno != ENOENT) // such as a loop of links, which is no free name
         return false;
-    // A new file gets 0666 less the umask, a replaced one its own mode below.
+    // The umask applies to a new file; an existing one gets its own mode back below.
     const mode_t mode = exists ? 0600 : 0666;
-    // A file without a name leaves nothing behind when the program is killed. It is named by way of /proc.
+    // An unnamed file leaves nothing behind when the program is killed. Naming it needs /proc.
     if (::access("/proc/self/fd", X_OK) == 0)
         m_file = openFile(folderOf(m_target), O_WRONLY | O_TMPFILE, mode);
-    // Not every file system can do that.
+    // Not every file system supports that.
     if (!m_file.isOpen()) {
         m_temporary = makeBeside(m_target, [&](const QByteArray &name) {
             m_file = openFile(name, O_WRONLY | O_CREAT | O_EXCL, mode);
@@ -43,7 +43,7 @@ bool DurableFile::open()
         });
     }
     if (m_file.isOpen() && exists) {
-        // Another owner can be given by root only; anybody else keeps the mode at least.
+        // Only root may change the owner; anybody else keeps the mode at least.
         [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
         return ::fchmod(m_file.number(), old.st_mode & 07777) == 0;
     }
@@ -71,7 +71,7 @@ bool DurableFile::commit()
 {
     if (!flush())
         return false;
-    // Named and renamed at once, so that hardly a moment is left in which a killed program leaves it behind.
+    // Naming and renaming follow each other at once: a program killed in between leaves the file behind.
     const bool isInPlace =
         m_temporary.isEmpty()
             ? makeInPlaceOf(m_target,
@@ -80,7 +80,7 @@ bool DurableFile::commit()
     if (!isInPlace)
         return fail();
     m_temporary.clear();
-    // The new file is complete and in its place; that the folder could not be flushed changes nothing of it.
+    // The new file is complete and in place even if its folder cannot be flushed.
     static_cast<void>(flushFolder(folderOf(m_target)));
     discard();
     return true;

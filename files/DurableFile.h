@@ -9,19 +9,18 @@
 
 namespace brevant {
 
-/// Replaces one file as a whole, so that a reader, a fault or a power cut ever sees the old file or the
-/// complete new one.
+/// Replaces a file as a whole: readers, and whoever looks after a crash or a power cut, find either the old
+/// file or the complete new one.
 ///
-/// The bytes go to a file without a name in the same folder, or one with a temporary name where the file
-/// system has no such thing. It is flushed to the disk and then put into the target's place; the folder is
-/// flushed too. A program that is killed meanwhile leaves no file behind, but for the moment between naming
-/// it and putting it into place. A symbolic link is followed: what it points at is replaced. The
-/// target keeps its mode and, where the process may set it, its owner; a new file gets the usual mode.
+/// The bytes go to an unnamed file in the same folder (or to one with a temporary name where the file system
+/// has no O_TMPFILE), which is flushed and then renamed over the target; the folder is flushed too. A program
+/// that is killed leaves nothing behind, except between naming and renaming. Symbolic links are followed. The
+/// target keeps its mode and, if the process may set it, its owner.
 class DurableFile final {
 public:
     explicit DurableFile(const QString &path);
 
-    /// Drops what has been written and not committed.
+    /// Drops what has not been committed.
     ~DurableFile();
 
     DurableFile(const DurableFile &) = delete;
@@ -30,17 +29,16 @@ public:
     /// Appends `bytes` to the temporary file, which the first call makes. False on failure.
     [[nodiscard]] bool write(QByteArrayView bytes);
 
-    /// Waits until what has been written is on the disk, which commit() then need not do. False on failure.
+    /// Flushes what has been written to the disk ahead of commit(). False on failure.
     [[nodiscard]] bool flush();
 
-    /// Puts what has been written into the target's place. False on failure, and then the target is as it
-    /// was.
+    /// Replaces the target. False on failure, which leaves the target as it was.
     [[nodiscard]] bool commit();
 
     /// Why the last call failed, in words.
     [[nodiscard]] const QString &errorText() const { return m_errorText; }
 
-    /// Writes a whole file in one step. Returns the reason of a failure, or an empty text.
+    /// Replaces a file in one call. Returns the reason of a failure, or an empty text.
     [[nodiscard]] static QString replace(const QString &path, QByteArrayView bytes);
 
 private:

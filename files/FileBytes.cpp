@@ -28,12 +28,12 @@ bool share(int source, off_t sourceOffset, int target, off_t targetOffset, qint6
         return false;
     if (::ioctl(target, FICLONERANGE, &range) == 0)
         return true;
-    // A last block that is not full can be shared at the target's end alone.
+    // A partial last block can only be shared if it becomes the end of the target.
     return errno == EINVAL && ::ftruncate(target, targetOffset) == 0 &&
            ::ioctl(target, FICLONERANGE, &range) == 0;
 }
 
-/// Copies within the kernel for as long as that works; the bytes copied.
+/// Copies inside the kernel as far as that works; returns the number of bytes copied.
 qint64 copyInKernel(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)
 {
     qint64 copied = 0;
@@ -122,7 +122,7 @@ std::optional<qint64> copy(int source, off_t sourceOffset, int target, off_t tar
 {
     if (share(source, sourceOffset, target, targetOffset, size))
         return size;
-    // Some file systems copy nothing, or stop early, and say that all is well: reading tells.
+    // Some file systems report success and copy nothing or too little; the loop below notices.
     qint64 copied = copyInKernel(source, sourceOffset, target, targetOffset, size);
     while (copied < size) {
         const std::optional<QByteArray> chunk =

@@ -7,20 +7,20 @@
 
 #include <optional>
 
-/// What files are told apart by, as the disk has it when it is asked: other spellings of a path and links do
-/// not matter.
+/// Marks by which two paths are recognised as the same file, however they are spelt and through links. The
+/// disk is asked each time.
 namespace brevant::FileMarks {
 
-/// The folder that there is and the name in it, whether there is such a file or not.
+/// The folder by device and inode, and the name in it. The file need not exist.
 [[nodiscard]] QString ofPlace(const QString &path);
 
-/// The file itself, which may have other names; nothing if there is none.
+/// The file itself, by device and inode; nothing if it does not exist.
 [[nodiscard]] std::optional<QString> ofFile(const QString &path);
 
 [[nodiscard]] QString ofFile(quint64 device, quint64 inode);
 
-/// Both, as far as they are there, and the place at the end of links: paths lead to the same file if they
-/// have one of these in common.
+/// All marks of a path: its place, the place at the end of its links, and the file. Two paths lead to the
+/// same file if they share one of them.
 [[nodiscard]] QStringList all(const QString &path);
 
 } // namespace brevant::FileMarks

@@ -59,7 +59,7 @@ bool flushFolder(const QByteArray &path)
 
 bool flushOpenFolder(int folder)
 {
-    // Some network file systems flush no folder, and need none flushed.
+    // Some network file systems cannot flush a folder, and need not.
     return flushFile(folder) || errno == EINVAL;
 }
 
@@ -106,7 +106,7 @@ bool renameToFree(const QByteArray &from, const QByteArray &to)
         return true;
     if (errno == EEXIST)
         return false;
-    // Network file systems refuse that, and some have no second names either.
+    // Network file systems refuse that, and some know no hard links either.
     if (::link(from.constData(), to.constData()) == 0) {
         ::unlink(from.constData());
         return true;

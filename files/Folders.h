@@ -6,7 +6,7 @@
 
 #include <functional>
 
-/// Names in folders. Paths are bytes, as the system has them; each function that can fail sets errno.
+/// Folders, links and names on the disk. Paths are bytes, as the system has them. Failures set errno.
 namespace brevant {
 
 /// "/w/a.css" gives "/w", "/a.css" gives "/", "a.css" gives ".".
@@ -15,33 +15,33 @@ namespace brevant {
 /// The path at the end of a chain of symbolic links; the file itself need not exist.
 [[nodiscard]] QByteArray linkTarget(QByteArray path);
 
-/// Makes a folder, with those above it, where it is missing: for their owner alone, as the XDG Base Directory
-/// Specification 0.8 has it. False on failure.
+/// Makes a folder and its parents if they are missing, accessible to their owner alone, as the XDG Base
+/// Directory Specification 0.8 demands. False on failure.
 [[nodiscard]] bool makeFolders(const QByteArray &path);
 
-/// Waits until the names in the folder are on the disk; false on failure.
+/// Flushes the names in a folder to the disk; false on failure.
 [[nodiscard]] bool flushFolder(const QByteArray &path);
 [[nodiscard]] bool flushOpenFolder(int folder);
 
-/// A name that nothing is likely to have.
+/// A name that is most likely unused.
 [[nodiscard]] QByteArray randomName();
 
-/// Calls `make` with paths of hidden files in the folder of `path` until one is free, which is when it does
-/// not fail with EEXIST. The path made; empty, with errno set, on failure.
+/// Calls `make` with the paths of hidden files beside `path` until it does not fail with EEXIST. Returns the
+/// path made, or an empty one on failure.
 [[nodiscard]] QByteArray makeBeside(const QByteArray &path,
                                     const std::function<bool(const QByteArray &)> &make);
 
-/// The same, and gives what was made the name `path`, whatever has that. False, with nothing left, on
-/// failure.
+/// Makes a file as makeBeside() does and renames it to `path`, replacing what is there. A failure leaves
+/// nothing behind.
 [[nodiscard]] bool makeInPlaceOf(const QByteArray &path, const std::function<bool(const QByteArray &)> &make);
 
-/// The path of an open file that has other names, or none left; proc(5).
+/// A path to an open file that works under whatever name it has, or without one; proc(5).
 [[nodiscard]] QByteArray pathOfOpen(int file);
 
-/// Gives an open file that name too, which nothing may have; false, with errno set, on failure.
+/// Gives an open file one more name; false if that is taken, or on another failure.
 [[nodiscard]] bool linkOpenFile(int file, const QByteArray &path);
 
-/// Renames a file to a name that nothing has; false, with EEXIST, where something has it.
+/// Renames a file and replaces nothing: false, with EEXIST, if `to` is taken.
 [[nodiscard]] bool renameToFree(const QByteArray &from, const QByteArray &to);
 
 } // namespace brevant

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringView>
 
-/// The one place that cuts and joins paths. A path is a text and stays as it is: nothing is normalised, no
-/// "~" is expanded, the disk is never asked. A "/" at the end is not part of the last component. A name that
+/// Cuts and joins paths as texts: nothing is normalised, no "~" is expanded unless asked for, the disk is
+/// never asked. A "/" at the end is not part of the last component. A name that
 /// begins with "." and has no other "." has no extension.
 namespace brevant::PathString {
 
@@ -17,7 +17,7 @@ namespace brevant::PathString {
 /// What follows the last "." of the last component, without the dot; empty if there is none.
 [[nodiscard]] QStringView extension(QStringView path);
 
-/// Whether that is its extension, the case of A to Z ignored. Other letters have none here.
+/// Whether `wanted` is its extension, ignoring the case of A to Z only.
 [[nodiscard]] bool hasExtension(QStringView path, QStringView wanted);
 
 /// The path without its extension and the dot before it: "/w/site.min.css" gives "/w/site.min".
@@ -26,21 +26,21 @@ namespace brevant::PathString {
 /// The path without its last component: "/w/a.css" gives "/w", "/a.css" gives "/", "a.css" gives "".
 [[nodiscard]] QStringView folder(QStringView path);
 
-/// The two with exactly one separator between them.
+/// Both with exactly one separator in between.
 [[nodiscard]] QString join(QStringView folder, QStringView name);
 
-/// The path with "." and the extension behind it: "/w/a.css" and "gz" give "/w/a.css.gz".
+/// The path with "." and the extension appended: "/w/a.css" and "gz" give "/w/a.css.gz".
 [[nodiscard]] QString withExtension(QStringView path, QStringView extension);
 
 /// The path as it is if it begins at the root; else joined to the working folder, without "." at its start.
 [[nodiscard]] QString absolute(const QString &path);
 
-/// The path with a leading "~", or "~name", replaced by the home folder of the user, or of the one of that
-/// name. The path as it is if there is nobody of that name.
+/// The path with a leading "~" or "~name" replaced by the home folder of the user, or of the user of that
+/// name; unchanged if there is no such user.
 [[nodiscard]] QString expandTilde(const QString &path);
 
-/// The text of a name, or a path, that the system gave. Unlike QFile::decodeName it keeps U+FEFF at the
-/// beginning, where that takes it for a mark of the byte order.
+/// The text of a name or path from the system. Unlike QFile::decodeName it keeps U+FEFF at the beginning,
+/// which that takes for a byte-order mark.
 [[nodiscard]] QString decoded(const QByteArray &name);
 
 } // namespace brevant::PathString

@@ -22,15 +22,15 @@ namespace {
 constexpr mode_t ownerOnly = 0700;
 constexpr mode_t others = 077;
 
-/// Another name of the file could lie where others may write.
+/// A second name of the file could lie where others may write, so there may be none.
 bool isOurs(const struct stat &file)
 {
     return S_ISREG(file.st_mode) && file.st_uid == ::geteuid() && (file.st_mode & others) == 0 &&
            file.st_nlink == 1;
 }
 
-/// What is locked for a name is one byte, chosen by it, of a file of our own: a source may be missing for a
-/// moment, and some file systems let nobody write to what is locked.
+/// A name is locked by way of one byte, chosen by its hash, of a file of ours: the source itself may be
+/// missing for a moment, and on some file systems nobody could write to it while it is locked.
 struct flock byteOf(QByteArrayView name, short type)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);

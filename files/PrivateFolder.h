@@ -18,12 +18,12 @@
 
 namespace brevant {
 
-/// A folder held open, for files that decide what is written elsewhere: only what belongs to this user and is
-/// closed to all others counts in it.
+/// A folder, held open, whose files decide what is written elsewhere: only files that belong to this user and
+/// are closed to all others are used.
 class PrivateFolder final {
 public:
-    /// Opens the folder if it is there, and with `make`, makes it first where it is missing, durably, with
-    /// those above it. Nothing, with the reason in `error`, on failure; without a reason if it is not there.
+    /// Opens the folder; with `make`, a missing one is made first, durably, with its parents. Nothing on
+    /// failure, with the reason in `error`, which stays empty if the folder does not exist.
     [[nodiscard]] static std::optional<PrivateFolder> open(const QString &path, QString &error,
                                                            bool make = false);
 
@@ -33,11 +33,11 @@ public:
         return PathString::join(m_path, PathString::decoded(name));
     }
 
-    /// Makes a file that is open for reading and writing; closed, with errno set, on failure.
+    /// Makes a file, open for reading and writing; closed, with errno set, on failure.
     [[nodiscard]] Descriptor makeFile(const QByteArray &name) const;
 
-    /// Opens a file that is there, for reading at least; closed, with errno set (EPERM where it might be
-    /// somebody else's), on failure.
+    /// Opens an existing file, for reading at least; closed, with errno set, on failure, which is EPERM for a
+    /// file that might be somebody else's.
     [[nodiscard]] Descriptor openFile(const QByteArray &name) const;
 
     /// False, with errno set, on failure.
@@ -50,25 +50,25 @@ public:
         return ::renameat(m_folder.number(), from.constData(), m_folder.number(), to.constData()) == 0;
     }
 
-    /// Waits until the names in the folder are on the disk; false, with errno set, on failure.
+    /// Flushes the names in the folder to the disk; false, with errno set, on failure.
     [[nodiscard]] bool flush() const { return flushOpenFolder(m_folder.number()); }
 
-    /// The names that end so, in order.
+    /// The names with that ending, sorted.
     [[nodiscard]] std::vector<QByteArray> namesEndingIn(const QByteArray &suffix) const;
 
-    /// Copies `size` bytes of an open file, from `offset` on, to a new file that stays for the user; its name
-    /// ends with that in `path`, as far as it fits. Its path, or nothing, with errno set, on failure.
+    /// Copies `size` bytes of an open file, from `offset` on, to a new file for the user, named after the
+    /// file at `path`. Returns its path, or nothing, with errno set, on failure.
     [[nodiscard]] std::optional<QString> keep(int file, off_t offset, qint64 size,
                                               const QByteArray &path) const;
 
     enum class Lock {
         Held,
-        InUse,   ///< somebody else holds it
-        Refused, ///< no locks are to be had here
+        InUse,   ///< held by somebody else
+        Refused, ///< the file system offers no locks
     };
 
-    /// Locks a name of no file, for as long as this object lives, or a child that has inherited it. Each
-    /// object opened on the folder has locks of its own.
+    /// Locks a name, which need not be that of a file, for as long as this object or a child that inherited
+    /// the locks lives. Each object has locks of its own, even on the same folder.
     [[nodiscard]] Lock tryLock(QByteArrayView name);
     void unlock(QByteArrayView name);
 

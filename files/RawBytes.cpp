@@ -12,18 +12,18 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr char16_t base = 0xdc00; // where the trailing surrogates begin
+constexpr char16_t base = 0xdc00; // the first low surrogate
 constexpr qsizetype longestSequence = 4;
 
-/// Gives `onText` and `onByte` the parts of a text in turn.
+/// Passes the valid parts of a text and its raw bytes on, in order.
 template <typename OnText, typename OnByte>
 void split(QStringView text, OnText onText, OnByte onByte)
 {
-    qsizetype from = 0; // of the text not yet given
+    qsizetype from = 0;
     for (qsizetype at = 0; at < text.size(); ++at) {
         const char16_t code = text[at].unicode();
         if (text[at].isHighSurrogate()) {
-            ++at; // and the one that belongs to it
+            ++at; // a pair
         } else if (code >= base + 0x80 && code <= base + 0xff) {
             onText(text.sliced(from, at - from));
             onByte(static_cast<unsigned char>(code - base));
@@ -88,7 +88,7 @@ bool isPrintable(QChar character)
     }
     const char16_t code = character.unicode();
     return code != 0x061c && code != 0x200e && code != 0x200f && !(code >= 0x202a && code <= 0x202e) &&
-           !(code >= 0x2066 && code <= 0x206f); // the Unicode standard, "Bidi_Control" and those beside them
+           !(code >= 0x2066 && code <= 0x206f); // Bidi_Control and their neighbours
 }
 
 QString printable(const QString &text)

@@ -45,7 +45,7 @@ bool isPath(const QByteArray &bytes)
     return bytes.startsWith('/') && !bytes.contains('\0');
 }
 
-/// The record, if it may be one.
+/// The record, if it can be one.
 std::optional<OriginalRecord> checked(OriginalRecord record)
 {
     record.mode &= permissions;
@@ -53,7 +53,8 @@ std::optional<OriginalRecord> checked(OriginalRecord record)
     return isValid ? std::optional(std::move(record)) : std::nullopt;
 }
 
-/// Gives `visit` each field with its name, but the extended attributes; in the order of version 1.0.0.
+/// Calls `visit` with name and value of each field except the extended attributes, in the order of version
+/// 1.0.0.
 template <typename Record, typename Visit>
 void forEachField(Record &record, Visit visit)
 {
@@ -78,7 +79,7 @@ QJsonValue toJson(Number number)
     return static_cast<qint64>(number);
 }
 
-// Paths and values of attributes need not be texts.
+// Paths and attributes need not be valid texts.
 QJsonValue toJson(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes.toPercentEncoding("/"));
@@ -106,7 +107,7 @@ void readJson(const QJsonValue &value, timespec &time)
     time.tv_nsec = value[1].toInteger();
 }
 
-// Version 1.0.0 wrote these bytes, the length of the rest in four bytes, its SHA-256, and the rest.
+// Version 1.0.0 wrote this, the length of the rest in four bytes, its SHA-256, and the rest.
 constexpr QByteArrayView oldSignature("BVORIG1\n");
 
 QDataStream &operator>>(QDataStream &stream, timespec &time)
@@ -137,7 +138,7 @@ std::optional<OriginalRecord> fromOldBytes(QByteArrayView bytes)
     return isWhole ? checked(std::move(record)) : std::nullopt;
 }
 
-/// The extended attributes of an open file that can be read.
+/// The readable extended attributes of an open file.
 std::map<QByteArray, QByteArray> attributesOf(int file)
 {
     std::map<QByteArray, QByteArray> attributes;
@@ -194,7 +195,7 @@ QByteArray OriginalRecord::toBytes() const
 {
     QJsonObject object;
     forEachField(*this, [&](QLatin1StringView name, const auto &value) { object[name] = toJson(value); });
-    object["sha256"_L1] = QString::fromLatin1(hash.toHex()); // for people
+    object["sha256"_L1] = QString::fromLatin1(hash.toHex()); // legible
     QJsonObject values;
     for (const auto &[name, value] : attributes)
         values[QString::fromUtf8(name)] = toJson(value);
@@ -227,7 +228,7 @@ std::optional<OriginalRecord> OriginalRecord::fromBytes(QByteArrayView bytes)
 QString OriginalRecord::restoreOn(int target, bool times) const
 {
     QStringList lacks;
-    QString reason; // of the first
+    QString reason; // of the first failure
     const auto restored = [&](const QString &what, bool isDone) {
         if (isDone)
             return;
@@ -240,7 +241,7 @@ QString OriginalRecord::restoreOn(int target, bool times) const
         return qt_error_string(errno);
     if (now.st_uid != owner || now.st_gid != group)
         restored(u"owner"_s, ::fchown(target, owner, group) == 0);
-    // After the owner: a new one takes special bits from the mode.
+    // After the owner, as changing that clears special bits of the mode.
     if (::fstat(target, &now) != 0 || (now.st_mode & allBits) != mode)
         restored(u"mode"_s, ::fchmod(target, mode) == 0);
     const std::map<QByteArray, QByteArray> present = attributesOf(target);

@@ -19,18 +19,18 @@ namespace brevant {
 
 namespace {
 
-// The record, then a flag, then the content. A multiple of every usual block size, so that a file system can
-// share the blocks of the source.
+// The record, one flag byte, then the content at a multiple of every usual block size, so that a file system
+// can share the blocks of the source.
 constexpr qint64 contentAt = 65536;
 constexpr qint64 flagAt = contentAt - 1;
 
-// Written at once, so that filling it later needs no new blocks, whose flush takes several times as long.
+// Written in advance: flushing newly allocated blocks takes several times as long.
 constexpr qint64 firstCapacity = 65536;
 
 const QByteArray suffix(".original");
 constexpr char puttingBack = 1;
 
-/// Whether the program that made the slot lives, as far as its number tells.
+/// Whether the program that made the slot is alive, by the number in the name.
 bool isProgramAlive(const QByteArray &name)
 {
     const int program = name.first(name.indexOf('-')).toInt();
@@ -53,7 +53,7 @@ OriginalSlot::OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor fi
 std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
 {
     const QByteArray name = QByteArray::number(::getpid()) + '-' + randomName() + suffix;
-    // Locked first, so that a program that starts just now cannot take it for a leftover.
+    // Locked before it exists, so that a program that starts just now cannot take it for a leftover.
     static_cast<void>(folder.tryLock(name));
     OriginalSlot slot(folder, name, folder.makeFile(name));
     slot.m_isNew = true;
@@ -85,7 +85,7 @@ std::vector<OriginalSlot> OriginalSlot::leftIn(PrivateFolder &folder, QStringLis
         Descriptor file = folder.openFile(name);
         if (!file.isOpen() && (errno == EPERM || errno == EACCES))
             refused.append(folder.pathOf(name));
-        // As version 1.0.0 locks what it has in use.
+        // Version 1.0.0 locks the slots it uses like this.
         if (file.isOpen() && (::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK))
             slots.push_back(OriginalSlot(folder, name, std::move(file)));
         else
@@ -115,7 +115,7 @@ bool OriginalSlot::fill(int source, OriginalRecord &record)
         errno = ENAMETOOLONG;
         return false;
     }
-    // Last, so that a record is never there without its content.
+    // Last, so that no record is ever without its content.
     if (!FileBytes::writeAll(file, QByteArray(1, '\0'), flagAt) || !FileBytes::writeAll(file, bytes, 0) ||
         uninterrupted([&] { return ::fdatasync(file); }) != 0)
         return false;
@@ -124,7 +124,7 @@ bool OriginalSlot::fill(int source, OriginalRecord &record)
 
 void OriginalSlot::clear()
 {
-    // The bytes are there already: writing them again cannot want for room.
+    // Overwriting existing bytes cannot fail for lack of room.
     static_cast<void>(FileBytes::writeAll(m_file.number(), QByteArray(sizeof(quint64), '\0'), 0));
 }
 

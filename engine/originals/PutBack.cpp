@@ -31,7 +31,7 @@ bool hasSameContent(int file, const OriginalRecord &original)
            FileBytes::hash(file, 0, original.size) == original.hash;
 }
 
-/// Whether the disk surely has no room for the source; not every file system can tell.
+/// Whether the disk certainly lacks the room for the source; not every file system can tell.
 bool isRoomLacking(int file, const OriginalRecord &original)
 {
     return original.size > 0 &&
@@ -39,12 +39,12 @@ bool isRoomLacking(int file, const OriginalRecord &original)
            (errno == ENOSPC || errno == EDQUOT || errno == EFBIG);
 }
 
-/// Whether there is room is asked while there is still something to lose.
+/// Writes the content back in place, if there is room for it.
 bool overwrite(int file, const OriginalRecord &original, OriginalSlot &copy)
 {
     if (isRoomLacking(file, original))
         return false;
-    // A slot that could only be opened for reading takes no mark.
+    // A slot on a read-only disk cannot be marked.
     if (!copy.markPuttingBack() && errno != EBADF)
         return false;
     return uninterrupted([&] { return ::ftruncate(file, 0); }) == 0 && copy.copyTo(file, original.size);
@@ -55,7 +55,7 @@ PutBackResult overwriteAt(const QByteArray &path, int flags, const OriginalRecor
 {
     Descriptor file = openFile(path, O_RDWR | flags);
     if (!file.isOpen())
-        file = openFile(path, O_WRONLY | flags); // who may not read a file may still write it
+        file = openFile(path, O_WRONLY | flags); // it may be writable only
     if (!file.isOpen() ||
         !(hasSameContent(file.number(), original) || overwrite(file.number(), original, copy)))
         return {qt_error_string(errno), {}};
@@ -63,8 +63,8 @@ PutBackResult overwriteAt(const QByteArray &path, int flags, const OriginalRecor
     return {flushFile(file.number()) ? QString() : qt_error_string(errno), lacks};
 }
 
-/// Makes the file anew under its name: `write` gives it its content. What has come there meanwhile is newer,
-/// and stays, unless `replaces`.
+/// Makes the file anew under its name, with the content that `write` gives it. A file that has appeared there
+/// meanwhile is newer and stays, unless `replaces`.
 PutBackResult makeAnew(const OriginalRecord &original, bool replaces, const std::function<bool(int)> &write)
 {
     Descriptor file;
@@ -87,7 +87,7 @@ PutBackResult makeAnew(const OriginalRecord &original, bool replaces, const std:
     return {error, {}};
 }
 
-/// Gives an open file that still has another name this one too; false, with errno set, on failure.
+/// Gives an open file that still has another name `path` as well; false, with errno set, on failure.
 bool linkAgain(int held, const QByteArray &path, bool replaces)
 {
     const auto link = [held](const QByteArray &name) { return linkOpenFile(held, name); };
@@ -171,11 +171,10 @@ std::optional<QString> keepContent(const OriginalRecord &original, const Private
 
 namespace {
 
-/// Takes up the slots that programs have left, and says what becomes of them.
+/// Deals with the slots that programs have left, and tells what became of them.
 class LeftSlots final {
 public:
-    /// Those of `source` alone, unless that is empty; one that is in use is waited for then, until `stop`
-    /// says otherwise.
+    /// Deals with those of `source` alone, if given, and waits for one in use until `stop` says otherwise.
     explicit LeftSlots(QString source = {}, const std::atomic<Stop> *stop = nullptr)
         : m_source(std::move(source)), m_stop(stop)
     {
@@ -230,7 +229,7 @@ void LeftSlots::takeUp(OriginalSlot &slot)
         takeUpSource(slot, *original);
         break;
     case OriginalSlot::Content::Damaged:
-        // It was not written to the end: the compressor had not started, or the disk has a fault.
+        // Either it was never completed, and no compressor was started, or the disk has a fault.
         if (slot.stateOf(*original) == SourceState::Same)
             slot.remove();
         else

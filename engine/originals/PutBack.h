@@ -15,49 +15,47 @@ class OriginalSlot;
 class PrivateFolder;
 enum class Stop;
 
-/// What came of putting a source back.
+/// How putting a source back went.
 struct PutBackResult {
     QString error; ///< why the content is not back; empty if it is
-    QString lacks; ///< what else is not as it was, although the content is; empty if all is
+    QString lacks; ///< what could not be restored besides the content; empty if all was
 };
 
-/// Writes the content of the copy back to the source, with mode, times, owner and extended attributes as far
-/// as that is allowed. A file that is there is written to, so that it keeps its other names; a missing one is
-/// made in one step. Where the file cannot take the content, as it seems beforehand, it stays as it is.
+/// Writes the content of the copy back to the source, and restores mode, times, owner and extended attributes
+/// as far as that is allowed. An existing file is written in place, so that it keeps its other names; a
+/// missing one is made in one step. A file that seems to have no room for the content is left alone.
 ///
-/// `held`: the file that the source was, if it is still open, else -1. It gets its content back even where
-/// its name is gone or another file's, and then its name too, which `replaces` lets it take from that other
-/// file.
+/// `held` is the open file that the source was, or -1. It gets its content back even if its name is gone or
+/// taken by another file, and then its name too, which `replaces` allows to take from that other file.
 [[nodiscard]] PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held = -1,
                                     bool replaces = false);
 
-/// Makes the source the symbolic link again that it was, where nothing is there now; or a file, if one may be
-/// replaced. Returns the reason of a failure, or an empty text.
+/// Makes the source a symbolic link again if it was one and nothing is there now, or with `replacesFile`, a
+/// regular file. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putBackLink(const OriginalRecord &original, bool replacesFile);
 
-/// Gives the file that is there now, be it one that gzip has put into the place of a link, what `original`
-/// had besides content and times. Returns what could not be given, or an empty text.
+/// Restores owner, mode and extended attributes on the file that is there now, even if gzip has put it into
+/// the place of a link. Returns what could not be restored, or an empty text.
 [[nodiscard]] QString restoreAttributes(const OriginalRecord &original);
 
-/// Gives its name back to the open file `held` that `original` tells of, if another has taken it: by a new
-/// link where it has a name left, else by a copy. Returns the reason of a failure, or an empty text.
+/// Gives the open file `held`, which `original` is the record of, its name back if another file has taken it:
+/// by a hard link if it has a name left, else by a copy. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putFileBack(const OriginalRecord &original, int held);
 
-/// Copies what is in the source now to a file that stays for the user. Its path, or nothing, with errno set,
-/// on failure.
+/// Copies the present content of the source to a file for the user. Its path, or nothing, with errno set, on
+/// failure.
 [[nodiscard]] std::optional<QString> keepContent(const OriginalRecord &original, const PrivateFolder &folder);
 
-/// Puts back the sources that programs which ended amid a run have left missing or empty; to be called when a
-/// program starts, before it touches any file. `originals` are the folders of the safety copies; what a
-/// living process has in use there is left alone.
+/// Puts back the sources that interrupted runs have left missing or empty. To be called when a program
+/// starts, before it touches any file. `originals` are the folders of the safety copies; slots in use are
+/// left alone.
 ///
-/// A source with other content keeps it, as that may be newer work: the copy then stays in the folder, as a
-/// plain file that nothing looks at again. Returns a sentence for each file put back, kept or given up for
-/// now.
+/// A source with other content keeps it, as that may be newer work; the copy then becomes a plain file in the
+/// folder, which nothing touches again. Returns a sentence for each file put back, kept or given up for now.
 [[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals);
 
-/// The same for what is left of one source; a program that is putting it back is waited for until `stop` says
-/// otherwise. False if the source is lost and cannot be put back now.
+/// The same for one source; waits for another program that is putting it back, until `stop` says otherwise.
+/// False if the source is lost and cannot be put back now.
 [[nodiscard]] bool putBackLeftOf(const QString &source, const QStringList &originals,
                                  const std::atomic<Stop> &stop, QStringList &sentences);
 

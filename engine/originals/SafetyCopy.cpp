@@ -20,8 +20,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
 
-/// Waits until the content of a file is on the disk; whether it is then. Without it a power cut after the
-/// copy is dropped could leave neither.
+/// Flushes the content of a file to the disk, as otherwise a power cut after the copy is dropped could leave
+/// neither; false if the disk refuses it.
 bool isOnDisk(const QByteArray &path)
 {
     const Descriptor file = openFile(path, O_RDONLY);
@@ -66,9 +66,8 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         m_source = held(m_file);
         if (!m_source.record) {
             const int why = errno;
-            const bool isNoFile = !m_source.file.isOpen() &&
-                                  (why == ENOENT || why == ENOTDIR ||
-                                   (why == EINVAL && !QFileInfo(m_file).isFile()));
+            const bool isNoFile = !m_source.file.isOpen() && (why == ENOENT || why == ENOTDIR ||
+                                                              (why == EINVAL && !QFileInfo(m_file).isFile()));
             return isNoFile ? QString() : noCopy(qt_error_string(why));
         }
         if (isOutput())
@@ -85,7 +84,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
     return isThere ? noCopy(error) : QString();
 }
 
-/// Opens a file and records what it is; without a record, and with errno set, on failure.
+/// Opens and records a file; without a record, and with errno set, on failure.
 SafetyCopy::Held SafetyCopy::held(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
@@ -95,7 +94,7 @@ SafetyCopy::Held SafetyCopy::held(const QString &path)
     return held;
 }
 
-/// Opens the first folder that there is, making it if there is something to copy.
+/// Opens the first folder that can be used; with `make`, missing ones are made.
 bool SafetyCopy::openFolder(bool make, QString &error)
 {
     for (; !m_folder && m_folderIndex < m_folders.size(); ++m_folderIndex) {
@@ -109,7 +108,7 @@ bool SafetyCopy::openFolder(bool make, QString &error)
     return m_folder.has_value();
 }
 
-/// The folder takes no copy; the next one may.
+/// Gives the folder up, as it takes no copy; the next one may.
 void SafetyCopy::leaveFolder(QString &error)
 {
     if (error.isEmpty())
@@ -122,14 +121,14 @@ void SafetyCopy::leaveFolder(QString &error)
     ++m_folderIndex;
 }
 
-/// For a file that is read only: no run may have it half written when its compressor starts.
+/// Makes sure that no other run has the file half written when its compressor reads it.
 QString SafetyCopy::waitForOthers()
 {
     for (const QString &path : m_folders) {
         QString error;
         if (std::optional<PrivateFolder> folder = PrivateFolder::open(path, error)) {
             const bool isInTurn = takeTurn(*folder);
-            m_turn.clear(); // it ends with this folder
+            m_turn.clear(); // released with this folder
             if (!isInTurn)
                 return inTurn;
         }
@@ -156,7 +155,7 @@ bool SafetyCopy::takeTurn(PrivateFolder &folder)
             break;
         if (m_stop != Stop::No)
             return false;
-        // None is held meanwhile, so that two runs never wait for each other.
+        // No mark is held meanwhile, so that two runs never wait for each other.
         std::this_thread::sleep_for(pause);
     }
     if (m_danger != Danger::None && !std::exchange(m_saidNoLocks, true))
@@ -172,7 +171,7 @@ bool SafetyCopy::fill()
     return m_slot && m_slot->fill(m_source.file.number(), *m_source.record);
 }
 
-/// Forgets the entry, and lets others have their turn.
+/// Forgets the entry and releases its turn.
 void SafetyCopy::end()
 {
     for (const QString &mark : std::exchange(m_turn, {}))
@@ -189,7 +188,7 @@ void SafetyCopy::setInherited(bool inherited) const
 
 bool SafetyCopy::isLost(const EntryResult &result) const
 {
-    // Where the compressor did its work, other content is the output, or somebody else's doing.
+    // If the compressor succeeded, other content is its output, or somebody else's work.
     if (result.outcome == Outcome::Done)
         return glanceAtSource(*m_source.record) == SourceState::Missing;
     switch (m_slot->stateOf(*m_source.record)) {
@@ -199,7 +198,7 @@ bool SafetyCopy::isLost(const EntryResult &result) const
     case SourceState::Changed:
         return true;
     case SourceState::Replaced:
-        return m_isGzipped; // compressors write to the file that is there
+        return m_isGzipped; // compressors write in place
     case SourceState::Same:
     case SourceState::Unknown:
         break;
@@ -207,7 +206,7 @@ bool SafetyCopy::isLost(const EntryResult &result) const
     return false;
 }
 
-/// A compressor that failed may have written to the source, but so may somebody who edited it meanwhile.
+/// Not only a failing compressor may have written to the source, but also somebody who edited it meanwhile.
 bool SafetyCopy::mayBeNewer(const EntryResult &result) const
 {
     if (!isOutput() ||
@@ -238,7 +237,7 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
     end();
 }
 
-/// The file has been written over, and is to stay so.
+/// The output is in place and stays; a file that nobody meant to replace is kept.
 void SafetyCopy::finishReplaced(EntryResult &result)
 {
     const OriginalRecord &original = *m_source.record;
@@ -259,7 +258,7 @@ void SafetyCopy::finishReplaced(EntryResult &result)
     leaveSlot();
 }
 
-/// The content is as it was, but it may be in another file, or where a link was.
+/// The content is as before, but gzip may have moved it into another file, or into the place of a link.
 void SafetyCopy::undoGzipSteps(EntryResult &result)
 {
     const OriginalRecord &original = *m_source.record;
@@ -282,7 +281,7 @@ void SafetyCopy::putBackFile(EntryResult &result)
     const PutBackResult done = putBack(original, *m_slot, m_source.file.number(), m_isGzipped);
     const QString error = done.error.isEmpty() ? putBackLink(original, m_isGzipped) : done.error;
     if (isOutput() && result.outcome == Outcome::Done)
-        result.outcome = Outcome::NoOutput; // it was there, and was lost again
+        result.outcome = Outcome::NoOutput; // it was written, and is lost again
     tellOf(done, result);
     if (m_danger == Danger::AnotherEntry) {
         const QString whatBecame =
@@ -301,14 +300,14 @@ void SafetyCopy::putBackFile(EntryResult &result)
         leaveSlot();
 }
 
-/// The slot stays in the folder, for the next start.
+/// Leaves the slot in the folder for the next start.
 void SafetyCopy::leaveSlot()
 {
     m_slot->unlock();
     m_slot.reset();
 }
 
-/// As it was before, or none.
+/// Restores the gzip copy of before, or removes the new one if there was none.
 void SafetyCopy::putBackGzipCopy(EntryResult &result)
 {
     result.gzipSize.reset();

@@ -22,37 +22,36 @@ struct PutBackResult;
 /// Why a file may be lost while an entry is worked on.
 enum class Danger {
     None,
-    Replaced,     ///< the source is the output too, as it was meant
-    Surprise,     ///< the source is the output too, as somebody changed a setting amid the run
-    Pattern,      ///< YUI Compressor 2.4.8 takes the output's path for a pattern, and may write to the source
+    Replaced,     ///< the source is its own output, as intended
+    Surprise,     ///< the source became its own output by a setting changed during the run
+    Pattern,      ///< YUI Compressor takes the output path for a pattern, and may write to the source
     AnotherEntry, ///< the output is another entry's source
 };
 
-/// Keeps the source of one entry after another safe while it is worked on. A compressor may leave a source
-/// empty, cut or overwritten. One that is in danger is copied before, and put back if it is lost afterwards;
-/// the copy of one that nobody meant to lose is kept for the user.
+/// Keeps sources safe while their entries are worked on, one after the other. A source that a compressor
+/// could leave empty, cut or overwritten is copied before, and put back if it is lost; the copy of one that
+/// nobody meant to replace is kept for the user.
 ///
-/// Runs take turns with such a source, from its copy to its end: none may take what another's compressor has
-/// half written for the source, or for a loss.
+/// Runs take turns with such a source, so that none takes what another's compressor has half written for the
+/// source, or for a loss.
 class SafetyCopy final {
 public:
-    /// The copies are made in the first of the folders that takes them; with no folder, none are made.
-    /// `stop` ends a wait for another run; it must outlive this.
+    /// The first of the folders that works gets the copies; without folders, none are made. `stop`, which
+    /// must outlive this, ends waiting for another run.
     SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop);
 
-    /// Drops the copy; one that could not be put back stays for the next start of the program.
+    /// Drops the copy, unless it is left for the next start.
     ~SafetyCopy();
 
     SafetyCopy(const SafetyCopy &) = delete;
     SafetyCopy &operator=(const SafetyCopy &) = delete;
 
-    /// To be called before the compressor starts, and before anything is asked of the file: another run may
-    /// have its turn with it, and then this waits, even where there is no danger. What such a run has lost is
-    /// put back. Returns the reason why the file cannot be kept safe, and then the entry must not be worked
-    /// on; else an empty text.
+    /// To be called first of all for an entry. Waits while another run works on the file, even if there is no
+    /// danger, and puts back what such a run has lost. Returns why the file cannot be kept safe, in which
+    /// case the entry must not be worked on, or an empty text.
     [[nodiscard]] QString make(const QString &file, Danger danger);
 
-    /// While this lives, children that are started keep the copy in use, even when this process is killed.
+    /// While it lives, child processes are started so that they keep copy and turn if this process is killed.
     class Inheritance final {
     public:
         explicit Inheritance(SafetyCopy &copy) : m_copy(copy) { copy.setInherited(true); }
@@ -64,12 +63,11 @@ public:
         SafetyCopy &m_copy;
     };
 
-    /// To be called when everything is done for the entry: puts the file back if it is lost, and says so in
-    /// the result.
+    /// To be called last for an entry: puts the file back if it is lost, and completes the result.
     void finish(EntryResult &result, bool gzipWanted);
 
 private:
-    /// A file held open, and what it was.
+    /// An open file and its record.
     struct Held {
         Descriptor file;
         std::optional<OriginalRecord> record;
@@ -105,10 +103,10 @@ private:
     // Of the entry being worked on:
     Danger m_danger = Danger::None;
     QString m_file;
-    QStringList m_turn;       ///< what is locked; empty for nothing
-    Held m_source;            ///< the file in danger, if it is copied
-    Held m_gzipCopy;          ///< the one that was there before
-    bool m_isGzipped = false; ///< whether the gzip steps have been at work on the file in danger
+    QStringList m_turn;       ///< the locked marks
+    Held m_source;            ///< the file in danger
+    Held m_gzipCopy;          ///< the one of before
+    bool m_isGzipped = false; ///< whether the gzip steps ran over the file in danger
 };
 
 } // namespace brevant
