@@ -15,7 +15,7 @@ namespace brevant {
 namespace {
 
 constexpr int mostThreads = 4; ///< at once: three may hang and the next file is still read
-constexpr std::chrono::milliseconds farewell{100};
+constexpr std::chrono::milliseconds farewell{100}; ///< how long the end waits for threads that do not hang
 
 struct Request {
     quint64 number = 0;
@@ -25,16 +25,21 @@ struct Request {
 
 } // namespace
 
-/// What the threads have in common with the loader; outlives it if one of them hangs.
+/// What the threads share with the loader; outlives it if one of them hangs.
 struct PreviewLoader::Shared {
     std::atomic<quint64> wanted = 0; ///< the number of the latest request
     std::mutex mutex;                ///< guards all that follows
     std::condition_variable ended;
     PreviewLoader *loader = nullptr;
     std::optional<Request> pending;
-    std::optional<PreviewContent> content;
-    quint64 contentNumber = 0;
     int threads = 0;
+
+    /// With the lock held, so that the loader is still there.
+    void deliver(const PreviewContent &content, quint64 number) const
+    {
+        QMetaObject::invokeMethod(
+            loader, [to = loader, content, number] { to->deliver(content, number); }, Qt::QueuedConnection);
+    }
 };
 
 PreviewLoader::PreviewLoader(QObject *parent) : QObject(parent), m_shared(std::make_shared<Shared>())
@@ -70,9 +75,7 @@ void PreviewLoader::start(const QString &path, const QString &encoding)
         content.encoding = encoding;
         content.state = PreviewContent::State::Unreadable;
         content.reason = QString::fromStdString(error.code().message());
-        m_shared->contentNumber = std::exchange(m_shared->pending, std::nullopt)->number;
-        m_shared->content = content;
-        QMetaObject::invokeMethod(this, &PreviewLoader::deliver, Qt::QueuedConnection);
+        m_shared->deliver(content, std::exchange(m_shared->pending, std::nullopt)->number);
     }
 }
 
@@ -97,28 +100,19 @@ void PreviewLoader::work(const std::shared_ptr<Shared> &shared)
         const auto cancelled = [&] { return shared->wanted != request->number; };
         auto content = readPreview(request->path, request->encoding, cancelled);
         lock.lock();
-        if (content && !cancelled() && shared->loader) {
-            shared->content = std::move(content);
-            shared->contentNumber = request->number;
-            QMetaObject::invokeMethod(shared->loader, &PreviewLoader::deliver, Qt::QueuedConnection);
-        }
+        if (content && !cancelled() && shared->loader)
+            shared->deliver(*content, request->number);
     }
     --shared->threads;
     shared->ended.notify_all();
 }
 
-void PreviewLoader::deliver()
+void PreviewLoader::deliver(const PreviewContent &content, quint64 number)
 {
-    std::optional<PreviewContent> content;
-    {
-        const std::lock_guard lock(m_shared->mutex);
-        if (m_shared->contentNumber == m_shared->wanted)
-            content = std::exchange(m_shared->content, std::nullopt);
-    }
-    if (content) {
-        m_loading = false;
-        Q_EMIT loaded(*content);
-    }
+    if (number != m_shared->wanted)
+        return;
+    m_loading = false;
+    Q_EMIT loaded(content);
 }
 
 } // namespace brevant

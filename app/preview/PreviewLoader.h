@@ -25,7 +25,7 @@ public:
     void start(const QString &path, const QString &encoding);
     void cancel();
 
-    /// Whether just that is being read.
+    /// Whether exactly that is being read.
     [[nodiscard]] bool isLoading(const QString &path, const QString &encoding) const;
 
 Q_SIGNALS:
@@ -34,7 +34,7 @@ Q_SIGNALS:
 private:
     struct Shared;
     static void work(const std::shared_ptr<Shared> &shared);
-    void deliver();
+    void deliver(const PreviewContent &content, quint64 number);
 
     std::shared_ptr<Shared> m_shared;
     QString m_path;

@@ -5,7 +5,6 @@
 #include "app/preview/PreviewLoader.h"
 #include "app/preview/PreviewPlace.h"
 #include "app/preview/PreviewText.h"
-#include "app/preview/PreviewWords.h"
 #include "app/preview/ZoomWindow.h"
 #include "files/PathString.h"
 
@@ -22,15 +21,11 @@ namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr std::chrono::milliseconds patience{150};
 constexpr QSize firstSize{660, 480};
 constexpr QSize smallestSize{320, 200};
-
-QScreen *screenOf(const QWidget &widget)
-{
-    QScreen *screen = widget.screen();
-    return screen ? screen : QGuiApplication::primaryScreen();
-}
 
 } // namespace
 
@@ -38,11 +33,11 @@ PreviewPanel::PreviewPanel(std::function<QString()> encodingName, QWidget *paren
     : QWidget(parent, Qt::Tool), m_encodingName(std::move(encodingName)), m_loader(new PreviewLoader(this)),
       m_zoom(new ZoomWindow(this)), m_patience(this)
 {
-    setObjectName(QStringLiteral("previewPanel"));
+    setObjectName(u"previewPanel"_s);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(smallestSize);
-    m_patience.setObjectName(QStringLiteral("previewPatience"));
+    m_patience.setObjectName(u"previewPatience"_s);
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     setUpContents();
@@ -83,9 +78,7 @@ void PreviewPanel::orderOut()
     m_open = false;
     m_patience.stop();
     m_loader->cancel();
-    const QRect to = sourceFrame();
-    const bool zooms = !to.isEmpty() && ZoomWindow::isAllowed(*this);
-    if (zooms)
+    if (const QRect to = sourceFrame(); !to.isEmpty() && ZoomWindow::isAllowed(*this))
         m_zoom->zoom(grab(), restingPlace(), to);
     else
         m_zoom->hide();
@@ -98,7 +91,7 @@ void PreviewPanel::place(const QRect &row)
     const QWidget *const window = parentWidget() ? parentWidget()->window() : nullptr;
     if (!m_placed) {
         m_placed = true;
-        const QRect area = screenOf(window ? *window : *this)->availableGeometry();
+        const QRect area = (window ? window : this)->screen()->availableGeometry();
         const QRect beside = window && window->isVisible() ? window->frameGeometry() : area;
         // The panel's own frame is not known before it has been shown, but is most likely its neighbour's.
         const QSize edges = window ? window->frameGeometry().size() - window->size() : QSize(0, 0);
@@ -108,7 +101,7 @@ void PreviewPanel::place(const QRect &row)
         return;
     }
     const QScreen *found = QGuiApplication::screenAt(frameGeometry().center());
-    const QRect area = (found ? found : screenOf(*this))->availableGeometry();
+    const QRect area = (found ? found : screen())->availableGeometry();
     const QRect frame = keptWithin(frameGeometry(), area);
     if (frame != frameGeometry()) {
         resize(size() - (frameGeometry().size() - frame.size()));
@@ -156,6 +149,11 @@ void PreviewPanel::closeEvent(QCloseEvent *event)
     orderOut();
 }
 
+int PreviewPanel::itemCount() const
+{
+    return m_open && m_dataSource ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
+}
+
 int PreviewPanel::nearestIndex(int count) const
 {
     if (m_index < 0)
@@ -174,20 +172,13 @@ void PreviewPanel::reloadData()
 {
     if (!m_open)
         return;
-    const int count = m_dataSource ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
-    if (count > 0) {
-        showItem(nearestIndex(count), count);
-        return;
-    }
-    m_index = -1;
-    m_item.clear();
-    m_loader->cancel();
-    showItem(-1, 0);
+    const int count = itemCount();
+    showItem(count > 0 ? nearestIndex(count) : -1, count);
 }
 
 void PreviewPanel::setCurrentPreviewItemIndex(int index)
 {
-    const int count = m_open && m_dataSource ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
+    const int count = itemCount();
     if (index >= 0 && index < count)
         showItem(index, count);
 }
@@ -208,6 +199,8 @@ void PreviewPanel::showItem(int index, int count)
     m_previous->setEnabled(index > 0);
     m_next->setEnabled(index + 1 < count);
     if (index == -1) {
+        m_item.clear();
+        m_loader->cancel();
         m_patience.stop();
         showPage({}, tr("No file is selected."));
         return;

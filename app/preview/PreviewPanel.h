@@ -81,7 +81,6 @@ Q_SIGNALS:
     void didClose(); ///< neither is asked any more
 
 protected:
-    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -90,11 +89,12 @@ private:
     [[nodiscard]] QWidget *makeHeader();
     [[nodiscard]] QToolButton *makeTurnButton(Qt::ArrowType arrow, const QString &name, int step);
     void setUpContents();
-    void place(const QRect &row); ///< `row`: where on the screen the item is listed
+    void place(const QRect &row);
     [[nodiscard]] QRect restingPlace() const;
     void showNow();
     void endZoom();
 
+    [[nodiscard]] int itemCount() const;
     [[nodiscard]] int nearestIndex(int count) const;
     [[nodiscard]] QRect sourceFrame() const;
     void showItem(int index, int count);

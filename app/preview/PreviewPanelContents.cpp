@@ -20,11 +20,22 @@ namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr int margin = 10;
+
+template <typename Label>
+Label *makeLabel(const QString &name, QWidget *parent)
+{
+    auto *const label = new Label(parent); // a child of the parent
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
 
 QWidget *makeLine(QWidget *parent)
 {
-    auto *const line = new Hairline(parent);
+    auto *const line = new Hairline(parent); // a child of the parent
     line->setFixedHeight(1);
     return line;
 }
@@ -42,18 +53,17 @@ bool isNoMenuKey(const QKeyEvent &event)
 void PreviewPanel::setUpContents()
 {
     setAccessibleName(tr("Preview"));
+    installEventFilter(this);
     m_pages = new QStackedWidget(this);
     m_text = makePreviewText(m_pages);
     if (m_text) {
-        m_text->editor()->setObjectName(QStringLiteral("previewText"));
+        m_text->editor()->setObjectName(u"previewText"_s);
         m_text->editor()->installEventFilter(this);
         m_text->editor()->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(m_text->editor(), &QWidget::customContextMenuRequested, this, &PreviewPanel::showTextMenu);
         m_pages->addWidget(m_text->widget());
     }
-    m_sentence = new QLabel(m_pages);
-    m_sentence->setObjectName(QStringLiteral("previewSentence"));
-    m_sentence->setTextFormat(Qt::PlainText);
+    m_sentence = makeLabel<QLabel>(u"previewSentence"_s, m_pages);
     m_sentence->setAlignment(Qt::AlignCenter);
     m_sentence->setWordWrap(true);
     m_sentence->setMargin(margin * 2);
@@ -61,13 +71,10 @@ void PreviewPanel::setUpContents()
     m_sentence->setBackgroundRole(QPalette::Base);
     m_sentence->setForegroundRole(QPalette::Text);
     m_pages->addWidget(m_sentence);
-    m_notice = new QLabel(this);
-    m_notice->setObjectName(QStringLiteral("previewNotice"));
-    m_notice->setTextFormat(Qt::PlainText);
+    m_notice = makeLabel<QLabel>(u"previewNotice"_s, this);
     m_notice->setWordWrap(true);
     m_notice->setContentsMargins(margin, margin / 2, margin, 0);
-    m_footer = new ElidedLabel(this);
-    m_footer->setObjectName(QStringLiteral("previewFooter"));
+    m_footer = makeLabel<ElidedLabel>(u"previewFooter"_s, this);
     m_footer->setContentsMargins(margin, margin / 2, margin, margin / 2);
 
     auto *const layout = new QVBoxLayout(this);
@@ -84,15 +91,12 @@ void PreviewPanel::setUpContents()
 QWidget *PreviewPanel::makeHeader()
 {
     auto *const header = new QWidget(this);
-    m_name = new ElidedLabel(header);
-    m_name->setObjectName(QStringLiteral("previewName"));
+    m_name = makeLabel<ElidedLabel>(u"previewName"_s, header);
     QFont bold = font();
     bold.setBold(true);
     m_name->setFont(bold);
-    m_folder = new ElidedLabel(header);
-    m_folder->setObjectName(QStringLiteral("previewFolder"));
-    m_counter = new QLabel(header);
-    m_counter->setObjectName(QStringLiteral("previewCounter"));
+    m_folder = makeLabel<ElidedLabel>(u"previewFolder"_s, header);
+    m_counter = makeLabel<QLabel>(u"previewCounter"_s, header);
     m_previous = makeTurnButton(Qt::LeftArrow, tr("Previous file"), -1);
     m_next = makeTurnButton(Qt::RightArrow, tr("Next file"), 1);
 
@@ -112,7 +116,7 @@ QWidget *PreviewPanel::makeHeader()
 QToolButton *PreviewPanel::makeTurnButton(Qt::ArrowType arrow, const QString &name, int step)
 {
     auto *const button = new QToolButton(this);
-    button->setObjectName(step < 0 ? QStringLiteral("previewPrevious") : QStringLiteral("previewNext"));
+    button->setObjectName(step < 0 ? u"previewPrevious"_s : u"previewNext"_s);
     button->setArrowType(arrow);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus); // the keyboard is the list's
@@ -143,6 +147,7 @@ void PreviewPanel::showTextMenu(QPoint point)
     menu->popup(m_text->editor()->mapToGlobal(point));
 }
 
+/// Hears the keys of the text and of the panel.
 bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
@@ -151,31 +156,15 @@ bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     if (event->type() == QEvent::KeyPress) {
-        m_offered = nullptr;
-        if (m_delegate && m_delegate->previewPanelHandleEvent(event)) {
+        // A key that the text did not want comes to the panel, but has been offered already.
+        const bool isNew = std::exchange(m_offered, watched == this ? nullptr : event) != event;
+        if ((isNew || watched != this) && m_delegate && m_delegate->previewPanelHandleEvent(event)) {
+            m_offered = nullptr;
             event->accept();
             return true;
         }
-        m_offered = event;
     }
     return QWidget::eventFilter(watched, event);
-}
-
-bool PreviewPanel::event(QEvent *event)
-{
-    if (event->type() == QEvent::ShortcutOverride && isNoMenuKey(*static_cast<QKeyEvent *>(event))) {
-        event->accept();
-        return true;
-    }
-    if (event->type() == QEvent::KeyPress) {
-        // A key that the text did not want has been offered already.
-        const bool isNew = std::exchange(m_offered, nullptr) != event;
-        if (isNew && m_delegate && m_delegate->previewPanelHandleEvent(event)) {
-            event->accept();
-            return true;
-        }
-    }
-    return QWidget::event(event);
 }
 
 } // namespace brevant

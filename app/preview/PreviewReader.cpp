@@ -3,6 +3,7 @@
 #include "app/preview/PreviewReader.h"
 
 #include "files/Descriptor.h"
+#include "files/FileBytes.h"
 #include "settings/Encodings.h"
 
 #include <QFile>
@@ -10,46 +11,29 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <memory>
 #include <system_error>
 
+#include <sys/stat.h>
+
 namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr qint64 countedLimit = 16 * previewLimit; ///< no more is read to count the lines
 constexpr qsizetype blockSize = qsizetype(64) * 1024;
 
-QString systemMessage(int error)
-{
-    return QString::fromStdString(std::generic_category().message(error));
-}
-
-/// Whether there is nothing to read, and why.
-bool fail(PreviewContent &content, int error)
+/// Notes why there is nothing to read.
+void fail(PreviewContent &content, int error)
 {
     content.state = error == ENOENT || error == ENOTDIR ? PreviewContent::State::Missing
                                                         : PreviewContent::State::Unreadable;
-    content.reason = systemMessage(error);
-    return true;
-}
-
-/// Notes what kind of file it is. True if it is not one to read.
-bool examine(const struct stat &status, PreviewContent &content)
-{
-    content.size = status.st_size;
-    content.modified = QDateTime::fromSecsSinceEpoch(status.st_mtime);
-    if (S_ISREG(status.st_mode))
-        return false;
-    content.state = S_ISDIR(status.st_mode) ? PreviewContent::State::Folder : PreviewContent::State::Special;
-    return true;
+    content.reason = QString::fromStdString(std::generic_category().message(error));
 }
 
 /// Counts lines that end in a line feed, a carriage return or both.
@@ -206,26 +190,24 @@ void setText(PreviewContent &content, QStringView text)
 }
 
 /// False if it was cancelled.
-bool readText(int descriptor, PreviewContent &content, const std::function<bool()> &cancelled)
+bool readText(int file, PreviewContent &content, const std::function<bool()> &cancelled)
 {
     QByteArray beginning;
-    QByteArray block(blockSize, Qt::Uninitialized);
     LineCount count;
     qint64 total = 0;
     while (total < countedLimit) {
         if (cancelled())
             return false;
-        const ssize_t got = ::read(descriptor, block.data(), std::size_t(block.size()));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return fail(content, errno);
-        if (got == 0)
+        const std::optional<QByteArray> block = FileBytes::read(file, blockSize, total);
+        if (!block) {
+            fail(content, errno);
+            return true;
+        }
+        if (block->isEmpty())
             break;
-        const QByteArrayView bytes = QByteArrayView(block).first(got);
-        count.add(bytes);
-        beginning += bytes.first(std::min<qsizetype>(got, previewLimit - beginning.size()));
-        total += got;
+        count.add(*block);
+        beginning += block->first(std::min(block->size(), previewLimit - beginning.size()));
+        total += block->size();
     }
     content.size = std::max(content.size, total);
     if (total < countedLimit)
@@ -250,24 +232,24 @@ std::optional<PreviewContent> readPreview(const QString &path, const QString &en
 {
     PreviewContent content;
     content.path = path;
-    content.encoding = isEncodingName(encoding) ? encoding : QStringLiteral("utf-8");
+    content.encoding = isEncodingName(encoding) ? encoding : u"utf-8"_s;
     const QByteArray name = QFile::encodeName(path);
+    const Descriptor file = openRegularFile(name);
+    const int error = errno;
     struct stat status {};
-    // Nothing but a regular file may be opened: a device acts on it, a pipe waits.
-    if (::stat(name.constData(), &status) != 0) {
+    if ((file.isOpen() ? ::fstat(file.number(), &status) : ::stat(name.constData(), &status)) != 0) {
         fail(content, errno);
         return content;
     }
-    if (examine(status, content))
-        return content;
-    const Descriptor file = openFile(name, O_RDONLY);
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0) {
-        fail(content, errno);
-        return content;
-    }
-    if (examine(status, content))
-        return content;
-    if (!readText(file.number(), content, cancelled))
+    content.size = status.st_size;
+    content.modified = QDateTime::fromSecsSinceEpoch(status.st_mtime);
+    if (S_ISDIR(status.st_mode))
+        content.state = PreviewContent::State::Folder;
+    else if (!S_ISREG(status.st_mode))
+        content.state = PreviewContent::State::Special;
+    else if (!file.isOpen())
+        fail(content, error);
+    else if (!readText(file.number(), content, cancelled))
         return std::nullopt;
     return content;
 }

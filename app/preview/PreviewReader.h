@@ -21,7 +21,7 @@ struct PreviewContent {
     State state = State::Missing;
     QString reason;               ///< why the file is unreadable
     QByteArray text;              ///< in UTF-8; from the file's beginning, perhaps not up to its end
-    std::vector<qsizetype> folds; ///< offsets in `text` of line feeds that the file has not
+    std::vector<qsizetype> folds; ///< offsets in `text` of line feeds that are not in the file
     std::vector<qsizetype> marks; ///< and of the left-to-right marks around what reads from right to left
     qint64 size = 0;              ///< of the file, in bytes
     qint64 shown = 0;             ///< of the file, the bytes that are in `text`
@@ -46,8 +46,17 @@ constexpr int previewFoldedLine = 80;
 constexpr QByteArrayView leftToRightMark("\xE2\x80\x8E");
 
 /// Reads `path` as text in the encoding of that name, UTF-8 if there is none. Only a regular file is opened.
-/// Asks `cancelled` every now and then, and gives nothing if that says so. For any thread.
+/// Asks `cancelled` now and then, and returns nothing if that is true. Safe in any thread.
 [[nodiscard]] std::optional<PreviewContent> readPreview(const QString &path, const QString &encoding,
                                                         const std::function<bool()> &cancelled);
+
+/// What is said instead of text: one plain sentence. Empty if there is text.
+[[nodiscard]] QString previewSentence(const PreviewContent &content);
+
+/// What must be known of the text that is shown, if anything: that it ends early, or differs from the file.
+[[nodiscard]] QString previewNotice(const PreviewContent &content);
+
+/// Size, lines, encoding and date of the file, as far as there are any.
+[[nodiscard]] QString previewFooter(const PreviewContent &content);
 
 } // namespace brevant

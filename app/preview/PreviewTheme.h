@@ -10,6 +10,11 @@ namespace brevant {
 /// What a piece of source text is, for its colour.
 enum class TextRole { Plain, Comment, Keyword, Name, String, Number, Punctuation, Special };
 
+// What the styles of the editor's lexers stand for.
+[[nodiscard]] TextRole cssRole(int style);
+[[nodiscard]] TextRole javaScriptRole(int style);
+[[nodiscard]] TextRole htmlRole(int style); ///< PHP and JavaScript within it included
+
 /// The colours of source text on the ground of a palette.
 class PreviewTheme final {
 public:
@@ -17,8 +22,7 @@ public:
 
     [[nodiscard]] QColor paper() const { return m_paper; }
 
-    /// Seven times lighter or darker than the paper wherever that can be had, as the palette's own text if
-    /// not.
+    /// Seven times lighter or darker than the paper where that is possible, else as the palette's own text.
     [[nodiscard]] QColor color(TextRole role) const;
 
     /// The colour of line numbers.

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/preview/PreviewWords.h"
-
 #include "app/preview/PreviewReader.h"
+
 #include "widgets/SizeText.h"
 
 #include <QCoreApplication>
@@ -26,20 +25,21 @@ QString linesText(qint64 lines)
 
 QString previewSentence(const PreviewContent &content)
 {
+    using State = PreviewContent::State;
     switch (content.state) {
-    case PreviewContent::State::Text:
+    case State::Text:
         break;
-    case PreviewContent::State::Empty:
+    case State::Empty:
         return Words::tr("This file is empty.");
-    case PreviewContent::State::Missing:
+    case State::Missing:
         return Words::tr("This file does not exist.");
-    case PreviewContent::State::Unreadable:
+    case State::Unreadable:
         return Words::tr("This file cannot be read: %1.").arg(content.reason);
-    case PreviewContent::State::Folder:
+    case State::Folder:
         return Words::tr("This is a folder.");
-    case PreviewContent::State::Special:
+    case State::Special:
         return Words::tr("This is not an ordinary file, so it is not opened.");
-    case PreviewContent::State::Binary:
+    case State::Binary:
         return Words::tr("This file is not text.");
     }
     return {};
@@ -47,17 +47,17 @@ QString previewSentence(const PreviewContent &content)
 
 QString previewNotice(const PreviewContent &content)
 {
+    if (content.state != PreviewContent::State::Text)
+        return {};
     QStringList sentences;
-    if (content.state == PreviewContent::State::Text) {
-        if (content.shown < content.size)
-            sentences +=
-                Words::tr("Showing the first %1 of %2.").arg(sizeText(content.shown), sizeText(content.size));
-        if (content.hasInvalidBytes)
-            sentences += Words::tr("Bytes that are not valid in %1 are shown as %2.")
-                             .arg(content.encoding, QChar(QChar::ReplacementCharacter));
-        if (!content.folds.empty())
-            sentences += Words::tr("Long lines are folded.");
-    }
+    if (content.shown < content.size)
+        sentences +=
+            Words::tr("Showing the first %1 of %2.").arg(sizeText(content.shown), sizeText(content.size));
+    if (content.hasInvalidBytes)
+        sentences += Words::tr("Bytes that are not valid in %1 are shown as %2.")
+                         .arg(content.encoding, QChar(QChar::ReplacementCharacter));
+    if (!content.folds.empty())
+        sentences += Words::tr("Long lines are folded.");
     return sentences.join(QLatin1Char(' '));
 }
 
@@ -65,9 +65,7 @@ QString previewFooter(const PreviewContent &content)
 {
     using State = PreviewContent::State;
     QStringList parts;
-    const bool wasRead =
-        content.state == State::Text || content.state == State::Empty || content.state == State::Binary;
-    if (wasRead)
+    if (content.state == State::Text || content.state == State::Empty || content.state == State::Binary)
         parts += sizeText(content.size);
     if (content.state == State::Text) {
         if (content.lines)

@@ -5,8 +5,6 @@
 #include "app/preview/PreviewReader.h"
 #include "app/preview/PreviewTheme.h"
 #include "app/preview/QScintilla.h"
-#include "app/preview/StyleSheets.h"
-#include "app/preview/TextRoles.h"
 #include "queue/FileKind.h"
 
 #include <QApplication>
@@ -16,12 +14,32 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cctype>
 
 namespace brevant {
 
 namespace {
 
+using Sci = QsciScintilla;
+
 constexpr int styleCount = 128;
+constexpr qsizetype firstIndicator = 8; // those before it are the lexers'
+constexpr int roleCount = int(TextRole::Special) + 1;
+
+qsizetype send(const Sci &editor, unsigned int message, qsizetype first = 0, qsizetype second = 0)
+{
+    return editor.SendScintilla(message, static_cast<unsigned long>(first), static_cast<long>(second));
+}
+
+void append(const Sci &editor, QByteArrayView text)
+{
+    editor.SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(text.size()), text.data());
+}
+
+int styleAt(const Sci &editor, qsizetype position)
+{
+    return static_cast<int>(send(editor, Sci::SCI_GETSTYLEAT, position));
+}
 
 /// `text` without the end of its last line, after which the editor would number one more.
 QByteArrayView withoutLastEnd(QByteArrayView text)
@@ -34,17 +52,102 @@ QByteArrayView withoutLastEnd(QByteArrayView text)
 QFont codeFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    for (const QString &family : {QStringLiteral("Menlo"), QStringLiteral("DejaVu Sans Mono")}) {
-        if (QFontDatabase::hasFamily(family)) {
-            font.setFamily(family);
-            break;
-        }
+    for (const QString &family : {QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Menlo")}) {
+        if (QFontDatabase::hasFamily(family))
+            font.setFamily(family); // the last one found
     }
     font.setPointSizeF(QFontInfo(QApplication::font()).pointSizeF());
     return font;
 }
 
+bool sameLetter(char one, char other)
+{
+    return std::tolower(static_cast<unsigned char>(one)) == std::tolower(static_cast<unsigned char>(other));
+}
+
+/// The place of `word` in `text` from `from` on, capitals or not; the end of the text if it is not there.
+qsizetype find(QByteArrayView text, QByteArrayView word, qsizetype from)
+{
+    return std::search(text.begin() + from, text.end(), word.begin(), word.end(), sameLetter) - text.begin();
+}
+
 } // namespace
+
+/// Colours the style sheets within a page as CSS, which the lexer of the page takes for plain text.
+class StyleSheets final {
+public:
+    explicit StyleSheets(Sci &page);
+
+    /// `text` is what the editor shows now.
+    void colour(QByteArrayView text);
+
+    void setTheme(const PreviewTheme &theme);
+
+private:
+    void colourSheet(QByteArrayView text, qsizetype begin, qsizetype end);
+
+    Sci &m_page;
+    std::unique_ptr<Sci> m_sheet; ///< never shown, only asked for styles; null until there is a sheet
+};
+
+StyleSheets::StyleSheets(Sci &page) : m_page(page)
+{
+    for (int role = 0; role < roleCount; ++role)
+        send(m_page, Sci::SCI_INDICSETSTYLE, firstIndicator + role, Sci::INDIC_TEXTFORE);
+}
+
+void StyleSheets::setTheme(const PreviewTheme &theme)
+{
+    for (int role = 0; role < roleCount; ++role)
+        m_page.SendScintilla(Sci::SCI_INDICSETFORE, static_cast<unsigned long>(firstIndicator + role),
+                             theme.color(TextRole(role)));
+}
+
+void StyleSheets::colour(QByteArrayView text)
+{
+    constexpr QByteArrayView tag("<style");
+    qsizetype begin = find(text, tag, 0);
+    if (begin == text.size())
+        return;
+    send(m_page, Sci::SCI_COLOURISE, 0, -1);
+    while (begin < text.size()) {
+        const qsizetype sheet = std::min(find(text, ">", begin) + 1, text.size());
+        // Not one in a comment or in a script, nor a tag with a longer name.
+        if (styleAt(m_page, begin) != QsciLexerHTML::Tag ||
+            styleAt(m_page, begin + tag.size() - 1) != QsciLexerHTML::Tag) {
+            begin = find(text, tag, begin + 1);
+            continue;
+        }
+        const qsizetype end = find(text, "</style", sheet);
+        colourSheet(text, sheet, end);
+        begin = find(text, tag, end);
+    }
+}
+
+void StyleSheets::colourSheet(QByteArrayView text, qsizetype begin, qsizetype end)
+{
+    if (!m_sheet) {
+        m_sheet = std::make_unique<QsciScintilla>();
+        m_sheet->setUtf8(true);
+        m_sheet->setLexer(new QsciLexerCSS(m_sheet.get())); // a child of the sheet
+    }
+    send(*m_sheet, Sci::SCI_CLEARALL);
+    append(*m_sheet, text.sliced(begin, end - begin));
+    send(*m_sheet, Sci::SCI_COLOURISE, 0, -1);
+    for (qsizetype at = begin; at < end;) {
+        const int style = styleAt(*m_sheet, at - begin);
+        const int pageStyle = styleAt(m_page, at);
+        qsizetype next = at + 1;
+        while (next < end && styleAt(*m_sheet, next - begin) == style && styleAt(m_page, next) == pageStyle)
+            ++next;
+        // What is not plain to the lexer of the page is PHP.
+        if (pageStyle == QsciLexerHTML::Default) {
+            send(m_page, Sci::SCI_SETINDICATORCURRENT, firstIndicator + qsizetype(cssRole(style)));
+            send(m_page, Sci::SCI_INDICATORFILLRANGE, at, next - at);
+        }
+        at = next;
+    }
+}
 
 SourceText::SourceText(QWidget *parent)
     : QWidget(parent), m_editor(new QsciScintilla(this)), m_css(new QsciLexerCSS(this)),
@@ -73,12 +176,11 @@ void SourceText::setUpEditor()
     m_editor->setMarginWidth(1, 0);
     m_editor->setExtraAscent(1);
     m_editor->setExtraDescent(1);
-    m_editor->SendScintilla(QsciScintilla::SCI_SETUNDOCOLLECTION, 0UL);
-    m_editor->SendScintilla(QsciScintilla::SCI_SETSCROLLWIDTHTRACKING, 1UL);
-    m_editor->SendScintilla(QsciScintilla::SCI_SETPOSITIONCACHE, 16384UL);
-    m_editor->SendScintilla(QsciScintilla::SCI_SETMARGINLEFT, 0UL, 4L);
-    m_editor->SendScintilla(QsciScintilla::SCI_SETLAYOUTCACHE,
-                            static_cast<unsigned long>(QsciScintilla::SC_CACHE_PAGE));
+    send(*m_editor, Sci::SCI_SETUNDOCOLLECTION, 0);
+    send(*m_editor, Sci::SCI_SETSCROLLWIDTHTRACKING, 1);
+    send(*m_editor, Sci::SCI_SETPOSITIONCACHE, 16384);
+    send(*m_editor, Sci::SCI_SETMARGINLEFT, 0, 4);
+    send(*m_editor, Sci::SCI_SETLAYOUTCACHE, Sci::SC_CACHE_PAGE);
     setFocusProxy(m_editor);
 }
 
@@ -111,16 +213,15 @@ void SourceText::setContent(const PreviewContent &content)
     std::ranges::sort(m_added);
     m_path = content.path;
     m_editor->setReadOnly(false);
-    m_editor->SendScintilla(QsciScintilla::SCI_CLEARALL);
+    send(*m_editor, Sci::SCI_CLEARALL);
     // Between the two texts, so that neither is coloured by the lexer of the other.
     if (QsciLexer *lexer = lexerFor(m_path); lexer != m_editor->lexer()) {
         m_editor->setLexer(lexer);
         applyThemeToEditor();
     }
-    m_editor->SendScintilla(QsciScintilla::SCI_SETSCROLLWIDTH, 1UL);
+    send(*m_editor, Sci::SCI_SETSCROLLWIDTH, 1);
     const QByteArrayView lines = withoutLastEnd(m_text);
-    m_editor->SendScintilla(QsciScintilla::SCI_APPENDTEXT, static_cast<unsigned long>(lines.size()),
-                            lines.data());
+    append(*m_editor, lines);
     m_editor->setReadOnly(true);
     if (m_editor->lexer() == m_html)
         m_styleSheets->colour(lines);
@@ -190,8 +291,8 @@ QString SourceText::shownText() const
 
 QString SourceText::selectedText() const
 {
-    const auto begin = static_cast<qsizetype>(m_editor->SendScintilla(QsciScintilla::SCI_GETSELECTIONSTART));
-    const auto end = static_cast<qsizetype>(m_editor->SendScintilla(QsciScintilla::SCI_GETSELECTIONEND));
+    const qsizetype begin = send(*m_editor, Sci::SCI_GETSELECTIONSTART);
+    const qsizetype end = send(*m_editor, Sci::SCI_GETSELECTIONEND);
     QByteArray text;
     qsizetype from = begin;
     for (auto added = std::ranges::lower_bound(m_added, begin); added != m_added.end() && *added < end;

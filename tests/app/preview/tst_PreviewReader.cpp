@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewReader.h"
-#include "app/preview/PreviewWords.h"
 #include "settings/Encodings.h"
 #include "tests/TestClass.h"
 #include "tests/app/preview/PreviewFiles.h"
