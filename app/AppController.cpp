@@ -6,7 +6,7 @@
 #include "app/Combining.h"
 #include "app/JobRunner.h"
 #include "app/TableSelectionWatch.h"
-#include "app/WindowJobDisplay.h"
+#include "app/WindowRun.h"
 #include "app/platform/Workspace.h"
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"

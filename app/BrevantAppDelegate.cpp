@@ -5,7 +5,7 @@
 #include "app/Adding.h"
 #include "app/AppController.h"
 #include "app/JobRunner.h"
-#include "app/WindowJobDisplay.h"
+#include "app/WindowRun.h"
 #include "app/preview/PreviewPanel.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"

@@ -94,7 +94,7 @@ void RunNews::showProgress()
 
 void RunNews::notify(const RunOutcome &outcome)
 {
-    if (outcome.end == MinifyJob::End::Stopped || outcome.count == 0 || isLookedAt())
+    if (outcome.end == RunEnd::Stopped || outcome.count == 0 || isLookedAt())
         return;
     m_ofRuns.show(summaryOf(outcome), outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
 }

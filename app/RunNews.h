@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/MinifyJob.h"
+#include "engine/RunObserver.h"
 
 #include <QObject>
 #include <QString>
@@ -20,7 +20,7 @@ class Notification;
 
 /// What a run came to.
 struct RunOutcome {
-    MinifyJob::End end = MinifyJob::End::Completed;
+    RunEnd end = RunEnd::Completed;
     int minified = 0; ///< of the files that the run has left
     int count = 0;    ///< of the files that were to be minified
     QString folder;   ///< where all the outputs are; empty if they are in several

@@ -11,7 +11,6 @@
 //                              seconds
 #include "engine/CombineFiles.h"
 #include "engine/EntryResult.h"
-#include "engine/JobDisplay.h"
 #include "engine/MinifyJob.h"
 #include "engine/Tools.h"
 #include "queue/FileQueue.h"
@@ -82,15 +81,9 @@ int benchCombine(int count, char *paths[])
     return result.outcome == CombineResult::Outcome::Written ? 0 : 1;
 }
 
-/// Shows nothing, and ends the program where a file was not minified.
-class NoDisplay final : public JobDisplay {
+/// Ends the program where a file was not minified.
+class Failures final : public RunObserver {
 public:
-    void lockControls() override {}
-    void setStatusText(const QString &) override {}
-    void selectRow(int) override {}
-    void deselectRows() override {}
-    void playDoneSound() override {}
-    void unlockControls() override {}
     void entryEnded(const EntryResult &result) override
     {
         if (result.outcome != EntryResult::Outcome::Done)
@@ -110,13 +103,13 @@ int benchInPlace(bool withCopies, int count, char *paths[])
     Tools tools = Tools::inResources(findResourceFolder());
     if (!withCopies)
         tools.originals.clear();
-    NoDisplay display;
+    Failures failures;
     const std::atomic<Stop> stop = Stop::No;
     const auto start = std::chrono::steady_clock::now();
-    const MinifyJob::End end = MinifyJob(queue, settings, tools, display).run(stop);
+    const RunEnd end = MinifyJob(queue, settings, tools, failures, stop).run();
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     std::printf("%.4f\n", seconds.count());
-    return end == MinifyJob::End::Completed ? 0 : 1;
+    return end == RunEnd::Completed ? 0 : 1;
 }
 
 } // namespace

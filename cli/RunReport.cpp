@@ -49,7 +49,7 @@ QJsonObject toObject(const EntryResult &result)
 
 } // namespace
 
-void RunReport::finish(MinifyJob::End end, const std::vector<QString> &entries, const QString &reason)
+void RunReport::finish(RunEnd end, const std::vector<QString> &entries, const QString &reason)
 {
     m_end = end;
     m_reason = reason;
@@ -70,7 +70,7 @@ int RunReport::doneCount() const
 
 bool RunReport::isAllDone() const
 {
-    return m_end == MinifyJob::End::Completed && static_cast<std::size_t>(doneCount()) == m_results.size();
+    return m_end == RunEnd::Completed && static_cast<std::size_t>(doneCount()) == m_results.size();
 }
 
 QString RunReport::summary() const

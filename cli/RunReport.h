@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/EntryResult.h"
-#include "engine/MinifyJob.h"
+#include "engine/RunObserver.h"
 
 #include <QByteArray>
 #include <QString>
@@ -19,7 +19,7 @@ public:
 
     /// How the run ended, and the queue it went through; what it did not come to is reported too. `reason`:
     /// why nothing could be run, if so.
-    void finish(MinifyJob::End end, const std::vector<QString> &entries, const QString &reason = QString());
+    void finish(RunEnd end, const std::vector<QString> &entries, const QString &reason = QString());
 
     [[nodiscard]] int doneCount() const;
     [[nodiscard]] bool isAllDone() const;
@@ -40,7 +40,7 @@ private:
     std::vector<EntryResult> m_results;
     std::vector<QString> m_notRun;
     QString m_reason; ///< why nothing could be run
-    MinifyJob::End m_end = MinifyJob::End::Completed;
+    RunEnd m_end = RunEnd::Completed;
 };
 
 } // namespace brevant

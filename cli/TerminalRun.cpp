@@ -5,10 +5,9 @@
 #include "cli/DryRun.h"
 #include "cli/Listing.h"
 #include "cli/OutputClaims.h"
-#include "cli/ParallelRun.h"
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
-#include "cli/TerminalJobDisplay.h"
+#include "cli/TerminalProgress.h"
 #include "cli/TerminalText.h"
 #include "engine/originals/PutBack.h"
 #include "files/DurableFile.h"
@@ -168,31 +167,27 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     if (const QString missing = tools.missing(); !missing.isEmpty()) {
         printError(missing);
         RunReport report;
-        report.finish(MinifyJob::End::JavaNotStarted, queue.entries(), missing);
+        report.finish(RunEnd::JavaNotStarted, queue.entries(), missing);
         static_cast<void>(writeReport(line, report));
         return static_cast<int>(ExitStatus::NoTools);
     }
     StopSignals::catchAll(line.jobs > 1);
     RunReport report;
-    TerminalJobDisplay display(queue, report,
-                               line.quiet ? TerminalJobDisplay::Style::Quiet
-                                          : TerminalJobDisplay::styleOfStandardOutput());
-    const std::atomic<Stop> &stop = StopSignals::requested();
-    const Refusal refusal = refusalFor(queue.entries(), settings);
-    const MinifyJob::End end =
-        line.jobs == 1 ? MinifyJob(queue, settings, tools, display, refusal).run(stop)
-                       : ParallelRun(queue, settings, tools, display, refusal).run(line.jobs, stop);
-    report.finish(end, queue.entries(),
-                  end == MinifyJob::End::JavaNotStarted ? display.statusText() : QString());
+    TerminalProgress progress(report, line.quiet ? TerminalProgress::Style::Quiet
+                                                 : TerminalProgress::styleOfStandardOutput());
+    const RunEnd end = MinifyJob(queue, settings, tools, progress, StopSignals::requested(),
+                                 refusalFor(queue.entries(), settings))
+                           .run(line.jobs);
+    report.finish(end, queue.entries(), end == RunEnd::JavaNotStarted ? progress.status() : QString());
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());
-    else if (end == MinifyJob::End::JavaNotStarted)
-        printError(display.statusText());
+    else if (end == RunEnd::JavaNotStarted)
+        printError(progress.status());
     TerminalText::print(stderr, report.notes() + report.failures());
     const bool reported = writeReport(line, report);
-    if (end == MinifyJob::End::Stopped)
+    if (end == RunEnd::Stopped)
         return StopSignals::exitStatus();
-    if (end == MinifyJob::End::JavaNotStarted)
+    if (end == RunEnd::JavaNotStarted)
         return static_cast<int>(ExitStatus::NoTools);
     return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
 }

@@ -43,24 +43,24 @@ QString EntryRun::seenByCompressor(const QString &path) const
     return path.startsWith(u'/') ? path : PathString::join(m_tools.folder, path);
 }
 
-QString EntryRun::keepSafe(const QString &entry, const std::optional<QString> &output,
+QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &target,
                            const std::optional<QString> &outputAtStart)
 {
-    if (!output)
-        return m_safetyCopy.make(entry, Danger::None);
-    if (isSameFile(entry, *output)) {
-        const bool isMeant = outputAtStart && isSameFile(entry, seenByCompressor(*outputAtStart));
-        return m_safetyCopy.make(entry, isMeant ? Danger::Replaced : Danger::Surprise);
+    if (!target)
+        return m_safetyCopy.make(source, Danger::None);
+    if (isSameFile(source, *target)) {
+        const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
+        return m_safetyCopy.make(source, isMeant ? Danger::Replaced : Danger::Surprise);
     }
-    if (m_listed.contains(*output))
-        return m_safetyCopy.make(*output, Danger::AnotherEntry);
-    return m_safetyCopy.make(entry, isTakenForPattern(entry, *output) ? Danger::Pattern : Danger::None);
+    if (m_listed.contains(*target))
+        return m_safetyCopy.make(*target, Danger::AnotherEntry);
+    return m_safetyCopy.make(source, isTakenForPattern(source, *target) ? Danger::Pattern : Danger::None);
 }
 
-std::optional<EntryResult> EntryRun::run(const QString &entry, const std::optional<QString> &output,
-                                         const std::optional<QString> &outputAtStart, const QString &refusal)
+std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
     using Clock = std::chrono::steady_clock;
+    const auto &[entry, output, outputAtStart, refusal] = task;
     if (!refusal.isEmpty())
         return EntryWatch(entry, output).refused(refusal);
     if (output && isDangerousPattern(entry, *output))

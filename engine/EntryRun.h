@@ -11,7 +11,6 @@
 
 #include <QString>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,8 +19,13 @@ namespace brevant {
 class FileQueue;
 class SettingsStore;
 
-/// Says why an entry must not be run, given the output it has; empty if it may be.
-using Refusal = std::function<QString(const QString &entry, const std::optional<QString> &output)>;
+/// What is to be done for an entry, by the settings as they are when its turn comes.
+struct EntryTask {
+    QString entry;
+    std::optional<QString> output;
+    std::optional<QString> outputAtStart; ///< by the settings as they were when the run began
+    QString refusal;                      ///< why it must not be run; empty if it may be
+};
 
 /// The work on one entry after another: safety copy, compressor, gzip copy.
 class EntryRun final {
@@ -31,19 +35,16 @@ public:
     EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
              CompressorOptions options, const std::atomic<Stop> &stop);
 
-    /// Does everything for one entry, on the calling thread, unless there is a `refusal`, which is the reason
-    /// for its failure then. The switches are read here; nothing is returned if the Java runtime could not be
-    /// started. `outputAtStart`: the output by the settings as they were when the run began.
-    [[nodiscard]] std::optional<EntryResult> run(const QString &entry, const std::optional<QString> &output,
-                                                 const std::optional<QString> &outputAtStart,
-                                                 const QString &refusal = QString());
+    /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
+    /// if the Java runtime could not be started.
+    [[nodiscard]] std::optional<EntryResult> run(const EntryTask &task);
 
     /// Why the Java runtime could not be started, in words.
     [[nodiscard]] QString startFailure() const;
 
 private:
     [[nodiscard]] QString seenByCompressor(const QString &path) const;
-    [[nodiscard]] QString keepSafe(const QString &entry, const std::optional<QString> &output,
+    [[nodiscard]] QString keepSafe(const QString &source, const std::optional<QString> &target,
                                    const std::optional<QString> &outputAtStart);
 
     const SettingsStore &m_settings;

@@ -2,76 +2,95 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/MinifyJob.h"
 
-#include "engine/JobDisplay.h"
 #include "queue/FileQueue.h"
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 
+#include <algorithm>
+#include <system_error>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace brevant {
 
-namespace {
-
-/// Locks the controls for as long as it lives.
-class ControlsLock final {
-public:
-    explicit ControlsLock(JobDisplay &display) : m_display(display) { m_display.lockControls(); }
-    ~ControlsLock() { m_display.unlockControls(); }
-
-    ControlsLock(const ControlsLock &) = delete;
-    ControlsLock &operator=(const ControlsLock &) = delete;
-
-private:
-    JobDisplay &m_display;
-};
-
-} // namespace
-
 MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                     JobDisplay &display, Refusal refusal)
-    : m_queue(queue), m_settings(settings), m_tools(tools), m_display(display), m_outputPath(settings),
-      m_refusal(std::move(refusal))
+                     RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal)
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_observer(observer), m_stop(stop),
+      m_refusal(std::move(refusal)), m_outputPath(settings)
 {
 }
 
-MinifyJob::End MinifyJob::run(const std::atomic<Stop> &stop)
+RunEnd MinifyJob::run(int jobs)
 {
-    EntryRun entryRun(m_queue, m_settings, m_tools, CompressorOptions::atStartOfRun(m_settings), stop);
-    const ControlsLock lock(m_display);
-    const End end = runEntries(entryRun, stop);
-    m_display.deselectRows();
-    if (end == End::Completed) {
-        m_display.loadDoneSound();
-        if (m_settings.isTrue(soundCheckerKeyString))
-            m_display.playDoneSound();
-        m_display.setStatusText(QStringLiteral("Well done!"));
-    } else if (end == End::JavaNotStarted) {
-        m_display.setStatusText(entryRun.startFailure());
+    const CompressorOptions options = CompressorOptions::atStartOfRun(m_settings);
+    m_observer.runStarted();
+    {
+        std::vector<std::jthread> others;
+        try {
+            for (int i = 1; i < std::min(jobs, m_queue.count()); ++i)
+                others.emplace_back([this, &options] { work(options); });
+        } catch (const std::system_error &) {
+            // The system has no more threads; those that there are do the work.
+        }
+        work(options);
     }
-    return end;
+    if (m_end == RunEnd::Completed && m_stop == Stop::AtOnce)
+        m_end = RunEnd::Stopped;
+    m_observer.runEnded(m_end, m_end == RunEnd::Completed ? QStringLiteral("Well done!") : m_startFailure);
+    return m_end;
 }
 
-MinifyJob::End MinifyJob::runEntries(EntryRun &entryRun, const std::atomic<Stop> &stop)
+void MinifyJob::work(const CompressorOptions &options)
 {
-    int index = 0;
-    while (const std::optional<QString> entry = m_queue.entryAt(index)) {
-        if (stop != Stop::No)
-            return End::Stopped;
-        const int count = m_queue.count();
-        m_display.setProgress(index, count);
-        m_display.setStatusText(QStringLiteral("Minified %1 of %2 items.").arg(index + 1).arg(count));
-        m_display.selectRow(index);
-        const std::optional<QString> output = m_outputPath.next(*entry);
-        const QString refusal = m_refusal ? m_refusal(*entry, output) : QString();
-        const std::optional<EntryResult> result =
-            entryRun.run(*entry, output, m_outputPath.atStart(), refusal);
-        if (!result)
-            return End::JavaNotStarted;
-        m_display.entryEnded(*result);
-        ++index;
+    EntryRun entryRun(m_queue, m_settings, m_tools, options, m_stop);
+    while (OpenEntry *const entry = takeNext()) {
+        std::optional<EntryResult> result = entryRun.run(entry->task);
+        const std::lock_guard lock(m_mutex);
+        if (!result) {
+            m_end = RunEnd::JavaNotStarted;
+            m_startFailure = entryRun.startFailure();
+        }
+        entry->result = std::move(result);
+        entry->hasEnded = true;
+        tellObserver();
     }
-    return stop == Stop::AtOnce ? End::Stopped : End::Completed;
+}
+
+/// The next entry to be worked on, which stays where it is until it has ended; nothing at the end of the run.
+MinifyJob::OpenEntry *MinifyJob::takeNext()
+{
+    const std::lock_guard lock(m_mutex);
+    const std::optional<QString> path = m_queue.entryAt(m_told + static_cast<int>(m_open.size()));
+    if (!path || m_end != RunEnd::Completed)
+        return nullptr;
+    if (m_stop != Stop::No) {
+        m_end = RunEnd::Stopped;
+        return nullptr;
+    }
+    EntryTask &task = m_open.emplace_back().task;
+    task.entry = *path;
+    tellObserver(); // first, as a setting changed meanwhile holds for this entry
+    task.output = m_outputPath.next(*path);
+    task.outputAtStart = m_outputPath.atStart();
+    if (m_refusal)
+        task.refusal = m_refusal(*path, task.output);
+    return &m_open.back();
+}
+
+/// Tells of all that can be told in the order of the queue.
+void MinifyJob::tellObserver()
+{
+    for (; !m_open.empty(); m_open.pop_front(), ++m_told) {
+        OpenEntry &entry = m_open.front();
+        if (!std::exchange(entry.isAnnounced, true)) {
+            const int count = m_queue.count();
+            m_observer.entryStarted({m_told, count, entry.task.entry,
+                                     QStringLiteral("Minified %1 of %2 items.").arg(m_told + 1).arg(count)});
+        }
+        if (!entry.hasEnded)
+            return;
+        if (entry.result)
+            m_observer.entryEnded(*entry.result);
+    }
 }
 
 } // namespace brevant

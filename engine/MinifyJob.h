@@ -3,45 +3,63 @@
 #pragma once
 
 #include "engine/EntryRun.h"
+#include "engine/RunObserver.h"
 #include "engine/Stop.h"
 #include "engine/Tools.h"
 #include "queue/OutputPath.h"
 
+#include <deque>
+#include <functional>
+#include <mutex>
+
 namespace brevant {
 
 class FileQueue;
-class JobDisplay;
 class SettingsStore;
 
-/// One run over the queue, from its first entry to its last, one compressor at a time, on the calling thread.
+/// Says why an entry must not be run, given the output it has; empty if it may be.
+using Refusal = std::function<QString(const QString &entry, const std::optional<QString> &output)>;
+
+/// One run over the queue, from its first entry to its last, with one compressor at a time or several.
 ///
-/// The queue may change meanwhile: its count is read again after every file, so entries appended are worked
-/// on too, and a queue that shrinks ends the run early. What the compressors do, or fail to do, changes
-/// nothing in the run. Several jobs may run at once, each with an object of its own.
+/// The queue may change meanwhile: it is read again for every entry, so entries appended are worked on too,
+/// and a queue that shrinks ends the run early. What the compressors do, or fail to do, changes nothing in
+/// the run. Several jobs may run at once, each with an object of its own.
 class MinifyJob final {
 public:
-    enum class End {
-        Completed,
-        Stopped,        ///< on request
-        JavaNotStarted, ///< the Java runtime could not be started
-    };
+    /// `refusal` is asked for one entry at a time, in the order of the queue.
+    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
+              RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal = {});
 
-    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, JobDisplay &display,
-              Refusal refusal = {});
-
-    /// Runs to the end, or for as long as nothing else is asked for. The display is told of the end exactly
-    /// once.
-    End run(const std::atomic<Stop> &stop);
+    /// Runs to the end, or for as long as no stop is asked for, with up to `jobs` compressors at once: one on
+    /// the calling thread, each of the others on a thread of its own, as far as there are threads to be had.
+    RunEnd run(int jobs = 1);
 
 private:
-    [[nodiscard]] End runEntries(EntryRun &entryRun, const std::atomic<Stop> &stop);
+    struct OpenEntry {
+        EntryTask task;
+        std::optional<EntryResult> result;
+        bool isAnnounced = false;
+        bool hasEnded = false; ///< without a result if Java could not be started
+    };
+
+    void work(const CompressorOptions &options);
+    [[nodiscard]] OpenEntry *takeNext();
+    void tellObserver();
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
     const Tools m_tools;
-    JobDisplay &m_display;
-    OutputPath m_outputPath;
+    RunObserver &m_observer;
+    const std::atomic<Stop> &m_stop;
     const Refusal m_refusal;
+
+    std::mutex m_mutex; ///< of all below, of the refusal and of the calls to the observer
+    OutputPath m_outputPath;
+    std::deque<OpenEntry> m_open; ///< entries taken whose end the observer has not been told of
+    int m_told = 0;               ///< entries before those
+    RunEnd m_end = RunEnd::Completed;
+    QString m_startFailure; ///< why Java could not be started
 };
 
 } // namespace brevant

@@ -25,13 +25,18 @@ struct SoundSamples {
 
 /// The sound at the end of a run. Whatever the sound server does, or if there is none, no call here blocks
 /// and nothing is printed. The end of the program does not wait for the sound, but cuts it off.
-class DoneSound final {
+class DoneSound {
 public:
+    DoneSound() = default;
+    virtual ~DoneSound() = default;
+    DoneSound(const DoneSound &) = delete;
+    DoneSound &operator=(const DoneSound &) = delete;
+
     /// Reads the sound from a file or a resource. False, and no sound, if that fails.
-    bool load(const QString &path = QStringLiteral(":/Done.aif"));
+    virtual bool load(const QString &path = QStringLiteral(":/Done.aif"));
 
     /// Starts playing what was loaded. Does nothing while it is playing already.
-    void play();
+    virtual void play();
 
 private:
     std::shared_ptr<const SoundSamples> m_samples;

@@ -30,6 +30,28 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <functional>
+
+/// Writes down what is asked of the sound at the end of a run, and plays nothing.
+class RecordingSound final : public brevant::DoneSound {
+public:
+    std::function<void(const QString &call)> onCall;
+
+    bool load(const QString &path = QStringLiteral(":/Done.aif")) override
+    {
+        note(QStringLiteral("load"));
+        return DoneSound::load(path);
+    }
+    void play() override { note(QStringLiteral("play")); }
+
+private:
+    void note(const QString &call) const
+    {
+        if (onCall)
+            onCall(call);
+    }
+};
+
 /// The whole window program but for its main(), on settings and files of its own, with a stub for Java,
 /// without a session bus unless one is given, and with addresses written down instead of opened.
 struct AppFixture {
@@ -53,7 +75,7 @@ struct AppFixture {
     brevant::SettingsStore settings;
     brevant::FileQueue queue;
     brevant::DockTile dockTile;
-    brevant::DoneSound doneSound;
+    RecordingSound doneSound;
     brevant::Workspace workspace;
     brevant::Notification notification;
     brevant::Notification notificationOfSources;

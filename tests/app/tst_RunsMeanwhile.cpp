@@ -3,7 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/SavePanel.h"
-#include "app/WindowJobDisplay.h"
+#include "app/WindowRun.h"
 #include "engine/EntryResult.h"
 #include "engine/MinifyJob.h"
 #include "tests/TestClass.h"
@@ -24,8 +24,8 @@ using namespace brevant::test;
 
 namespace {
 
-/// One job: what it shows is counted and handed on to the window. The sound is not played.
-class CountedJob final : public JobDisplay {
+/// One job: what it tells is counted and handed on to the window.
+class CountedJob final : public RunObserver {
 public:
     /// `worked` counts the files worked on; it is to keep no two threads in order.
     explicit CountedJob(std::atomic<int> &worked) : m_worked(worked) {}
@@ -33,37 +33,33 @@ public:
     /// The whole job, on the calling thread.
     void run(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
     {
-        WindowJobDisplay shown(outlets, services);
+        WindowRun shown(outlets, services, stop);
         m_shown = &shown;
-        m_end = MinifyJob(services.queue, services.settings, services.tools, *this).run(stop);
-        shown.runEnded(m_end);
+        MinifyJob(services.queue, services.settings, services.tools, *this, stop).run();
     }
 
-    void lockControls() override
+    void runStarted() override
     {
-        ++m_locks;
-        m_shown->lockControls();
+        ++m_starts;
+        m_shown->runStarted();
     }
-    void setStatusText(const QString &text) override { m_shown->setStatusText(text); }
-    void setProgress(int done, int count) override
+    void entryStarted(const EntryStart &start) override
     {
-        m_inOrder &= done == static_cast<int>(m_sources.size());
-        m_shown->setProgress(done, count);
+        m_inOrder &= start.index == static_cast<int>(m_sources.size());
+        m_shown->entryStarted(start);
     }
-    void selectRow(int row) override { m_shown->selectRow(row); }
     void entryEnded(const EntryResult &result) override
     {
-        m_inOrder &= m_locks == 1 && m_unlocks == 0;
+        m_inOrder &= m_starts == 1 && m_ends == 0;
         m_sources.push_back(result.source);
         m_worked.fetch_add(1, std::memory_order_relaxed);
         m_shown->entryEnded(result);
     }
-    void deselectRows() override { m_shown->deselectRows(); }
-    void playDoneSound() override {}
-    void unlockControls() override
+    void runEnded(RunEnd end, const QString &status) override
     {
-        ++m_unlocks;
-        m_shown->unlockControls();
+        ++m_ends;
+        m_end = end;
+        m_shown->runEnded(end, status);
     }
 
     [[nodiscard]] const std::vector<QString> &sources() const { return m_sources; }
@@ -71,11 +67,11 @@ public:
     /// What is wrong with a job that has ended; empty if nothing is.
     [[nodiscard]] QString fault() const
     {
-        if (m_locks != 1 || m_unlocks != 1)
-            return QStringLiteral("%1 beginnings and %2 ends").arg(m_locks).arg(m_unlocks);
+        if (m_starts != 1 || m_ends != 1)
+            return QStringLiteral("%1 beginnings and %2 ends").arg(m_starts).arg(m_ends);
         if (!m_inOrder)
             return QStringLiteral("calls in a wrong order");
-        if (m_end == MinifyJob::End::JavaNotStarted)
+        if (m_end == RunEnd::JavaNotStarted)
             return QStringLiteral("Java was not started");
         // Each path is added once, and rows only move up.
         if (std::set(m_sources.begin(), m_sources.end()).size() != m_sources.size())
@@ -85,10 +81,10 @@ public:
 
 private:
     std::atomic<int> &m_worked;
-    WindowJobDisplay *m_shown = nullptr;
-    MinifyJob::End m_end = MinifyJob::End::JavaNotStarted;
-    int m_locks = 0;
-    int m_unlocks = 0;
+    WindowRun *m_shown = nullptr;
+    RunEnd m_end = RunEnd::JavaNotStarted;
+    int m_starts = 0;
+    int m_ends = 0;
     bool m_inOrder = true;
     std::vector<QString> m_sources;
 };

@@ -12,7 +12,7 @@
 
 using namespace brevant;
 using namespace Qt::StringLiterals;
-using End = MinifyJob::End;
+using End = RunEnd;
 using Outcome = EntryResult::Outcome;
 
 namespace {

@@ -479,7 +479,7 @@ private:
     {
         EntryRun entryRun(m_queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings),
                           m_stop);
-        const std::optional<EntryResult> result = entryRun.run(source, output, output);
+        const std::optional<EntryResult> result = entryRun.run({source, output, output, {}});
         return result.value_or(EntryResult());
     }
 

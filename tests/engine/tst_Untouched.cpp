@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryResult.h"
-#include "engine/JobDisplay.h"
 #include "engine/MinifyJob.h"
 #include "engine/originals/PutBack.h"
 #include "queue/FileQueue.h"
@@ -70,18 +69,13 @@ bool setAttribute(const QString &path, const char *name, const QByteArray &value
                       static_cast<std::size_t>(value.size()), 0) == 0;
 }
 
-class Results final : public JobDisplay {
+class Results final : public RunObserver {
 public:
-    void lockControls() override {}
-    void setStatusText(const QString &) override {}
-    void selectRow(int row) override
+    void entryStarted(const EntryStart &start) override
     {
         if (onRow)
-            onRow(row);
+            onRow(start.index);
     }
-    void deselectRows() override {}
-    void playDoneSound() override {}
-    void unlockControls() override {}
     void entryEnded(const EntryResult &result) override { all.push_back(result); }
 
     std::vector<EntryResult> all;
@@ -454,7 +448,7 @@ private:
         for (const QString &entry : entries)
             m_queue.append(entry);
         const std::atomic<Stop> stop = Stop::No;
-        MinifyJob(m_queue, *m_settings, m_tools, m_display).run(stop);
+        MinifyJob(m_queue, *m_settings, m_tools, m_display, stop).run();
         return m_display.all.empty() ? std::vector<EntryResult>(1) : m_display.all;
     }
 

@@ -5,7 +5,7 @@
 #include "app/Outlets.h"
 #include "app/RunNews.h"
 #include "app/Services.h"
-#include "engine/JobDisplay.h"
+#include "engine/RunObserver.h"
 #include "engine/Stop.h"
 
 #include <QSet>
@@ -15,36 +15,28 @@
 
 namespace brevant {
 
-/// Shows one run in the window and to the desktop. The job calls from its own thread; each call is handed to
-/// the main thread, in order, and never waited for. The window and the services must outlive what was handed.
-class WindowJobDisplay final : public JobDisplay {
+/// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is
+/// handed to the main thread, in order, and never waited for. The window and the services must outlive that.
+class WindowRun final : public RunObserver {
 public:
-    WindowJobDisplay(const Outlets &outlets, const Services &services);
+    WindowRun(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop);
 
-    void lockControls() override;
-    void setStatusText(const QString &text) override;
-    void setProgress(int done, int count) override;
-    void selectRow(int row) override;
+    void runStarted() override;
+    void entryStarted(const EntryStart &start) override;
     void entryEnded(const EntryResult &result) override;
-    void deselectRows() override;
-    void loadDoneSound() override;
-    void playDoneSound() override;
-    void unlockControls() override;
-
-    /// To be called after the job's last call.
-    void runEnded(MinifyJob::End end);
+    void runEnded(RunEnd end, const QString &status) override;
 
 private:
     void onMainThread(std::function<void()> step);
 
     const Outlets m_outlets;
     const Services m_services;
+    const std::atomic<Stop> &m_stop;
     const int m_run; ///< its number
     int m_done = 0;
     RunOutcome m_outcome;
     QSet<QString> m_outputs;         ///< files written: one may have replaced another
     std::optional<QString> m_folder; ///< of the outputs so far; empty if there are several
-    QString m_statusText;
 };
 
 /// One whole run over the queue, shown in the window, on the calling thread.

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/TerminalJobDisplay.h"
+#include "cli/TerminalProgress.h"
 
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "engine/EntryResult.h"
 #include "files/PathString.h"
-#include "queue/FileQueue.h"
 
 #include <algorithm>
 #include <array>
@@ -42,38 +41,24 @@ bool isJavaTalkative()
 
 } // namespace
 
-TerminalJobDisplay::TerminalJobDisplay(const FileQueue &queue, RunReport &report, Style style)
-    : m_queue(queue), m_report(report), m_style(style)
-{
-}
-
-TerminalJobDisplay::Style TerminalJobDisplay::styleOfStandardOutput()
+TerminalProgress::Style TerminalProgress::styleOfStandardOutput()
 {
     const char *terminal = std::getenv("TERM");
     const bool canErase = terminal != nullptr && std::string_view(terminal) != "dumb";
     return ::isatty(STDOUT_FILENO) != 0 && canErase && !isJavaTalkative() ? Style::Live : Style::Lines;
 }
 
-void TerminalJobDisplay::setStatusText(const QString &text)
+void TerminalProgress::entryStarted(const EntryStart &start)
 {
-    m_statusText = TerminalText::printable(text);
-    m_fileName.clear();
+    m_status = start.status;
+    if (m_style != Style::Live)
+        return;
+    // The cursor waits below the line, so that what a compressor prints begins on a line of its own.
+    TerminalText::print(stdout, takeLiveLine() + liveLine(start) + u'\n');
+    m_liveLineShown = true;
 }
 
-void TerminalJobDisplay::selectRow(int row)
-{
-    m_fileName = PathString::lastComponent(m_queue.entryAt(row).value_or(QString())).toString();
-    if (m_style == Style::Live)
-        drawLiveLine();
-}
-
-void TerminalJobDisplay::unlockControls()
-{
-    if (m_style != Style::Quiet)
-        TerminalText::print(stdout, takeLiveLine() + m_statusText + u'\n');
-}
-
-void TerminalJobDisplay::entryEnded(const EntryResult &result)
+void TerminalProgress::entryEnded(const EntryResult &result)
 {
     ++m_done;
     m_report.add(result);
@@ -84,43 +69,43 @@ void TerminalJobDisplay::entryEnded(const EntryResult &result)
         TerminalText::print(stdout, lineFor(result));
 }
 
-QString TerminalJobDisplay::lineFor(const EntryResult &result) const
+void TerminalProgress::runEnded([[maybe_unused]] RunEnd end, const QString &status)
+{
+    if (!status.isEmpty())
+        m_status = status;
+    if (m_style != Style::Quiet)
+        TerminalText::print(stdout, takeLiveLine() + TerminalText::printable(m_status) + u'\n');
+}
+
+QString TerminalProgress::lineFor(const EntryResult &result) const
 {
     const QString source = TerminalText::printable(result.source);
     if (result.outcome != EntryResult::Outcome::Done)
-        return QStringLiteral("%1 %2: %3\n")
-            .arg(m_statusText, source, TerminalText::printable(result.reason()));
+        return QStringLiteral("%1 %2: %3\n").arg(m_status, source, TerminalText::printable(result.reason()));
     return QStringLiteral("%1 %2 -> %3, %4 -> %5 bytes\n")
-        .arg(m_statusText, source, TerminalText::printable(*result.output),
+        .arg(m_status, source, TerminalText::printable(*result.output),
              TerminalText::grouped(result.sizeBefore.value_or(0)),
              TerminalText::grouped(result.sizeAfter.value_or(0)));
 }
 
-void TerminalJobDisplay::drawLiveLine()
-{
-    // The cursor waits below the line, so that what a compressor prints begins on a line of its own.
-    const QString line = TerminalText::progressLine(progress(), terminalColumns() - 1);
-    TerminalText::print(stdout, takeLiveLine() + line + u'\n');
-    m_liveLineShown = true;
-}
-
-QString TerminalJobDisplay::takeLiveLine()
+QString TerminalProgress::takeLiveLine()
 {
     // Where a stop was asked for, its words stand right above the cursor, and stay.
     return std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No ? eraseLineAbove
                                                                                          : QString();
 }
 
-TerminalText::Progress TerminalJobDisplay::progress() const
+QString TerminalProgress::liveLine(const EntryStart &start) const
 {
-    TerminalText::Progress progress{m_done, std::max(m_queue.count(), 1), m_statusText,
-                                    TerminalText::printable(m_fileName), QString()};
+    TerminalText::Progress progress{m_done, std::max(start.count, 1), start.status,
+                                    TerminalText::printable(PathString::lastComponent(start.path).toString()),
+                                    QString()};
     if (m_done > 0) {
         const double passed = std::chrono::duration<double>(Clock::now() - m_start).count();
         const double left = passed / m_done * (progress.total - m_done);
         progress.left = QStringLiteral("%1 left").arg(TerminalText::duration(left));
     }
-    return progress;
+    return TerminalText::progressLine(progress, terminalColumns() - 1);
 }
 
 } // namespace brevant
