@@ -6,11 +6,9 @@
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 
-#include <QCommandLineOption>
 #include <QCommandLineParser>
 
 #include <algorithm>
-#include <optional>
 
 namespace brevant {
 
@@ -18,88 +16,98 @@ namespace {
 
 constexpr int mostJobs = 256;
 
-const QString setOption = QStringLiteral("set");
-const QString settingsOption = QStringLiteral("settings");
-const QString jobsOption = QStringLiteral("jobs");
-const QString allOption = QStringLiteral("all");
 const QString listOption = QStringLiteral("list");
 const QString dryRunOption = QStringLiteral("dry-run");
 const QString reportOption = QStringLiteral("report");
-const QString quietOption = QStringLiteral("quiet");
-const QString versionOption = QStringLiteral("version");
-const QString helpOption = QStringLiteral("help");
-
-std::variant<std::pair<QLatin1StringView, QJsonValue>, UsageError> parseSetting(const QString &assignment)
-{
-    const qsizetype sign = assignment.indexOf(u'=');
-    if (sign < 0)
-        return UsageError{QStringLiteral("--set takes KEY=VALUE, not \"%1\"").arg(assignment)};
-    const QString key = assignment.first(sign);
-    const QString value = assignment.sliced(sign + 1);
-    const SettingKey *setting = findSettingKey(key);
-    if (setting == nullptr)
-        return UsageError{QStringLiteral("--set: there is no setting \"%1\"").arg(key)};
-    if (setting->type == SettingType::Boolean) {
-        const bool isTrue = value == QLatin1StringView("true");
-        if (!isTrue && value != QLatin1StringView("false"))
-            return UsageError{QStringLiteral("--set: %1 takes true or false, not \"%2\"").arg(key, value)};
-        return std::pair(setting->key, QJsonValue(isTrue));
-    }
-    if (setting->key == selectedEncodingKeyString && !isEncodingName(value)) {
-        QStringList names;
-        for (const Encoding &encoding : allEncodings)
-            names.append(encoding.name);
-        return UsageError{QStringLiteral("--set: there is no encoding \"%1\"; there are %2")
-                              .arg(value, names.join(QLatin1StringView(", ")))};
-    }
-    return std::pair(setting->key, QJsonValue(value));
-}
+const QString settingsOption = QStringLiteral("settings");
 
 void addOptions(QCommandLineParser &parser)
 {
-    for (const QString &name : {setOption, settingsOption, jobsOption, reportOption})
-        parser.addOption(QCommandLineOption(name, QString(), QStringLiteral("value")));
-    for (const QString &name : {allOption, listOption, dryRunOption, quietOption, versionOption})
-        parser.addOption(QCommandLineOption(name));
-    parser.addOption(QCommandLineOption(QStringList{helpOption, QStringLiteral("h")}));
+    for (const OptionHelp &option : allOptions()) {
+        const QStringList words = QString(option.usage).sliced(2).split(u' ');
+        parser.addOption(QCommandLineOption(words.first(), QString(), words.value(1)));
+    }
+    parser.addOption(QCommandLineOption(QStringLiteral("h")));
+}
+
+QString combinationError(const QCommandLineParser &parser)
+{
+    const bool isList = parser.isSet(listOption);
+    const bool isDryRun = parser.isSet(dryRunOption);
+    if (isList && isDryRun)
+        return QStringLiteral("--list and --dry-run cannot be used together");
+    if (parser.isSet(reportOption) && (isList || isDryRun))
+        return QStringLiteral("--report needs a run, which --list and --dry-run are not");
+    return {};
 }
 
 /// Only paths to be minified may hold bytes that are not UTF-8: those are reported.
-std::optional<UsageError> checkValues(const QCommandLineParser &parser)
+QString encodingError(const QCommandLineParser &parser)
 {
-    for (const QString &option : {setOption, settingsOption, jobsOption, reportOption}) {
+    for (const QString &option : parser.optionNames()) {
         for (const QString &value : parser.values(option)) {
             if (RawBytes::areIn(value))
-                return UsageError{QStringLiteral("--%1: \"%2\" is not valid UTF-8").arg(option, value)};
+                return QStringLiteral("--%1: \"%2\" is not valid UTF-8").arg(option, value);
         }
     }
-    return std::nullopt;
+    return {};
 }
 
-/// The value of an option that names a file; empty if the option is not there.
-std::optional<UsageError> readFileName(const QCommandLineParser &parser, const QString &option,
-                                       QString &fileName)
+QString fileNameError(const QCommandLineParser &parser)
 {
-    fileName = parser.value(option);
-    if (parser.isSet(option) && fileName.isEmpty())
-        return UsageError{QStringLiteral("--%1 needs the name of a file").arg(option)};
-    return std::nullopt;
+    for (const QString &option : {settingsOption, reportOption}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty())
+            return QStringLiteral("--%1 needs the name of a file").arg(option);
+    }
+    return {};
 }
 
-std::optional<UsageError> readJobs(const QCommandLineParser &parser, int &jobs)
+QString readJobs(const QCommandLineParser &parser, int &jobs)
 {
-    if (!parser.isSet(jobsOption))
-        return std::nullopt;
-    const QString value = parser.value(jobsOption);
-    // Digits alone: toInt() would take blanks and a sign.
-    const bool isNumber = !value.isEmpty() && std::all_of(value.begin(), value.end(), [](QChar sign) {
-        return sign >= u'0' && sign <= u'9';
-    });
+    const QString option = QStringLiteral("jobs");
+    if (!parser.isSet(option))
+        return {};
+    const QString value = parser.value(option);
+    // toInt() alone would take blanks and a sign.
+    const bool isNumber = std::ranges::all_of(value, [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
     jobs = isNumber ? value.toInt() : 0;
     if (jobs >= 1 && jobs <= mostJobs)
-        return std::nullopt;
-    return UsageError{
-        QStringLiteral("--jobs takes a number from 1 to %1, not \"%2\"").arg(mostJobs).arg(value)};
+        return {};
+    return QStringLiteral("--jobs takes a number from 1 to %1, not \"%2\"").arg(mostJobs).arg(value);
+}
+
+/// Why a setting cannot have that value; empty if it can.
+QString valueError(const SettingKey &setting, const QString &value)
+{
+    if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
+        return QStringLiteral("--set: %1 takes true or false, not \"%2\"").arg(setting.key, value);
+    if (setting.key != selectedEncodingKeyString || isEncodingName(value))
+        return {};
+    QStringList names;
+    for (const Encoding &encoding : allEncodings)
+        names.append(encoding.name);
+    return QStringLiteral("--set: there is no encoding \"%1\"; there are %2")
+        .arg(value, names.join(QLatin1StringView(", ")));
+}
+
+QString readSettings(const QCommandLineParser &parser, CommandLine &line)
+{
+    for (const QString &assignment : parser.values(QStringLiteral("set"))) {
+        const qsizetype sign = assignment.indexOf(u'=');
+        if (sign < 0)
+            return QStringLiteral("--set takes KEY=VALUE, not \"%1\"").arg(assignment);
+        const QString key = assignment.first(sign);
+        const QString value = assignment.sliced(sign + 1);
+        const SettingKey *setting = findSettingKey(key);
+        if (setting == nullptr)
+            return QStringLiteral("--set: there is no setting \"%1\"").arg(key);
+        if (QString error = valueError(*setting, value); !error.isEmpty())
+            return error;
+        const bool isBoolean = setting->type == SettingType::Boolean;
+        line.settings.emplace_back(setting->key,
+                                   isBoolean ? QJsonValue(value == u"true") : QJsonValue(value));
+    }
+    return {};
 }
 
 } // namespace
@@ -111,55 +119,48 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
     if (!parser.parse(QStringList(QString()) + arguments))
         return UsageError{parser.errorText()};
 
+    using Action = CommandLine::Action;
     CommandLine line;
-    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
-        line.action = parser.isSet(helpOption) ? CommandLine::Action::Help : CommandLine::Action::Version;
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("h")))
+        line.action = Action::Help;
+    else if (parser.isSet(QStringLiteral("version")))
+        line.action = Action::Version;
+    if (line.action != Action::Minify)
         return line;
-    }
-    if (parser.isSet(listOption) && parser.isSet(dryRunOption))
-        return UsageError{QStringLiteral("--list and --dry-run cannot be used together")};
-    if (parser.isSet(reportOption) && (parser.isSet(listOption) || parser.isSet(dryRunOption)))
-        return UsageError{QStringLiteral("--report needs a run, which --list and --dry-run are not")};
+
     if (parser.isSet(listOption))
-        line.action = CommandLine::Action::List;
+        line.action = Action::List;
     if (parser.isSet(dryRunOption))
-        line.action = CommandLine::Action::DryRun;
-    line.all = parser.isSet(allOption);
-    if (const auto error = checkValues(parser))
-        return *error;
-    line.quiet = parser.isSet(quietOption);
-    if (const auto error = readFileName(parser, settingsOption, line.settingsFile))
-        return *error;
-    if (const auto error = readFileName(parser, reportOption, line.reportFile))
-        return *error;
-    if (const auto error = readJobs(parser, line.jobs))
-        return *error;
-    for (const QString &assignment : parser.values(setOption)) {
-        const auto parsed = parseSetting(assignment);
-        if (const auto *error = std::get_if<UsageError>(&parsed))
-            return *error;
-        line.settings.push_back(std::get<0>(parsed));
-    }
+        line.action = Action::DryRun;
+    line.all = parser.isSet(QStringLiteral("all"));
+    line.quiet = parser.isSet(QStringLiteral("quiet"));
+    line.settingsFile = parser.value(settingsOption);
+    line.reportFile = parser.value(reportOption);
     line.paths = parser.positionalArguments();
-    if (line.paths.isEmpty())
-        return UsageError{QStringLiteral("no file or folder is named")};
+    for (const QString &error :
+         {combinationError(parser), encodingError(parser), fileNameError(parser), readJobs(parser, line.jobs),
+          readSettings(parser, line),
+          line.paths.isEmpty() ? QStringLiteral("no file or folder is named") : QString()}) {
+        if (!error.isEmpty())
+            return UsageError{error};
+    }
     return line;
 }
 
 const std::vector<OptionHelp> &allOptions()
 {
+    using Text = QLatin1StringView;
     static const std::vector<OptionHelp> options{
-        {QLatin1StringView("--set KEY=VALUE"), QLatin1StringView("a setting for this run only; repeatable")},
-        {QLatin1StringView("--settings FILE"),
-         QLatin1StringView("read the settings from FILE, not the user's own")},
-        {QLatin1StringView("--jobs N"), QLatin1StringView("run up to N compressors at once")},
-        {QLatin1StringView("--all"), QLatin1StringView("take outputs of other files in folders too")},
-        {QLatin1StringView("--list"), QLatin1StringView("print each file and its output, run nothing")},
-        {QLatin1StringView("--dry-run"), QLatin1StringView("print each command line, run nothing")},
-        {QLatin1StringView("--report FILE"), QLatin1StringView("write a JSON report of the run to FILE")},
-        {QLatin1StringView("--quiet"), QLatin1StringView("print failures only")},
-        {QLatin1StringView("--version"), QLatin1StringView("print the version")},
-        {QLatin1StringView("--help"), QLatin1StringView("print this help")},
+        {Text("--set KEY=VALUE"), Text("a setting for this run only; repeatable")},
+        {Text("--settings FILE"), Text("read the settings from FILE, not the user's own")},
+        {Text("--jobs N"), Text("run up to N compressors at once")},
+        {Text("--all"), Text("take outputs of other files in folders too")},
+        {Text("--list"), Text("print each file and its output, run nothing")},
+        {Text("--dry-run"), Text("print each command line, run nothing")},
+        {Text("--report FILE"), Text("write a JSON report of the run to FILE")},
+        {Text("--quiet"), Text("print failures only")},
+        {Text("--version"), Text("print the version")},
+        {Text("--help"), Text("print this help")},
     };
     return options;
 }
@@ -178,10 +179,8 @@ QString helpText()
                                                                 : QStringLiteral("false");
         text += QStringLiteral("  %1=%2\n").arg(setting.key, value);
     }
-    text += QStringLiteral(
-        "\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 no Java or no compressors,\n"
-        "130 ended by Ctrl+C.\n");
-    return text;
+    return text + QStringLiteral("\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 no Java or no "
+                                 "compressors,\n130 ended by Ctrl+C.\n");
 }
 
 QString versionText()

@@ -22,7 +22,7 @@ struct CommandLine {
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
     int jobs = 1;                                                   ///< compressors at once
-    bool all = false;                                               ///< outputs of others too
+    bool all = false;                                               ///< outputs of other files too
     bool quiet = false;
 };
 
@@ -36,7 +36,7 @@ struct UsageError {
 
 /// One option as --help shows it.
 struct OptionHelp {
-    QLatin1StringView usage;
+    QLatin1StringView usage; ///< with what it takes: "--jobs N"
     QLatin1StringView meaning;
 };
 

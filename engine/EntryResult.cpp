@@ -20,6 +20,8 @@ namespace brevant {
 
 namespace {
 
+using Outcome = EntryResult::Outcome;
+
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 
 QString gzipPath(const QString &output)
@@ -43,10 +45,9 @@ QString findObstacle(const QString &source, const std::optional<QString> &output
         return QStringLiteral("the source cannot be read: %1").arg(error);
     if (QFileInfo(source).isDir())
         return QStringLiteral("the source is a folder");
-    const QFileInfo file(*output);
-    if (file.isDir())
+    if (QFileInfo(*output).isDir())
         return QStringLiteral("the output is a folder");
-    if (file.exists()) {
+    if (QFileInfo::exists(*output)) {
         const QString error = accessError(*output, W_OK);
         return error.isEmpty() ? error : QStringLiteral("the output cannot be written: %1").arg(error);
     }
@@ -73,11 +74,11 @@ bool isDiskFull(const QString &output)
 } // namespace
 
 EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &output)
+    : m_mayBeEmpty(isBlankSource(source))
 {
     m_result.source = source;
     m_result.output = output;
     m_result.obstacle = findObstacle(source, output);
-    m_result.mayBeEmpty = isBlankSource(source);
     if (const std::optional<State> state = stateOf(source))
         m_result.sizeBefore = state->size;
     if (output) {
@@ -95,38 +96,26 @@ std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
                  status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
 }
 
-EntryResult::Outcome EntryWatch::judge(const ChildExit &exit)
-{
-    if (exit.crashed)
-        return EntryResult::Outcome::CompressorKilled;
-    if (!exit.isSuccess())
-        return EntryResult::Outcome::CompressorFailed;
-    const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
-    if (!written || written == m_outputBefore)
-        return EntryResult::Outcome::NoOutput;
-    m_writtenSize = written->size;
-    if (isDiskFull(*m_result.output))
-        return EntryResult::Outcome::DiskFull;
-    const bool isWhole = written->size > 0 || m_result.mayBeEmpty;
-    return isWhole ? EntryResult::Outcome::Done : EntryResult::Outcome::EmptyOutput;
-}
-
 void EntryWatch::compressorEnded(const ChildExit &exit)
 {
     m_result.status = exit.code;
-    m_result.outcome = judge(exit);
+    if (!exit.isSuccess()) {
+        m_result.outcome = exit.crashed ? Outcome::CompressorKilled : Outcome::CompressorFailed;
+        return;
+    }
+    const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
+    if (!written || written == m_outputBefore)
+        return; // NoOutput
+    m_writtenSize = written->size;
+    if (isDiskFull(*m_result.output))
+        m_result.outcome = Outcome::DiskFull;
+    else
+        m_result.outcome = m_writtenSize > 0 || m_mayBeEmpty ? Outcome::Done : Outcome::EmptyOutput;
 }
 
-EntryResult EntryWatch::notSafe(const QString &reason)
+EntryResult EntryWatch::notRun(Outcome outcome, const QString &reason)
 {
-    m_result.outcome = EntryResult::Outcome::NotSafe;
-    m_result.detail = reason;
-    return m_result;
-}
-
-EntryResult EntryWatch::refused(const QString &reason)
-{
-    m_result.outcome = EntryResult::Outcome::Refused;
+    m_result.outcome = outcome;
     m_result.detail = reason;
     return m_result;
 }
@@ -136,17 +125,18 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     m_result.seconds = seconds;
     if (!m_result.output)
         return m_result;
+    const bool isDone = m_result.outcome == Outcome::Done;
     if (const std::optional<State> state = stateOf(*m_result.output))
         m_result.sizeAfter = state->size;
-    if (m_result.outcome == EntryResult::Outcome::Done && m_result.sizeAfter == 0 && m_writtenSize > 0)
-        m_result.outcome = EntryResult::Outcome::EmptyOutput; // by the gzip copy
     if (gzipWanted) {
         const std::optional<State> copy = stateOf(gzipPath(*m_result.output));
         if (copy && copy != m_gzipBefore)
             m_result.gzipSize = copy->size;
-        if (m_result.outcome == EntryResult::Outcome::Done && (!m_result.gzipSize || !m_result.sizeAfter))
-            m_result.outcome = EntryResult::Outcome::NoGzipCopy;
     }
+    if (isDone && m_result.sizeAfter == 0 && m_writtenSize > 0)
+        m_result.outcome = Outcome::EmptyOutput; // by the gzip copy
+    else if (isDone && gzipWanted && (!m_result.gzipSize || !m_result.sizeAfter))
+        m_result.outcome = Outcome::NoGzipCopy;
     return m_result;
 }
 
@@ -154,31 +144,29 @@ namespace {
 
 QString wordsFor(const EntryResult &result)
 {
-    using Outcome = EntryResult::Outcome;
-    const bool isObstacleTheReason =
-        result.outcome == Outcome::CompressorFailed || result.outcome == Outcome::NoOutput;
-    if (isObstacleTheReason && !result.obstacle.isEmpty())
-        return result.obstacle;
+    using enum EntryResult::Outcome;
     switch (result.outcome) {
-    case Outcome::Done:
+    case Done:
         return {};
-    case Outcome::CompressorFailed:
-        return QStringLiteral("the compressor ended with status %1").arg(result.status);
-    case Outcome::CompressorKilled:
+    case CompressorFailed:
+        return result.obstacle.isEmpty()
+                   ? QStringLiteral("the compressor ended with status %1").arg(result.status)
+                   : result.obstacle;
+    case CompressorKilled:
         return QStringLiteral("the compressor was ended by signal %1").arg(result.status);
-    case Outcome::NoOutput:
-        return QStringLiteral("the compressor wrote no output");
-    case Outcome::EmptyOutput:
+    case NoOutput:
+        return result.obstacle.isEmpty() ? QStringLiteral("the compressor wrote no output") : result.obstacle;
+    case EmptyOutput:
         return QStringLiteral("the compressor left an empty output");
-    case Outcome::NoGzipCopy:
+    case NoGzipCopy:
         return QStringLiteral("the gzip copy could not be made");
-    case Outcome::DiskFull:
+    case DiskFull:
         return QStringLiteral("the disk is full");
-    case Outcome::NotWritten:
+    case NotWritten:
         return QStringLiteral("the output could not be written to the disk");
-    case Outcome::NotSafe:
+    case NotSafe:
         return QStringLiteral("not minified, as %1").arg(result.detail);
-    case Outcome::Refused:
+    case Refused:
         return QStringLiteral("not minified: %1").arg(result.detail);
     }
     return {};
@@ -188,20 +176,14 @@ QString wordsFor(const EntryResult &result)
 
 QString EntryResult::reason() const
 {
-    if (outcome == Outcome::Done)
-        return {};
-    switch (sourceState) {
-    case Source::Safe:
-        break;
-    case Source::PutBack:
-        return wordsFor(*this) + QStringLiteral("; the source was put back") +
-               (kept.isEmpty() ? QString() : QStringLiteral(", and what was in it is kept as ") + kept);
-    case Source::Lost:
-        return wordsFor(*this) +
-               QStringLiteral("; the source could not be put back (%1), the next start tries again")
-                   .arg(detail);
-    }
-    return wordsFor(*this);
+    QString text = wordsFor(*this);
+    if (text.isEmpty() || sourceState == Source::Safe)
+        return text;
+    if (sourceState == Source::Lost)
+        return text + QStringLiteral("; the source could not be put back (%1), the next start tries again")
+                          .arg(detail);
+    text += QStringLiteral("; the source was put back");
+    return kept.isEmpty() ? text : text + QStringLiteral(", and what was in it is kept as ") + kept;
 }
 
 } // namespace brevant

@@ -14,7 +14,8 @@
 
 namespace brevant {
 
-/// What became of one entry. The job itself never looks at it: the end state of a run does not depend on it.
+/// What became of one entry. The run itself never looks at it: its end does not depend on what becomes of the
+/// entries.
 struct EntryResult {
     enum class Outcome {
         Done,
@@ -39,13 +40,12 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString kept;   ///< where that lies which was in a source before it was put back, and may be newer work
-    QString detail; ///< why there is no safety copy, why it was refused, or why the source is not put back
-    QStringList notes;       ///< whole sentences: what else became of files of the user's
-    QString obstacle;        ///< what was in the way before the compressor started; empty if nothing was seen
-    bool mayBeEmpty = false; ///< nothing is left of such a source when it is minified
-    int status = 0;          ///< the compressor's exit status, or the signal that ended it
-    double seconds = 0;      ///< for the compressor and the gzip copy
+    QString kept;      ///< the file with what was in a source before it was put back, which may be newer work
+    QString detail;    ///< why there is no safety copy, why it was refused, or why the source is not put back
+    QStringList notes; ///< whole sentences: what else became of files of the user's
+    QString obstacle;  ///< what was in the way before the compressor started; empty if nothing was seen
+    int status = 0;    ///< the compressor's exit status, or the signal that ended it
+    double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
@@ -62,11 +62,8 @@ public:
     /// To be called between the compressor and the gzip copy.
     void compressorEnded(const ChildExit &exit);
 
-    /// The result of an entry that was not worked on, `reason` being why its source is not safe.
-    [[nodiscard]] EntryResult notSafe(const QString &reason);
-
-    /// The result of an entry that was not worked on for another reason.
-    [[nodiscard]] EntryResult refused(const QString &reason);
+    /// The result of an entry that is not worked on: `outcome` is NotSafe or Refused.
+    [[nodiscard]] EntryResult notRun(EntryResult::Outcome outcome, const QString &reason);
 
     /// The result, when everything is done for this entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);
@@ -80,9 +77,9 @@ private:
         bool operator==(const State &) const = default;
     };
     [[nodiscard]] static std::optional<State> stateOf(const QString &path);
-    [[nodiscard]] EntryResult::Outcome judge(const ChildExit &exit);
 
     EntryResult m_result;
+    const bool m_mayBeEmpty; ///< nothing is left of such a source when it is minified
     std::optional<State> m_outputBefore;
     std::optional<State> m_gzipBefore;
     qint64 m_writtenSize = 0; ///< by the compressor

@@ -3,17 +3,17 @@
 #include "engine/EntryRun.h"
 
 #include "engine/GzipCopy.h"
+#include "files/FileMarks.h"
 #include "files/PathString.h"
+#include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
-
-#include <sys/stat.h>
 
 namespace brevant {
 
@@ -21,18 +21,15 @@ namespace {
 
 bool isSameFile(const QString &a, const QString &b)
 {
-    struct stat first {};
-    struct stat second {};
-    return a == b || (::stat(QFile::encodeName(a).constData(), &first) == 0 &&
-                      ::stat(QFile::encodeName(b).constData(), &second) == 0 &&
-                      first.st_dev == second.st_dev && first.st_ino == second.st_ino);
+    const std::optional<QString> file = FileMarks::ofFile(a);
+    return a == b || (file && file == FileMarks::ofFile(b));
 }
 
 } // namespace
 
 EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
                    CompressorOptions options, const std::atomic<Stop> &stop)
-    : m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop), m_listed(queue),
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop),
       m_safetyCopy(tools.originals, stop)
 {
 }
@@ -41,6 +38,24 @@ EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const 
 QString EntryRun::seenByCompressor(const QString &path) const
 {
     return path.startsWith(u'/') ? path : PathString::join(m_tools.folder, path);
+}
+
+/// Whether there is a file of that path, and it is in the queue under any name.
+bool EntryRun::isListed(const QString &path)
+{
+    if (!FileMarks::ofFile(path))
+        return false;
+    if (const quint64 revision = m_queue.revision(); revision != m_listedRevision) {
+        m_listedRevision = revision;
+        m_listed.clear();
+        for (const QString &entry : m_queue.entries()) {
+            for (const QString &mark : FileMarks::all(entry))
+                m_listed.insert(mark);
+        }
+    }
+    // Its name in its folder counts too, as gzip puts another file under it.
+    return std::ranges::any_of(FileMarks::all(path),
+                               [this](const QString &mark) { return m_listed.contains(mark); });
 }
 
 QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &target,
@@ -52,7 +67,7 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
         const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
         return m_safetyCopy.make(source, isMeant ? Danger::Replaced : Danger::Surprise);
     }
-    if (m_listed.contains(*target))
+    if (isListed(*target))
         return m_safetyCopy.make(*target, Danger::AnotherEntry);
     return m_safetyCopy.make(source, isTakenForPattern(source, *target) ? Danger::Pattern : Danger::None);
 }
@@ -60,20 +75,21 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
     using Clock = std::chrono::steady_clock;
+    using Outcome = EntryResult::Outcome;
     const auto &[entry, output, outputAtStart, refusal] = task;
     if (!refusal.isEmpty())
-        return EntryWatch(entry, output).refused(refusal);
+        return EntryWatch(entry, output).notRun(Outcome::Refused, refusal);
     if (output && isDangerousPattern(entry, *output))
         return EntryWatch(entry, output)
-            .refused(QStringLiteral("YUI Compressor takes its output path for a pattern, which may lead "
-                                    "to any file"));
+            .notRun(Outcome::Refused, QStringLiteral("YUI Compressor takes its output path for a pattern, "
+                                                     "which may lead to any file"));
     const Clock::time_point start = Clock::now();
     const QString source = seenByCompressor(entry);
     const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
     const QString error = keepSafe(source, target, outputAtStart);
     EntryWatch watch(source, target);
     if (!error.isEmpty()) {
-        EntryResult result = watch.notSafe(error);
+        EntryResult result = watch.notRun(Outcome::NotSafe, error);
         m_safetyCopy.finish(result, false);
         return result;
     }

@@ -5,10 +5,10 @@
 #include "engine/ChildProcess.h"
 #include "engine/CompressorCommand.h"
 #include "engine/EntryResult.h"
-#include "engine/ListedFiles.h"
 #include "engine/Tools.h"
 #include "engine/originals/SafetyCopy.h"
 
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -47,12 +47,16 @@ private:
     [[nodiscard]] QString keepSafe(const QString &source, const std::optional<QString> &target,
                                    const std::optional<QString> &outputAtStart);
 
+    [[nodiscard]] bool isListed(const QString &path);
+
+    const FileQueue &m_queue;
     const SettingsStore &m_settings;
     const Tools m_tools;
     CompressorOptions m_options;
     const std::atomic<Stop> &m_stop;
-    ListedFiles m_listed;
     SafetyCopy m_safetyCopy;
+    QSet<QString> m_listed;             ///< marks of the files in the queue
+    quint64 m_listedRevision = 0;       ///< of the queue, that these are of
     std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
 };
 

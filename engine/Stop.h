@@ -22,7 +22,14 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// How many requests there have been with the signal that has come `now`; 0 if that is none of its own.
-    [[nodiscard]] int add(Clock::time_point now = Clock::now());
+    [[nodiscard]] int add(Clock::time_point now = Clock::now())
+    {
+        Clock::rep last = m_last;
+        if (last != 0 && now - Clock::time_point(Clock::duration(last)) < std::chrono::milliseconds(500))
+            return 0;
+        // Two threads may be in the handler at once; one of them counts.
+        return m_last.compare_exchange_strong(last, now.time_since_epoch().count()) ? ++m_count : 0;
+    }
 
 private:
     std::atomic<Clock::rep> m_last = 0; ///< when the last request came; 0 before the first
