@@ -15,51 +15,47 @@
 
 namespace brevant {
 
-bool printList(const FileQueue &queue, const SettingsStore &settings)
+std::vector<std::pair<QString, std::optional<QString>>> entriesWithOutputs(const FileQueue &queue,
+                                                                           const SettingsStore &settings)
 {
     OutputPath outputPath(settings);
-    for (const QString &entry : queue.entries()) {
-        const std::optional<QString> output = outputPath.next(entry);
-        if (RawBytes::areIn(entry))
-            continue;
-        const QString line =
-            QStringLiteral("%1\t%2\n")
-                .arg(TerminalText::printable(entry), TerminalText::printable(output.value_or(QString())));
-        if (!TerminalText::print(stdout, line))
-            return false;
+    std::vector<std::pair<QString, std::optional<QString>>> pairs;
+    for (const QString &entry : queue.entries())
+        pairs.emplace_back(entry, outputPath.next(entry));
+    return pairs;
+}
+
+bool printList(const FileQueue &queue, const SettingsStore &settings)
+{
+    QString text;
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
+        if (!RawBytes::areIn(entry))
+            text += printable(entry) + u'\t' + printable(output.value_or(QString())) + u'\n';
     }
-    return true;
+    return TerminalText::print(stdout, text);
 }
 
 bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
 {
-    const auto print = [](const QString &program, const QStringList &arguments) {
-        return TerminalText::print(stdout, TerminalText::commandLine(program, arguments) + u'\n');
+    QString text;
+    const auto add = [&text](const QString &program, const QStringList &arguments) {
+        text += TerminalText::commandLine(program, arguments) + u'\n';
     };
-    if (!print(QStringLiteral("cd"), {tools.folder}))
-        return false;
-    OutputPath outputPath(settings);
+    add(QStringLiteral("cd"), {tools.folder});
     const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
     const Refusal refusal = refusalFor(queue.entries(), settings);
-    for (const QString &entry : queue.entries()) {
-        const std::optional<QString> output = outputPath.next(entry);
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
-            const QString comment = QStringLiteral("# %1: not minified: %2").arg(entry, reason);
-            if (!TerminalText::print(stdout, TerminalText::printable(comment) + u'\n'))
-                return false;
+            text += printable(QStringLiteral("# %1: not minified: %2").arg(entry, reason)) + u'\n';
             continue;
         }
-        const QStringList arguments = compressorArguments(entry, output, options);
-        if (!print(tools.java, arguments))
-            return false;
-        if (!settings.boolForKey(gzipCheckerKeyString))
-            continue;
-        for (const GzipStep &step : gzipSteps(output)) {
-            if (!print(step.program, step.arguments))
-                return false;
+        add(tools.java, compressorArguments(entry, output, options));
+        if (settings.boolForKey(gzipCheckerKeyString)) {
+            for (const GzipStep &step : gzipSteps(output))
+                add(step.program, step.arguments);
         }
     }
-    return true;
+    return TerminalText::print(stdout, text);
 }
 
 } // namespace brevant

@@ -2,11 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QString>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
 namespace brevant {
 
 class FileQueue;
 class SettingsStore;
 struct Tools;
+
+/// Each entry with the output that a run would give it.
+[[nodiscard]] std::vector<std::pair<QString, std::optional<QString>>>
+entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings);
 
 /// Prints the path of each entry and that of its output, but for those that hold RawBytes; false, with errno
 /// set, if that fails.

@@ -49,28 +49,24 @@ QJsonObject toObject(const EntryResult &result)
 
 } // namespace
 
-void RunReport::finish(RunEnd end, const std::vector<QString> &entries, const QString &reason)
+void RunReport::runEnded(RunEnd end, const QString &status)
 {
     m_end = end;
-    m_reason = reason;
+    if (end == RunEnd::JavaNotStarted)
+        m_failure = status;
     // The results are in the queue's order, and no entry is there twice.
     auto next = m_results.begin();
-    for (const QString &entry : entries) {
+    for (const QString &entry : m_entries) {
         if (next != m_results.end() && next->source == entry)
             ++next;
         else
-            m_notRun.push_back(entry);
+            m_notRun.append(entry);
     }
 }
 
-int RunReport::doneCount() const
+qsizetype RunReport::doneCount() const
 {
-    return static_cast<int>(std::ranges::count(m_results, EntryResult::Outcome::Done, &EntryResult::outcome));
-}
-
-bool RunReport::isAllDone() const
-{
-    return m_end == RunEnd::Completed && static_cast<std::size_t>(doneCount()) == m_results.size();
+    return std::ranges::count(m_results, EntryResult::Outcome::Done, &EntryResult::outcome);
 }
 
 QString RunReport::summary() const
@@ -86,14 +82,12 @@ QString RunReport::summary() const
     QString text = QStringLiteral("%1: %2 -> %3 bytes, %4 % saved")
                        .arg(counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
                             TerminalText::percentSaved(before, after));
-    const auto failed = static_cast<qint64>(m_results.size()) - doneCount();
-    if (failed > 0)
+    if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
         text += QStringLiteral("; %1 failed").arg(TerminalText::grouped(failed));
     text += QStringLiteral(".\n");
-    if (!m_notRun.empty())
+    if (!m_notRun.isEmpty())
         text += QStringLiteral("Stopped before %1; %2 not minified.\n")
-                    .arg(TerminalText::printable(m_notRun.front()),
-                         counted(static_cast<qint64>(m_notRun.size())));
+                    .arg(printable(m_notRun.first()), counted(m_notRun.size()));
     return text;
 }
 
@@ -103,8 +97,7 @@ QString RunReport::failures() const
     for (const EntryResult &result : m_results) {
         if (result.outcome != EntryResult::Outcome::Done)
             text +=
-                QStringLiteral("Failed: %1: %2\n")
-                    .arg(TerminalText::printable(result.source), TerminalText::printable(result.reason()));
+                QStringLiteral("Failed: %1: %2\n").arg(printable(result.source), printable(result.reason()));
     }
     return text;
 }
@@ -117,7 +110,7 @@ QString RunReport::notes() const
     notes.removeDuplicates(); // each of several jobs says where its copies are
     QString text;
     for (const QString &note : notes)
-        text += QStringLiteral("brevant-cli: %1\n").arg(TerminalText::printable(note));
+        text += QStringLiteral("brevant-cli: %1\n").arg(printable(note));
     return text;
 }
 
@@ -132,12 +125,12 @@ QByteArray RunReport::toJson() const
     QJsonObject report{
         {QStringLiteral("brevant"), QStringLiteral(BREVANT_VERSION)},
         {QStringLiteral("done"), doneCount()},
-        {QStringLiteral("failed"), static_cast<qint64>(m_results.size()) - doneCount()},
-        {QStringLiteral("notRun"), static_cast<qint64>(m_notRun.size())},
+        {QStringLiteral("failed"), endedCount() - doneCount()},
+        {QStringLiteral("notRun"), m_notRun.size()},
         {QStringLiteral("files"), files},
     };
-    if (!m_reason.isEmpty())
-        report.insert(QStringLiteral("reason"), m_reason);
+    if (!m_failure.isEmpty())
+        report.insert(QStringLiteral("reason"), m_failure);
     return QJsonDocument(report).toJson();
 }
 

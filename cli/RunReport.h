@@ -6,23 +6,28 @@
 #include "engine/RunObserver.h"
 
 #include <QByteArray>
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
 namespace brevant {
 
-/// What a run of the terminal program came to.
-class RunReport final {
+/// What a run of the terminal program came to, of what it was to do.
+class RunReport : public RunObserver {
 public:
-    void add(const EntryResult &result) { m_results.push_back(result); }
+    /// `entries`: the queue of the run, which does not change meanwhile.
+    explicit RunReport(std::vector<QString> entries) : m_entries(std::move(entries)) {}
 
-    /// How the run ended, and the queue it went through; what it did not come to is reported too. `reason`:
-    /// why nothing could be run, if so.
-    void finish(RunEnd end, const std::vector<QString> &entries, const QString &reason = QString());
+    void entryEnded(const EntryResult &result) override { m_results.push_back(result); }
+    void runEnded(RunEnd end, const QString &status) override;
 
-    [[nodiscard]] int doneCount() const;
-    [[nodiscard]] bool isAllDone() const;
+    /// How many entries have been worked on, with success or without.
+    [[nodiscard]] qsizetype endedCount() const { return static_cast<qsizetype>(m_results.size()); }
+    [[nodiscard]] qsizetype doneCount() const;
+    [[nodiscard]] bool isAllDone() const { return m_end == RunEnd::Completed && doneCount() == endedCount(); }
+
+    /// Why nothing could be run; empty if that is not so.
+    [[nodiscard]] const QString &failure() const { return m_failure; }
 
     /// The closing lines for a reader: files, bytes, what was saved, where it stopped.
     [[nodiscard]] QString summary() const;
@@ -37,9 +42,10 @@ public:
     [[nodiscard]] QByteArray toJson() const;
 
 private:
+    const std::vector<QString> m_entries;
     std::vector<EntryResult> m_results;
-    std::vector<QString> m_notRun;
-    QString m_reason; ///< why nothing could be run
+    QStringList m_notRun;
+    QString m_failure;
     RunEnd m_end = RunEnd::Completed;
 };
 

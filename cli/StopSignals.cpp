@@ -22,17 +22,13 @@ static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Stop>::is_al
 
 extern "C" void handleStopSignal(int number)
 {
-    switch (stopCount.add()) {
-    case 0:
-        return;
-    case 1:
-        break;
-    case 2:
-        stopRequested = Stop::AtOnce;
-        return;
-    default:
+    const int request = stopCount.add();
+    if (request > 2)
         ::_exit(signalStatus + number);
-    }
+    if (request == 2)
+        stopRequested = Stop::AtOnce;
+    if (request != 1)
+        return;
     stopSignal = number;
     stopRequested = Stop::AfterFile;
     constexpr std::string_view thisFile = "\nStopping after this file; once more to end at once.\n";

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalProgress.h"
 
-#include "cli/RunReport.h"
 #include "cli/StopSignals.h"
-#include "engine/EntryResult.h"
+#include "cli/TerminalText.h"
 #include "files/PathString.h"
 
 #include <algorithm>
@@ -60,8 +59,7 @@ void TerminalProgress::entryStarted(const EntryStart &start)
 
 void TerminalProgress::entryEnded(const EntryResult &result)
 {
-    ++m_done;
-    m_report.add(result);
+    RunReport::entryEnded(result);
     // A compressor that fails has just printed why below the live line, which stays as the heading of that.
     if (result.outcome != EntryResult::Outcome::Done)
         m_liveLineShown = false;
@@ -69,21 +67,20 @@ void TerminalProgress::entryEnded(const EntryResult &result)
         TerminalText::print(stdout, lineFor(result));
 }
 
-void TerminalProgress::runEnded([[maybe_unused]] RunEnd end, const QString &status)
+void TerminalProgress::runEnded(RunEnd end, const QString &status)
 {
-    if (!status.isEmpty())
-        m_status = status;
+    RunReport::runEnded(end, status);
     if (m_style != Style::Quiet)
-        TerminalText::print(stdout, takeLiveLine() + TerminalText::printable(m_status) + u'\n');
+        TerminalText::print(stdout, takeLiveLine() + printable(status.isEmpty() ? m_status : status) + u'\n');
 }
 
 QString TerminalProgress::lineFor(const EntryResult &result) const
 {
-    const QString source = TerminalText::printable(result.source);
+    const QString source = printable(result.source);
     if (result.outcome != EntryResult::Outcome::Done)
-        return QStringLiteral("%1 %2: %3\n").arg(m_status, source, TerminalText::printable(result.reason()));
+        return QStringLiteral("%1 %2: %3\n").arg(m_status, source, printable(result.reason()));
     return QStringLiteral("%1 %2 -> %3, %4 -> %5 bytes\n")
-        .arg(m_status, source, TerminalText::printable(*result.output),
+        .arg(m_status, source, printable(*result.output),
              TerminalText::grouped(result.sizeBefore.value_or(0)),
              TerminalText::grouped(result.sizeAfter.value_or(0)));
 }
@@ -91,18 +88,18 @@ QString TerminalProgress::lineFor(const EntryResult &result) const
 QString TerminalProgress::takeLiveLine()
 {
     // Where a stop was asked for, its words stand right above the cursor, and stay.
-    return std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No ? eraseLineAbove
-                                                                                         : QString();
+    const bool isAbove = std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No;
+    return isAbove ? eraseLineAbove : QString();
 }
 
 QString TerminalProgress::liveLine(const EntryStart &start) const
 {
-    TerminalText::Progress progress{m_done, std::max(start.count, 1), start.status,
-                                    TerminalText::printable(PathString::lastComponent(start.path).toString()),
-                                    QString()};
-    if (m_done > 0) {
+    const auto done = static_cast<int>(endedCount());
+    TerminalText::Progress progress{done, std::max(start.count, 1), start.status,
+                                    printable(PathString::lastComponent(start.path).toString()), QString()};
+    if (done > 0) {
         const double passed = std::chrono::duration<double>(Clock::now() - m_start).count();
-        const double left = passed / m_done * (progress.total - m_done);
+        const double left = passed / done * (progress.total - done);
         progress.left = QStringLiteral("%1 left").arg(TerminalText::duration(left));
     }
     return TerminalText::progressLine(progress, terminalColumns() - 1);

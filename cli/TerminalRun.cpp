@@ -2,20 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalRun.h"
 
+#include "cli/CommandLine.h"
 #include "cli/DryRun.h"
 #include "cli/Listing.h"
 #include "cli/OutputClaims.h"
-#include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalProgress.h"
 #include "cli/TerminalText.h"
+#include "engine/MinifyJob.h"
 #include "engine/originals/PutBack.h"
 #include "files/DurableFile.h"
 #include "files/FileMarks.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
-#include "queue/OutputPath.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
@@ -34,25 +34,40 @@ namespace brevant {
 
 namespace {
 
+/// Exit statuses of brevant-cli; after a stop it is 128 and the signal's number, 130 for Ctrl+C.
+enum class ExitStatus { AllDone = 0, SomeFailed = 1, WrongUsage = 2, NoTools = 3 };
+
 void printError(const QString &text)
 {
-    TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(TerminalText::printable(text)));
+    TerminalText::print(stderr, QStringLiteral("brevant-cli: %1\n").arg(printable(text)));
 }
 
-/// Says which keys of a settings file are no settings.
-void nameUnknownKeys(const QString &fileName, const QJsonObject &values)
+int wrongUsage(const QString &error)
 {
-    QStringList unknown;
-    for (const QString &key : values.keys()) {
-        if (findSettingKey(key) == nullptr)
-            unknown.append(key);
-    }
-    if (!unknown.isEmpty())
-        printError(QStringLiteral("the settings file %1 holds what is no setting: %2")
-                       .arg(fileName, unknown.join(QLatin1StringView(", "))));
+    printError(error);
+    return static_cast<int>(ExitStatus::WrongUsage);
 }
 
-/// Why that settings file cannot be used; empty if it can.
+int statusOf(bool isAllDone)
+{
+    return static_cast<int>(isAllDone ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+}
+
+/// The exit status of what only prints.
+int statusOfPrinting(bool printed)
+{
+    if (!printed)
+        printError(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(errno)));
+    return statusOf(printed);
+}
+
+QString settingsFile(const CommandLine &line)
+{
+    return line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
+                                       : PathString::absolute(line.settingsFile);
+}
+
+/// Why that settings file cannot be used; empty if it can. Keys in it that are no settings are named.
 QString settingsFileError(const QString &fileName)
 {
     QFile file(fileName);
@@ -60,12 +75,16 @@ QString settingsFileError(const QString &fileName)
         return QStringLiteral("the settings file %1 cannot be read").arg(fileName);
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (document.isObject()) {
-        nameUnknownKeys(fileName, document.object());
-        return {};
-    }
-    return QStringLiteral("the settings file %1 holds no JSON object (%2)")
-        .arg(fileName, document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
+    if (!document.isObject())
+        return QStringLiteral("the settings file %1 holds no JSON object (%2)")
+            .arg(fileName,
+                 document.isNull() ? error.errorString() : QStringLiteral("it holds something else"));
+    QStringList unknown = document.object().keys();
+    unknown.removeIf([](const QString &key) { return findSettingKey(key) != nullptr; });
+    if (!unknown.isEmpty())
+        printError(QStringLiteral("the settings file %1 holds what is no setting: %2")
+                       .arg(fileName, unknown.join(QLatin1StringView(", "))));
+    return {};
 }
 
 QString reportError(const CommandLine &line, const QString &reason)
@@ -104,6 +123,47 @@ QString settingsError(const SettingsStore &settings)
         .arg(sameFolderKeyString, selectedFolderKeyString);
 }
 
+/// Sets what holds for this run only. The compressors run elsewhere, so a folder counts from here.
+void overrideSettings(SettingsStore &settings, const CommandLine &line)
+{
+    for (const auto &[key, value] : line.settings) {
+        const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
+        settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
+    }
+}
+
+/// The file of the run that the report would be written over, in words; empty if there is none.
+QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
+{
+    if (line.reportFile.isEmpty())
+        return {};
+    const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
+    QStringList files{settingsFile(line)};
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
+        files.append(entry);
+        if (output)
+            files << *output << PathString::withExtension(*output, u"gz");
+    }
+    for (const QString &file : files) {
+        for (const QString &mark : FileMarks::all(file)) {
+            if (marks.contains(mark))
+                return QStringLiteral("the report %1 would be written over %2").arg(line.reportFile, file);
+        }
+    }
+    return {};
+}
+
+/// Writes the report that was asked for; false, and said why, if that fails.
+bool writeReport(const CommandLine &line, const RunReport &report)
+{
+    if (line.reportFile.isEmpty())
+        return true;
+    const QString error = DurableFile::replace(line.reportFile, report.toJson());
+    if (!error.isEmpty())
+        printError(reportError(line, error));
+    return error.isEmpty();
+}
+
 QString whyNothingIsListed(const SettingsStore &settings)
 {
     QStringList reasons;
@@ -121,83 +181,13 @@ QString whyNothingIsListed(const SettingsStore &settings)
     return text + QStringLiteral(".\n");
 }
 
-/// The exit status of what only prints.
-int statusOfPrinting(bool printed)
-{
-    if (!printed)
-        printError(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(errno)));
-    return static_cast<int>(printed ? ExitStatus::AllDone : ExitStatus::SomeFailed);
-}
-
-/// What the report would be written over; empty if it is no file of the run.
-QString fileUnderReport(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
-{
-    if (line.reportFile.isEmpty())
-        return {};
-    const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
-    const auto isUnderReport = [&marks](const QString &path) {
-        return std::ranges::any_of(FileMarks::all(path),
-                                   [&marks](const QString &mark) { return marks.contains(mark); });
-    };
-    OutputPath outputPath(settings);
-    QStringList files{line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
-                                                  : PathString::absolute(line.settingsFile)};
-    for (const QString &entry : queue.entries()) {
-        files.append(entry);
-        if (const std::optional<QString> output = outputPath.next(entry))
-            files << *output << PathString::withExtension(*output, u"gz");
-    }
-    const auto found = std::ranges::find_if(files, isUnderReport);
-    return found == files.end() ? QString() : *found;
-}
-
-/// Writes the report that was asked for; false, and said why, if that fails.
-bool writeReport(const CommandLine &line, const RunReport &report)
-{
-    if (line.reportFile.isEmpty())
-        return true;
-    const QString error = DurableFile::replace(line.reportFile, report.toJson());
-    if (!error.isEmpty())
-        printError(reportError(line, error));
-    return error.isEmpty();
-}
-
-int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
-{
-    if (const QString missing = tools.missing(); !missing.isEmpty()) {
-        printError(missing);
-        RunReport report;
-        report.finish(RunEnd::JavaNotStarted, queue.entries(), missing);
-        static_cast<void>(writeReport(line, report));
-        return static_cast<int>(ExitStatus::NoTools);
-    }
-    StopSignals::catchAll(line.jobs > 1);
-    RunReport report;
-    TerminalProgress progress(report, line.quiet ? TerminalProgress::Style::Quiet
-                                                 : TerminalProgress::styleOfStandardOutput());
-    const RunEnd end = MinifyJob(queue, settings, tools, progress, StopSignals::requested(),
-                                 refusalFor(queue.entries(), settings))
-                           .run(line.jobs);
-    report.finish(end, queue.entries(), end == RunEnd::JavaNotStarted ? progress.status() : QString());
-    if (!line.quiet)
-        TerminalText::print(stdout, report.summary());
-    else if (end == RunEnd::JavaNotStarted)
-        printError(progress.status());
-    TerminalText::print(stderr, report.notes() + report.failures());
-    const bool reported = writeReport(line, report);
-    if (end == RunEnd::Stopped)
-        return StopSignals::exitStatus();
-    if (end == RunEnd::JavaNotStarted)
-        return static_cast<int>(ExitStatus::NoTools);
-    return static_cast<int>(report.isAllDone() && reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
-}
-
 /// Says on the error stream what was found and is not in the queue, or not in the list of it.
 void sayWhatIsNotListed(const CommandLine &line, const Listing &listing)
 {
+    const bool isList = line.action == CommandLine::Action::List;
     for (const QString &sentence : listing.unreadable())
         printError(sentence);
-    if (line.action == CommandLine::Action::List) {
+    if (isList) {
         for (const QString &file : listing.unnameable())
             printError(QStringLiteral("%1: not minified: %2").arg(file, notUtf8()));
     }
@@ -205,16 +195,48 @@ void sayWhatIsNotListed(const CommandLine &line, const Listing &listing)
         return;
     for (const QString &folder : listing.folders())
         printError(folder + QLatin1StringView(" is a folder"));
-    const QStringList outputs = listing.outputs();
-    if (line.action != CommandLine::Action::List || outputs.isEmpty())
+    const QStringList outputs = isList ? listing.outputs() : QStringList();
+    if (outputs.isEmpty())
         return;
     QString text = outputs.size() == 1
                        ? QStringLiteral("1 file passed over, as the output of another (--all takes all):\n")
                        : QStringLiteral("%1 files passed over, as outputs of others (--all takes all):\n")
                              .arg(outputs.size());
     for (const QString &output : outputs)
-        text += TerminalText::printable(output) + u'\n';
+        text += printable(output) + u'\n';
     TerminalText::print(stderr, text);
+}
+
+int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
+{
+    using Style = TerminalProgress::Style;
+    TerminalProgress progress(queue.entries(),
+                              line.quiet ? Style::Quiet : TerminalProgress::styleOfStandardOutput());
+    if (const QString missing = tools.missing(); !missing.isEmpty()) {
+        printError(missing);
+        progress.RunReport::runEnded(RunEnd::JavaNotStarted, missing);
+        static_cast<void>(writeReport(line, progress));
+        return static_cast<int>(ExitStatus::NoTools);
+    }
+    StopSignals::catchAll(line.jobs > 1);
+    const RunEnd end = MinifyJob(queue, settings, tools, progress, StopSignals::requested(),
+                                 refusalFor(queue.entries(), settings))
+                           .run(line.jobs);
+    if (!line.quiet)
+        TerminalText::print(stdout, progress.summary());
+    else if (end == RunEnd::JavaNotStarted)
+        printError(progress.failure());
+    TerminalText::print(stderr, progress.notes() + progress.failures());
+    const bool reported = writeReport(line, progress);
+    switch (end) {
+    case RunEnd::Completed:
+        break;
+    case RunEnd::Stopped:
+        return StopSignals::exitStatus();
+    case RunEnd::JavaNotStarted:
+        return static_cast<int>(ExitStatus::NoTools);
+    }
+    return statusOf(progress.isAllDone() && reported);
 }
 
 /// Does what was asked for with the files that are listed.
@@ -224,8 +246,7 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
     if (queue.isEmpty()) {
         if (listing.unreadable().isEmpty())
             TerminalText::print(stderr, whyNothingIsListed(settings));
-        const bool reported = line.action != CommandLine::Action::Minify || writeReport(line, RunReport());
-        return static_cast<int>(reported ? ExitStatus::AllDone : ExitStatus::SomeFailed);
+        return statusOf(line.action != CommandLine::Action::Minify || writeReport(line, RunReport({})));
     }
     if (line.action == CommandLine::Action::List)
         return statusOfPrinting(printList(queue, settings));
@@ -234,23 +255,7 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
     return minify(line, tools, queue, settings);
 }
 
-/// Sets what holds for this run only. The compressors run elsewhere, so a folder counts from here.
-void overrideSetting(SettingsStore &settings, QLatin1StringView key, const QJsonValue &value)
-{
-    const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
-    settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
-}
-
-} // namespace
-
-int reportUsageError(const UsageError &error)
-{
-    printError(error.text);
-    TerminalText::print(stderr, QStringLiteral("Try: brevant-cli --help\n"));
-    return static_cast<int>(ExitStatus::WrongUsage);
-}
-
-int runTerminal(const CommandLine &line, const Tools &tools)
+int run(const CommandLine &line, const Tools &tools)
 {
     if (line.action == CommandLine::Action::Help)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
@@ -258,35 +263,37 @@ int runTerminal(const CommandLine &line, const Tools &tools)
         return statusOfPrinting(TerminalText::print(stdout, versionText()));
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
-    if (QString error = inputError(line); !error.isEmpty()) {
-        printError(error);
-        return static_cast<int>(ExitStatus::WrongUsage);
-    }
+    if (const QString error = inputError(line); !error.isEmpty())
+        return wrongUsage(error);
 
-    SettingsStore settings(line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
-                                                       : line.settingsFile);
+    SettingsStore settings(settingsFile(line));
     settings.registerDefaults(registeredDefaults());
-    for (const auto &[key, value] : line.settings)
-        overrideSetting(settings, key, value);
-    if (QString error = settingsError(settings); !error.isEmpty()) {
-        printError(error);
-        return static_cast<int>(ExitStatus::WrongUsage);
-    }
+    overrideSettings(settings, line);
+    if (const QString error = settingsError(settings); !error.isEmpty())
+        return wrongUsage(error);
 
     FileQueue queue;
     Listing listing(queue, settings, line.all);
     for (const QString &path : line.paths)
         listing.add(PathString::absolute(path));
-    if (const QString file = fileUnderReport(line, queue, settings); !file.isEmpty()) {
-        printError(QStringLiteral("the report %1 would be written over %2").arg(line.reportFile, file));
-        return static_cast<int>(ExitStatus::WrongUsage);
-    }
+    if (const QString error = reportPlaceError(line, queue, settings); !error.isEmpty())
+        return wrongUsage(error);
     sayWhatIsNotListed(line, listing);
     const int status = act(line, tools, queue, settings, listing);
     const bool isAllThere = listing.unreadable().isEmpty() && listing.unnameable().isEmpty();
-    return status == static_cast<int>(ExitStatus::AllDone) && !isAllThere
-               ? static_cast<int>(ExitStatus::SomeFailed)
-               : status;
+    return status == 0 && !isAllThere ? statusOf(false) : status;
+}
+
+} // namespace
+
+int runTerminal(const QStringList &arguments, const Tools &tools)
+{
+    const auto parsed = parseCommandLine(arguments);
+    if (const auto *line = std::get_if<CommandLine>(&parsed))
+        return run(*line, tools);
+    const int status = wrongUsage(std::get<UsageError>(parsed).text);
+    TerminalText::print(stderr, QStringLiteral("Try: brevant-cli --help\n"));
+    return status;
 }
 
 } // namespace brevant

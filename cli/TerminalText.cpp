@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalText.h"
 
+#include "files/RawBytes.h"
+
 #include <QLocale>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cwchar>
-#include <numeric>
 #include <utility>
 
 namespace brevant::TerminalText {
@@ -18,8 +19,7 @@ namespace {
 bool isSafeInShell(QChar character)
 {
     const char16_t code = character.unicode();
-    return (code >= u'a' && code <= u'z') || (code >= u'A' && code <= u'Z') ||
-           (code >= u'0' && code <= u'9') || QStringView(u"_@%+=:,./-").contains(character);
+    return code < 0x80 && (character.isLetterOrNumber() || QStringView(u"_@%+=:,./-").contains(character));
 }
 
 int columnsOf(char32_t character)
@@ -39,7 +39,7 @@ QString quotedWithEscapes(const QString &argument)
             continue;
         }
         for (const char byte : QString(character).toUtf8())
-            quoted += QStringLiteral("\\%1").arg(static_cast<unsigned char>(byte), 3, 8, QLatin1Char('0'));
+            quoted += QString::asprintf("\\%03o", static_cast<unsigned char>(byte));
     }
     return QStringLiteral("$'%1'").arg(quoted);
 }
@@ -67,9 +67,7 @@ QString commandLine(const QString &program, const QStringList &arguments)
 
 QString grouped(qint64 number)
 {
-    QLocale locale = QLocale::c();
-    locale.setNumberOptions(QLocale::DefaultNumberOptions); // the C locale leaves the groups out
-    return locale.toString(number);
+    return QLocale(QLocale::English).toString(number);
 }
 
 QString percentSaved(qint64 before, qint64 after)
@@ -77,21 +75,16 @@ QString percentSaved(qint64 before, qint64 after)
     if (before == 0)
         return QStringLiteral("0");
     const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
-    const qint64 tenths = std::llround(percent * 10); // an integer knows no "-0"
-    return tenths % 10 == 0 ? QString::number(tenths / 10)
-                            : QString::number(static_cast<double>(tenths) / 10, 'f', 1);
+    const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer knows no "-0"
+    return QString::number(tenths / 10, 'g', 15);
 }
 
 QString duration(double seconds)
 {
-    const auto whole = static_cast<qint64>(std::ceil(seconds));
-    const QLatin1Char zero('0');
+    const auto whole = static_cast<long long>(std::ceil(seconds));
     if (whole < 3600)
-        return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, zero);
-    return QStringLiteral("%1:%2:%3")
-        .arg(whole / 3600)
-        .arg(whole / 60 % 60, 2, 10, zero)
-        .arg(whole % 60, 2, 10, zero);
+        return QString::asprintf("%lld:%02lld", whole / 60, whole % 60);
+    return QString::asprintf("%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60);
 }
 
 QString fitted(const QString &text, int columns)
@@ -109,9 +102,10 @@ QString fitted(const QString &text, int columns)
 
 int width(const QString &text)
 {
-    const QList<uint> characters = text.toUcs4();
-    return std::accumulate(characters.begin(), characters.end(), 0,
-                           [](int sum, char32_t character) { return sum + columnsOf(character); });
+    int columns = 0;
+    for (const char32_t character : text.toUcs4())
+        columns += columnsOf(character);
+    return columns;
 }
 
 QString progressLine(const Progress &progress, int columns)

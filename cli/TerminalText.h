@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "files/RawBytes.h"
-
 #include <QString>
 #include <QStringList>
 
@@ -11,8 +9,6 @@
 
 /// How texts look on a terminal.
 namespace brevant::TerminalText {
-
-using brevant::printable;
 
 /// `argument` as a shell reads it back: as it is where that is safe, else in single quotes; what is not
 /// printable in $'…', which bash, zsh and ksh know.

@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/CommandLine.h"
 #include "cli/TerminalRun.h"
 #include "engine/Tools.h"
 #include "files/Descriptor.h"
@@ -23,8 +22,5 @@ int main(int argc, char *argv[])
     for (int i = 1; i < argc; ++i)
         arguments.append(RawBytes::decoded(argv[i]));
 
-    const auto parsed = parseCommandLine(arguments);
-    if (const auto *error = std::get_if<UsageError>(&parsed))
-        return reportUsageError(*error);
-    return runTerminal(std::get<CommandLine>(parsed), Tools::inResources(findResourceFolder()));
+    return runTerminal(arguments, Tools::inResources(findResourceFolder()));
 }

@@ -58,8 +58,8 @@ private Q_SLOTS:
 
 void tst_RunReport::nothing()
 {
-    RunReport report;
-    report.finish(End::Completed, {});
+    RunReport report({});
+    report.runEnded(End::Completed, {});
     QCOMPARE(report.summary(), u"0 files: 0 -> 0 bytes, 0 % saved.\n"_s);
     QCOMPARE(report.failures(), QString());
     QVERIFY(report.isAllDone());
@@ -67,10 +67,10 @@ void tst_RunReport::nothing()
 
 void tst_RunReport::allDone()
 {
-    RunReport report;
-    report.add(result(u"/w/a.css"_s, Outcome::Done, 1000, 500));
-    report.add(result(u"/w/b.css"_s, Outcome::Done, 1000, 700));
-    report.finish(End::Completed, {u"/w/a.css"_s, u"/w/b.css"_s});
+    RunReport report({u"/w/a.css"_s, u"/w/b.css"_s});
+    report.entryEnded(result(u"/w/a.css"_s, Outcome::Done, 1000, 500));
+    report.entryEnded(result(u"/w/b.css"_s, Outcome::Done, 1000, 700));
+    report.runEnded(End::Completed, {});
     QCOMPARE(report.doneCount(), 2);
     QVERIFY(report.isAllDone());
     QCOMPARE(report.summary(), u"2 files: 2,000 -> 1,200 bytes, 40 % saved.\n"_s);
@@ -79,19 +79,19 @@ void tst_RunReport::allDone()
 
 void tst_RunReport::oneFile()
 {
-    RunReport report;
-    report.add(result(u"/w/a.css"_s, Outcome::Done, 4, 3));
-    report.finish(End::Completed, {u"/w/a.css"_s});
+    RunReport report({u"/w/a.css"_s});
+    report.entryEnded(result(u"/w/a.css"_s, Outcome::Done, 4, 3));
+    report.runEnded(End::Completed, {});
     QCOMPARE(report.summary(), u"1 file: 4 -> 3 bytes, 25 % saved.\n"_s);
 }
 
 void tst_RunReport::someFailed()
 {
-    RunReport report;
-    report.add(result(u"/w/a.js"_s, Outcome::CompressorFailed, 900, 800, 2));
-    report.add(result(u"/w/b.css"_s, Outcome::Done, 10, 5));
-    report.add(result(u"/w/c.html"_s, Outcome::NoOutput, 70, {}));
-    report.finish(End::Completed, {u"/w/a.js"_s, u"/w/b.css"_s, u"/w/c.html"_s});
+    RunReport report({u"/w/a.js"_s, u"/w/b.css"_s, u"/w/c.html"_s});
+    report.entryEnded(result(u"/w/a.js"_s, Outcome::CompressorFailed, 900, 800, 2));
+    report.entryEnded(result(u"/w/b.css"_s, Outcome::Done, 10, 5));
+    report.entryEnded(result(u"/w/c.html"_s, Outcome::NoOutput, 70, {}));
+    report.runEnded(End::Completed, {});
     QCOMPARE(report.doneCount(), 1);
     QVERIFY(!report.isAllDone());
     // What failed counts neither before nor after.
@@ -102,9 +102,9 @@ void tst_RunReport::someFailed()
 
 void tst_RunReport::stopped()
 {
-    RunReport report;
-    report.add(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
-    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s});
+    RunReport report({u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s});
+    report.entryEnded(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
+    report.runEnded(End::Stopped, {});
     QVERIFY(!report.isAllDone());
     QCOMPARE(report.summary(), u"1 file: 10 -> 5 bytes, 50 % saved.\n"
                                "Stopped before /w/b.css; 2 files not minified.\n"_s);
@@ -113,28 +113,28 @@ void tst_RunReport::stopped()
 void tst_RunReport::stoppedAmidSeveral()
 {
     // The second waited for the first, and the third did not.
-    RunReport report;
-    report.add(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
-    report.add(result(u"/w/c.css"_s, Outcome::Done, 10, 5));
-    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s, u"/w/d.css"_s});
+    RunReport report({u"/w/a.css"_s, u"/w/b.css"_s, u"/w/c.css"_s, u"/w/d.css"_s});
+    report.entryEnded(result(u"/w/a.css"_s, Outcome::Done, 10, 5));
+    report.entryEnded(result(u"/w/c.css"_s, Outcome::Done, 10, 5));
+    report.runEnded(End::Stopped, {});
     QVERIFY2(report.summary().endsWith(u"Stopped before /w/b.css; 2 files not minified.\n"_s),
              qPrintable(report.summary()));
 }
 
 void tst_RunReport::lostSources()
 {
-    RunReport report;
+    RunReport report({});
     EntryResult lost = result(u"/w/a.js"_s, Outcome::CompressorFailed, 10, 10, 1);
     lost.sourceState = EntryResult::Source::PutBack;
-    report.add(lost);
+    report.entryEnded(lost);
     lost.sourceState = EntryResult::Source::Lost;
     lost.detail = u"No space left on device"_s;
-    report.add(lost);
+    report.entryEnded(lost);
     lost.sourceState = EntryResult::Source::Safe;
     lost.outcome = Outcome::NotSafe;
     lost.detail = u"another run is at work on it"_s;
-    report.add(lost);
-    report.finish(End::Completed, {});
+    report.entryEnded(lost);
+    report.runEnded(End::Completed, {});
     QCOMPARE(
         report.failures(),
         u"Failed: /w/a.js: the compressor ended with status 1; the source was put back\n"
@@ -145,9 +145,10 @@ void tst_RunReport::lostSources()
 
 void tst_RunReport::javaNotStarted()
 {
-    RunReport report;
-    report.finish(End::JavaNotStarted, {u"/w/a.css"_s});
+    RunReport report({u"/w/a.css"_s});
+    report.runEnded(End::JavaNotStarted, u"no Java"_s);
     QVERIFY(!report.isAllDone());
+    QCOMPARE(parsed(report)[u"reason"_s].toString(), u"no Java"_s);
     QCOMPARE(report.summary(), u"0 files: 0 -> 0 bytes, 0 % saved.\n"
                                "Stopped before /w/a.css; 1 file not minified.\n"_s);
 }
@@ -170,9 +171,9 @@ void tst_RunReport::failuresInWords()
     QFETCH(Outcome, outcome);
     QFETCH(int, status);
     QFETCH(QString, reason);
-    RunReport report;
-    report.add(result(u"/w/a.js"_s, outcome, 5, 5, status));
-    report.finish(End::Completed, {u"/w/a.js"_s});
+    RunReport report({u"/w/a.js"_s});
+    report.entryEnded(result(u"/w/a.js"_s, outcome, 5, 5, status));
+    report.runEnded(End::Completed, {});
     QCOMPARE(report.failures(), u"Failed: /w/a.js: %1\n"_s.arg(reason));
     const QJsonObject file = parsed(report)[u"files"_s][0].toObject();
     QCOMPARE(file[u"outcome"_s].toString(), u"failed"_s);
@@ -181,9 +182,9 @@ void tst_RunReport::failuresInWords()
 
 void tst_RunReport::namesAreMadeVisible()
 {
-    RunReport report;
-    report.add(result(u"/w/\x1b[2J%1\n.js"_s, Outcome::NoOutput));
-    report.finish(End::Stopped, {u"/w/\x1b[2J%1\n.js"_s, u"/w/%2\r.js"_s});
+    RunReport report({u"/w/\x1b[2J%1\n.js"_s, u"/w/%2\r.js"_s});
+    report.entryEnded(result(u"/w/\x1b[2J%1\n.js"_s, Outcome::NoOutput));
+    report.runEnded(End::Stopped, {});
     QCOMPARE(report.failures(), u"Failed: /w/\\x1b[2J%1\\n.js: the compressor wrote no output\n"_s);
     QVERIFY2(report.summary().endsWith(u"Stopped before /w/%2\\x0d.js; 1 file not minified.\n"_s),
              qPrintable(report.summary()));
@@ -192,9 +193,9 @@ void tst_RunReport::namesAreMadeVisible()
     EntryResult kept = result(u"/w/a.js"_s, Outcome::CompressorFailed, 5, 5, 1);
     kept.sourceState = EntryResult::Source::PutBack;
     kept.kept = u"/k/kept-1-a\n.js"_s;
-    RunReport another;
-    another.add(kept);
-    another.finish(End::Completed, {u"/w/a.js"_s});
+    RunReport another({u"/w/a.js"_s});
+    another.entryEnded(kept);
+    another.runEnded(End::Completed, {});
     QCOMPARE(
         another.failures(),
         u"Failed: /w/a.js: the compressor ended with status 1; the source was put back, and what was in it "
@@ -203,15 +204,15 @@ void tst_RunReport::namesAreMadeVisible()
 
 void tst_RunReport::json()
 {
-    RunReport report;
+    RunReport report({u"/w/a.css"_s, u"/w/b.js"_s});
     EntryResult done = result(u"/w/a.css"_s, Outcome::Done, 5'000'000'000, 20);
     done.gzipSize = 30;
     done.seconds = 0.12345;
-    report.add(done);
+    report.entryEnded(done);
     EntryResult failed = result(u"/w/b.js"_s, Outcome::CompressorFailed, std::nullopt, std::nullopt, 1);
     failed.output.reset();
-    report.add(failed);
-    report.finish(End::Completed, {u"/w/a.css"_s, u"/w/b.js"_s});
+    report.entryEnded(failed);
+    report.runEnded(End::Completed, {});
 
     const QString version = versionText().section(u' ', 1).trimmed();
     const QJsonObject expected{
@@ -244,9 +245,9 @@ void tst_RunReport::json()
 
 void tst_RunReport::jsonOfAStop()
 {
-    RunReport report;
-    report.add(result(u"/w/a.css"_s, Outcome::Done, 2, 1));
-    report.finish(End::Stopped, {u"/w/a.css"_s, u"/w/b.css"_s});
+    RunReport report({u"/w/a.css"_s, u"/w/b.css"_s});
+    report.entryEnded(result(u"/w/a.css"_s, Outcome::Done, 2, 1));
+    report.runEnded(End::Stopped, {});
     const QJsonObject object = parsed(report);
     QCOMPARE(object[u"notRun"_s].toInt(), 1);
     QCOMPARE(object[u"files"_s].toArray().size(), 2);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TerminalText.h"
+#include "files/RawBytes.h"
 #include "tests/TestClass.h"
 
 #include <QProcess>
@@ -66,7 +67,7 @@ void tst_TerminalText::printable_data()
 void tst_TerminalText::printable()
 {
     QFETCH(QString, text);
-    QTEST(TerminalText::printable(text), "expected");
+    QTEST(brevant::printable(text), "expected");
 }
 
 void tst_TerminalText::shellQuoted_data()
