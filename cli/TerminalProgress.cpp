@@ -5,6 +5,7 @@
 #include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
 #include "files/PathString.h"
+#include "files/RawBytes.h"
 
 #include <algorithm>
 #include <array>
