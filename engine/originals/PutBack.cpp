@@ -15,6 +15,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -99,12 +100,24 @@ bool isSameFile(const struct stat &a, const struct stat &b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
+/// Whether the file is younger than the record, so that it can only have got the inode of a deleted one.
+bool isYounger(const QString &path, const OriginalRecord &original)
+{
+    struct statx status {};
+    const bool isKnown =
+        ::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_BTIME, &status) == 0 &&
+        (status.stx_mask & STATX_BTIME) != 0;
+    return isKnown && std::pair<qint64, qint64>(status.stx_btime.tv_sec, status.stx_btime.tv_nsec) >
+                          std::pair<qint64, qint64>(original.changed.tv_sec, original.changed.tv_nsec);
+}
+
 bool isOf(const OriginalRecord &original, const QString &source)
 {
     const QStringList marks = FileMarks::all(source);
     return original.path == QFile::encodeName(source) ||
            marks.contains(FileMarks::ofPlace(RawBytes::decoded(original.file))) ||
-           marks.contains(FileMarks::ofFile(original.device, original.inode));
+           (marks.contains(FileMarks::ofFile(original.device, original.inode)) &&
+            !isYounger(source, original));
 }
 
 } // namespace
