@@ -7,7 +7,7 @@
 #include "engine/EntryResult.h"
 #include "engine/MinifyJob.h"
 #include "tests/TestClass.h"
-#include "tests/settings/TestFiles.h"
+#include "tests/Files.h"
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/TestClass.h"
 #include "tests/cli/CliRun.h"
-#include "tests/settings/TestFiles.h"
+#include "tests/Files.h"
 
 #include <QDir>
 #include <QFile>

@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 class tst_ArgumentList final : public QObject {
     Q_OBJECT
@@ -13,15 +14,15 @@ class tst_ArgumentList final : public QObject {
 private Q_SLOTS:
     void keepsWhatIsThere()
     {
-        QCOMPARE(ArgumentList({QStringLiteral("-f"), QString(), QStringLiteral("-f")}).values(),
-                 QStringList({QStringLiteral("-f"), QString(), QStringLiteral("-f")}));
+        QCOMPARE(ArgumentList({u"-f"_s, QString(), u"-f"_s}).values(),
+                 QStringList({u"-f"_s, QString(), u"-f"_s}));
     }
 
     void endsAtTheFirstAbsentValue()
     {
-        ArgumentList list{QStringLiteral("a"), std::nullopt, QStringLiteral("b")};
-        list.add(QStringLiteral("c"));
-        QCOMPARE(list.values(), QStringList({QStringLiteral("a")}));
+        ArgumentList list{u"a"_s, std::nullopt, u"b"_s};
+        list.add(u"c"_s);
+        QCOMPARE(list.values(), QStringList({u"a"_s}));
     }
 };
 

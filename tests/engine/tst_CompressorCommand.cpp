@@ -9,6 +9,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,8 +20,8 @@ CompressorOptions options(const char *switches, bool keepSpace = false)
         return c == '1' ? SwitchState::On : c == '0' ? SwitchState::Off : SwitchState::Undecided;
     };
     CompressorOptions result;
-    result.lineBreakColumn = QStringLiteral("500");
-    result.encoding = QStringLiteral("utf-8");
+    result.lineBreakColumn = u"500"_s;
+    result.encoding = u"utf-8"_s;
     result.lineBreak = state(switches[0]);
     result.nomunge = state(switches[1]);
     result.preserveSemi = state(switches[2]);
@@ -157,7 +158,7 @@ private Q_SLOTS:
         QFETCH(QString, entry);
         QFETCH(QString, absent);
         CompressorOptions with = options("1000");
-        std::optional<QString> output = QStringLiteral("/w/o");
+        std::optional<QString> output = u"/w/o"_s;
         if (absent == u"output")
             output.reset();
         else if (absent == u"encoding")
@@ -170,13 +171,11 @@ private Q_SLOTS:
     void textsArePassedAsTheyStand()
     {
         CompressorOptions with = options("1000");
-        with.lineBreakColumn = QStringLiteral("eighty columns");
+        with.lineBreakColumn = u"eighty columns"_s;
         with.encoding = QString();
-        QCOMPARE(compressorArguments(QStringLiteral("/w/a \"b\".css"), QStringLiteral("/o u t"), with),
-                 QStringList({QStringLiteral("-jar"), QStringLiteral("yuicompressor-2.4.8.jar"),
-                              QStringLiteral("--line-break"), QStringLiteral("eighty columns"),
-                              QStringLiteral("/w/a \"b\".css"), QStringLiteral("-o"),
-                              QStringLiteral("/o u t"), QStringLiteral("--charset"), QString()}));
+        QCOMPARE(compressorArguments(u"/w/a \"b\".css"_s, u"/o u t"_s, with),
+                 QStringList({u"-jar"_s, u"yuicompressor-2.4.8.jar"_s, u"--line-break"_s, u"eighty columns"_s,
+                              u"/w/a \"b\".css"_s, u"-o"_s, u"/o u t"_s, u"--charset"_s, QString()}));
     }
 
     void switchesAreReadStrictly_data()
@@ -188,7 +187,7 @@ private Q_SLOTS:
         QTest::newRow("false") << QJsonValue(false) << SwitchState::Off << false;
         QTest::newRow("1") << QJsonValue(1) << SwitchState::Undecided << true;
         QTest::newRow("0") << QJsonValue(0) << SwitchState::Undecided << false;
-        QTest::newRow("text") << QJsonValue(QStringLiteral("true")) << SwitchState::Undecided << true;
+        QTest::newRow("text") << QJsonValue(u"true"_s) << SwitchState::Undecided << true;
         QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << SwitchState::Undecided << false;
     }
 
@@ -198,7 +197,7 @@ private Q_SLOTS:
         QFETCH(SwitchState, strict);
         QFETCH(bool, flag);
         const QTemporaryDir folder;
-        SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+        SettingsStore settings(folder.filePath(u"settings.json"_s));
         if (!stored.isUndefined()) {
             for (const SettingKey &setting : allSettingKeys)
                 settings.setOverride(stored, setting.key);
@@ -215,7 +214,7 @@ private Q_SLOTS:
     void everyOptionHasItsKey()
     {
         const QTemporaryDir folder;
-        SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+        SettingsStore settings(folder.filePath(u"settings.json"_s));
         settings.registerDefaults(registeredDefaults());
         const std::pair<QLatin1StringView, SwitchState CompressorOptions::*> switches[] = {
             {lineBreakSwitcherKeyString, &CompressorOptions::lineBreak},
@@ -224,8 +223,8 @@ private Q_SLOTS:
             {disableOptimizationsSwitcherKeyString, &CompressorOptions::disableOptimizations},
         };
         CompressorOptions read = CompressorOptions::atStartOfRun(settings);
-        QCOMPARE(read.lineBreakColumn, QStringLiteral("500"));
-        QCOMPARE(read.encoding, QStringLiteral("utf-8"));
+        QCOMPARE(read.lineBreakColumn, u"500"_s);
+        QCOMPARE(read.encoding, u"utf-8"_s);
         for (const auto &[key, member] : switches) {
             QCOMPARE(read.*member, SwitchState::Off);
             settings.setOverride(true, key);
@@ -236,12 +235,12 @@ private Q_SLOTS:
             settings.setOverride(false, key);
         }
         settings.setOverride(72, lineBreakKeyString);
-        settings.setOverride(QStringLiteral("gbk"), selectedEncodingKeyString);
+        settings.setOverride(u"gbk"_s, selectedEncodingKeyString);
         read.readSwitches(settings);
-        QCOMPARE(read.lineBreakColumn, QStringLiteral("500")); // read at the start of a run alone
+        QCOMPARE(read.lineBreakColumn, u"500"_s); // read at the start of a run alone
         read = CompressorOptions::atStartOfRun(settings);
-        QCOMPARE(read.lineBreakColumn, QStringLiteral("72"));
-        QCOMPARE(read.encoding, QStringLiteral("gbk"));
+        QCOMPARE(read.lineBreakColumn, u"72"_s);
+        QCOMPARE(read.encoding, u"gbk"_s);
     }
 
     void patterns_data()

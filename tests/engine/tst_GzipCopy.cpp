@@ -1,35 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/GzipCopy.h"
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace brevant;
+using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 namespace {
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
-}
 
 QByteArray unzipped(const QString &path)
 {
     QProcess gunzip;
-    gunzip.start(QStringLiteral("/usr/bin/gzip"), {QStringLiteral("-dc"), path});
+    gunzip.start(u"/usr/bin/gzip"_s, {u"-dc"_s, path});
     return gunzip.waitForFinished() ? gunzip.readAllStandardOutput() : QByteArray("(gzip failed)");
 }
 
@@ -49,28 +38,22 @@ private Q_SLOTS:
     void fourExactSteps()
     {
         const std::array<GzipStep, 4> expected{{
-            {QStringLiteral("/usr/bin/gzip"), {QStringLiteral("-f"), QStringLiteral("/w/site.min.css")}},
-            {QStringLiteral("/bin/cp"),
-             {QStringLiteral("-f"), QStringLiteral("/w/site.min.css.gz"),
-              QStringLiteral("/w/site.min.css.brevantgziptemp")}},
-            {QStringLiteral("/usr/bin/gzip"),
-             {QStringLiteral("-f"), QStringLiteral("-d"), QStringLiteral("-S"),
-              QStringLiteral("brevantgziptemp"), QStringLiteral("/w/site.min.css.brevantgziptemp")}},
-            {QStringLiteral("/bin/mv"),
-             {QStringLiteral("-f"), QStringLiteral("/w/site.min.css."), QStringLiteral("/w/site.min.css")}},
+            {u"/usr/bin/gzip"_s, {u"-f"_s, u"/w/site.min.css"_s}},
+            {u"/bin/cp"_s, {u"-f"_s, u"/w/site.min.css.gz"_s, u"/w/site.min.css.brevantgziptemp"_s}},
+            {u"/usr/bin/gzip"_s,
+             {u"-f"_s, u"-d"_s, u"-S"_s, u"brevantgziptemp"_s, u"/w/site.min.css.brevantgziptemp"_s}},
+            {u"/bin/mv"_s, {u"-f"_s, u"/w/site.min.css."_s, u"/w/site.min.css"_s}},
         }};
-        QVERIFY(gzipSteps(QStringLiteral("/w/site.min.css")) == expected);
+        QVERIFY(gzipSteps(u"/w/site.min.css"_s) == expected);
     }
 
     void listsEndWhereThereIsNoOutput()
     {
         const std::array<GzipStep, 4> expected{{
-            {QStringLiteral("/usr/bin/gzip"), {QStringLiteral("-f")}},
-            {QStringLiteral("/bin/cp"), {QStringLiteral("-f")}},
-            {QStringLiteral("/usr/bin/gzip"),
-             {QStringLiteral("-f"), QStringLiteral("-d"), QStringLiteral("-S"),
-              QStringLiteral("brevantgziptemp")}},
-            {QStringLiteral("/bin/mv"), {QStringLiteral("-f")}},
+            {u"/usr/bin/gzip"_s, {u"-f"_s}},
+            {u"/bin/cp"_s, {u"-f"_s}},
+            {u"/usr/bin/gzip"_s, {u"-f"_s, u"-d"_s, u"-S"_s, u"brevantgziptemp"_s}},
+            {u"/bin/mv"_s, {u"-f"_s}},
         }};
         QVERIFY(gzipSteps(std::nullopt) == expected);
     }
@@ -89,40 +72,40 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString output = folder.filePath(name);
         for (const QByteArray &text : {QByteArray("first"), QByteArray("second, longer text")}) {
-            write(output, text);
+            QVERIFY(writeFile(output, text));
             makeGzipCopy(output, noStop); // the second time over what the first has left
-            QCOMPARE(read(output), text);
-            QCOMPARE(unzipped(output + QStringLiteral(".gz")), text);
-            QCOMPARE(files(folder), QStringList({name, name + QStringLiteral(".gz")}));
+            QCOMPARE(readFile(output), text);
+            QCOMPARE(unzipped(output + u".gz"_s), text);
+            QCOMPARE(files(folder), QStringList({name, name + u".gz"_s}));
         }
     }
 
     void nothingComesOfNothing()
     {
         const QTemporaryDir folder;
-        makeGzipCopy(folder.filePath(QStringLiteral("a.css")), noStop);
+        makeGzipCopy(folder.filePath(u"a.css"_s), noStop);
         QCOMPARE(files(folder), QStringList());
     }
 
     void anOlderCopyBringsTheOutputBack()
     {
         const QTemporaryDir folder;
-        const QString output = folder.filePath(QStringLiteral("a.css"));
-        write(output, "old");
+        const QString output = folder.filePath(u"a.css"_s);
+        QVERIFY(writeFile(output, "old"));
         makeGzipCopy(output, noStop);
         QFile::remove(output);
         makeGzipCopy(output, noStop);
-        QCOMPARE(read(output), QByteArray("old"));
-        QCOMPARE(unzipped(output + QStringLiteral(".gz")), QByteArray("old"));
+        QCOMPARE(readFile(output), QByteArray("old"));
+        QCOMPARE(unzipped(output + u".gz"_s), QByteArray("old"));
     }
 
     void noneAfterAStopAtOnce()
     {
         const QTemporaryDir folder;
-        write(folder.filePath(QStringLiteral("a.css")), "text");
+        QVERIFY(writeFile(folder.filePath(u"a.css"_s), "text"));
         const std::atomic<Stop> stop = Stop::AtOnce;
-        makeGzipCopy(folder.filePath(QStringLiteral("a.css")), stop);
-        QCOMPARE(files(folder), QStringList({QStringLiteral("a.css")}));
+        makeGzipCopy(folder.filePath(u"a.css"_s), stop);
+        QCOMPARE(files(folder), QStringList({u"a.css"_s}));
     }
 };
 

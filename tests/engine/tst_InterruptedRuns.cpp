@@ -2,12 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/PutBack.h"
 #include "tests/TestClass.h"
-#include "tests/engine/LeftCopy.h"
+#include "tests/engine/CopiesTest.h"
 
-#include <QDir>
-#include <QFile>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -24,28 +20,6 @@ using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QByteArray original("a { b : c ; }");
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(missing)");
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        QFAIL(qPrintable(path));
-}
-
-struct stat statusOf(const QString &path)
-{
-    struct stat status {};
-    ::lstat(QFile::encodeName(path).constData(), &status);
-    return status;
-}
 
 /// As on a full disk: no file may become longer than `most` bytes while this is there.
 class NoRoom final {
@@ -68,18 +42,11 @@ private:
 } // namespace
 
 /// What the next start does with the copies of programs that ended amid a run.
-class tst_InterruptedRuns final : public QObject {
+class tst_InterruptedRuns final : public CopiesTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QDir(m_folder->path()).mkdir(u"site"_s);
-        m_source = path(u"site/a.css"_s);
-        m_originals = path(u"originals"_s);
-        write(m_source, original);
-    }
+    void init() { setUp(); }
 
     void sources_data()
     {
@@ -106,13 +73,13 @@ private Q_SLOTS:
         else
             write(m_source, now);
         const QStringList sentences = putBackAfterInterruption({m_originals});
-        QTEST(bytesOf(m_source), "left");
+        QTEST(readFile(m_source), "left");
         const QStringList files = leftInFolder();
         QCOMPARE(sentences.size(), sentence.isEmpty() ? 0 : 1);
         if (sentence.contains(u"%1"_s)) {
             QCOMPARE(files.size(), 1);
             QVERIFY(files.first().endsWith(u"-a.css"_s));
-            QCOMPARE(bytesOf(m_originals + u'/' + files.first()), original);
+            QCOMPARE(readFile(m_originals + u'/' + files.first()), original);
             sentence = sentence.arg(m_originals + u'/' + files.first());
         } else {
             QCOMPARE(files, QStringList());
@@ -124,7 +91,7 @@ private Q_SLOTS:
         // Said once, and nothing happens to the source any more.
         write(m_source, QByteArray());
         QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
-        QCOMPARE(bytesOf(m_source), QByteArray());
+        QCOMPARE(readFile(m_source), QByteArray());
     }
 
     void attributes_data()
@@ -160,7 +127,7 @@ private Q_SLOTS:
         QCOMPARE(after.st_atim.tv_nsec, times[0].tv_nsec);
         if (isThere) {
             QCOMPARE(after.st_ino, before.st_ino);
-            QCOMPARE(bytesOf(other), original);
+            QCOMPARE(readFile(other), original);
         }
     }
 
@@ -172,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(m_source) && QFile::remove(link));
         QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
         QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(bytesOf(link), original);
+        QCOMPARE(readFile(link), original);
         QVERIFY(!QFileInfo(m_source).isSymLink());
     }
 
@@ -182,11 +149,11 @@ private Q_SLOTS:
         QVERIFY(copy->isFilled());
         write(m_source, QByteArray());
         QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
-        QCOMPARE(bytesOf(m_source), QByteArray());
+        QCOMPARE(readFile(m_source), QByteArray());
         QCOMPARE(leftInFolder().size(), 1);
         copy.reset();
         QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
-        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(readFile(m_source), original);
     }
 
     void cutShortWhilePuttingBack()
@@ -198,7 +165,7 @@ private Q_SLOTS:
         }
         write(m_source, original.first(4));
         QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
-        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(readFile(m_source), original);
         QCOMPARE(leftInFolder(), QStringList());
     }
 
@@ -214,7 +181,7 @@ private Q_SLOTS:
         }
         QVERIFY(QDir(m_folder->path()).mkdir(u"site"_s));
         QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
-        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(readFile(m_source), original);
     }
 
     void noRoom_data()
@@ -248,10 +215,10 @@ private Q_SLOTS:
             QCOMPARE(QDir(path(u"site"_s)).entryList(QDir::AllEntries | QDir::Hidden), site);
             QCOMPARE(leftInFolder(), copies);
             if (!now.isNull())
-                QCOMPARE(bytesOf(m_source), now);
+                QCOMPARE(readFile(m_source), now);
         }
         QCOMPARE(putBackAfterInterruption({m_originals}).size(), 1);
-        QCOMPARE(bytesOf(now.isEmpty() ? m_source : m_originals + u'/' + leftInFolder().first()), original);
+        QCOMPARE(readFile(now.isEmpty() ? m_source : m_originals + u'/' + leftInFolder().first()), original);
     }
 
     void whatIsNoFileNow()
@@ -280,121 +247,9 @@ private Q_SLOTS:
         QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
         QCOMPARE(leftInFolder(),
                  QStringList({u"fifo.original"_s, u"folder.original"_s, u"link.original"_s, u"notes"_s}));
-        QCOMPARE(bytesOf(m_source), original);
+        QCOMPARE(readFile(m_source), original);
         QCOMPARE(putBackAfterInterruption({path(u"nowhere"_s)}), QStringList());
     }
-
-    void damagedCopies()
-    {
-        // Any one byte of the record or the content: the source is put back as it was, or not at all.
-        leaveCopy();
-        const QString name = leftInFolder().first();
-        const QByteArray whole = bytesOf(m_originals + u'/' + name);
-        write(m_source, QByteArray());
-        const qsizetype content = whole.indexOf(original);
-        QVERIFY(content > 0);
-        const qsizetype record = OriginalRecord::fromBytes(whole).value().toBytes().size();
-        QList<qsizetype> places{content, content + original.size() - 1};
-        for (qsizetype place = 0; place < record + 20; ++place)
-            places.append(place);
-        for (const qsizetype place : places) {
-            QByteArray changed = whole;
-            changed[place] = static_cast<char>(changed[place] ^ (1 << (place % 8)));
-            const bool isBetween = place >= record && place < content;
-            QCOMPARE(settles(name, changed), isBetween ? 1 : 0);
-        }
-    }
-
-    void shortenedAndRandomCopies()
-    {
-        leaveCopy();
-        const QString name = leftInFolder().first();
-        const QByteArray whole = bytesOf(m_originals + u'/' + name);
-        write(m_source, QByteArray());
-        for (const qsizetype size : {1, 8, 12, 44, 200, 4096, 65536, 65540})
-            QCOMPARE(settles(name, whole.first(size)), 0);
-        QRandomGenerator random(1);
-        for (int round = 0; round < 200; ++round) {
-            QByteArray bytes(random.bounded(1, 70'000), Qt::Uninitialized);
-            for (char &byte : bytes)
-                byte = static_cast<char>(random.bounded(256));
-            if (round % 2 == 0)
-                bytes.replace(0, 8, "BVORIG1\n");
-            QCOMPARE(settles(name, bytes), 0);
-        }
-    }
-
-    void aTornCopyOfAnUntouchedSource()
-    {
-        leaveCopy();
-        const QString name = leftInFolder().first();
-        QByteArray torn = bytesOf(m_originals + u'/' + name);
-        torn[torn.indexOf(original)] = '\0';
-        write(m_originals + u'/' + name, torn);
-        QCOMPARE(putBackAfterInterruption({m_originals}), QStringList());
-        QCOMPARE(leftInFolder(), QStringList());
-        QCOMPARE(bytesOf(m_source), original);
-    }
-
-    void recordsAndBytes()
-    {
-        const struct stat status = statusOf(m_source);
-        const Descriptor file(::open(QFile::encodeName(m_source).constData(), O_RDONLY | O_CLOEXEC));
-        const std::optional<OriginalRecord> record =
-            OriginalRecord::of(QFile::encodeName(m_source), file.number());
-        QVERIFY(record);
-        const std::optional<OriginalRecord> read = OriginalRecord::fromBytes(record->toBytes() + "more");
-        QVERIFY(read);
-        QCOMPARE(read->toBytes(), record->toBytes());
-        QVERIFY(read->isUntouched(status));
-        for (const char *path : {"", "a.css", "/w/a.css\0x"}) {
-            OriginalRecord other = *record;
-            other.file = QByteArray(path, path[0] == '/' ? 10 : qsizetype(qstrlen(path)));
-            QVERIFY(!OriginalRecord::fromBytes(other.toBytes()));
-        }
-    }
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    /// What a program that is killed leaves.
-    void leaveCopy(const QString &source = QString()) const
-    {
-        QVERIFY(LeftCopy(source.isEmpty() ? m_source : source, m_originals).isFilled());
-    }
-
-    /// Starts with these bytes as the only copy; whether the source was put back. It is empty again then.
-    int settles(const QString &name, const QByteArray &bytes) const
-    {
-        QDir(m_originals).removeRecursively();
-        QDir().mkdir(m_originals);
-        write(m_originals + u'/' + name, bytes);
-        QFile::setPermissions(m_originals + u'/' + name, QFile::ReadOwner | QFile::WriteOwner);
-        static_cast<void>(putBackAfterInterruption({m_originals}));
-        const QByteArray now = bytesOf(m_source);
-        if (!now.isEmpty() && now != original)
-            QTest::qFail(now.constData(), __FILE__, __LINE__);
-        if (QDir(path(u"site"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot) !=
-                QStringList{u"a.css"_s} ||
-            QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() !=
-                2)
-            QTest::qFail("a file was made elsewhere", __FILE__, __LINE__);
-        write(m_source, QByteArray());
-        return now == original ? 1 : 0;
-    }
-
-    [[nodiscard]] QStringList leftInFolder() const
-    {
-        QStringList names =
-            QDir(m_originals)
-                .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-        names.removeOne(u"locks"_s);
-        return names;
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_source;
-    QString m_originals;
 };
 
 BREVANT_TEST(tst_InterruptedRuns, QCoreApplication)

@@ -4,7 +4,7 @@
 #include "queue/FolderWalk.h"
 #include "tests/TestClass.h"
 #include "tests/queue/QueueSettings.h"
-#include "tests/settings/TestFiles.h"
+#include "tests/Files.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -3,7 +3,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "tests/TestClass.h"
-#include "tests/settings/TestFiles.h"
+#include "tests/Files.h"
 
 #include <QDir>
 #include <QElapsedTimer>

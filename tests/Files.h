@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 /// Writes a file in place, the way a shell's ">" does: the same file, truncated and filled.
@@ -25,15 +27,16 @@ inline bool writeFile(const QString &path, QByteArrayView bytes)
 /// Writes a file the way an editor does: another file, put into its place.
 inline bool replaceFile(const QString &path, QByteArrayView bytes)
 {
-    const QString other = path + QLatin1StringView(".new");
+    const QString other = path + ".new"_L1;
     return writeFile(other, bytes) &&
            std::rename(QFile::encodeName(other).constData(), QFile::encodeName(path).constData()) == 0;
 }
 
+/// The whole content of a file, or a text that says that there is none to be read.
 inline QByteArray readFile(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(cannot be read)");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : "(cannot be read)"_ba;
 }
 
 /// The permission bits of a path, links followed; all of them (07777).
