@@ -167,8 +167,6 @@ TextDecoder::TextDecoder(TextEncoding encoding)
         uset_freeze(m_foreign.get());
 }
 
-TextDecoder::~TextDecoder() = default;
-
 std::optional<TextFault> TextDecoder::decode(QByteArrayView bytes,
                                              const std::function<void(QStringView)> &take)
 {
@@ -204,8 +202,6 @@ std::optional<TextFault> TextDecoder::decode(QByteArrayView bytes,
 }
 
 TextEncoder::TextEncoder(TextEncoding encoding) : m_converter(openConverter(encoding), ucnv_close) {}
-
-TextEncoder::~TextEncoder() = default;
 
 bool TextEncoder::encode(QStringView text, bool last, QByteArray &bytes)
 {

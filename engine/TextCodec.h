@@ -54,10 +54,6 @@ struct Utf8Prefix {
 class TextDecoder final {
 public:
     explicit TextDecoder(TextEncoding encoding);
-    ~TextDecoder();
-
-    TextDecoder(const TextDecoder &) = delete;
-    TextDecoder &operator=(const TextDecoder &) = delete;
 
     /// Passes the characters on to `take`, piece by piece; returns the fault that ended the text, if any.
     [[nodiscard]] std::optional<TextFault> decode(QByteArrayView bytes,
@@ -75,10 +71,6 @@ private:
 class TextEncoder final {
 public:
     explicit TextEncoder(TextEncoding encoding);
-    ~TextEncoder();
-
-    TextEncoder(const TextEncoder &) = delete;
-    TextEncoder &operator=(const TextEncoder &) = delete;
 
     /// Appends the encoded `text` to `bytes`; `last` ends the text, with the closing shift if one is due.
     /// False if a character cannot be encoded; nothing may follow then.

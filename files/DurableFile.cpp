@@ -15,11 +15,6 @@ namespace brevant {
 
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
-DurableFile::~DurableFile()
-{
-    discard();
-}
-
 bool DurableFile::open()
 {
     struct stat old {};

@@ -21,7 +21,7 @@ public:
     explicit DurableFile(const QString &path);
 
     /// Drops what has not been committed.
-    ~DurableFile();
+    ~DurableFile() { discard(); }
 
     DurableFile(const DurableFile &) = delete;
     DurableFile &operator=(const DurableFile &) = delete;

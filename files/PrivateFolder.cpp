@@ -76,16 +76,6 @@ std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &e
     return PrivateFolder(path, std::move(folder));
 }
 
-Descriptor PrivateFolder::openEntry(const QByteArray &name, int flags) const
-{
-    return brevant::openFile(name, flags | O_NOFOLLOW, 0600, m_folder.number());
-}
-
-Descriptor PrivateFolder::makeFile(const QByteArray &name) const
-{
-    return openEntry(name, O_RDWR | O_CREAT | O_EXCL);
-}
-
 Descriptor PrivateFolder::openFile(const QByteArray &name) const
 {
     Descriptor file = openEntry(name, O_RDWR);
@@ -146,11 +136,6 @@ void PrivateFolder::unlock(QByteArrayView name)
 {
     struct flock byte = byteOf(name, F_UNLCK);
     ::fcntl(m_locks.number(), F_OFD_SETLK, &byte);
-}
-
-void PrivateFolder::setInherited(bool inherited) const
-{
-    ::fcntl(m_locks.number(), F_SETFD, inherited ? 0 : FD_CLOEXEC);
 }
 
 } // namespace brevant

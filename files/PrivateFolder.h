@@ -34,7 +34,10 @@ public:
     }
 
     /// Makes a file, open for reading and writing; closed, with errno set, on failure.
-    [[nodiscard]] Descriptor makeFile(const QByteArray &name) const;
+    [[nodiscard]] Descriptor makeFile(const QByteArray &name) const
+    {
+        return openEntry(name, O_RDWR | O_CREAT | O_EXCL);
+    }
 
     /// Opens an existing file, for reading at least; closed, with errno set, on failure, which is EPERM for a
     /// file that might be somebody else's.
@@ -73,12 +76,18 @@ public:
     void unlock(QByteArrayView name);
 
     /// Whether children started from now on hold the locks too.
-    void setInherited(bool inherited) const;
+    void setInherited(bool inherited) const
+    {
+        ::fcntl(m_locks.number(), F_SETFD, inherited ? 0 : FD_CLOEXEC);
+    }
 
 private:
     PrivateFolder(QString path, Descriptor folder);
 
-    [[nodiscard]] Descriptor openEntry(const QByteArray &name, int flags) const;
+    [[nodiscard]] Descriptor openEntry(const QByteArray &name, int flags) const
+    {
+        return brevant::openFile(name, flags | O_NOFOLLOW, 0600, m_folder.number());
+    }
 
     QString m_path;
     Descriptor m_folder;

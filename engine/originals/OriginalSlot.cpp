@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/OriginalSlot.h"
 
-#include "files/FileBytes.h"
 #include "files/Folders.h"
-#include "files/PrivateFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -19,10 +17,7 @@ namespace brevant {
 
 namespace {
 
-// The record, one flag byte, then the content at a multiple of every usual block size, so that a file system
-// can share the blocks of the source.
-constexpr qint64 contentAt = 65536;
-constexpr qint64 flagAt = contentAt - 1;
+constexpr qint64 flagAt = 65535; // just before the content
 
 // Written in advance: flushing newly allocated blocks takes several times as long.
 constexpr qint64 firstCapacity = 65536;
@@ -44,11 +39,6 @@ std::optional<OriginalRecord> recordIn(const Descriptor &file)
 }
 
 } // namespace
-
-OriginalSlot::OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file)
-    : m_folder(&folder), m_name(std::move(name)), m_file(std::move(file))
-{
-}
 
 std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
 {
@@ -147,16 +137,6 @@ std::pair<OriginalSlot::Content, std::optional<OriginalRecord>> OriginalSlot::re
     return {isWhole ? Content::Source : Content::Damaged, std::move(record)};
 }
 
-bool OriginalSlot::copyTo(int target, qint64 size) const
-{
-    return FileBytes::copyAll(m_file.number(), contentAt, target, 0, size);
-}
-
-std::optional<QByteArray> OriginalSlot::contentHash(qint64 size) const
-{
-    return FileBytes::hash(m_file.number(), contentAt, size);
-}
-
 bool OriginalSlot::markPuttingBack()
 {
     return FileBytes::writeAll(m_file.number(), QByteArray(1, puttingBack), flagAt) &&
@@ -168,20 +148,10 @@ bool OriginalSlot::isPuttingBack() const
     return FileBytes::read(m_file.number(), 1, flagAt) == QByteArray(1, puttingBack);
 }
 
-std::optional<QString> OriginalSlot::keep(const OriginalRecord &record) const
-{
-    return m_folder->keep(m_file.number(), contentAt, record.size, record.path);
-}
-
 QString OriginalSlot::setAside() const
 {
     const QByteArray kept = "kept-" + m_name.chopped(suffix.size()) + "-damaged";
     return m_folder->renameFile(m_name, kept) ? m_folder->pathOf(kept) : path();
-}
-
-void OriginalSlot::remove() const
-{
-    static_cast<void>(m_folder->removeFile(m_name));
 }
 
 SourceState glanceAtSource(const OriginalRecord &original)
@@ -215,16 +185,6 @@ SourceState OriginalSlot::stateOf(const OriginalRecord &original) const
     if (status.st_size < original.size && hash == contentHash(status.st_size))
         return SourceState::Beginning;
     return glance;
-}
-
-void OriginalSlot::unlock() const
-{
-    m_folder->unlock(m_name);
-}
-
-QString OriginalSlot::path() const
-{
-    return m_folder->pathOf(m_name);
 }
 
 } // namespace brevant

@@ -4,6 +4,8 @@
 
 #include "engine/originals/OriginalRecord.h"
 #include "files/Descriptor.h"
+#include "files/FileBytes.h"
+#include "files/PrivateFolder.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -14,8 +16,6 @@
 #include <vector>
 
 namespace brevant {
-
-class PrivateFolder;
 
 /// What has become of a source since its record was made.
 enum class SourceState {
@@ -57,9 +57,6 @@ public:
     leftIn(PrivateFolder &folder, QStringList &refused,
            const std::function<bool(const OriginalRecord &)> &waitsFor = {});
 
-    OriginalSlot(OriginalSlot &&) = default;
-    OriginalSlot &operator=(OriginalSlot &&) = default;
-
     /// Copies the whole of the open `source` and flushes it to the disk. Size and hash of the record become
     /// those of the copy. False, with errno set, on failure.
     [[nodiscard]] bool fill(int source, OriginalRecord &record);
@@ -71,31 +68,46 @@ public:
     [[nodiscard]] std::pair<Content, std::optional<OriginalRecord>> read() const;
 
     /// Writes the content to the beginning of `target`. False, with errno set, on failure.
-    [[nodiscard]] bool copyTo(int target, qint64 size) const;
+    [[nodiscard]] bool copyTo(int target, qint64 size) const
+    {
+        return FileBytes::copyAll(m_file.number(), contentAt, target, 0, size);
+    }
 
     /// What has become of the source of this content.
     [[nodiscard]] SourceState stateOf(const OriginalRecord &original) const;
 
     /// The SHA-256 of the first `size` bytes of the content; nothing on failure.
-    [[nodiscard]] std::optional<QByteArray> contentHash(qint64 size) const;
+    [[nodiscard]] std::optional<QByteArray> contentHash(qint64 size) const
+    {
+        return FileBytes::hash(m_file.number(), contentAt, size);
+    }
 
     /// Marks durably that the source is being written back. False, with errno set, on failure.
     [[nodiscard]] bool markPuttingBack();
     [[nodiscard]] bool isPuttingBack() const;
 
     /// Copies the content to a plain file for the user. Its path, or nothing, with errno set, on failure.
-    [[nodiscard]] std::optional<QString> keep(const OriginalRecord &record) const;
+    [[nodiscard]] std::optional<QString> keep(const OriginalRecord &record) const
+    {
+        return m_folder->keep(m_file.number(), contentAt, record.size, record.path);
+    }
 
     /// Renames the slot so that nothing takes it for one any more. Returns its path afterwards.
     [[nodiscard]] QString setAside() const;
 
-    void remove() const;
-    void unlock() const;
-
-    [[nodiscard]] QString path() const;
+    void remove() const { static_cast<void>(m_folder->removeFile(m_name)); }
+    void unlock() const { m_folder->unlock(m_name); }
+    [[nodiscard]] QString path() const { return m_folder->pathOf(m_name); }
 
 private:
-    OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file);
+    OriginalSlot(PrivateFolder &folder, QByteArray name, Descriptor file)
+        : m_folder(&folder), m_name(std::move(name)), m_file(std::move(file))
+    {
+    }
+
+    /// Where the content begins, after the record and one flag byte: at a multiple of every usual block size,
+    /// so that a file system can share the blocks of the source.
+    static constexpr qint64 contentAt = 65536;
 
     PrivateFolder *m_folder;
     QByteArray m_name;

@@ -38,17 +38,6 @@ QString noCopy(const QString &reason)
 
 } // namespace
 
-SafetyCopy::SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop)
-    : m_folders(folders), m_stop(stop)
-{
-}
-
-SafetyCopy::~SafetyCopy()
-{
-    if (m_slot)
-        m_slot->remove();
-}
-
 QString SafetyCopy::make(const QString &file, Danger danger)
 {
     end();
@@ -72,7 +61,9 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         }
         if (isOutput())
             m_gzipCopy = held(m_file + ".gz"_L1);
-        if (fill()) {
+        if (!m_slot)
+            m_slot = OriginalSlot::makeIn(*m_folder);
+        if (m_slot && m_slot->fill(m_source.file.number(), *m_source.record)) {
             if (!error.isEmpty())
                 m_notes.append(u"The safety copies of this run are in %1: %2 takes none (%3)."_s.arg(
                     m_folder->path(), m_folders.first(), error));
@@ -164,13 +155,6 @@ bool SafetyCopy::takeTurn(PrivateFolder &folder)
     return true;
 }
 
-bool SafetyCopy::fill()
-{
-    if (!m_slot)
-        m_slot = OriginalSlot::makeIn(*m_folder);
-    return m_slot && m_slot->fill(m_source.file.number(), *m_source.record);
-}
-
 /// Forgets the entry and releases its turn.
 void SafetyCopy::end()
 {
@@ -178,12 +162,6 @@ void SafetyCopy::end()
         m_folder->unlock(mark.toUtf8());
     m_source = Held();
     m_gzipCopy = Held();
-}
-
-void SafetyCopy::setInherited(bool inherited) const
-{
-    if (m_folder)
-        m_folder->setInherited(inherited && (m_source.record || !m_turn.isEmpty()));
 }
 
 bool SafetyCopy::isLost(const EntryResult &result) const
@@ -298,13 +276,6 @@ void SafetyCopy::putBackFile(EntryResult &result)
     }
     if (!error.isEmpty())
         leaveSlot();
-}
-
-/// Leaves the slot in the folder for the next start.
-void SafetyCopy::leaveSlot()
-{
-    m_slot->unlock();
-    m_slot.reset();
 }
 
 /// Restores the gzip copy of before, or removes the new one if there was none.

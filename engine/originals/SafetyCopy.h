@@ -38,10 +38,16 @@ class SafetyCopy final {
 public:
     /// The first of the folders that works gets the copies; without folders, none are made. `stop`, which
     /// must outlive this, ends waiting for another run.
-    SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop);
+    SafetyCopy(const QStringList &folders, const std::atomic<Stop> &stop) : m_folders(folders), m_stop(stop)
+    {
+    }
 
     /// Drops the copy, unless it is left for the next start.
-    ~SafetyCopy();
+    ~SafetyCopy()
+    {
+        if (m_slot)
+            m_slot->remove();
+    }
 
     SafetyCopy(const SafetyCopy &) = delete;
     SafetyCopy &operator=(const SafetyCopy &) = delete;
@@ -78,9 +84,12 @@ private:
     void leaveFolder(QString &error);
     [[nodiscard]] QString waitForOthers();
     [[nodiscard]] bool takeTurn(PrivateFolder &folder);
-    [[nodiscard]] bool fill();
     void end();
-    void setInherited(bool inherited) const;
+    void setInherited(bool inherited) const
+    {
+        if (m_folder)
+            m_folder->setInherited(inherited && (m_source.record || !m_turn.isEmpty()));
+    }
 
     [[nodiscard]] bool isOutput() const { return m_danger != Danger::Pattern; }
     [[nodiscard]] bool isLost(const EntryResult &result) const;
@@ -90,7 +99,13 @@ private:
     void undoGzipSteps(EntryResult &result);
     void tellOf(const PutBackResult &done, EntryResult &result) const;
     void putBackGzipCopy(EntryResult &result);
-    void leaveSlot();
+
+    /// Leaves the slot in the folder for the next start.
+    void leaveSlot()
+    {
+        m_slot->unlock();
+        m_slot.reset();
+    }
 
     const QStringList m_folders;
     const std::atomic<Stop> &m_stop;
