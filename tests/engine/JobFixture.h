@@ -7,7 +7,7 @@
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "tests/settings/TestFiles.h"
+#include "tests/Files.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -80,10 +80,8 @@ struct JobFixture {
     /// The calls of the stub: folder and arguments.
     [[nodiscard]] QStringList log() const
     {
-        QFile file(path(u"log"_s));
-        return file.open(QIODevice::ReadOnly)
-                   ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
-                   : QStringList();
+        return has(u"log"_s) ? QString::fromUtf8(readFile(path(u"log"_s))).split(u'\n', Qt::SkipEmptyParts)
+                             : QStringList();
     }
 
     QTemporaryDir folder;
