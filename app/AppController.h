@@ -7,7 +7,7 @@
 #include "app/Services.h"
 #include "app/preview/PreviewPanel.h"
 #include "engine/Stop.h"
-#include "queue/view/DropTarget.h"
+#include "queue/view/BVTableView.h"
 
 #include <QObject>
 

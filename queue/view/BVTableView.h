@@ -13,7 +13,24 @@
 namespace brevant {
 
 class BVImageView;
-class DropTarget;
+
+/// What becomes of drags over the file table. Implemented by the controller; the table asks it about drags of
+/// file names only, refuses all others by itself, and takes every drop as a whole, between no two rows.
+class DropTarget {
+public:
+    virtual ~DropTarget() = default;
+
+    /// A drag moves over the table. Returns the operation to offer; Qt::IgnoreAction refuses the drag.
+    virtual Qt::DropAction tableViewValidateDrop(const QMimeData &drop) = 0;
+
+    /// The user has dropped. Returns whether the drop is taken.
+    virtual bool tableViewAcceptDrop(const QMimeData &drop) = 0;
+
+protected:
+    DropTarget() = default;
+    DropTarget(const DropTarget &) = default;
+    DropTarget &operator=(const DropTarget &) = default;
+};
 
 /// The list of queued files: one column as wide as the view, over the drop-zone picture.
 ///
@@ -72,7 +89,7 @@ public:
     /// they do in any table. Without a selected row no key does anything.
     void keyDown(QKeyEvent *event);
 
-    /// Goes to the next file whose name begins with what was typed.
+    /// Goes to the next file whose name begins with what was typed; Qt would not go on at the same letter.
     void keyboardSearch(const QString &search) override;
 
 Q_SIGNALS:

@@ -3,7 +3,6 @@
 #include "files/PathString.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
-#include "queue/view/DropTarget.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -31,7 +31,7 @@ private Q_SLOTS:
         const QColor darker = readableOn(white, black, orange, 7);
         QVERIFY(contrast(darker, white) >= 7);
         QVERIFY(contrast(darker, white) < 11);
-        QCOMPARE(readableOn(Qt::gray, black, orange, 21), black); // not to be had
+        QCOMPARE(readableOn(Qt::gray, black, orange, 21), black); // cannot be reached
     }
 
     void highContrastPalettes_data()

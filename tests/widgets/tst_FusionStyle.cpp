@@ -34,7 +34,7 @@ QPalette paletteOf(const QColor &ground, const QColor &text)
     return palette;
 }
 
-/// How many pixels have all but the colour; those of a circle are mixed a little.
+/// How many pixels have the colour, or nearly, as those of a circle are blended.
 int pixelsOf(const QColor &colour, QWidget &widget)
 {
     constexpr int tolerance = 60;

@@ -5,7 +5,6 @@
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
-#include "queue/view/DropTarget.h"
 #include "queue/view/ImageTextCell.h"
 
 #include <QApplication>

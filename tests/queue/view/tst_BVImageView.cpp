@@ -144,7 +144,7 @@ void tst_BVImageView::isSharpAtTwiceTheScale()
     const QImage twice = grabbed(view, 2);
     const QImage blownUp = once.scaled(twice.size());
     QVERIFY(twice != once);
-    // A drawing made anew has fewer pixels of mixed colour than one that was blown up.
+    // A picture drawn at its size has fewer blended pixels than one that was enlarged.
     const auto inkless = [&view](const QImage &image) {
         const QRgb ground = view.palette().color(QPalette::Window).rgb();
         int count = 0;

@@ -21,7 +21,7 @@ public:
     mutable int paints = 0;
 };
 
-/// Counts what is told of the model and of its selection.
+/// Counts the signals of the model and of its selection.
 class ChangeCounter final {
 public:
     explicit ChangeCounter(const Fixture &f)
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QTest::mouseClick(f.table.viewport(), Qt::LeftButton, Qt::ControlModifier, f.at(5));
         QCOMPARE(f.table.selectedRowIndexes(), (Rows{1, 5, 8}));
         QCOMPARE(f.table.selectedRow(), 5);
-        // Without it, another one that is still selected.
+        // When it is deselected, another one that is still selected.
         QTest::mouseClick(f.table.viewport(), Qt::LeftButton, Qt::ControlModifier, f.at(5));
         QCOMPARE(f.table.selectedRowIndexes(), (Rows{1, 8}));
         QCOMPARE(f.table.selectedRow(), 8);
@@ -241,7 +241,7 @@ private Q_SLOTS:
         QVERIFY(f.table.frameOfCellOnScreen(100).isEmpty());
     }
 
-    /// None of the steps here may be taken once for each row, or each range, with work for all the others.
+    /// None of the steps may take time that grows with the square of the rows or ranges.
     void hundredThousandRows_data()
     {
         QTest::addColumn<int>("step");

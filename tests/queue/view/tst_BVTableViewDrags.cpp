@@ -39,7 +39,7 @@ struct Answer {
     bool operator==(const Answer &) const = default;
 };
 
-// Each comes as what must not become of it by itself: accepted, and as a move.
+// Each event begins as accepted and as a move, which the table has to change.
 Answer enter(Fixture &f, const QMimeData &data, Qt::DropActions actions = usual)
 {
     QDragEnterEvent event({200, 100}, actions, &data, Qt::LeftButton, {});
@@ -49,7 +49,7 @@ Answer enter(Fixture &f, const QMimeData &data, Qt::DropActions actions = usual)
     return {event.isAccepted(), event.dropAction()};
 }
 
-// The application itself would deliver these two only after a drag that was taken.
+// QApplication would deliver these two only after an accepted drag.
 Answer moveOver(Fixture &f, const QMimeData &data, Qt::DropActions actions = usual)
 {
     QDragMoveEvent event({210, 120}, actions, &data, Qt::LeftButton, {});
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(f.window.pos(), place);
         QTest::mouseMove(viewport, start + step);
         QCOMPARE(f.window.pos(), place + step);
-        // The window has come along, so that the pointer is where it was on it.
+        // The window has moved along, so that the pointer is where it was on it.
         QTest::mouseMove(viewport, start + step);
         QCOMPARE(f.window.pos(), place + 2 * step);
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, start);
@@ -135,7 +135,7 @@ private Q_SLOTS:
         QWidget *const viewport = f.table.viewport();
         const QPoint place = f.window.pos();
         QTest::mousePress(viewport, Qt::LeftButton, {}, f.at(1));
-        // QTest moves no pressed button.
+        // QTest::mouseMove() presses no button.
         for (const int row : {2, 3}) {
             QMouseEvent move(QEvent::MouseMove, f.at(row), viewport->mapToGlobal(f.at(row)), Qt::NoButton,
                              Qt::LeftButton, {});
@@ -201,7 +201,7 @@ private Q_SLOTS:
 
     void moveOnlyIsRefused()
     {
-        // A source that only moves would delete what it believes to be elsewhere now.
+        // A source that can only move would delete the files, as it believes them to be elsewhere.
         Fixture f(0);
         const auto data = files({u"/w/a.css"_s});
         QVERIFY(!enter(f, *data, Qt::MoveAction).accepted);

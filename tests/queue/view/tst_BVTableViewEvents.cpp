@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Sends the event that a right click, or the menu key, is followed by.
+/// Sends the event that follows a right click or the menu key.
 void askForMenu(Fixture &f, QPoint point, QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse)
 {
     QContextMenuEvent event(reason, point, f.table.viewport()->mapToGlobal(point));
@@ -205,7 +205,7 @@ private Q_SLOTS:
     void typingLooksForAName()
     {
         Fixture f(3);
-        // However slow the machine is, two keys are one word, but after a pause.
+        // However slow the machine is, two keys belong to one word unless there is a pause between them.
         const auto pauseBefore = [&f](char key) {
             QApplication::setKeyboardInputInterval(0);
             QTest::qWait(2);

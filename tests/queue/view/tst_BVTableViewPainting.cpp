@@ -35,8 +35,7 @@ class tst_BVTableViewPainting : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Letters with all that can be above and below them: neither line runs into the other, or out of its
-    /// row.
+    /// Letters with accents and descenders: neither line runs into the other or out of its row.
     void bothLinesAreWhole()
     {
         const QString letters = u"ÅÉŲgjpqyçß"_s;

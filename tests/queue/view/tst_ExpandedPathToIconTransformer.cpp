@@ -102,7 +102,7 @@ void tst_ExpandedPathToIconTransformer::folderAndFileDiffer()
     QVERIFY(folder != file);
     QCOMPARE(transformed(QStringLiteral("/no/such/folder")), folder);
     QCOMPARE(transformed(m_home.filePath(QStringLiteral("out"))), folder);
-    // What is there counts before what the name says, and without an extension only what is there.
+    // What exists counts more than what the name says, and alone if there is no extension.
     QCOMPARE(transformed(m_home.filePath(QStringLiteral("site.css"))), folder);
     QCOMPARE(transformed(m_home.filePath(QStringLiteral("README"))), file);
     QCOMPARE(transformed(QStringLiteral("/no/such/file.css")), file);

@@ -70,7 +70,7 @@ bool hasInk(const QImage &image, QRect rect)
     return false;
 }
 
-/// The lines of an entry so large that there is more to a letter than its soft edges, at 0 and at 64.
+/// The lines of an entry, so large that letters are more than their soft edges, at 0 and at 64.
 QImage enlarged(const QString &path, const QColor &ground)
 {
     constexpr int times = 4;

@@ -26,7 +26,7 @@ namespace {
 
 const QStringList cssAndJs{u"css"_s, u"js"_s};
 
-/// What the list shows once it is whole and sorted. Before that, files come and go, in the folder's own
+/// What the list shows once it is loaded and sorted. Before that, files come and go in the folder's own
 /// order.
 const QStringList allShown{u"old"_s, u"site"_s, u"a.css"_s, u"B.CSS"_s, u"c.js"_s, u"two words.css"_s};
 
