@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/AccessibleWindows.h"
-
 #include "app/MainWindow.h"
+
 #include "app/preview/PreviewPanel.h"
 
 #include <QAccessibleObject>

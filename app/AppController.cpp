@@ -2,21 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppController.h"
 
-#include "app/Adding.h"
-#include "app/Combining.h"
-#include "app/JobRunner.h"
-#include "app/TableSelectionWatch.h"
+#include "app/AppContext.h"
 #include "app/WindowRun.h"
-#include "app/platform/Workspace.h"
-#include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"
 #include "queue/view/ImageTextCell.h"
 #include "queue/view/OpenPanel.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 #include "settings/preferences/PreferenceController.h"
+#include "ui_MainWindow.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -26,13 +21,12 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
-AppController::AppController(const Services &services, const Outlets &outlets, QObject *parent)
-    : QObject(parent), m_services(services), m_outlets(outlets),
-      m_queueDisplay(outlets, services.queue, services.settings, services.dockTile),
-      m_runOpenPanel(&OpenPanel::run),
-      m_combining(std::make_unique<Combining>(outlets, services.queue, services.settings, services.jobs))
+AppController::AppController(AppContext &context, QObject *parent)
+    : QObject(parent), m_app(context), m_runOpenPanel(&OpenPanel::run), m_combining(context)
 {
 }
 
@@ -45,94 +39,123 @@ void AppController::initialize(SettingsStore &settings)
 
 void AppController::init()
 {
-    auto *const watch = new TableSelectionWatch(this); // a child of this
-    connect(watch, &TableSelectionWatch::tableSelectionDidChange, this, &AppController::refreshPreview);
-    connect(&m_services.settings, &SettingsStore::didChange, this, &AppController::updateBadge);
-    connect(&m_services.settings, &SettingsStore::didChange, this, &AppController::updateDropHint);
+    QCoreApplication::instance()->installEventFilter(this);
+    connect(&m_app.settings, &SettingsStore::didChange, this, &AppController::updateBadge);
+    connect(&m_app.settings, &SettingsStore::didChange, this, &AppController::updateDropHint);
+}
+
+/// Every table is polished once, before it is first shown; its selection is watched from then on.
+bool AppController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Polish)
+        return false;
+    const auto *const table = qobject_cast<QTableView *>(watched);
+    if (const auto *const filesTable = qobject_cast<BVTableView *>(watched)) {
+        connect(filesTable, &BVTableView::selectionDidChange, this, &AppController::refreshPreview,
+                Qt::UniqueConnection);
+    } else if (table != nullptr && table->selectionModel() != nullptr) {
+        connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+                &AppController::refreshPreview, Qt::UniqueConnection);
+    }
+    return false;
 }
 
 void AppController::awakeFromNib()
 {
-    BVTableView *const filesTable = m_outlets.filesTable;
-    filesTable->setModel(&m_services.queue);
+    BVTableView *const filesTable = m_app.window.ui().filesTable;
+    filesTable->setModel(&m_app.queue);
     filesTable->setDropTarget(this);
     filesTable->setItemDelegateForColumn(0, new ImageTextCell(filesTable)); // a child of the table
-    filesTable->setBackgroundColor(std::nullopt);
     connect(filesTable, &BVTableView::doubleAction, this, &AppController::addFile);
-    connect(m_combining.get(), &Combining::didCombine, this, [this] {
-        refreshPreview();
-        m_combining->showResult();
-        m_queueDisplay.refreshAfterCombining();
-    });
-    m_combining->watchJobs();
+    connect(&m_combining, &Combining::didCombine, this, &AppController::refreshPreview);
+    m_combining.watchJobs();
+    connectMenu();
     updateDropHint();
-    setControlsAvailable(m_outlets, false);
+}
+
+void AppController::connectMenu()
+{
+    const Ui::MainWindow &ui = m_app.window.ui();
+    const std::pair<QAction *, void (AppController::*)()> items[] = {
+        {ui.addFilesMenu, &AppController::addFile},
+        {ui.minifyMenu, &AppController::minify},
+        {ui.combineMenu, &AppController::combine},
+        {ui.clearMenu, &AppController::clear},
+        {ui.selectAllMenu, &AppController::selectAll},
+        {ui.removeMenu, &AppController::removeRow},
+        {ui.revealMenu, &AppController::revealInFinder},
+        {ui.preferencesMenu, &AppController::showPreferencePanel},
+        {ui.homePageMenu, &AppController::mainPage},
+        {ui.feedbackMenu, &AppController::feedback},
+    };
+    for (const auto &[item, action] : items)
+        connect(item, &QAction::triggered, this, action);
+    connect(ui.minifyButton, &QPushButton::clicked, this, &AppController::minify);
+    connect(ui.clearButton, &QPushButton::clicked, this, &AppController::clear);
+    ui.feedbackMenu->setVisible(!m_app.supportMail.isEmpty());
 }
 
 void AppController::addFile()
 {
-    const std::optional<QStringList> chosen =
-        m_runOpenPanel(m_outlets.window, allowedFileTypes(m_services.settings));
-    if (!chosen)
-        return;
-    addWithSpinner(*chosen, m_outlets, m_services.queue, m_services.settings);
-    m_queueDisplay.refreshAfterAdding();
+    if (const std::optional<QStringList> chosen =
+            m_runOpenPanel(&m_app.window, allowedFileTypes(m_app.settings)))
+        m_app.window.addFiles(*chosen);
 }
 
 void AppController::minify()
 {
-    m_services.jobs.detachNewThread([this](const std::atomic<Stop> &stop) { doMinify(stop); });
+    m_app.jobs.detachNewThread([this](const std::atomic<Stop> &stop) { doMinify(stop); });
 }
 
 void AppController::doMinify(const std::atomic<Stop> &stop)
 {
-    runMinifyJob(m_outlets, m_services, stop);
+    runMinifyJob(m_app, stop);
 }
 
 void AppController::clear()
 {
-    m_services.queue.clear();
-    m_queueDisplay.refreshAfterClearing();
+    m_app.queue.clear();
+    m_app.window.showCleared();
 }
 
 void AppController::selectAll()
 {
-    m_outlets.filesTable->selectAllRows();
+    m_app.window.ui().filesTable->selectAllRows();
 }
 
 void AppController::removeRow()
 {
-    BVTableView *const filesTable = m_outlets.filesTable;
+    BVTableView *const filesTable = m_app.window.ui().filesTable;
     const std::vector<int> rows = filesTable->selectedRowIndexes();
     const int last = filesTable->selectedRow();
-    m_services.queue.removeAt(rows);
+    m_app.queue.removeAt(rows);
     filesTable->reloadData();
     if (!rows.empty()) {
         // The row that has taken the place of the one selected last, or the new last one.
         const auto above = std::ranges::lower_bound(rows, last) - rows.begin();
-        filesTable->selectRowIndexes({std::min(last - static_cast<int>(above), m_services.queue.count() - 1)},
+        filesTable->selectRowIndexes({std::min(last - static_cast<int>(above), m_app.queue.count() - 1)},
                                      false);
     }
     refreshPreview();
-    m_queueDisplay.refreshAfterRemoving();
+    m_app.window.showRemaining();
 }
 
 void AppController::revealInFinder()
 {
-    if (const std::optional<QString> entry = m_services.queue.entryAt(m_outlets.filesTable->selectedRow()))
-        m_services.workspace.selectFile(*entry);
+    if (const std::optional<QString> entry = m_app.queue.entryAt(m_app.window.ui().filesTable->selectedRow()))
+        m_app.workspace.selectFile(*entry);
 }
 
 void AppController::combine()
 {
-    m_combining->combine();
+    m_combining.combine();
 }
 
 void AppController::showPreferencePanel()
 {
     if (!preferenceController) {
         preferenceController =
-            std::make_unique<PreferenceController>(m_services.settings, [](const QString &path) {
+            std::make_unique<PreferenceController>(m_app.settings, [](const QString &path) {
                 return ExpandedPathToIconTransformer::transformedValue(path);
             });
     }
@@ -141,33 +164,26 @@ void AppController::showPreferencePanel()
 
 void AppController::mainPage()
 {
-    const QString &address = m_services.addresses.homePage;
     // At the same place seen from the resources, installed or in a build folder.
-    const QString manual = m_services.tools.folder + QLatin1StringView("/../../doc/brevant/brevant.1.html");
+    const QString manual = QDir::cleanPath(m_app.tools.folder + u"/../../doc/brevant/brevant.1.html"_s);
     static_cast<void>(
-        m_services.workspace.openUrl(address.isEmpty() ? fileUrl(QDir::cleanPath(manual)) : QUrl(address)));
+        m_app.workspace.openUrl(m_app.homePage.isEmpty() ? fileUrl(manual) : QUrl(m_app.homePage)));
 }
 
 void AppController::feedback()
 {
-    const QUrl mail = feedbackMailUrl(m_services.addresses.supportMail,
-                                      QCoreApplication::applicationVersion(), operatingSystemVersionString());
-    static_cast<void>(m_services.workspace.openUrl(mail));
-}
-
-bool AppController::takesFeedback() const
-{
-    return !m_services.addresses.supportMail.isEmpty();
+    static_cast<void>(m_app.workspace.openUrl(feedbackMailUrl(
+        m_app.supportMail, QCoreApplication::applicationVersion(), operatingSystemVersionString())));
 }
 
 void AppController::updateDropHint()
 {
-    m_outlets.DropView->setWords(dropHint(m_services.settings));
+    m_app.window.ui().DropView->setWords(dropHint(m_app.settings));
 }
 
 void AppController::updateBadge()
 {
-    m_queueDisplay.updateBadge();
+    m_app.window.updateBadge();
 }
 
 void AppController::refreshPreview()
@@ -175,39 +191,35 @@ void AppController::refreshPreview()
     if (previewPanel == nullptr)
         return;
     // Looked up once for a panel that asks for many items.
-    m_previewRows = m_outlets.filesTable->selectedRowIndexes();
+    m_previewRows = m_app.window.ui().filesTable->selectedRowIndexes();
     previewPanel->reloadData();
 }
 
 int AppController::numberOfRowsInTableView() const
 {
-    return m_services.queue.count();
+    return m_app.queue.count();
 }
 
 QString AppController::tableViewObjectValue(int row) const
 {
-    return m_services.queue.entryAt(row).value_or(QString());
+    return m_app.queue.entryAt(row).value_or(QString());
 }
 
 Qt::DropAction AppController::tableViewValidateDrop([[maybe_unused]] const QMimeData &drop)
 {
-    m_outlets.DropView->setImageNamed(QStringLiteral("dropP"));
+    m_app.window.ui().DropView->setImageNamed(u"dropP"_s);
     return Qt::CopyAction;
 }
 
 bool AppController::tableViewAcceptDrop(const QMimeData &drop)
 {
-    m_outlets.DropView->setImageNamed(QStringLiteral("dropN"));
+    m_app.window.ui().DropView->setImageNamed(u"dropN"_s);
     QStringList paths;
     for (const QUrl &url : drop.urls()) {
         if (const std::optional<QString> path = localPath(url))
             paths.append(*path);
     }
-    addWithSpinner(paths, m_outlets, m_services.queue, m_services.settings);
-    if (m_services.queue.isEmpty())
-        return true;
-    m_queueDisplay.refreshAfterAdding();
-    if (m_services.settings.isTrue(autoMinifyCheckerKeyString))
+    if (m_app.window.addFiles(paths) && m_app.settings.isTrue(autoMinifyCheckerKeyString))
         minify();
     return true;
 }
@@ -215,7 +227,7 @@ bool AppController::tableViewAcceptDrop(const QMimeData &drop)
 void AppController::beginPreviewPanelControl(PreviewPanel *panel)
 {
     previewPanel = panel;
-    m_previewRows = m_outlets.filesTable->selectedRowIndexes();
+    m_previewRows = m_app.window.ui().filesTable->selectedRowIndexes();
     panel->setDelegate(this);
     panel->setDataSource(this);
 }
@@ -241,14 +253,14 @@ bool AppController::previewPanelHandleEvent(QEvent *event)
 {
     if (event->type() != QEvent::KeyPress)
         return false;
-    m_outlets.filesTable->keyDown(static_cast<QKeyEvent *>(event));
+    m_app.window.ui().filesTable->keyDown(static_cast<QKeyEvent *>(event));
     return true;
 }
 
 QRect AppController::previewPanelSourceFrameOnScreenForPreviewItem(const QUrl &item) const
 {
-    const int row = m_services.queue.indexOf(item.path(QUrl::FullyDecoded));
-    return row < 0 ? QRect() : m_outlets.filesTable->frameOfCellOnScreen(row);
+    const int row = m_app.queue.indexOf(item.path(QUrl::FullyDecoded));
+    return row < 0 ? QRect() : m_app.window.ui().filesTable->frameOfCellOnScreen(row);
 }
 
 } // namespace brevant

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Outlets.h"
-#include "app/QueueDisplay.h"
-#include "app/Services.h"
+#include "app/Combining.h"
 #include "app/preview/PreviewPanel.h"
 #include "engine/Stop.h"
 #include "queue/view/BVTableView.h"
@@ -16,28 +14,14 @@
 
 namespace brevant {
 
-class Combining;
+struct AppContext;
 class PreferenceController;
-
-/// Who takes over a preview panel that opens.
-class PreviewPanelController {
-public:
-    virtual ~PreviewPanelController() = default;
-    [[nodiscard]] virtual bool acceptsPreviewPanelControl() const = 0;
-    virtual void beginPreviewPanelControl(PreviewPanel *panel) = 0;
-    virtual void endPreviewPanelControl() = 0;
-
-protected:
-    PreviewPanelController() = default;
-    PreviewPanelController(const PreviewPanelController &) = default;
-    PreviewPanelController &operator=(const PreviewPanelController &) = default;
-};
+class SettingsStore;
 
 /// The main controller: carries out what the user does in the main window. Each action is a few calls of the
 /// rooms below. Lives until the process ends.
 class AppController final : public QObject,
                             public DropTarget,
-                            public PreviewPanelController,
                             public PreviewPanelDataSource,
                             public PreviewPanelDelegate {
     Q_OBJECT
@@ -47,7 +31,7 @@ public:
     using RunOpenPanel =
         std::function<std::optional<QStringList>(QWidget *window, const QStringList &allowedTypes)>;
 
-    AppController(const Services &services, const Outlets &outlets, QObject *parent = nullptr);
+    explicit AppController(AppContext &context, QObject *parent = nullptr);
     ~AppController() override;
 
     /// Registers the settings' defaults. To be called before there is a controller.
@@ -56,7 +40,7 @@ public:
     /// Registers the observers: of every table's selection, and of the settings.
     void init();
 
-    /// Puts the window into its empty state and connects the list. To be called once the layout is loaded.
+    /// Connects the list, the buttons and the menu. To be called once the layout is loaded.
     void awakeFromNib();
 
     /// Replaces the open panel, which is the platform's otherwise.
@@ -73,9 +57,6 @@ public:
     void showPreferencePanel();
     void mainPage();
     void feedback();
-
-    /// Whether there is somebody to send feedback to.
-    [[nodiscard]] bool takesFeedback() const;
 
     /// One whole run, on the calling thread.
     void doMinify(const std::atomic<Stop> &stop);
@@ -94,20 +75,22 @@ public:
     bool tableViewAcceptDrop(const QMimeData &drop) override;
 
     // The preview panel.
-    [[nodiscard]] bool acceptsPreviewPanelControl() const override { return true; }
-    void beginPreviewPanelControl(PreviewPanel *panel) override;
-    void endPreviewPanelControl() override;
+    [[nodiscard]] bool acceptsPreviewPanelControl() const { return true; }
+    void beginPreviewPanelControl(PreviewPanel *panel);
+    void endPreviewPanelControl();
     [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override;
     [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int index) const override;
     bool previewPanelHandleEvent(QEvent *event) override;
     [[nodiscard]] QRect previewPanelSourceFrameOnScreenForPreviewItem(const QUrl &item) const override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    const Services m_services;
-    const Outlets m_outlets;
-    QueueDisplay m_queueDisplay;
+    void connectMenu();
+
+    AppContext &m_app;
     RunOpenPanel m_runOpenPanel;
-    std::unique_ptr<Combining> m_combining;
+    Combining m_combining;
     std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on
     PreviewPanel *previewPanel = nullptr;                       ///< while it is ours to fill
     std::vector<int> m_previewRows; ///< the selected rows, as the panel counts them

@@ -3,8 +3,7 @@
 #include "app/Application.h"
 
 #include "app/ApplicationService.h"
-#include "app/MenuActions.h"
-#include "app/ServiceRequests.h"
+#include "app/platform/Activation.h"
 #include "engine/originals/PutBack.h"
 
 #include <QApplication>
@@ -25,13 +24,6 @@ constexpr std::chrono::milliseconds longestWait(500);
 // The bus has the call ready that it starts the program for.
 constexpr std::chrono::seconds serviceWait(5);
 
-// The defaults must be registered before there is anybody who asks for a value.
-SettingsStore &initialized(SettingsStore &settings)
-{
-    AppController::initialize(settings);
-    return settings;
-}
-
 void loadApplicationIcon()
 {
     QIcon icon;
@@ -40,65 +32,98 @@ void loadApplicationIcon()
     QApplication::setWindowIcon(icon);
 }
 
-// The layout must be loaded before anybody asks for the controls.
-Outlets loaded(MainWindow &window)
-{
-    window.setUp();
-    return window.outlets();
-}
-
 } // namespace
 
-Application::Application(const QString &settingsFile)
-    : m_settings(settingsFile), m_services{initialized(m_settings),
-                                           m_queue,
-                                           m_jobs,
-                                           m_dockTile,
-                                           m_doneSound,
-                                           m_workspace,
-                                           m_runNews,
-                                           Tools::inResources(findResourceFolder()),
-                                           {QStringLiteral(BREVANT_HOME_PAGE),
-                                            QStringLiteral(BREVANT_SUPPORT_MAIL)}},
-      m_controller(m_services, loaded(m_window)), m_delegate(m_services, m_window.outlets(), m_controller),
-      m_lifetime(m_window, m_jobs)
+Application::Application(const QString &settingsFile, const std::optional<QDBusConnection> &bus,
+                         const Workspace::UrlOpener &opener)
+    : AppContext(settingsFile, bus, opener)
 {
-    m_controller.init();
-    m_controller.awakeFromNib();
-    m_lifetime.catchSignals();
-    connectActions(m_window, m_controller, m_delegate, m_lifetime);
-    connectNotifications(m_notification, m_notificationOfSources, m_window, m_delegate, m_lifetime);
+    tools = Tools::inResources(findResourceFolder());
+    homePage = QStringLiteral(BREVANT_HOME_PAGE);
+    supportMail = QStringLiteral(BREVANT_SUPPORT_MAIL);
 }
 
 Application::~Application()
 {
-    m_jobs.stopAndWait(); // while what they work on is still there
+    jobs.stopAndWait(); // while what they work on is still there
+}
+
+void Application::setUp()
+{
+    AppController::initialize(settings);
+    window.setUp();
+    controller.init();
+    controller.awakeFromNib();
+    delegate.awakeFromNib();
+    lifetime.awakeFromNib();
+    for (Notification *const shown : {&notification, &notificationOfSources}) {
+        QObject::connect(shown, &Notification::clicked, &delegate, [this](const QString &token) {
+            bringToFront({{u"activation-token"_s, token}});
+        });
+    }
+    // What became of sources is said nowhere else, so that notification stays.
+    QObject::connect(&lifetime, &Lifetime::quitting, &notification, &Notification::withdraw);
 }
 
 void Application::serve(ApplicationService &service)
 {
-    connectRequests(service, m_window, m_controller, m_delegate);
-    QObject::connect(&m_lifetime, &Lifetime::ending, &service, &ApplicationService::release);
+    using Service = ApplicationService;
+    QObject::connect(&lifetime, &Lifetime::ending, &service, &Service::release);
+    QObject::connect(&service, &Service::activateRequested, &delegate,
+                     [this](const QVariantMap &platformData) { bringToFront(platformData); });
+    QObject::connect(&service, &Service::openRequested, &delegate,
+                     [this](const QStringList &paths, const QVariantMap &platformData) {
+                         bringToFront(platformData);
+                         if (!paths.isEmpty())
+                             delegate.applicationOpenFiles(paths);
+                     });
+    QObject::connect(&service, &Service::actionRequested, &delegate,
+                     [this](const QString &name, const QStringList &paths, const QVariantMap &platformData) {
+                         act(name, paths, platformData);
+                     });
+}
+
+void Application::bringToFront(const QVariantMap &platformData)
+{
+    delegate.applicationShouldHandleReopen(window.isVisible());
+    activate(*window.windowHandle(), platformData);
+}
+
+/// The actions are those of the desktop entry; any other is passed over.
+void Application::act(const QString &name, const QStringList &paths, const QVariantMap &platformData)
+{
+    if (name != u"add-files" && name != u"minify" && name != u"preferences")
+        return;
+    bringToFront(platformData);
+    if (name == u"minify")
+        delegate.minifyFiles(paths);
+    else if (QApplication::activeModalWidget() != nullptr)
+        return; // a panel or a sheet that is open has the user's attention already, as it has for the menu
+    else if (name == u"add-files")
+        controller.addFile();
+    else
+        controller.showPreferencePanel();
 }
 
 void Application::start(const Launch &launch)
 {
     m_launch = launch;
+    lifetime.catchSignals();
     if (launch.asService) {
         putBackOriginals(); // files may come at once, and no window waits
-        QTimer::singleShot(serviceWait, &m_lifetime, &Lifetime::quitIfUnseen);
+        QTimer::singleShot(serviceWait, &lifetime, &Lifetime::quitIfUnseen);
     } else {
-        m_window.show();
+        window.show();
     }
-    m_delegate.applicationDidFinishLaunching();
+    delegate.applicationDidFinishLaunching();
     // What takes a while is left until the window has been painted, or is not going to be, being minimised.
-    QObject::connect(&m_window, &MainWindow::painted, &m_delegate, [this] { finishStart(); });
-    QTimer::singleShot(longestWait, &m_delegate, [this] { finishStart(); });
+    QObject::connect(&window, &MainWindow::painted, &delegate, [this] { finishStart(); });
+    QTimer::singleShot(longestWait, &delegate, [this] { finishStart(); });
 }
 
 void Application::putBackOriginals()
 {
-    m_runNews.tell(putBackAfterInterruption(m_services.tools.originals));
+    runNews.tell(putBackAfterInterruption(tools.originals));
 }
 
 void Application::finishStart()
@@ -106,12 +131,12 @@ void Application::finishStart()
     if (std::exchange(m_started, true))
         return;
     putBackOriginals();
-    loadApplicationIcon();
-    m_settings.watchFile();
+    loadApplicationIcon(); // reading the pictures before would make the first painting an eighth later
+    settings.watchFile();
     if (m_launch.minify)
-        m_delegate.minifyFiles(m_launch.paths);
+        delegate.minifyFiles(m_launch.paths);
     else if (!m_launch.paths.isEmpty())
-        m_delegate.applicationOpenFiles(m_launch.paths);
+        delegate.applicationOpenFiles(m_launch.paths);
 }
 
 } // namespace brevant

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Outlets.h"
-#include "app/QueueDisplay.h"
-#include "app/Services.h"
 #include "engine/Stop.h"
 
 #include <QObject>
@@ -14,8 +11,9 @@
 
 namespace brevant {
 
+struct AppContext;
+class AppController;
 class PreviewPanel;
-class PreviewPanelController;
 
 /// Answers the application's own events: opened again, files opened with it, the preview asked for. Works on
 /// the same controls as the main controller. Lives until the process ends.
@@ -23,9 +21,12 @@ class BrevantAppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    BrevantAppDelegate(const Services &services, const Outlets &outlets,
-                       PreviewPanelController &previewController, QObject *parent = nullptr);
+    /// The preview is handed to `controller` to be filled.
+    BrevantAppDelegate(AppContext &context, AppController &controller, QObject *parent = nullptr);
     ~BrevantAppDelegate() override;
+
+    /// Connects the preview's menu item and key. To be called once the layout is loaded.
+    void awakeFromNib();
 
     void applicationDidFinishLaunching() {}
 
@@ -47,18 +48,12 @@ public:
     /// The panel, if it was ever opened.
     [[nodiscard]] PreviewPanel *sharedPreviewPanel() const { return m_sharedPreviewPanel.get(); }
 
-Q_SIGNALS:
-    void previewPanelToggled(bool isOpen);
-
 private:
-    [[nodiscard]] bool addFiles(const QStringList &paths);
     void startRun();
     void makePreviewPanel();
 
-    const Services m_services;
-    const Outlets m_outlets;
-    PreviewPanelController &m_previewController;
-    QueueDisplay m_queueDisplay;
+    AppContext &m_app;
+    AppController &m_controller;
     std::unique_ptr<PreviewPanel> m_sharedPreviewPanel;
 };
 

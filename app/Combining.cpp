@@ -2,39 +2,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Combining.h"
 
-#include "app/JobRunner.h"
+#include "app/AppContext.h"
 #include "app/SavePanel.h"
 #include "files/RawBytes.h"
-#include "queue/FileQueue.h"
-#include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
+#include "ui_MainWindow.h"
 #include "widgets/WarningSheet.h"
-
-#include <QAction>
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
-Combining::Combining(const Outlets &outlets, FileQueue &queue, const SettingsStore &settings, JobRunner &jobs,
-                     QObject *parent)
-    : QObject(parent), m_outlets(outlets), m_queue(queue), m_settings(settings), m_jobs(jobs)
-{
-}
+Combining::Combining(AppContext &context, QObject *parent) : QObject(parent), m_app(context) {}
 
 void Combining::watchJobs()
 {
-    QAction *const action = m_outlets.combineMenu;
-    connect(&m_jobs, &JobRunner::started, action, [action] { action->setEnabled(false); });
-    connect(&m_jobs, &JobRunner::allEnded, action, [action] { action->setEnabled(true); });
+    QAction *const action = m_app.window.ui().combineMenu;
+    connect(&m_app.jobs, &JobRunner::started, action, [action] { action->setEnabled(false); });
+    connect(&m_app.jobs, &JobRunner::allEnded, action, [action] { action->setEnabled(true); });
 }
 
 std::vector<QString> Combining::selectedEntries() const
 {
     std::vector<QString> entries;
-    for (const int row : m_outlets.filesTable->selectedRowIndexes()) {
-        if (std::optional<QString> entry = m_queue.entryAt(row))
+    for (const int row : m_app.window.ui().filesTable->selectedRowIndexes()) {
+        if (std::optional<QString> entry = m_app.queue.entryAt(row))
             entries.push_back(*std::move(entry));
     }
     return entries;
@@ -42,20 +36,20 @@ std::vector<QString> Combining::selectedEntries() const
 
 void Combining::combine()
 {
-    const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));
+    const TextEncoding encoding = textEncodingNamed(m_app.settings.stringForKey(selectedEncodingKeyString));
     const std::vector<QString> entries = selectedEntries();
     if (const std::optional<CombineAlert> refusal = combineRefusal(entries))
-        showWarningSheet(m_outlets.window, refusal->title, refusal->message, tr("OK"));
+        showWarningSheet(&m_app.window, refusal->title, refusal->message, tr("OK"));
     else
         runSavePanel(combineKind(entries), encoding);
 }
 
 void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
 {
-    auto *const panel = new SavePanel(kind, QStringLiteral("combined"), m_outlets.window); // deletes itself
+    auto *const panel = new SavePanel(kind, u"combined"_s, &m_app.window); // deletes itself
     panel->setAttribute(Qt::WA_DeleteOnClose);
     // A run can still be started from outside.
-    connect(m_outlets.combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
+    connect(m_app.window.ui().combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
     connect(panel, &SavePanel::accepted, this,
             [this, panel, encoding] { write(panel->chosenPath(), encoding); });
     panel->open();
@@ -68,20 +62,22 @@ void Combining::write(const QString &target, TextEncoding encoding)
         std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(result.errorText)));
     if (result.outcome == CombineResult::Outcome::Aborted)
         return;
-    m_queue.removeAt(m_outlets.filesTable->selectedRowIndexes());
-    m_queue.append(target);
-    m_target = target;
-    m_outlets.filesTable->reloadData();
+    m_app.queue.removeAt(m_app.window.ui().filesTable->selectedRowIndexes());
+    m_app.queue.append(target);
+    m_app.window.ui().filesTable->reloadData();
     Q_EMIT didCombine();
+    select(target);
+    m_app.window.showCount();
 }
 
-void Combining::showResult()
+/// Selects the row of the combined file, and only that, and scrolls to it.
+void Combining::select(const QString &target)
 {
-    const int found = m_queue.indexOf(m_target);
-    const int row = found >= 0 ? found : m_queue.count() - 1;
-    m_outlets.filesTable->deselectAll();
-    m_outlets.filesTable->selectRowIndexes({row}, false);
-    m_outlets.filesTable->scrollRowToVisible(row);
+    const int found = m_app.queue.indexOf(target);
+    const int row = found >= 0 ? found : m_app.queue.count() - 1;
+    m_app.window.ui().filesTable->deselectAll();
+    m_app.window.ui().filesTable->selectRowIndexes({row}, false);
+    m_app.window.ui().filesTable->scrollRowToVisible(row);
 }
 
 } // namespace brevant

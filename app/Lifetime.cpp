@@ -4,6 +4,7 @@
 
 #include "app/JobRunner.h"
 #include "app/MainWindow.h"
+#include "ui_MainWindow.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -53,6 +54,11 @@ Lifetime::Lifetime(MainWindow &window, JobRunner &jobs, QObject *parent)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     connect(&m_window, &MainWindow::closed, this, &Lifetime::windowClosed);
     connect(&m_jobs, &JobRunner::allEnded, this, &Lifetime::runsEnded);
+}
+
+void Lifetime::awakeFromNib()
+{
+    connect(m_window.ui().quitMenu, &QAction::triggered, this, &Lifetime::quit);
 }
 
 void Lifetime::catchSignals()

@@ -17,6 +17,9 @@ class Lifetime final : public QObject {
 public:
     Lifetime(MainWindow &window, JobRunner &jobs, QObject *parent = nullptr);
 
+    /// Connects the menu item. To be called once the layout is loaded.
+    void awakeFromNib();
+
     /// SIGINT and SIGTERM quit as the menu item does; a second one ends the compressors too, and a third one
     /// the program as it stands.
     void catchSignals();

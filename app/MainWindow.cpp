@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "app/AccessibleWindows.h"
+#include "app/platform/DockTile.h"
+#include "queue/FileQueue.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 #include "ui_MainWindow.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/FusionStyle.h"
@@ -10,11 +13,15 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
+#include <QMessageBox>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 // Resources in a static library are there only for those who ask; the macro wants to stand outside of
 // namespaces.
@@ -29,9 +36,38 @@ namespace {
 
 constexpr double shareOfScreen = 0.9; // the rest is for the title bar and the frame
 
+void showAbout(QWidget &window)
+{
+    auto *const box = new QMessageBox(&window); // deletes itself
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(QCoreApplication::translate("About", "About Brevant"));
+    box->setIconPixmap(window.windowIcon().pixmap(64));
+    box->setText(
+        QCoreApplication::translate("About", "Brevant %1").arg(QCoreApplication::applicationVersion()));
+    box->setInformativeText(QCoreApplication::translate(
+        "About",
+        "Minifies CSS, JavaScript, HTML and PHP files with YUI Compressor 2.4.8 and htmlcompressor 1.5.3.\n\n"
+        "Copyright 2026 The Brevant developers. Free software under the GNU General Public License, "
+        "version 3 or later; there is no warranty."));
+    box->open();
+}
+
+void showButtons(const Ui::MainWindow &ui, std::initializer_list<QPushButton *> buttons, bool visible)
+{
+    for (QPushButton *const button : buttons) {
+        // A button that goes hands the focus on as the Tab key does, and the list would draw its ring.
+        if (!visible && button->hasFocus())
+            ui.filesTable->setFocus(Qt::OtherFocusReason);
+        button->setVisible(visible);
+    }
+}
+
 } // namespace
 
-MainWindow::MainWindow() : m_ui(std::make_unique<Ui::MainWindow>()) {}
+MainWindow::MainWindow(FileQueue &queue, const SettingsStore &settings, DockTile &dockTile)
+    : m_queue(queue), m_settings(settings), m_dockTile(dockTile), m_ui(std::make_unique<Ui::MainWindow>())
+{
+}
 
 MainWindow::~MainWindow()
 {
@@ -47,17 +83,14 @@ void MainWindow::setUp()
     m_ui->setupUi(this);
     // A screen with large pixels may have no room for the usual size.
     resize(size().boundedTo(screen()->availableSize() * shareOfScreen));
-    m_ui->DropView->setImageNamed(QStringLiteral("dropN"));
+    m_ui->DropView->setImageNamed(u"dropN"_s);
     m_ui->filesTable->setDropView(m_ui->DropView);
+    m_ui->filesTable->setBackgroundColor(std::nullopt);
     m_ui->spinner->hide();
     new BackgroundDrag(this); // a child of this
     setUpButtons();
-    setUpContextMenu();
-    m_closePreview = new QShortcut(Qt::Key_Escape, this); // a child of this
-    m_closePreview->setEnabled(false);
-    connect(m_closePreview, &QShortcut::activated, m_ui->quickLookMenu, &QAction::trigger);
-    connect(m_ui->filesTable, &BVTableView::selectionDidChange, this, &MainWindow::updateSelectionActions);
-    updateSelectionActions();
+    setUpMenus();
+    setControlsAvailable(false);
     m_ui->filesTable->setFocus();
 }
 
@@ -85,29 +118,111 @@ void MainWindow::setUpButtons()
     }
 }
 
-void MainWindow::setUpContextMenu()
+void MainWindow::setUpMenus()
 {
     auto *const menu = new QMenu(this); // a child of the window, where assistive programs find it
-    menu->setObjectName(QStringLiteral("contextMenu"));
+    menu->setObjectName(u"contextMenu"_s);
     menu->setAccessibleName(m_ui->filesTable->accessibleName());
     menu->addActions({m_ui->quickLookMenu, m_ui->revealMenu, m_ui->combineMenu, m_ui->removeMenu});
     m_ui->filesTable->setMenu(menu);
+    m_closePreview = new QShortcut(Qt::Key_Escape, this); // a child of this
+    m_closePreview->setEnabled(false);
+    connect(m_closePreview, &QShortcut::activated, m_ui->quickLookMenu, &QAction::trigger);
+    connect(m_ui->aboutMenu, &QAction::triggered, this, [this] { showAbout(*this); });
+    connect(m_ui->filesTable, &BVTableView::selectionDidChange, this, &MainWindow::updateSelectionActions);
+    updateSelectionActions();
 }
 
-Outlets MainWindow::outlets()
+bool MainWindow::addFiles(const QStringList &paths)
 {
-    return {
-        .window = this,
-        .filesTable = m_ui->filesTable,
-        .DropView = m_ui->DropView,
-        .spinner = m_ui->spinner,
-        .progressTextField = m_ui->progressTextField,
-        .minifyButton = m_ui->minifyButton,
-        .clearButton = m_ui->clearButton,
-        .minifyMenu = m_ui->minifyMenu,
-        .clearMenu = m_ui->clearMenu,
-        .combineMenu = m_ui->combineMenu,
-    };
+    if (!paths.isEmpty()) {
+        m_ui->spinner->show();
+        const auto hideSpinner = qScopeGuard([this] { m_ui->spinner->hide(); });
+        // The window does not come to paint by itself before the walk is over.
+        m_ui->bottomLayout->activate();
+        m_ui->bottomBar->repaint();
+        for (const QString &path : paths)
+            addTopLevelPath(path, m_queue, m_settings);
+    }
+    if (m_queue.isEmpty())
+        return false;
+    m_ui->filesTable->setBackgroundColor(QColor(Qt::white));
+    m_ui->filesTable->reloadData();
+    setControlsAvailable(true);
+    showBadgeIfOn();
+    showCountText();
+    return true;
+}
+
+void MainWindow::showRemaining()
+{
+    showCount();
+    if (m_queue.isEmpty())
+        showEmpty();
+}
+
+void MainWindow::showCleared()
+{
+    m_ui->filesTable->setBackgroundColor(std::nullopt);
+    setPalette(QPalette());
+    m_ui->filesTable->reloadData();
+    showEmpty();
+}
+
+void MainWindow::showEmpty()
+{
+    setControlsAvailable(false);
+    m_ui->filesTable->setBackgroundColor(std::nullopt);
+    setStatusText({});
+    m_dockTile.setBadgeLabel({});
+}
+
+void MainWindow::showCount()
+{
+    showCountText();
+    showBadgeIfOn();
+}
+
+void MainWindow::showCountText()
+{
+    const int count = m_queue.count();
+    setStatusText((count == 1 ? u"%1 item"_s : u"%1 items"_s).arg(count));
+}
+
+void MainWindow::showBadgeIfOn()
+{
+    if (m_settings.boolForKey(badgeCheckerKeyString))
+        m_dockTile.setBadgeLabel(QString::number(m_queue.count()));
+}
+
+void MainWindow::updateBadge()
+{
+    if (!m_settings.boolForKey(badgeCheckerKeyString))
+        m_dockTile.setBadgeLabel({});
+    else if (!m_queue.isEmpty())
+        showBadgeIfOn();
+}
+
+void MainWindow::setStatusText(const QString &text)
+{
+    if (text == m_ui->progressTextField->text())
+        return;
+    m_ui->progressTextField->setText(text); // which tells assistive programs
+    m_ui->progressTextField->setToolTip(text);
+}
+
+void MainWindow::setControlsAvailable(bool available)
+{
+    showButtons(*m_ui, {m_ui->minifyButton, m_ui->clearButton}, available);
+    m_ui->minifyMenu->setEnabled(available);
+    m_ui->clearMenu->setEnabled(available);
+}
+
+void MainWindow::setRunning(bool isRunning)
+{
+    m_ui->minifyMenu->setEnabled(!isRunning);
+    m_ui->clearMenu->setEnabled(!isRunning);
+    showButtons(*m_ui, {m_ui->clearButton, m_ui->minifyButton}, !isRunning);
 }
 
 void MainWindow::setPreviewOpen(bool isOpen)

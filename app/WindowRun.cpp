@@ -2,14 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowRun.h"
 
-#include "app/QueueDisplay.h"
-#include "app/StatusLine.h"
-#include "app/platform/DoneSound.h"
+#include "app/AppContext.h"
 #include "engine/MinifyJob.h"
 #include "files/PathString.h"
-#include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
+#include "ui_MainWindow.h"
 
 #include <QFileInfo>
 
@@ -38,30 +35,31 @@ QStringList sentencesAbout(const EntryResult &result)
 
 } // namespace
 
-WindowRun::WindowRun(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
-    : m_outlets(outlets), m_services(services), m_stop(stop), m_run(nextNumber())
+WindowRun::WindowRun(AppContext &context, const std::atomic<Stop> &stop)
+    : m_app(context), m_stop(stop), m_run(nextNumber())
 {
 }
 
 /// This object may be gone when the step is taken.
 void WindowRun::onMainThread(std::function<void()> step)
 {
-    QMetaObject::invokeMethod(&m_services.runNews, std::move(step), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&m_app.runNews, std::move(step), Qt::QueuedConnection);
 }
 
 void WindowRun::runStarted()
 {
-    onMainThread([outlets = m_outlets] { setControlsLocked(outlets, true); });
+    onMainThread([&window = m_app.window] { window.setRunning(true); });
 }
 
 void WindowRun::entryStarted(const EntryStart &start)
 {
     m_outcome.count = start.count;
-    onMainThread([&news = m_services.runNews, outlets = m_outlets, run = m_run, start] {
-        news.setProgress(run, start.index, start.count);
-        outlets.progressTextField->setStringValue(start.status);
-        outlets.filesTable->deselectAll();
-        outlets.filesTable->selectRowIndexes({start.index}, true);
+    onMainThread([&app = m_app, run = m_run, start] {
+        BVTableView &filesTable = *app.window.ui().filesTable;
+        app.runNews.setProgress(run, start.index, start.count);
+        app.window.setStatusText(start.status);
+        filesTable.deselectAll();
+        filesTable.selectRowIndexes({start.index}, true);
     });
 }
 
@@ -70,7 +68,7 @@ void WindowRun::entryEnded(const EntryResult &result)
     using enum EntryResult::Outcome;
     ++m_done;
     if (const QStringList sentences = sentencesAbout(result); !sentences.isEmpty())
-        onMainThread([&news = m_services.runNews, sentences] { news.tell(sentences); });
+        onMainThread([&news = m_app.runNews, sentences] { news.tell(sentences); });
     if (result.outcome != Done && result.outcome != NoGzipCopy)
         return;
     const QString output = result.output.value_or(QString());
@@ -89,25 +87,24 @@ void WindowRun::runEnded(RunEnd end, const QString &status)
         m_outcome.count = m_done; // without those that were taken off the list meanwhile
     else
         m_outcome.reason = status;
-    const bool isPlayed = m_services.settings.isTrue(soundCheckerKeyString);
-    onMainThread([outlets = m_outlets, services = m_services, run = m_run, outcome = m_outcome, end, status,
-                  isPlayed] {
-        outlets.filesTable->deselectAll();
+    const bool isPlayed = m_app.settings.isTrue(soundCheckerKeyString);
+    onMainThread([&app = m_app, run = m_run, outcome = m_outcome, end, status, isPlayed] {
+        app.window.ui().filesTable->deselectAll();
         if (end == RunEnd::Completed)
-            static_cast<void>(services.doneSound.load());
+            static_cast<void>(app.doneSound->load());
         if (end == RunEnd::Completed && isPlayed)
-            services.doneSound.play();
+            app.doneSound->play();
         if (!status.isEmpty())
-            outlets.progressTextField->setStringValue(status);
-        setControlsLocked(outlets, false);
-        services.runNews.runEnded(run, outcome);
+            app.window.setStatusText(status);
+        app.window.setRunning(false);
+        app.runNews.runEnded(run, outcome);
     });
 }
 
-void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
+void runMinifyJob(AppContext &context, const std::atomic<Stop> &stop)
 {
-    WindowRun window(outlets, services, stop);
-    MinifyJob(services.queue, services.settings, services.tools, window, stop).run();
+    WindowRun window(context, stop);
+    MinifyJob(context.queue, context.settings, context.tools, window, stop).run();
 }
 
 } // namespace brevant

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Outlets.h"
 #include "app/RunNews.h"
-#include "app/Services.h"
 #include "engine/RunObserver.h"
 #include "engine/Stop.h"
 
@@ -15,11 +13,13 @@
 
 namespace brevant {
 
+struct AppContext;
+
 /// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is
-/// handed to the main thread, in order, and never waited for. The window and the services must outlive that.
+/// handed to the main thread, in order, and never waited for. What it works on must outlive that.
 class WindowRun final : public RunObserver {
 public:
-    WindowRun(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop);
+    WindowRun(AppContext &context, const std::atomic<Stop> &stop);
 
     void runStarted() override;
     void entryStarted(const EntryStart &start) override;
@@ -29,8 +29,7 @@ public:
 private:
     void onMainThread(std::function<void()> step);
 
-    const Outlets m_outlets;
-    const Services m_services;
+    AppContext &m_app;
     const std::atomic<Stop> &m_stop;
     const int m_run; ///< its number
     int m_done = 0;
@@ -40,6 +39,6 @@ private:
 };
 
 /// One whole run over the queue, shown in the window, on the calling thread.
-void runMinifyJob(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop);
+void runMinifyJob(AppContext &context, const std::atomic<Stop> &stop);
 
 } // namespace brevant

@@ -31,6 +31,7 @@ int main(int argc, char *argv[])
     if (const std::optional<int> status = handedOver(launch))
         return *status;
     brevant::Application application(brevant::SettingsStore::defaultFilePath());
+    application.setUp();
     application.serve(service);
     application.start(launch);
     return QApplication::exec();

@@ -15,7 +15,6 @@
 #include "app/Application.h"
 #include "app/ApplicationService.h"
 #include "app/StartUp.h"
-#include "app/StatusLine.h"
 #include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
@@ -50,7 +49,7 @@ void drop(Application &application, const QStringList &paths)
     for (const QString &path : paths)
         urls.append(QUrl::fromLocalFile(path));
     data.setUrls(urls);
-    application.controller().tableViewAcceptDrop(data);
+    application.controller.tableViewAcceptDrop(data);
 }
 
 QStringList manyPaths(const char *count)
@@ -81,9 +80,9 @@ void measureFrames(BVTableView &table)
 void benchFrames(Application &application, const char *count)
 {
     drop(application, manyPaths(count));
-    if (!QTest::qWaitForWindowExposed(&application.window()))
+    if (!QTest::qWaitForWindowExposed(&application.window))
         std::exit(1);
-    BVTableView &table = *application.window().ui().filesTable;
+    BVTableView &table = *application.window.ui().filesTable;
     table.viewport()->repaint(); // loads the fonts
     measureFrames(table);
     table.selectAllRows();
@@ -94,9 +93,9 @@ void benchEdit(Application &application, const char *count)
 {
     drop(application, manyPaths(count));
     const Clock::time_point start = Clock::now();
-    application.controller().selectAll();
+    application.controller.selectAll();
     const double selected = millisecondsSince(start);
-    application.controller().removeRow();
+    application.controller.removeRow();
     std::printf("%.1f %.1f\n", selected, millisecondsSince(start) - selected);
 }
 
@@ -105,11 +104,11 @@ void benchJob(Application &application, const QStringList &files)
     drop(application, files);
     QCoreApplication::processEvents();
     const Clock::time_point start = Clock::now();
-    QObject::connect(&application.jobs(), &JobRunner::allEnded, [start] {
+    QObject::connect(&application.jobs, &JobRunner::allEnded, [start] {
         std::printf("%.4f\n", millisecondsSince(start) / 1000);
         QCoreApplication::exit(0);
     });
-    application.controller().minify();
+    application.controller.minify();
     QCoreApplication::exec();
 }
 
@@ -126,9 +125,10 @@ int main(int argc, char *argv[])
     fonts.wait();
     static_cast<void>(service.claimOrHandOver(sessionBus(), {}, {}));
     Application application(SettingsStore::defaultFilePath());
+    application.setUp();
     application.serve(service);
     if (mode == "start")
-        application.window().installEventFilter(&firstPaint);
+        application.window.installEventFilter(&firstPaint);
     application.start({});
     if (mode == "start")
         return QApplication::exec();
@@ -139,7 +139,7 @@ int main(int argc, char *argv[])
         const Clock::time_point start = Clock::now();
         drop(application, {QFile::decodeName(argv[2])});
         std::printf("%.4f %s\n", millisecondsSince(start) / 1000,
-                    qUtf8Printable(application.window().ui().progressTextField->text()));
+                    qUtf8Printable(application.window.ui().progressTextField->text()));
     } else if (mode == "edit" && argc == 3) {
         benchEdit(application, argv[2]);
     } else if (mode == "job" && argc > 2) {

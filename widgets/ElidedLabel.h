@@ -7,11 +7,14 @@
 namespace brevant {
 
 /// One line of plain text that is shortened rather than make the window wider.
-class ElidedLabel : public QLabel {
+class ElidedLabel final : public QLabel {
     Q_OBJECT
 
 public:
-    explicit ElidedLabel(QWidget *parent, Qt::TextElideMode mode = Qt::ElideMiddle);
+    explicit ElidedLabel(QWidget *parent);
+
+    /// Where the text is shortened: in the middle, if not told otherwise.
+    void setElideMode(Qt::TextElideMode mode) { m_mode = mode; }
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -19,7 +22,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    const Qt::TextElideMode m_mode;
+    Qt::TextElideMode m_mode = Qt::ElideMiddle;
 };
 
 } // namespace brevant

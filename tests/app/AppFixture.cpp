@@ -2,50 +2,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 
-#include "app/ServiceRequests.h"
-
 using namespace brevant;
 
-namespace {
-
-Tools stubTools(const QString &folder)
-{
-    QDir(folder).mkdir(QStringLiteral("lib"));
-    Tools tools = Tools::inResources(folder);
-    tools.java = QStringLiteral(STUB_JAVA);
-    return tools;
-}
-
-} // namespace
-
 AppFixture::AppFixture(const QDBusConnection &bus)
-    : settings(folder.filePath(QStringLiteral("settings.json"))), dockTile(bus),
-      workspace(QDBusConnection(QStringLiteral("no bus")),
-                [this](const QUrl &url) {
-                    opened.append(url);
-                    return true;
-                }),
-      notification(bus), notificationOfSources(bus), services{settings,
-                                                              queue,
-                                                              jobs,
-                                                              dockTile,
-                                                              doneSound,
-                                                              workspace,
-                                                              runNews,
-                                                              stubTools(folder.path()),
-                                                              {QStringLiteral("https://brevant.example/"),
-                                                               QStringLiteral("support@brevant.example")}}
+    : Application(folder.filePath(QStringLiteral("settings.json")), bus, [this](const QUrl &url) {
+          opened.append(url);
+          return true;
+      })
 {
     qputenv("BREVANT_STUB_LOG", folder.filePath(QStringLiteral("stub.log")).toUtf8());
-    AppController::initialize(settings);
-    window.setUp();
-    controller = std::make_unique<AppController>(services, window.outlets());
-    controller->init();
-    controller->awakeFromNib();
-    delegate = std::make_unique<BrevantAppDelegate>(services, window.outlets(), *controller);
-    lifetime = std::make_unique<Lifetime>(window, jobs);
-    connectActions(window, *controller, *delegate, *lifetime);
-    connectNotifications(notification, notificationOfSources, window, *delegate, *lifetime);
+    QDir(folder.path()).mkdir(QStringLiteral("lib"));
+    tools = Tools::inResources(folder.path());
+    tools.java = QStringLiteral(STUB_JAVA);
+    homePage = QStringLiteral("https://brevant.example/");
+    supportMail = QStringLiteral("support@brevant.example");
+    auto recording = std::make_unique<RecordingSound>();
+    sound = recording.get();
+    doneSound = std::move(recording);
+    setUp();
     table = window.ui().filesTable;
 }
 
@@ -73,8 +47,8 @@ bool AppFixture::drop(const QStringList &paths)
     for (const QString &path : paths)
         urls.append(QUrl::fromLocalFile(path));
     data.setUrls(urls);
-    controller->tableViewValidateDrop(data);
-    return controller->tableViewAcceptDrop(data);
+    controller.tableViewValidateDrop(data);
+    return controller.tableViewAcceptDrop(data);
 }
 
 QString AppFixture::state() const

@@ -2,23 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/AppController.h"
-#include "app/BrevantAppDelegate.h"
-#include "app/JobRunner.h"
-#include "app/Lifetime.h"
-#include "app/MainWindow.h"
-#include "app/MenuActions.h"
-#include "app/RunNews.h"
-#include "app/StatusLine.h"
-#include "app/platform/DockTile.h"
-#include "app/platform/DoneSound.h"
-#include "app/platform/Notification.h"
-#include "app/platform/Workspace.h"
-#include "queue/FileQueue.h"
+#include "app/Application.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 #include "ui_MainWindow.h"
 
 #include <QDBusConnection>
@@ -52,9 +39,14 @@ private:
     }
 };
 
+struct FixtureFolder {
+    QTemporaryDir folder;
+    QList<QUrl> opened;
+};
+
 /// The whole window program but for its main(), on settings and files of its own, with a stub for Java,
 /// without a session bus unless one is given, and with addresses written down instead of opened.
-struct AppFixture {
+struct AppFixture : FixtureFolder, brevant::Application {
     explicit AppFixture(const QDBusConnection &bus = QDBusConnection(QStringLiteral("no bus")));
     ~AppFixture();
 
@@ -70,21 +62,6 @@ struct AppFixture {
     [[nodiscard]] QString status() const { return window.ui().progressTextField->text(); }
     [[nodiscard]] QStringList javaCalls() const;
 
-    QTemporaryDir folder;
-    QList<QUrl> opened;
-    brevant::SettingsStore settings;
-    brevant::FileQueue queue;
-    brevant::DockTile dockTile;
-    RecordingSound doneSound;
-    brevant::Workspace workspace;
-    brevant::Notification notification;
-    brevant::Notification notificationOfSources;
-    brevant::MainWindow window;
-    brevant::RunNews runNews{window, dockTile, notification, notificationOfSources};
-    brevant::JobRunner jobs;
-    brevant::Services services;
-    std::unique_ptr<brevant::AppController> controller;
-    std::unique_ptr<brevant::BrevantAppDelegate> delegate;
-    std::unique_ptr<brevant::Lifetime> lifetime;
+    RecordingSound *sound = nullptr; ///< in the place of the program's own
     brevant::BVTableView *table = nullptr;
 };

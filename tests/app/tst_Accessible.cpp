@@ -61,11 +61,11 @@ private Q_SLOTS:
         window->close();
 
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        app.delegate.togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         QCOMPARE(interfaceOf(panel)->role(), QAccessible::Dialog);
         QCOMPARE(interfaceOf(panel)->text(QAccessible::Name), QStringLiteral("Preview"));
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
     }
 
     void theKeyOfQuickLookIsNoPartOfItsName()
@@ -89,7 +89,7 @@ private Q_SLOTS:
         QTest::keyClick(&app.window, Qt::Key_Space); // as the window gets it: shortcuts come first
         QTest::keyClick(app.table, Qt::Key_Space);
         QCOMPARE(toggled.size(), 1);
-        app.delegate->sharedPreviewPanel()->orderOut();
+        app.delegate.sharedPreviewPanel()->orderOut();
         app.window.ui().clearButton->setFocus();
         QTest::keyClick(app.window.ui().clearButton, Qt::Key_Space);
         QCOMPARE(clicked.size(), 1);

@@ -54,9 +54,9 @@ private Q_SLOTS:
     {
         AppFixture app;
         QMimeData data;
-        QCOMPARE(app.controller->tableViewValidateDrop(data), Qt::CopyAction);
+        QCOMPARE(app.controller.tableViewValidateDrop(data), Qt::CopyAction);
         QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
-        QVERIFY(app.controller->tableViewAcceptDrop(data)); // no file names at all
+        QVERIFY(app.controller.tableViewAcceptDrop(data)); // no file names at all
         QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropN"));
         QCOMPARE(app.state(), emptyState);
     }
@@ -65,7 +65,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(true, autoMinifyCheckerKeyString);
-        app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
+        app.window.setStatusText(QStringLiteral("as it was"));
         QVERIFY(app.drop({app.file(QStringLiteral("notes.txt"))}));
         QVERIFY(!app.jobs.isRunning());
         QCOMPARE(app.status(), QStringLiteral("as it was"));
@@ -96,7 +96,7 @@ private Q_SLOTS:
         AppFixture app;
         QMimeData data;
         data.setData(QStringLiteral("text/uri-list"), address + "\r\n");
-        QVERIFY(app.controller->tableViewAcceptDrop(data));
+        QVERIFY(app.controller.tableViewAcceptDrop(data));
         QCOMPARE(app.queue.entries(), path.isEmpty() ? std::vector<QString>() : std::vector<QString>({path}));
     }
 
@@ -108,8 +108,8 @@ private Q_SLOTS:
         QCOMPARE(app.table->model()->rowCount(), 1);
         QVERIFY(app.drop({app.file(QStringLiteral("b.js"))}));
         QCOMPARE(app.state(), filledState("2 items", "2"));
-        QCOMPARE(app.controller->numberOfRowsInTableView(), 2);
-        QCOMPARE(app.controller->tableViewObjectValue(1), app.folder.filePath(QStringLiteral("b.js")));
+        QCOMPARE(app.controller.numberOfRowsInTableView(), 2);
+        QCOMPARE(app.controller.tableViewObjectValue(1), app.folder.filePath(QStringLiteral("b.js")));
     }
 
     void theOrderIsThatOfWhoBringsThem_data()
@@ -125,11 +125,11 @@ private Q_SLOTS:
         AppFixture app;
         const QStringList paths{app.file(QStringLiteral("b.css")), app.file(QStringLiteral("c.css")),
                                 app.file(QStringLiteral("a.css"))};
-        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
+        app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
         if (way == u"drop")
             app.drop(paths);
         else if (way == u"open")
-            app.delegate->applicationOpenFiles(paths);
+            app.delegate.applicationOpenFiles(paths);
         else
             QTest::mouseDClick(app.table->viewport(), Qt::LeftButton);
         QCOMPARE(app.queue.entries(), std::vector<QString>(paths.begin(), paths.end()));
@@ -139,7 +139,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.css"))});
-        app.window.ui().progressTextField->setStringValue(QStringLiteral("Well done!"));
+        app.window.setStatusText(QStringLiteral("Well done!"));
         app.dockTile.setBadgeLabel(QStringLiteral("7"));
         QVERIFY(
             app.drop({app.file(QStringLiteral("notes.txt")), app.folder.filePath(QStringLiteral("a.css"))}));
@@ -180,12 +180,12 @@ private Q_SLOTS:
         app.file(QStringLiteral("site/index.html"));
         app.file(QStringLiteral("site/a.css"));
         QStringList offered;
-        app.controller->setRunOpenPanel(
+        app.controller.setRunOpenPanel(
             [&](QWidget *, const QStringList &types) -> std::optional<QStringList> {
                 offered = types;
                 return QStringList(app.folder.filePath(QStringLiteral("site")));
             });
-        app.controller->addFile();
+        app.controller.addFile();
         QCOMPARE(offered, QStringList({QStringLiteral("css"), QStringLiteral("js")}));
         QCOMPARE(app.queue.count(), 1);
     }
@@ -213,13 +213,13 @@ private Q_SLOTS:
         app.settings.setOverride(stored, autoMinifyCheckerKeyString);
         app.settings.setOverride(false, soundCheckerKeyString);
         const QStringList paths{app.file(QStringLiteral("a.css"))};
-        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
+        app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
         if (way == u"drop")
             app.drop(paths);
         else if (way == u"panel")
-            app.controller->addFile();
+            app.controller.addFile();
         else
-            app.delegate->applicationOpenFiles(paths);
+            app.delegate.applicationOpenFiles(paths);
         QCOMPARE(app.jobs.isRunning(), runs);
         QCOMPARE(app.queue.count(), 1);
         QTRY_VERIFY(!app.jobs.isRunning());
@@ -243,14 +243,14 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.css"))});
-        app.window.ui().progressTextField->setStringValue(QStringLiteral("as it was"));
+        app.window.setStatusText(QStringLiteral("as it was"));
         app.dockTile.setBadgeLabel(QString());
         app.window.ui().DropView->setImageNamed(QStringLiteral("dropP"));
         app.window.show();
         Seen spinner(app.window.ui().spinner, QEvent::Show);
-        app.controller->setRunOpenPanel([](QWidget *, const QStringList &) { return std::nullopt; });
+        app.controller.setRunOpenPanel([](QWidget *, const QStringList &) { return std::nullopt; });
         const QString before = app.state();
-        app.controller->addFile();
+        app.controller.addFile();
         QCOMPARE(app.state(), before);
         QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
         QCOMPARE(spinner.times, 0);
@@ -259,9 +259,9 @@ private Q_SLOTS:
     void filesThatAreOpenedFromOutside()
     {
         AppFixture app;
-        app.delegate->applicationOpenFiles({app.folder.filePath(QStringLiteral("missing.txt"))});
+        app.delegate.applicationOpenFiles({app.folder.filePath(QStringLiteral("missing.txt"))});
         QCOMPARE(app.state(), emptyState);
-        app.delegate->applicationOpenFiles(
+        app.delegate.applicationOpenFiles(
             {app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
         QCOMPARE(app.state(), filledState("2 items", "2"));
     }

@@ -73,7 +73,7 @@ private Q_SLOTS:
             paths.append(app.file(name));
         app.drop(paths);
         app.window.show();
-        app.controller->selectAll();
+        app.controller.selectAll();
         app.window.ui().combineMenu->trigger();
         auto *const box = app.window.findChild<QMessageBox *>();
         QVERIFY(box != nullptr && box->isVisible());
@@ -92,7 +92,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.CSS"))});
-        app.controller->selectAll();
+        app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
         QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
@@ -106,7 +106,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.HTML")), app.file(QStringLiteral("b.HTML"))});
-        app.controller->selectAll();
+        app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
         QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
@@ -136,7 +136,7 @@ private Q_SLOTS:
         app.settings.setOverride(false, badgeCheckerKeyString);
         app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
         app.dockTile.setBadgeLabel(QStringLiteral("?"));
-        app.controller->selectAll();
+        app.controller.selectAll();
         save(panelOf(app), app.folder.filePath(QStringLiteral("all"))); // the ending is added
         QCOMPARE(app.status(), QStringLiteral("1 item"));
         QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("all.css"))}));
@@ -148,7 +148,7 @@ private Q_SLOTS:
         AppFixture app;
         const QByteArray text("/* \xd6\xd0 */"); // GBK, and no UTF-8: read as such, all would be aborted
         app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
-        app.controller->selectAll();
+        app.controller.selectAll();
         app.settings.setOverride(QStringLiteral("gbk"), selectedEncodingKeyString);
         SavePanel *const panel = panelOf(app);
         app.settings.setOverride(QStringLiteral("utf-8"), selectedEncodingKeyString);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QFETCH(QString, saved);
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
-        app.controller->selectAll();
+        app.controller.selectAll();
         save(panelOf(app), app.folder.filePath(QString::fromLatin1(QTest::currentDataTag())));
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(saved)}));
     }
@@ -240,7 +240,7 @@ private Q_SLOTS:
         AppFixture app;
         app.file(QStringLiteral("there.css"), "precious");
         app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
-        app.controller->selectAll();
+        app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         bool asked = false;
         QTimer looking; // the question is a loop of its own
@@ -262,7 +262,7 @@ private Q_SLOTS:
         AppFixture app;
         app.settings.setOverride(QStringLiteral("iso-8859-1"), selectedEncodingKeyString); // is read as UTF-8
         app.drop({app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "caf\xe9 {}")});
-        app.controller->selectAll();
+        app.controller.selectAll();
         const QString before = app.state();
         const QString target = app.folder.filePath(QStringLiteral("combined.css"));
         save(panelOf(app), target);
@@ -276,7 +276,7 @@ private Q_SLOTS:
         AppFixture app;
         const QByteArray text(5'000'000, 'x');
         app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
-        app.controller->selectAll();
+        app.controller.selectAll();
         const QString target = app.folder.filePath(QStringLiteral("combined.css"));
         save(panelOf(app), target);
         // No event has come in between.
@@ -295,7 +295,7 @@ private Q_SLOTS:
         app.drop({app.file(QStringLiteral("a.css"), "wait " + gate.toUtf8())});
         const QAction *const combine = app.window.ui().combineMenu;
         QVERIFY(combine->isEnabled());
-        app.controller->minify();
+        app.controller.minify();
         QVERIFY(!combine->isEnabled());
         QSignalSpy enabled(combine, &QAction::enabledChanged);
         app.jobs.detachNewThread([](const auto &) {}); // another that has ended long before
@@ -324,12 +324,12 @@ private Q_SLOTS:
         app.drop(
             {app.file(QStringLiteral("a.css"), "wait " + gate.toUtf8()), app.file(QStringLiteral("b.css"))});
         app.window.show();
-        app.controller->selectAll();
+        app.controller.selectAll();
         const QPointer<SavePanel> panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
         const auto *const button = panel->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save);
         QVERIFY(button->isEnabled());
-        app.controller->minify();
+        app.controller.minify();
         QVERIFY(!button->isEnabled());
         const QString target = app.folder.filePath(QStringLiteral("bundle.css"));
         if (!before.isEmpty())
@@ -350,7 +350,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
-        app.controller->selectAll();
+        app.controller.selectAll();
         const QString target = QStringLiteral("/proc/combined.css");
         save(panelOf(app), target);
         QCOMPARE(app.queue.entries(), std::vector<QString>({target}));

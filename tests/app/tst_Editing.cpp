@@ -29,8 +29,8 @@ private Q_SLOTS:
         fill(app, 1);
         app.settings.setOverride(false, badgeCheckerKeyString);
         app.dockTile.setBadgeLabel(QStringLiteral("1"));
-        app.controller->selectAll();
-        app.controller->removeRow();
+        app.controller.selectAll();
+        app.controller.removeRow();
         QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
         QCOMPARE(app.table->model()->rowCount(), 0);
     }
@@ -40,7 +40,7 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         app.table->selectRowIndexes({0, 2}, false);
-        app.controller->removeRow();
+        app.controller.removeRow();
         QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""));
     }
 
@@ -49,7 +49,7 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 4);
         app.table->selectRowIndexes({0, 2}, false);
-        app.controller->removeRow();
+        app.controller.removeRow();
         QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("f1.css")),
                                                             app.folder.filePath(QStringLiteral("f3.css"))}));
         QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
@@ -78,7 +78,7 @@ private Q_SLOTS:
         fill(app, 6);
         for (const int row : selected)
             app.table->selectRowIndexes({row}, true);
-        app.controller->removeRow();
+        app.controller.removeRow();
         QCOMPARE(app.queue.count(), 6 - static_cast<int>(selected.size()));
         QCOMPARE(app.table->selectedRowIndexes(), after);
     }
@@ -89,7 +89,7 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         app.table->selectRowIndexes({1}, false);
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
         struct Source final : PreviewPanelDataSource {
             AppFixture &app;
             mutable QStringList seen;
@@ -102,18 +102,18 @@ private Q_SLOTS:
             }
             [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
         } source(app);
-        app.delegate->sharedPreviewPanel()->setDataSource(&source);
+        app.delegate.sharedPreviewPanel()->setDataSource(&source);
         app.table->deselectAll();
         source.seen.clear();
-        app.controller->removeRow(); // of none, so that no selection changes
+        app.controller.removeRow(); // of none, so that no selection changes
         QCOMPARE(source.seen, QStringList({QStringLiteral("3 rows, \"3 items\"")}));
         app.table->selectRowIndexes({1}, false);
         source.seen.clear();
-        app.controller->removeRow();
+        app.controller.removeRow();
         source.seen.removeDuplicates();
         QCOMPARE(source.seen, QStringList({QStringLiteral("2 rows, \"3 items\"")}));
         QCOMPARE(app.status(), QStringLiteral("2 items"));
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
     }
 
     void removingNothingRewritesLabelAndBadge()
@@ -121,9 +121,9 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 2);
         app.table->deselectAll();
-        app.window.ui().progressTextField->setStringValue(QStringLiteral("Well done!"));
+        app.window.setStatusText(QStringLiteral("Well done!"));
         app.dockTile.setBadgeLabel(QString());
-        app.controller->removeRow();
+        app.controller.removeRow();
         QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
     }
 
@@ -133,7 +133,7 @@ private Q_SLOTS:
         fill(app, 3);
         app.settings.setOverride(false, badgeCheckerKeyString);
         for (int twice = 0; twice < 2; ++twice) { // the second time it is empty already
-            app.controller->clear();
+            app.controller.clear();
             QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
             QCOMPARE(app.queue.count(), 0);
             QCOMPARE(app.table->model()->rowCount(), 0);
@@ -144,12 +144,12 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
-        app.controller->minify();
+        app.controller.minify();
         QTRY_VERIFY(!app.jobs.isRunning());
         app.dockTile.setBadgeLabel(QStringLiteral("3"));
         QCOMPARE(app.state(),
                  QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"3\""));
-        app.controller->clear();
+        app.controller.clear();
         QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
     }
 
@@ -158,10 +158,10 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 1);
         app.window.setPalette(QPalette(Qt::red));
-        app.controller->selectAll();
-        app.controller->removeRow();
+        app.controller.selectAll();
+        app.controller.removeRow();
         QCOMPARE(app.window.palette().color(QPalette::Window), QColor(Qt::red));
-        app.controller->clear();
+        app.controller.clear();
         QCOMPARE(app.window.palette().color(QPalette::Window), QPalette().color(QPalette::Window));
     }
 
@@ -169,7 +169,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         fill(app, 3);
-        app.controller->selectAll();
+        app.controller.selectAll();
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0, 1, 2}));
     }
 
@@ -206,12 +206,12 @@ private Q_SLOTS:
         AppFixture app;
         app.drop({app.file(QStringLiteral("a/a.css")), app.file(QStringLiteral("b/b.css")),
                   app.file(QStringLiteral("c/c.css"))});
-        app.controller->revealInFinder(); // nothing is selected
+        app.controller.revealInFinder(); // nothing is selected
         QTest::qWait(50);
         QCOMPARE(app.opened, QList<QUrl>());
         for (const int row : {0, 2, 1})
             app.table->selectRowIndexes({row}, true);
-        app.controller->revealInFinder();
+        app.controller.revealInFinder();
         // The one added last; without a file manager, its folder.
         QTRY_COMPARE(app.opened,
                      QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("b")))}));
@@ -241,8 +241,8 @@ private Q_SLOTS:
         QCOMPARE(app.dockTile.badgeLabel(), QString());
         app.settings.setBool(true, badgeCheckerKeyString);
         QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("3"));
-        app.controller->selectAll();
-        app.controller->removeRow();
+        app.controller.selectAll();
+        app.controller.removeRow();
         QCOMPARE(app.dockTile.badgeLabel(), QString());
         app.settings.setBool(true, gzipCheckerKeyString);
         QCOMPARE(app.dockTile.badgeLabel(), QString());
@@ -286,22 +286,22 @@ private Q_SLOTS:
         fill(app, queued);
         app.dockTile.setBadgeLabel(QStringLiteral("?"));
         const QStringList more{app.file(QStringLiteral("more.css"))};
-        app.controller->setRunOpenPanel([&](QWidget *, const QStringList &) { return more; });
+        app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return more; });
         if (event == u"setting") {
             app.settings.setBool(true, nomungeSwitcherKeyString);
         } else if (event == u"drop") {
             app.drop(more);
         } else if (event == u"panel") {
-            app.controller->addFile();
+            app.controller.addFile();
         } else if (event == u"open") {
-            app.delegate->applicationOpenFiles(more);
+            app.delegate.applicationOpenFiles(more);
         } else if (event == u"remove") {
             app.table->selectRowIndexes({0}, false);
-            app.controller->removeRow();
+            app.controller.removeRow();
         } else if (event == u"clear") {
-            app.controller->clear();
+            app.controller.clear();
         } else {
-            app.controller->minify();
+            app.controller.minify();
             QTRY_VERIFY(!app.jobs.isRunning());
         }
         QCOMPARE(app.dockTile.badgeLabel(), badge);

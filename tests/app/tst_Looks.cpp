@@ -77,8 +77,8 @@ private Q_SLOTS:
         app.window.show();
         app.window.ui().preferencesMenu->trigger();
         app.table->selectRowIndexes({0, 1}, false);
-        app.delegate->togglePreviewPanel();
-        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        app.delegate.togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         QTRY_VERIFY(panel->isVisible());
         QTRY_COMPARE(panel->shownText(), QStringLiteral("a{}"));
 
@@ -93,7 +93,7 @@ private Q_SLOTS:
         textsAreReadable(least);
         linesAreSeen(ground);
 
-        app.controller->clear();
+        app.controller.clear();
         QCOMPARE(cornerOf(app.window.ui().contents), ground);
         QCOMPARE(cornerOf(app.table), ground); // and the picture shows
         for (QWidget *window : openWindows())

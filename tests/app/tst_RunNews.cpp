@@ -66,13 +66,13 @@ private:
     /// One whole run, and all that the desktop hears of it.
     void run()
     {
-        m_app->controller->minify();
+        m_app->controller.minify();
         QTRY_VERIFY(!m_app->jobs.isRunning());
-        settle();
+        letAllArrive();
     }
 
     /// Lets everything that is on its way arrive; what is asked for in an answer comes in a second round.
-    static void settle()
+    static void letAllArrive()
     {
         for (const QString &from : {u"own"_s, u"desktop"_s, u"own"_s, u"desktop"_s}) {
             const QString to = QDBusConnection(from == u"own" ? u"desktop"_s : u"own"_s).baseService();
@@ -113,7 +113,7 @@ private Q_SLOTS:
         QVERIFY(QDBusConnection::connectToBus(m_bus.address(), u"own"_s).isConnected());
         m_dock = std::make_unique<Dock>(bus);
         m_service = std::make_unique<NotificationService>(bus);
-        settle();
+        letAllArrive();
     }
 
     void cleanup()
@@ -161,10 +161,10 @@ private Q_SLOTS:
         }
         run();
         QTRY_COMPARE(texts(), QStringList{u"Minified 2 files|"_s + here()});
-        settle();
+        letAllArrive();
 
         // Seen, it has done its work.
-        app.delegate->applicationShouldHandleReopen(false);
+        app.delegate.applicationShouldHandleReopen(false);
         QTRY_COMPARE(m_service->asked.value(m_service->asked.size() - 1), u"close 1"_s);
     }
 
@@ -215,11 +215,9 @@ private Q_SLOTS:
     void withoutJava()
     {
         AppFixture &app = filled({"copy", "copy"});
-        app.services.tools.java = u"/nowhere/java"_s;
-        const AppController controller(app.services, app.window.outlets());
+        app.tools.java = u"/nowhere/java"_s;
         app.window.hide();
-        app.jobs.detachNewThread(
-            [&](const std::atomic<Stop> &stop) { const_cast<AppController &>(controller).doMinify(stop); });
+        app.controller.minify();
         QTRY_COMPARE(texts(), QStringList{u"Nothing was minified|Java was not found at /nowhere/java."_s});
         QTRY_VERIFY(!app.jobs.isRunning());
         QTRY_COMPARE(m_dock->progress, QStringList({u"0"_s, u"gone"_s}));
@@ -231,9 +229,9 @@ private Q_SLOTS:
         const QString gate = app.file(u"gate"_s);
         app.file(u"f0.css"_s, "wait " + gate.toUtf8());
         app.window.hide();
-        app.controller->minify();
+        app.controller.minify();
         QTRY_COMPARE(app.status(), u"Minified 1 of 3 items."_s);
-        app.controller->clear();
+        app.controller.clear();
         QFile::remove(gate);
         QTRY_COMPARE(texts(), QStringList{u"Minified 1 file|"_s + here()});
     }
@@ -251,7 +249,7 @@ private Q_SLOTS:
         filled({"copy"}).window.hide();
         run();
         QTRY_COMPARE(m_service->shown.size(), 1);
-        settle();
+        letAllArrive();
         run();
         QTRY_COMPARE(m_service->shown.size(), 2);
         QCOMPARE(m_service->shown.constLast().replaces, 1U);
@@ -264,7 +262,7 @@ private Q_SLOTS:
         app.window.hide();
         run();
         QTRY_COMPARE(m_service->shown.size(), 1);
-        settle();
+        letAllArrive();
         m_service->click(1, u"a token"_s);
         QTRY_VERIFY(app.window.isVisible());
         QVERIFY(QTest::qWaitForWindowActive(&app.window));
@@ -285,12 +283,12 @@ private Q_SLOTS:
         AppFixture &app = filled({"copy", "copy"});
         const QString gate = app.file(u"gate"_s);
         app.file(u"f%1.css"_s.arg(heldAt), "wait " + gate.toUtf8());
-        app.controller->minify();
+        app.controller.minify();
         QTRY_COMPARE(app.status(), u"Minified %1 of 2 items."_s.arg(heldAt + 1));
-        app.lifetime->quit();
+        app.lifetime.quit();
         QFile::remove(gate);
         QTRY_VERIFY(!app.jobs.isRunning());
-        settle();
+        letAllArrive();
         QCOMPARE(m_service->asked, QStringList());
         QCOMPARE(m_dock->progress.value(m_dock->progress.size() - 1), u"gone"_s);
     }
@@ -301,8 +299,8 @@ private Q_SLOTS:
         app.window.hide();
         run();
         QTRY_COMPARE(m_service->shown.size(), 1);
-        settle();
-        app.lifetime->quit();
+        letAllArrive();
+        app.lifetime.quit();
         QTRY_COMPARE(m_service->asked.value(m_service->asked.size() - 1), u"close 1"_s);
     }
 
@@ -311,14 +309,14 @@ private Q_SLOTS:
         AppFixture &app = filled({"copy"});
         const QString gate = app.file(u"gate"_s);
         app.file(u"f0.css"_s, "wait " + gate.toUtf8());
-        app.controller->minify();
+        app.controller.minify();
         QTRY_COMPARE(app.status(), u"Minified 1 of 1 items."_s);
         app.window.close();
         QFile::remove(gate);
         QTRY_COMPARE(m_service->shown.size(), 1);
-        settle();
+        letAllArrive();
         m_app.reset();
-        settle();
+        letAllArrive();
         QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
     }
 
@@ -326,17 +324,16 @@ private Q_SLOTS:
     {
         AppFixture &app = filled({"cut 1 and more text", "copy"});
         app.settings.setOverride(false, suffixSwitcherKeyString);
-        app.services.tools.originals = {app.folder.filePath(u"originals"_s)};
-        AppController controller(app.services, app.window.outlets());
+        app.tools.originals = {app.folder.filePath(u"originals"_s)};
         QVERIFY(QTest::qWaitForWindowActive(&app.window));
-        controller.minify();
+        app.controller.minify();
         QTRY_COMPARE(texts(), QStringList{u"About your source files|%1: the compressor ended with status 1; "
                                           "the source was put back"_s.arg(app.folder.filePath(u"f0.css"_s))});
         QTRY_VERIFY(!app.jobs.isRunning());
         QCOMPARE(m_service->shown.constFirst().timeout, 0);
-        settle();
-        app.lifetime->quit(); // which takes back the other
-        settle();
+        letAllArrive();
+        app.lifetime.quit(); // which takes back the other
+        letAllArrive();
         QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
     }
 
@@ -347,13 +344,13 @@ private Q_SLOTS:
         app.runNews.tell({});
         app.runNews.tell({u"one"_s, u"two"_s});
         QTRY_COMPARE(last(), u"one\ntwo"_s);
-        settle();
+        letAllArrive();
         app.runNews.tell({u"three"_s});
         QTRY_COMPARE(last(), u"one\ntwo\nthree"_s);
         QCOMPARE(m_service->shown.constLast().replaces, 1U);
-        settle();
+        letAllArrive();
         m_service->closedByUser(1);
-        settle();
+        letAllArrive();
         app.runNews.tell(QStringList(12, u"more"_s));
         QTRY_COMPARE(last(), u"more\n"_s.repeated(10) + u"and 2 more, on standard error"_s);
     }
@@ -374,7 +371,7 @@ private Q_SLOTS:
         for (const bool isOn : {false, true})
             app.settings.setBool(isOn, badgeCheckerKeyString);
         app.settings.setObject(u"-small"_s, suffixKeyString);
-        settle();
+        letAllArrive();
         QCOMPARE(m_dock->badges, QStringList({u"3"_s, u"gone"_s, u"3"_s, u"3"_s}));
     }
 
@@ -399,7 +396,7 @@ private Q_SLOTS:
         news.runEnded(1, {});
         news.setProgress(2, 5, 6);
         news.runEnded(2, {});
-        settle();
+        letAllArrive();
         QCOMPARE(m_dock->progress, QStringList({u"0"_s, u"0.75"_s, u"0.3"_s, u"0.4"_s, u"0.9"_s, u"gone"_s}));
     }
 
@@ -409,7 +406,7 @@ private Q_SLOTS:
         app.runNews.setProgress(1, 0, 0);
         app.runNews.setProgress(1, 3, 2);
         app.runNews.runEnded(1, {});
-        settle();
+        letAllArrive();
         QCOMPARE(m_dock->progress, QStringList({u"0"_s, u"1"_s, u"gone"_s}));
     }
 };

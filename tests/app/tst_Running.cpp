@@ -95,7 +95,7 @@ private Q_SLOTS:
     {
         const auto app = filled(1);
         const QString gate = holdAt(*app, 0);
-        app->controller->minify();
+        app->controller.minify();
         QVERIFY(!soundIsLoaded());
         QFile::remove(gate);
         QTRY_VERIFY(!app->jobs.isRunning());
@@ -107,13 +107,13 @@ private Q_SLOTS:
         const auto app = filled(1);
         QVERIFY(QTest::qWaitForWindowExposed(&app->window));
         ControlWatch watch(app->window.ui());
-        app->controller->minify();
+        app->controller.minify();
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(watch.changes.join(u' '),
                  QStringLiteral("minifyMenu- clearMenu- clearButton- minifyButton- "
                                 "minifyMenu+ clearMenu+ clearButton+ minifyButton+"));
         watch.changes.clear();
-        app->controller->clear();
+        app->controller.clear();
         app->drop({app->file(QStringLiteral("a.css"))});
         QCOMPARE(watch.changes.join(u' '),
                  QStringLiteral("minifyButton- clearButton- minifyMenu- clearMenu- "
@@ -124,7 +124,7 @@ private Q_SLOTS:
     {
         const auto app = filled(3);
         Watch watch(*app);
-        app->controller->minify();
+        app->controller.minify();
         QTRY_VERIFY(!app->jobs.isRunning());
         for (const char *line :
              {"Minified 1 of 3 items.: 0", "Minified 2 of 3 items.: 1", "Minified 3 of 3 items.: 2"})
@@ -139,7 +139,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
-        app.controller->minify();
+        app.controller.minify();
         QTRY_COMPARE(app.state(),
                      QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"\""));
         QCOMPARE(app.javaCalls(), QStringList());
@@ -164,9 +164,8 @@ private Q_SLOTS:
     void withoutJava()
     {
         auto app = filled(2);
-        app->services.tools.java = QStringLiteral("/nowhere/java");
-        AppController controller(app->services, app->window.outlets());
-        controller.minify();
+        app->tools.java = QStringLiteral("/nowhere/java");
+        app->controller.minify();
         QTRY_COMPARE(
             app->state(),
             QStringLiteral(
@@ -178,13 +177,13 @@ private Q_SLOTS:
     {
         const auto app = filled(30);
         const QString gate = holdAt(*app, 3);
-        app->controller->minify();
+        app->controller.minify();
         QTRY_COMPARE(app->status(), QStringLiteral("Minified 4 of 30 items."));
         app->table->selectRowIndexes({0, 1, 2}, false);
-        app->controller->removeRow();
+        app->controller.removeRow();
         QCOMPARE(app->queue.count(), 27);
         QCOMPARE(app->status(), QStringLiteral("27 items"));
-        app->controller->clear();
+        app->controller.clear();
         QFile::remove(gate);
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 4);
@@ -196,10 +195,10 @@ private Q_SLOTS:
     {
         const auto app = filled(8);
         app->settings.setOverride(true, autoMinifyCheckerKeyString);
-        app->controller->minify();
+        app->controller.minify();
         app->drop({}); // starts a run over the whole list, whatever is under way, as the others do
-        app->delegate->applicationOpenFiles({});
-        app->delegate->minifyFiles({});
+        app->delegate.applicationOpenFiles({});
+        app->delegate.minifyFiles({});
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 4 * 8);
         QCOMPARE(app->state(),
@@ -251,13 +250,13 @@ private Q_SLOTS:
     {
         const auto app = filled(1);
         const QString gate = holdAt(*app, 0);
-        app->controller->minify();
+        app->controller.minify();
         QTRY_VERIFY(app->status().startsWith(QStringLiteral("Minified")));
         app->window.close();
         QVERIFY(app->window.isHidden());
         QVERIFY(app->jobs.isRunning());
         for (const bool visible : {false, true}) {
-            QVERIFY(app->delegate->applicationShouldHandleReopen(visible));
+            QVERIFY(app->delegate.applicationShouldHandleReopen(visible));
             QVERIFY(app->window.isVisible());
         }
         QFile::remove(gate);
@@ -269,9 +268,9 @@ private Q_SLOTS:
     {
         const auto app = filled(5);
         const QString gate = holdAt(*app, 1);
-        app->controller->minify();
+        app->controller.minify();
         QTRY_COMPARE(app->status(), QStringLiteral("Minified 2 of 5 items."));
-        app->lifetime->quit();
+        app->lifetime.quit();
         QVERIFY(app->window.isHidden());
         QVERIFY(app->jobs.isRunning());
         QFile::remove(gate);
@@ -285,8 +284,8 @@ private Q_SLOTS:
     {
         for (int round = 0; round < 10; ++round) {
             const auto app = filled(5);
-            app->controller->minify();
-            app->controller->minify();
+            app->controller.minify();
+            app->controller.minify();
             QTest::qWait(round);
         }
     }
@@ -295,7 +294,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.window.showMinimized();
-        app.delegate->applicationShouldHandleReopen(true);
+        app.delegate.applicationShouldHandleReopen(true);
         QVERIFY(!app.window.isMinimized());
         QVERIFY(app.window.isVisible());
     }

@@ -31,11 +31,11 @@ public:
     explicit CountedJob(std::atomic<int> &worked) : m_worked(worked) {}
 
     /// The whole job, on the calling thread.
-    void run(const Outlets &outlets, const Services &services, const std::atomic<Stop> &stop)
+    void run(AppContext &context, const std::atomic<Stop> &stop)
     {
-        WindowRun shown(outlets, services, stop);
+        WindowRun shown(context, stop);
         m_shown = &shown;
-        MinifyJob(services.queue, services.settings, services.tools, *this, stop).run();
+        MinifyJob(context.queue, context.settings, context.tools, *this, stop).run();
     }
 
     void runStarted() override
@@ -145,7 +145,7 @@ void tst_RunsMeanwhile::init()
     // What Qt calls wrong of its objects and threads.
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^Q")));
     m_app = std::make_unique<AppFixture>();
-    m_app->services.tools.originals = {m_app->folder.filePath(QStringLiteral("originals"))};
+    m_app->tools.originals = {m_app->folder.filePath(QStringLiteral("originals"))};
     m_app->window.show();
     m_otherProgram = std::make_unique<SettingsStore>(m_app->folder.filePath(QStringLiteral("settings.json")));
     std::vector<QJsonValue> folders;
@@ -191,9 +191,8 @@ void tst_RunsMeanwhile::beginRound(Place place)
 void tst_RunsMeanwhile::startJob()
 {
     m_jobs.push_back(std::make_unique<CountedJob>(m_worked));
-    m_app->jobs.detachNewThread([this, job = m_jobs.back().get()](const std::atomic<Stop> &stop) {
-        job->run(m_app->window.outlets(), m_app->services, stop);
-    });
+    m_app->jobs.detachNewThread(
+        [this, job = m_jobs.back().get()](const std::atomic<Stop> &stop) { job->run(*m_app, stop); });
 }
 
 QString tst_RunsMeanwhile::newFile(const QString &folder)
@@ -225,7 +224,7 @@ void tst_RunsMeanwhile::addFiles()
     if (below(2) == 0)
         m_app->drop(paths);
     else
-        m_app->delegate->applicationOpenFiles(paths);
+        m_app->delegate.applicationOpenFiles(paths);
     m_tally[QLatin1StringView("files added")] += 3;
 }
 
@@ -235,7 +234,7 @@ void tst_RunsMeanwhile::removeRows()
     if (before == 0)
         return;
     m_app->table->selectRowIndexes({below(before), below(before)}, below(2) == 0);
-    m_app->controller->removeRow();
+    m_app->controller.removeRow();
     m_tally[QLatin1StringView("files removed")] += before - m_app->queue.count();
 }
 
@@ -249,7 +248,7 @@ void tst_RunsMeanwhile::combineSome()
     if (rows.size() < 2)
         return;
     m_app->table->selectRowIndexes(rows, false);
-    m_app->controller->combine();
+    m_app->controller.combine();
     auto *const panel = m_app->window.findChild<SavePanel *>();
     QVERIFY(panel != nullptr);
     panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
@@ -304,13 +303,13 @@ void tst_RunsMeanwhile::act()
     else if (what < 75)
         removeRows();
     else if (what < 80)
-        m_app->controller->selectAll();
+        m_app->controller.selectAll();
     else if (what < 90)
-        m_app->delegate->togglePreviewPanel();
+        m_app->delegate.togglePreviewPanel();
     else if (what < 98)
         combineSome();
     else {
-        m_app->controller->clear();
+        m_app->controller.clear();
         ++m_tally[QLatin1StringView("cleared")];
     }
     checkQueue();
@@ -339,9 +338,8 @@ void tst_RunsMeanwhile::endRound(Place place)
         if (now != text && !(place == Place::Same && now == "minified " + path.toUtf8()))
             QFAIL(qPrintable(QStringLiteral("%1 is \"%2\"").arg(path, QString::fromUtf8(now.left(60)))));
     }
-    QCOMPARE(QDir(m_app->services.tools.originals.first()).entryList({QStringLiteral("*.original")}),
-             QStringList());
-    m_app->controller->clear();
+    QCOMPARE(QDir(m_app->tools.originals.first()).entryList({QStringLiteral("*.original")}), QStringList());
+    m_app->controller.clear();
 }
 
 void tst_RunsMeanwhile::checkSettings()

@@ -3,7 +3,6 @@
 #include "AppFixture.h"
 
 #include "app/ApplicationService.h"
-#include "app/ServiceRequests.h"
 #include "tests/TestClass.h"
 
 #include <QApplication>
@@ -21,11 +20,11 @@ private:
     struct Served : AppFixture {
         Served()
         {
-            controller->setRunOpenPanel([this](QWidget *, const QStringList &) {
+            controller.setRunOpenPanel([this](QWidget *, const QStringList &) {
                 ++panels;
                 return std::nullopt;
             });
-            connectRequests(service, window, *controller, *delegate);
+            serve(service);
         }
 
         void act(const char *action, const QStringList &paths = {})
@@ -161,15 +160,15 @@ private Q_SLOTS:
     void theNameGoesWhenTheEndIsCertain()
     {
         Served app;
-        const QSignalSpy ending(app.lifetime.get(), &Lifetime::ending);
+        const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
         app.window.show();
         app.drop({app.file(QStringLiteral("a.css"))});
-        app.controller->minify();
+        app.controller.minify();
         app.window.close();
         QCOMPARE(ending.size(), 0); // the window may be opened again
         Q_EMIT app.service.activateRequested({});
         QTRY_VERIFY(!app.jobs.isRunning());
-        app.controller->minify();
+        app.controller.minify();
         app.window.ui().quitMenu->trigger();
         QCOMPARE(ending.size(), 1);
         QTRY_VERIFY(!app.jobs.isRunning());
@@ -178,10 +177,10 @@ private Q_SLOTS:
     void theNameGoesAfterTheLastRun()
     {
         Served app;
-        const QSignalSpy ending(app.lifetime.get(), &Lifetime::ending);
+        const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
         app.window.show();
         app.drop({app.file(QStringLiteral("a.css"))});
-        app.controller->minify();
+        app.controller.minify();
         app.window.close();
         QTRY_COMPARE(ending.size(), 1);
         QVERIFY(!app.jobs.isRunning());

@@ -66,17 +66,16 @@ private Q_SLOTS:
     void homePageWithoutAnAddress()
     {
         AppFixture app;
-        Services services = app.services;
-        services.addresses = {};
-        AppController controller(services, app.window.outlets());
-        controller.mainPage();
+        app.homePage.clear();
+        app.supportMail.clear();
+        app.controller.mainPage();
         const QDir above(QFileInfo(app.folder.path()).path());
         QCOMPARE(
             app.opened,
             QList<QUrl>({QUrl::fromLocalFile(above.filePath(QStringLiteral("doc/brevant/brevant.1.html")))}));
-        QVERIFY(!controller.takesFeedback());
         QVERIFY(app.window.ui().feedbackMenu->isVisible());
-        connectActions(app.window, controller, *app.delegate, *app.lifetime);
+        AppController controller(app);
+        controller.awakeFromNib();
         QVERIFY(!app.window.ui().feedbackMenu->isVisible());
     }
 
@@ -151,18 +150,18 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         QTest::keyClick(app.table, Qt::Key_Space);
-        QVERIFY(app.delegate->sharedPreviewPanel() == nullptr); // nothing is selected
+        QVERIFY(app.delegate.sharedPreviewPanel() == nullptr); // nothing is selected
         app.table->selectRowIndexes({0, 2}, false);
         QTest::keyClick(app.table, Qt::Key_Space);
-        QVERIFY(app.delegate->sharedPreviewPanel() != nullptr);
-        QVERIFY(app.delegate->sharedPreviewPanel()->isOpen());
-        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f0.css"), QStringLiteral("f2.css")}));
-        QTest::keyClick(app.delegate->sharedPreviewPanel(), Qt::Key_Space);
-        QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+        QVERIFY(app.delegate.sharedPreviewPanel() != nullptr);
+        QVERIFY(app.delegate.sharedPreviewPanel()->isOpen());
+        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f0.css"), QStringLiteral("f2.css")}));
+        QTest::keyClick(app.delegate.sharedPreviewPanel(), Qt::Key_Space);
+        QTRY_VERIFY(!app.delegate.sharedPreviewPanel()->isOpen());
         QTest::keyClick(app.table, Qt::Key_Space);
-        QVERIFY(app.delegate->sharedPreviewPanel()->isOpen());
+        QVERIFY(app.delegate.sharedPreviewPanel()->isOpen());
         app.window.ui().quickLookMenu->trigger();
-        QTRY_VERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+        QTRY_VERIFY(!app.delegate.sharedPreviewPanel()->isOpen());
     }
 
     void anOpenPreviewIsEasyToClose_data()
@@ -183,8 +182,8 @@ private Q_SLOTS:
             app.window.activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(&app.window));
             app.table->selectRowIndexes({0}, false);
-            app.delegate->togglePreviewPanel();
-            PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+            app.delegate.togglePreviewPanel();
+            PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
             QTRY_VERIFY(panel->isActiveWindow());
             app.table->deselectAll();
             QVERIFY(quickLook->isEnabled());
@@ -203,7 +202,7 @@ private Q_SLOTS:
             QVERIFY(!quickLook->isEnabled());
         }
         QTest::keyClick(app.table, Qt::Key_Escape);
-        QVERIFY(!app.delegate->sharedPreviewPanel()->isOpen());
+        QVERIFY(!app.delegate.sharedPreviewPanel()->isOpen());
     }
 
     void deselectingARowLeavesOneItem()
@@ -211,11 +210,11 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         app.table->selectRowIndexes({0, 2}, false);
-        app.delegate->togglePreviewPanel();
-        QCOMPARE(items(*app.controller).size(), 2);
+        app.delegate.togglePreviewPanel();
+        QCOMPARE(items(app.controller).size(), 2);
         app.table->selectRowIndexes({2}, false);
-        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f2.css")}));
-        app.delegate->togglePreviewPanel();
+        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f2.css")}));
+        app.delegate.togglePreviewPanel();
     }
 
     void thePreviewFloatsAndKeepsItsKeys()
@@ -223,15 +222,15 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        app.delegate.togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         QTRY_VERIFY(panel->isVisible());
         QCOMPARE(panel->windowHandle()->transientParent(), app.window.windowHandle());
         QTest::keyClick(panel, Qt::Key_Return);
         QTest::keyClick(panel, Qt::Key_Delete);
         QVERIFY(!app.jobs.isRunning());
         QCOMPARE(app.queue.count(), 3);
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
     }
 
     void aTildeInANameIsOneForThePreviewToo()
@@ -240,10 +239,10 @@ private Q_SLOTS:
         app.queue.append(QStringLiteral("~/a.css"));
         app.drop({});
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        QCOMPARE(app.controller->previewPanelPreviewItemAtIndex(0).path(),
+        app.delegate.togglePreviewPanel();
+        QCOMPARE(app.controller.previewPanelPreviewItemAtIndex(0).path(),
                  QDir::currentPath() + QStringLiteral("/~/a.css"));
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
     }
 
     void namesThatBeginWithTwoSlashes()
@@ -253,11 +252,11 @@ private Q_SLOTS:
         app.drop({});
         app.window.show();
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        const QUrl item = app.controller->previewPanelPreviewItemAtIndex(0);
+        app.delegate.togglePreviewPanel();
+        const QUrl item = app.controller.previewPanelPreviewItemAtIndex(0);
         QCOMPARE(item.path(), QStringLiteral("//Home/User/a.css"));
-        QVERIFY(!app.controller->previewPanelSourceFrameOnScreenForPreviewItem(item).isEmpty());
-        app.delegate->togglePreviewPanel();
+        QVERIFY(!app.controller.previewPanelSourceFrameOnScreenForPreviewItem(item).isEmpty());
+        app.delegate.togglePreviewPanel();
     }
 
     void anArrowInThePreviewMovesTheSelection()
@@ -265,20 +264,20 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        QTest::keyClick(app.delegate->sharedPreviewPanel(), Qt::Key_Down);
+        app.delegate.togglePreviewPanel();
+        QTest::keyClick(app.delegate.sharedPreviewPanel(), Qt::Key_Down);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({1}));
-        QCOMPARE(items(*app.controller), QStringList({QStringLiteral("f1.css")}));
-        app.delegate->togglePreviewPanel();
+        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f1.css")}));
+        app.delegate.togglePreviewPanel();
     }
 
     void otherEventsAreLeftToThePreview()
     {
         AppFixture app;
         QKeyEvent release(QEvent::KeyRelease, Qt::Key_Down, Qt::NoModifier);
-        QVERIFY(!app.controller->previewPanelHandleEvent(&release));
+        QVERIFY(!app.controller.previewPanelHandleEvent(&release));
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
-        QVERIFY(app.controller->previewPanelHandleEvent(&press));
+        QVERIFY(app.controller.previewPanelHandleEvent(&press));
     }
 
     void thePreviewZoomsOutOfItsRow()
@@ -286,12 +285,12 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 3);
         const QUrl second = QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("f1.css")));
-        const QRect frame = app.controller->previewPanelSourceFrameOnScreenForPreviewItem(second);
+        const QRect frame = app.controller.previewPanelSourceFrameOnScreenForPreviewItem(second);
         QCOMPARE(frame.topLeft(), app.table->viewport()->mapToGlobal(app.table->frameOfCell(1).topLeft()));
         QCOMPARE(frame.size(), app.table->frameOfCell(1).size());
         app.table->selectRowIndexes({1}, false);
-        app.controller->removeRow();
-        QCOMPARE(app.controller->previewPanelSourceFrameOnScreenForPreviewItem(second), QRect());
+        app.controller.removeRow();
+        QCOMPARE(app.controller.previewPanelSourceFrameOnScreenForPreviewItem(second), QRect());
     }
 
     void anyTablesSelectionReloadsThePreview()
@@ -299,8 +298,8 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 2);
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
-        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        app.delegate.togglePreviewPanel();
+        PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
 
         QStandardItemModel model(2, 1);
         QTableView other;
@@ -311,8 +310,8 @@ private Q_SLOTS:
         source.asked = 0;
         other.selectRow(1);
         QVERIFY(source.asked > 0);
-        panel->setDataSource(app.controller.get());
-        app.delegate->togglePreviewPanel();
+        panel->setDataSource(&app.controller);
+        app.delegate.togglePreviewPanel();
     }
 
     void clearingLeavesThePreviewAlone()
@@ -320,16 +319,16 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 2);
         app.table->selectRowIndexes({0}, false);
-        app.delegate->togglePreviewPanel();
+        app.delegate.togglePreviewPanel();
         app.table->deselectAll(); // so that no change of the selection reloads it
-        PreviewPanel *const panel = app.delegate->sharedPreviewPanel();
+        PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         Source source;
         panel->setDataSource(&source);
         source.asked = 0;
-        app.controller->clear();
+        app.controller.clear();
         QCOMPARE(source.asked, 0);
-        panel->setDataSource(app.controller.get());
-        app.delegate->togglePreviewPanel();
+        panel->setDataSource(&app.controller);
+        app.delegate.togglePreviewPanel();
     }
 
     void theWindowMovesByItsBackground()

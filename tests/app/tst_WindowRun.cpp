@@ -19,7 +19,7 @@ private Q_SLOTS:
         m_seen.clear();
         m_status.clear();
         m_app = std::make_unique<AppFixture>();
-        m_app->doneSound.onCall = [this](const QString &call) { see(call); };
+        m_app->sound->onCall = [this](const QString &call) { see(call); };
         const Ui::MainWindow &ui = m_app->window.ui();
         connect(ui.minifyMenu, &QAction::enabledChanged, this,
                 [this](bool isEnabled) { see(isEnabled ? u"unlocked"_s : u"locked"_s); });
@@ -52,11 +52,10 @@ private Q_SLOTS:
     void withoutJava()
     {
         fill(2);
-        m_app->services.tools.java = m_app->folder.filePath(u"java"_s);
+        m_app->tools.java = m_app->folder.filePath(u"java"_s);
         run();
         QCOMPARE(m_seen, QStringList({u"locked"_s, u"Minified 1 of 2 items."_s, u"rows 0"_s, u"rows"_s,
-                                      u"Java was not found at %1."_s.arg(m_app->services.tools.java),
-                                      u"unlocked"_s}));
+                                      u"Java was not found at %1."_s.arg(m_app->tools.java), u"unlocked"_s}));
     }
 
     void aStop()
@@ -92,7 +91,7 @@ private Q_SLOTS:
         for (const bool isOn : {true, false}) {
             m_app->settings.setOverride(!isOn, soundCheckerKeyString);
             m_seen.clear();
-            WindowRun window(m_app->window.outlets(), m_app->services, m_stop);
+            WindowRun window(*m_app, m_stop);
             window.runStarted();
             window.entryStarted({0, 1, u"/w/a.css"_s, u"Minified 1 of 1 items."_s});
             m_app->settings.setOverride(isOn, soundCheckerKeyString);
@@ -117,7 +116,7 @@ private:
     /// A whole run on this thread; the window shows it afterwards.
     void run()
     {
-        runMinifyJob(m_app->window.outlets(), m_app->services, m_stop);
+        runMinifyJob(*m_app, m_stop);
         QCoreApplication::processEvents();
     }
 
