@@ -5,13 +5,10 @@
 #include "app/StartUp.h"
 #include "app/platform/Workspace.h"
 
-#include <QDBusAbstractAdaptor>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
-#include <QDBusMessage>
 #include <QFile>
 #include <QUrl>
-#include <QVariantList>
 
 #include <cstdio>
 #include <cstdlib>
@@ -59,50 +56,6 @@ QDBusMessage request(const QString &owner, const Launch &launch, const QVariantM
 
 } // namespace
 
-/// The methods, by the names and types that the interface has.
-class ApplicationAdaptor final : public QDBusAbstractAdaptor {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
-public:
-    explicit ApplicationAdaptor(ApplicationService *service)
-        : QDBusAbstractAdaptor(service), m_service(*service)
-    {
-    }
-
-public Q_SLOTS:
-    void Activate(const QVariantMap &platform_data, const QDBusMessage &call)
-    {
-        if (m_service.accept(call))
-            Q_EMIT m_service.activateRequested(platform_data);
-    }
-
-    void Open(const QStringList &uris, const QVariantMap &platform_data, const QDBusMessage &call)
-    {
-        if (m_service.accept(call))
-            Q_EMIT m_service.openRequested(localPaths(uris), platform_data);
-    }
-
-    void ActivateAction(const QString &action_name, const QVariantList &parameter,
-                        const QVariantMap &platform_data, const QDBusMessage &call)
-    {
-        // None, or one; of a type that is the action's own.
-        const QVariant uris = parameter.value(0);
-        const bool areUris = uris.typeId() == QMetaType::QStringList;
-        if (m_service.accept(call))
-            Q_EMIT m_service.actionRequested(
-                action_name, areUris ? localPaths(uris.toStringList()) : QStringList(), platform_data);
-    }
-
-private:
-    ApplicationService &m_service;
-};
-
-ApplicationService::ApplicationService(QObject *parent) : QObject(parent)
-{
-    new ApplicationAdaptor(this); // a child of this
-}
-
 ApplicationService::~ApplicationService()
 {
     if (m_bus)
@@ -116,7 +69,8 @@ ApplicationService::Claim ApplicationService::claim(const QDBusConnection &bus)
     // The object first: who finds the name finds somebody who answers.
     if (!m_bus) {
         m_bus = bus;
-        m_bus->registerObject(QString::fromLatin1(servicePath), this);
+        m_bus->registerObject(QString::fromLatin1(servicePath), this,
+                              QDBusConnection::ExportScriptableInvokables);
     }
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         m_bus->interface()->registerService(QString::fromLatin1(serviceName));
@@ -167,6 +121,30 @@ bool ApplicationService::accept(const QDBusMessage &call)
     return !m_released;
 }
 
+void ApplicationService::Activate(const QVariantMap &platform_data, const QDBusMessage &call)
+{
+    if (accept(call))
+        Q_EMIT activateRequested(platform_data);
+}
+
+void ApplicationService::Open(const QStringList &uris, const QVariantMap &platform_data,
+                              const QDBusMessage &call)
+{
+    if (accept(call))
+        Q_EMIT openRequested(localPaths(uris), platform_data);
+}
+
+void ApplicationService::ActivateAction(const QString &action_name, const QVariantList &parameter,
+                                        const QVariantMap &platform_data, const QDBusMessage &call)
+{
+    // None, or one; of a type that is the action's own.
+    const QVariant uris = parameter.value(0);
+    const bool areUris = uris.typeId() == QMetaType::QStringList;
+    if (accept(call))
+        Q_EMIT actionRequested(action_name, areUris ? localPaths(uris.toStringList()) : QStringList(),
+                               platform_data);
+}
+
 QString serviceOwner(const QDBusConnection &bus)
 {
     return bus.interface()->serviceOwner(QString::fromLatin1(serviceName)).value();
@@ -189,5 +167,3 @@ QDBusConnection sessionBus()
 }
 
 } // namespace brevant
-
-#include "ApplicationService.moc"

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 
 #include <chrono>
 #include <optional>
-
-class QDBusMessage;
 
 namespace brevant {
 
@@ -27,6 +26,7 @@ inline constexpr auto serviceInterface = "org.freedesktop.Application";
 /// The interface: https://specifications.freedesktop.org/desktop-entry-spec/latest/dbus.html
 class ApplicationService final : public QObject {
     Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
     enum class Claim {
@@ -35,7 +35,7 @@ public:
         Alone, ///< there is no bus, or it gives no names
     };
 
-    explicit ApplicationService(QObject *parent = nullptr);
+    using QObject::QObject;
     ~ApplicationService() override;
 
     /// Offers the object on a bus and claims the name. Waits for the bus. May be called again if the name was
@@ -55,6 +55,13 @@ public:
     /// nothing is lost in a program that is about to end.
     void release();
 
+    // The methods, by the names and types that the interface has.
+    Q_SCRIPTABLE void Activate(const QVariantMap &platform_data, const QDBusMessage &call);
+    Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platform_data,
+                           const QDBusMessage &call);
+    Q_SCRIPTABLE void ActivateAction(const QString &action_name, const QVariantList &parameter,
+                                     const QVariantMap &platform_data, const QDBusMessage &call);
+
 Q_SIGNALS:
     /// `platformData` is what activate() of app/platform/Activation takes.
     void activateRequested(const QVariantMap &platformData);
@@ -66,7 +73,6 @@ Q_SIGNALS:
     void actionRequested(const QString &action, const QStringList &paths, const QVariantMap &platformData);
 
 private:
-    friend class ApplicationAdaptor;
     bool accept(const QDBusMessage &call);
 
     std::optional<QDBusConnection> m_bus;

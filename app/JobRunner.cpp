@@ -20,7 +20,7 @@ void JobRunner::requestStop(Stop stop)
 void JobRunner::stopAndWait()
 {
     requestStop(Stop::AfterFile);
-    for (auto &[number, thread] : m_threads) {
+    for (std::thread &thread : m_threads) {
         if (thread.joinable())
             thread.join();
     }
@@ -28,21 +28,21 @@ void JobRunner::stopAndWait()
 
 void JobRunner::detachNewThread(Job job)
 {
-    const int number = ++m_lastNumber;
-    m_threads[number] = std::thread([this, number, job = std::move(job)] {
+    const auto thread = m_threads.emplace(m_threads.end());
+    *thread = std::thread([this, thread, job = std::move(job)] {
         job(m_stop);
         // Queued behind everything that the job has queued.
         QMetaObject::invokeMethod(
-            this, [this, number] { threadEnded(number); }, Qt::QueuedConnection);
+            this, [this, thread] { threadEnded(thread); }, Qt::QueuedConnection);
     });
     Q_EMIT started();
 }
 
-void JobRunner::threadEnded(int number)
+void JobRunner::threadEnded(std::list<std::thread>::iterator thread)
 {
-    if (std::thread &thread = m_threads.at(number); thread.joinable())
-        thread.join();
-    m_threads.erase(number);
+    if (thread->joinable())
+        thread->join();
+    m_threads.erase(thread);
     if (m_threads.empty())
         Q_EMIT allEnded();
 }

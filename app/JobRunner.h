@@ -7,7 +7,7 @@
 #include <QObject>
 
 #include <functional>
-#include <map>
+#include <list>
 #include <thread>
 
 namespace brevant {
@@ -42,11 +42,10 @@ Q_SIGNALS:
     void allEnded();
 
 private:
-    void threadEnded(int number);
+    void threadEnded(std::list<std::thread>::iterator thread);
 
     std::atomic<Stop> m_stop = Stop::No;
-    std::map<int, std::thread> m_threads;
-    int m_lastNumber = 0;
+    std::list<std::thread> m_threads;
 };
 
 } // namespace brevant
