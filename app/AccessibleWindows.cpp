@@ -47,7 +47,7 @@ private:
     }
 };
 
-/// The program under the name that people know.
+/// The application under its display name; Qt gives the name of the program.
 class ApplicationInterface final : public QAccessibleApplication {
 public:
     [[nodiscard]] QString text(QAccessible::Text what) const override
@@ -56,19 +56,19 @@ public:
     }
 };
 
-/// Is asked for each class of an object, from its own up to QObject.
+/// Called for each class of an object, from its own up to QObject.
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
     if (object == qApp)
-        return new ApplicationInterface; // the cache's
+        return new ApplicationInterface; // owned by Qt's cache, like those below
     if (auto *const window = qobject_cast<MainWindow *>(object))
-        return new MainWindowInterface(window); // the cache's
+        return new MainWindowInterface(window);
     auto *const widget = qobject_cast<QWidget *>(object);
     if (!widget || !widget->isWindow())
         return nullptr;
-    // The preferences are a bare widget, which has no role of its own.
+    // The preferences window is a plain QWidget, which has no role of its own.
     if (qobject_cast<PreviewPanel *>(widget) || widget->metaObject() == &QWidget::staticMetaObject)
-        return new QAccessibleWidget(widget, QAccessible::Dialog); // the cache's
+        return new QAccessibleWidget(widget, QAccessible::Dialog);
     return nullptr;
 }
 

@@ -44,7 +44,7 @@ void AppController::init()
     connect(&m_app.settings, &SettingsStore::didChange, this, &AppController::updateDropHint);
 }
 
-/// Every table is polished once, before it is first shown; its selection is watched from then on.
+/// Watches the selection of every table from its polishing on, which comes once, before it is first shown.
 bool AppController::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::Polish)
@@ -131,7 +131,7 @@ void AppController::removeRow()
     m_app.queue.removeAt(rows);
     filesTable->reloadData();
     if (!rows.empty()) {
-        // The row that has taken the place of the one selected last, or the new last one.
+        // Select the row that takes the place of the one selected last, or the new last row.
         const auto above = std::ranges::lower_bound(rows, last) - rows.begin();
         filesTable->selectRowIndexes({std::min(last - static_cast<int>(above), m_app.queue.count() - 1)},
                                      false);
@@ -164,7 +164,7 @@ void AppController::showPreferencePanel()
 
 void AppController::mainPage()
 {
-    // At the same place seen from the resources, installed or in a build folder.
+    // The path from the resources is the same in an installation and in a build folder.
     const QString manual = QDir::cleanPath(m_app.tools.folder + u"/../../doc/brevant/brevant.1.html"_s);
     static_cast<void>(
         m_app.workspace.openUrl(m_app.homePage.isEmpty() ? fileUrl(manual) : QUrl(m_app.homePage)));
@@ -190,7 +190,7 @@ void AppController::refreshPreview()
 {
     if (previewPanel == nullptr)
         return;
-    // Looked up once for a panel that asks for many items.
+    // Looked up once, as the panel asks for many items.
     m_previewRows = m_app.window.ui().filesTable->selectedRowIndexes();
     previewPanel->reloadData();
 }

@@ -43,7 +43,7 @@ public:
     /// Connects the list, the buttons and the menu. To be called once the layout is loaded.
     void awakeFromNib();
 
-    /// Replaces the open panel, which is the platform's otherwise.
+    /// Replaces the open panel, for tests.
     void setRunOpenPanel(RunOpenPanel runOpenPanel) { m_runOpenPanel = std::move(runOpenPanel); }
 
     // Actions of the controls and the menu.
@@ -64,7 +64,7 @@ public:
     // Answers to notices.
     void updateBadge();
 
-    /// Has the empty list ask for the kinds of files that are switched on.
+    /// Names the kinds of files that are switched on in the empty list.
     void updateDropHint();
     void refreshPreview();
 
@@ -92,7 +92,7 @@ private:
     RunOpenPanel m_runOpenPanel;
     Combining m_combining;
     std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on
-    PreviewPanel *previewPanel = nullptr;                       ///< while it is ours to fill
+    PreviewPanel *previewPanel = nullptr;                       ///< while it shows our selection
     std::vector<int> m_previewRows; ///< the selected rows, as the panel counts them
 };
 

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::chrono::milliseconds longestWait(500);
 
-// The bus has the call ready that it starts the program for.
+// When the bus starts the program, the call it does so for follows at once.
 constexpr std::chrono::seconds serviceWait(5);
 
 void loadApplicationIcon()
@@ -45,7 +45,7 @@ Application::Application(const QString &settingsFile, const std::optional<QDBusC
 
 Application::~Application()
 {
-    jobs.stopAndWait(); // while what they work on is still there
+    jobs.stopAndWait(); // while the controllers they use still exist
 }
 
 void Application::setUp()
@@ -61,7 +61,7 @@ void Application::setUp()
             bringToFront({{u"activation-token"_s, token}});
         });
     }
-    // What became of sources is said nowhere else, so that notification stays.
+    // The other notification stays: what became of sources is said nowhere else.
     QObject::connect(&lifetime, &Lifetime::quitting, &notification, &Notification::withdraw);
 }
 
@@ -98,7 +98,7 @@ void Application::act(const QString &name, const QStringList &paths, const QVari
     if (name == u"minify")
         delegate.minifyFiles(paths);
     else if (QApplication::activeModalWidget() != nullptr)
-        return; // a panel or a sheet that is open has the user's attention already, as it has for the menu
+        return; // an open panel or sheet blocks these actions as it blocks the menu
     else if (name == u"add-files")
         controller.addFile();
     else
@@ -110,13 +110,13 @@ void Application::start(const Launch &launch)
     m_launch = launch;
     lifetime.catchSignals();
     if (launch.asService) {
-        putBackOriginals(); // files may come at once, and no window waits
+        putBackOriginals(); // files may arrive at once, and there is no window to paint
         QTimer::singleShot(serviceWait, &lifetime, &Lifetime::quitIfUnseen);
     } else {
         window.show();
     }
     delegate.applicationDidFinishLaunching();
-    // What takes a while is left until the window has been painted, or is not going to be, being minimised.
+    // Slow work waits for the first painting, which does not come while the window is minimised.
     QObject::connect(&window, &MainWindow::painted, &delegate, [this] { finishStart(); });
     QTimer::singleShot(longestWait, &delegate, [this] { finishStart(); });
 }
@@ -131,7 +131,7 @@ void Application::finishStart()
     if (std::exchange(m_started, true))
         return;
     putBackOriginals();
-    loadApplicationIcon(); // reading the pictures before would make the first painting an eighth later
+    loadApplicationIcon(); // loaded earlier, it would delay the first painting by an eighth
     settings.watchFile();
     if (m_launch.minify)
         delegate.minifyFiles(m_launch.paths);

@@ -19,7 +19,7 @@ namespace brevant {
 
 namespace {
 
-// Each attempt but the last means that an instance ended just then.
+// Each further attempt means that another instance has just ended.
 constexpr int attempts = 20;
 
 QStringList localPaths(const QStringList &uris)
@@ -66,7 +66,7 @@ ApplicationService::Claim ApplicationService::claim(const QDBusConnection &bus)
 {
     if (!bus.isConnected())
         return Claim::Alone;
-    // The object first: who finds the name finds somebody who answers.
+    // The object comes before the name, so that whoever finds the name gets an answer.
     if (!m_bus) {
         m_bus = bus;
         m_bus->registerObject(QString::fromLatin1(servicePath), this,
@@ -85,7 +85,7 @@ std::optional<int> ApplicationService::claimOrHandOver(const QDBusConnection &bu
 {
     for (int i = 0; i < attempts && claim(bus) == Claim::Taken; ++i) {
         if (launch.asService)
-            return EXIT_SUCCESS; // the bus has somebody else to ask
+            return EXIT_SUCCESS; // the bus will call the other process
         const QString owner = serviceOwner(bus);
         if (owner.isEmpty())
             continue;
@@ -96,7 +96,7 @@ std::optional<int> ApplicationService::claimOrHandOver(const QDBusConnection &bu
         if (serviceOwner(bus) != owner)
             continue;
         if (QDBusError(answer).type() != QDBusError::NoReply)
-            return std::nullopt; // it does not understand
+            return std::nullopt; // it is not Brevant, or refuses
         std::fputs("brevant: the Brevant that is running does not answer\n", stderr);
         return EXIT_FAILURE;
     }
@@ -106,13 +106,13 @@ std::optional<int> ApplicationService::claimOrHandOver(const QDBusConnection &bu
 void ApplicationService::release()
 {
     m_released = true;
-    if (m_bus) // it goes out before any refusal does
+    if (m_bus) // sent before any refusal
         m_bus->interface()->asyncCall(u"ReleaseName"_s, QString::fromLatin1(serviceName));
 }
 
 bool ApplicationService::accept(const QDBusMessage &call)
 {
-    // Answered before it is carried out, which may take as long as a panel is open.
+    // Answered first: carrying it out may take as long as a panel is open.
     call.setDelayedReply(true);
     if (m_released)
         m_bus->send(call.createErrorReply(QDBusError::UnknownObject, u"Brevant is ending"_s));
@@ -137,7 +137,7 @@ void ApplicationService::Open(const QStringList &uris, const QVariantMap &platfo
 void ApplicationService::ActivateAction(const QString &action_name, const QVariantList &parameter,
                                         const QVariantMap &platform_data, const QDBusMessage &call)
 {
-    // None, or one; of a type that is the action's own.
+    // At most one parameter, whose type depends on the action.
     const QVariant uris = parameter.value(0);
     const bool areUris = uris.typeId() == QMetaType::QStringList;
     if (accept(call))

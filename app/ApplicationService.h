@@ -42,17 +42,16 @@ public:
     /// taken.
     Claim claim(const QDBusConnection &bus);
 
-    /// Makes this process the one instance of the program on the bus. If another one has the name, that is
-    /// told what this one was launched for, with `platformData`, the right to come to the front; returned is
-    /// the exit status for this one then. If the other ends meanwhile, this one takes its place. Returns
-    /// nothing if this process is the one, or there is none to hand over to. The other may be busy:
-    /// `answerTimeout` is how long it has.
+    /// Makes this process the single instance on the bus, or hands `launch` over to the one that has the
+    /// name, with `platformData`, the right to come to the front. Returns the exit status after handing over;
+    /// nothing if this process is to go on. An instance that ends meanwhile is replaced by this one, and a
+    /// busy one is waited for until `answerTimeout`.
     [[nodiscard]] std::optional<int>
     claimOrHandOver(const QDBusConnection &bus, const Launch &launch, const QVariantMap &platformData,
                     std::chrono::milliseconds answerTimeout = std::chrono::seconds(25));
 
-    /// Gives up the name at once, for the next launch to have it. Who calls from now on is refused, so that
-    /// nothing is lost in a program that is about to end.
+    /// Gives up the name at once for the next launch. Later calls are refused, so that nothing is lost in a
+    /// program that is about to end.
     void release();
 
     // The methods, by the names and types that the interface has.
@@ -79,13 +78,13 @@ private:
     bool m_released = false;
 };
 
-/// Who has the name on a bus: an address for calls that are for nobody else, or "".
+/// The unique name of the connection that owns the service's name on a bus, or "".
 [[nodiscard]] QString serviceOwner(const QDBusConnection &bus);
 
 /// Where the session bus listens: what the environment says, else the usual place if there is one; or "".
 [[nodiscard]] QString sessionBusAddress();
 
-/// The session bus; no connection where there is none. Unlike Qt, this never starts one.
+/// The session bus, or no connection. Unlike Qt, this never starts a bus.
 [[nodiscard]] QDBusConnection sessionBus();
 
 } // namespace brevant

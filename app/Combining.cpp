@@ -48,7 +48,7 @@ void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
 {
     auto *const panel = new SavePanel(kind, u"combined"_s, &m_app.window); // deletes itself
     panel->setAttribute(Qt::WA_DeleteOnClose);
-    // A run can still be started from outside.
+    // A run can still be started over the session bus.
     connect(m_app.window.ui().combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
     connect(panel, &SavePanel::accepted, this,
             [this, panel, encoding] { write(panel->chosenPath(), encoding); });

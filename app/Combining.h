@@ -13,18 +13,18 @@ namespace brevant {
 
 struct AppContext;
 
-/// Joins the selected files into one, which takes their place in the list. Once the user has confirmed, all
-/// of it happens at once: nothing else in the window may come between the reading and the new list.
+/// Joins the selected files into one, which takes their place in the list. Once the user has confirmed,
+/// nothing else in the window can come between the reading and the new list.
 class Combining final : public QObject {
     Q_OBJECT
 
 public:
     explicit Combining(AppContext &context, QObject *parent = nullptr);
 
-    /// Keeps Combine from being chosen while a job runs.
+    /// Disables Combine while a job runs.
     void watchJobs();
 
-    /// Asks where the combined file is to go, or says why there will be none.
+    /// Asks where to save the combined file, or says why the selection cannot be combined.
     void combine();
 
 Q_SIGNALS:

@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] bool isRunning() const { return !m_threads.empty(); }
 
-    /// Asks all jobs to stop, those to come too. What was asked for before is never taken back.
+    /// Asks all jobs to stop, later ones too. A stronger request made before still holds.
     void requestStop(Stop stop);
 
     /// Asks all jobs to stop and waits for the files they are working on.

@@ -23,12 +23,12 @@ namespace brevant {
 
 namespace {
 
-// The program stays for the sound at the end of a run.
+// How long the program stays after a run, for the sound.
 constexpr std::chrono::milliseconds soundLength(1000);
 
 constexpr int signalStatus = 128; // as the shells count, bash(1)
 
-// A signal handler may only write to a descriptor; the main loop hears of it at the other end.
+// The signal handler writes to one end, and the main loop reads from the other.
 std::array<int, 2> signalPipe{-1, -1};
 
 StopCount stopCount;

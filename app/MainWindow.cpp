@@ -23,8 +23,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Resources in a static library are there only for those who ask; the macro wants to stand outside of
-// namespaces.
+// The resources of a static library must be initialised, from outside of any namespace.
 static void loadResources()
 {
     Q_INIT_RESOURCE(brevant);
@@ -55,7 +54,7 @@ void showAbout(QWidget &window)
 void showButtons(const Ui::MainWindow &ui, std::initializer_list<QPushButton *> buttons, bool visible)
 {
     for (QPushButton *const button : buttons) {
-        // A button that goes hands the focus on as the Tab key does, and the list would draw its ring.
+        // Otherwise Qt moves the focus on as the Tab key does, and the list draws its focus ring.
         if (!visible && button->hasFocus())
             ui.filesTable->setFocus(Qt::OtherFocusReason);
         button->setVisible(visible);
@@ -71,7 +70,7 @@ MainWindow::MainWindow(FileQueue &queue, const SettingsStore &settings, DockTile
 
 MainWindow::~MainWindow()
 {
-    // The focus changes once more while the window goes, when its buttons are no longer known.
+    // The focus changes once more during destruction, when the buttons are gone.
     disconnect(qApp, nullptr, this, nullptr);
 }
 
@@ -81,7 +80,7 @@ void MainWindow::setUp()
     installAccessibleWindows();
     FusionStyle::install();
     m_ui->setupUi(this);
-    // A screen with large pixels may have no room for the usual size.
+    // A screen with few pixels may have no room for the usual size.
     resize(size().boundedTo(screen()->availableSize() * shareOfScreen));
     m_ui->DropView->setImageNamed(u"dropN"_s);
     m_ui->filesTable->setDropView(m_ui->DropView);
@@ -138,7 +137,7 @@ bool MainWindow::addFiles(const QStringList &paths)
     if (!paths.isEmpty()) {
         m_ui->spinner->show();
         const auto hideSpinner = qScopeGuard([this] { m_ui->spinner->hide(); });
-        // The window does not come to paint by itself before the walk is over.
+        // The window does not paint by itself until the walk is over.
         m_ui->bottomLayout->activate();
         m_ui->bottomBar->repaint();
         for (const QString &path : paths)

@@ -32,7 +32,7 @@ QString summaryOf(const RunOutcome &outcome)
                               : QStringLiteral("Minified %1 files").arg(outcome.count);
 }
 
-/// As people write it who are at home there.
+/// With "~" for the home folder.
 QString withTilde(const QString &folder)
 {
     const QString home = QDir::homePath();
@@ -50,7 +50,7 @@ RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Noti
     const auto forget = [this] { m_sentences.clear(); };
     connect(&m_ofSources, &Notification::dismissed, this, forget);
     connect(&m_ofSources, &Notification::clicked, this, forget);
-    // A window that is minimised no more may have got the focus before it knows.
+    // A window may get the focus before it hears that it is no longer minimised.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &RunNews::withdrawIfLookedAt);
     m_window.installEventFilter(this);
 }
@@ -71,7 +71,7 @@ void RunNews::runEnded(int run, const RunOutcome &outcome)
     notify(outcome);
 }
 
-/// Runs that have ended still count while others are under way, or the progress would go back.
+/// Ended runs count until all have ended, or the progress would go back.
 void RunNews::showProgress()
 {
     if (std::ranges::all_of(m_runs, [](const auto &run) { return run.second.ended; })) {
@@ -86,7 +86,7 @@ void RunNews::showProgress()
         done += run.done;
         count += run.count;
     }
-    // A dock need not hear of what cannot be seen on an icon.
+    // Smaller steps cannot be seen on an icon.
     const int percent = count == 0 ? 0 : static_cast<int>(100 * done / count);
     if (std::exchange(m_percent, percent) != percent)
         m_dockTile.setProgress(static_cast<double>(done) / static_cast<double>(std::max<qint64>(count, 1)));
@@ -126,7 +126,7 @@ void RunNews::withdrawIfLookedAt()
         m_ofRuns.withdraw();
 }
 
-/// Its dialogs and panels are looked at with it.
+/// Includes the window's dialogs and panels.
 bool RunNews::isLookedAt() const
 {
     return m_window.isVisible() && !m_window.isMinimized() && QGuiApplication::focusWindow() != nullptr;

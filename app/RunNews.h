@@ -38,13 +38,13 @@ public:
     RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
             QObject *parent = nullptr);
 
-    /// The run with this number, which no other has while runs are under way, has worked on so many files.
+    /// How many files the run with this number has worked on. Numbers are unique.
     void setProgress(int run, int done, int count);
 
     void runEnded(int run, const RunOutcome &outcome);
 
-    /// Says these sentences about sources, on standard error too. No window says them, so whoever looks at
-    /// one is notified all the same, and they stay until the user has closed them.
+    /// Shows these sentences about sources in a notification that stays until the user closes it, even while
+    /// the window has the focus, as the window does not show them. Prints them on standard error too.
     void tell(const QStringList &sentences);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -14,7 +14,7 @@ namespace brevant {
 SavePanel::SavePanel(const QString &kind, const QString &name, QWidget *parent)
     : QFileDialog(parent, tr("Save Combined File")), m_kind(kind)
 {
-    // Only our own panel lets us see to the ending before it asks whether to replace a file.
+    // Only Qt's own panel lets us correct the extension before it asks whether to replace a file.
     setOption(DontUseNativeDialog);
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
@@ -55,7 +55,7 @@ void SavePanel::accept()
 
 void SavePanel::done(int result)
 {
-    // Asked last, as the question whether to replace a file can stand for long.
+    // Checked last: the question whether to replace a file can stay open for long.
     if (result != Accepted || m_savingAllowed)
         QFileDialog::done(result);
 }

@@ -58,8 +58,7 @@ bool mayHaveDisplay(int argc, char *argv[])
 std::future<void> loadFonts()
 {
     return std::async(std::launch::async, [] {
-        // The display server is not to wait for this. On Linux a thread has a nice value of its own:
-        // sched(7).
+        // Must not slow the display server. On Linux each thread has its own nice value: sched(7).
         ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
         FcInit();
     });
@@ -68,10 +67,10 @@ std::future<void> loadFonts()
 void setUpApplication()
 {
     nameApplication();
-    // No display name: Qt would put it behind the title of every window that does not end in it.
+    // No display name: Qt would append it to the titles of windows.
     QGuiApplication::setDesktopFileName(u"org.brevant.Brevant"_s);
     QIcon::setFallbackThemeName(u"breeze"_s);
-    // Where Qt's file panels would keep the folders that were shown, in a file for all programs made with Qt.
+    // Keeps Qt's file panels from storing the folders shown in a file shared by all Qt programs.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s);
 }
 
@@ -83,7 +82,7 @@ Launch launchOnCommandLine()
     parser.addVersionOption();
     const QCommandLineOption minify(u"minify"_s, u"Minify the list once the files are on it."_s);
     parser.addOption(minify);
-    // The name that the desktop's own programs have for it.
+    // The same name as in the programs of the desktop.
     QCommandLineOption service(u"gapplication-service"_s);
     service.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(service);

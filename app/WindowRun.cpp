@@ -80,11 +80,11 @@ void WindowRun::entryEnded(const EntryResult &result)
 
 void WindowRun::runEnded(RunEnd end, const QString &status)
 {
-    // Whoever has asked for the end need not be told of it.
+    // Whoever has asked for the end is not notified of it.
     m_outcome.end = m_stop != Stop::No ? RunEnd::Stopped : end;
     m_outcome.folder = m_folder.value_or(QString());
     if (end == RunEnd::Completed)
-        m_outcome.count = m_done; // without those that were taken off the list meanwhile
+        m_outcome.count = m_done; // without files taken off the list meanwhile
     else
         m_outcome.reason = status;
     const bool isPlayed = m_app.settings.isTrue(soundCheckerKeyString);

@@ -16,7 +16,7 @@ namespace brevant {
 struct AppContext;
 
 /// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is
-/// handed to the main thread, in order, and never waited for. What it works on must outlive that.
+/// handed to the main thread, in order, and never waited for. The context must outlive that.
 class WindowRun final : public RunObserver {
 public:
     WindowRun(AppContext &context, const std::atomic<Stop> &stop);

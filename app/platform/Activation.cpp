@@ -53,7 +53,7 @@ std::optional<xcb_timestamp_t> timeOf(const QByteArray &startupId)
     return isNumber ? std::optional<xcb_timestamp_t>(time) : std::nullopt;
 }
 
-// Tells the launcher that it need not show any longer that a program is starting.
+// Ends the launcher's feedback that a program is starting.
 void endStartupNotice(xcb_connection_t *display, xcb_window_t root, xcb_window_t window,
                       const QByteArray &startupId)
 {
@@ -74,7 +74,7 @@ void endStartupNotice(xcb_connection_t *display, xcb_window_t root, xcb_window_t
     }
 }
 
-// Qt would ask with the time of what the user last did in this program, which is too old by now.
+// Qt would send the time of the last user action in this program, which is too old by now.
 // https://specifications.freedesktop.org/wm-spec/latest/ar01s03.html, _NET_ACTIVE_WINDOW
 void activateOnX11(xcb_connection_t *display, xcb_window_t window, const QByteArray &startupId)
 {
@@ -111,11 +111,10 @@ void activate(QWindow &window, const QVariantMap &platformData)
     if (!token.isEmpty() && QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"))) {
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // where Qt looks for it
         window.requestActivate();
-        qunsetenv("XDG_ACTIVATION_TOKEN"); // nothing that we start may use it
+        qunsetenv("XDG_ACTIVATION_TOKEN"); // not for our child processes
     }
     const QByteArray startupId = platformData.value(startupIdKey).toString().toUtf8();
-    // Other platforms that run beside an X server have this interface, too, but windows that it does not
-    // know.
+    // Other platforms may have this interface too, but their windows are not known to the X server.
     const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!startupId.isEmpty() && x11 != nullptr && QGuiApplication::platformName() == QLatin1StringView("xcb"))
         activateOnX11(x11->connection(), static_cast<xcb_window_t>(window.winId()), startupId);

@@ -8,13 +8,13 @@ class QWindow;
 
 namespace brevant {
 
-/// What this process was given to prove that its user asked for it: "activation-token" (Wayland) and
-/// "desktop-startup-id" (X11), each if there is one. To be asked before there is a QApplication, which takes
-/// both out of the environment. The keys: the same page as in app/ApplicationService.h.
+/// The right to come to the front that this process was started with: "activation-token" (Wayland) and
+/// "desktop-startup-id" (X11), each if there is one. To be called before there is a QApplication, which takes
+/// both out of the environment. The keys are those of the interface in app/ApplicationService.h.
 [[nodiscard]] QVariantMap activationFromEnvironment();
 
-/// Makes a visible window the active one, with what another process was given. Without it, or on another
-/// display, the call does nothing.
+/// Makes a visible window the active one with the right that another process was given. Does nothing without
+/// it, or on another display.
 void activate(QWindow &window, const QVariantMap &platformData);
 
 } // namespace brevant

@@ -17,7 +17,7 @@ void DockTile::setBadgeLabel(const QString &label)
     m_badgeLabel = label;
     bool isNumber = false;
     const qlonglong count = label.toLongLong(&isNumber);
-    // Listeners want exactly these types: an int64 and a boolean.
+    // Listeners expect exactly these types: an int64 and a boolean.
     update({{QStringLiteral("count"), QVariant::fromValue<qlonglong>(isNumber ? count : 0)},
             {QStringLiteral("count-visible"), isNumber}});
 }

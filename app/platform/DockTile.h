@@ -12,21 +12,21 @@ namespace brevant {
 
 /// The application's icon in the dock or task bar: the number on it and the progress under it.
 ///
-/// Both are told to whoever listens on the session bus. The listeners forget them when this program leaves
-/// the bus. Where there is no bus nothing happens.
+/// Both are broadcast on the session bus. Listeners forget them when this program leaves the bus. Without a
+/// bus nothing happens.
 class DockTile final {
 public:
-    /// Without a connection, that of the session, which is made when it is first needed.
+    /// Without a connection the session bus is used, connected when first needed.
     explicit DockTile(std::optional<QDBusConnection> bus = {});
 
-    /// Shows a number, written in decimal digits. "" takes it away, as does a text that is no number, which a
-    /// dock cannot show.
+    /// Shows a number, written in decimal digits. "" removes it, as does any other text: a dock shows numbers
+    /// only.
     void setBadgeLabel(const QString &label);
 
     /// The last label that was set.
     [[nodiscard]] const QString &badgeLabel() const { return m_badgeLabel; }
 
-    /// Shows how much is done, from 0 to 1; what lies outside is cut off. Nothing takes the progress away.
+    /// Shows how much is done, from 0 to 1; other values are clamped. No value removes the progress.
     void setProgress(std::optional<double> progress);
 
     [[nodiscard]] std::optional<double> progress() const { return m_progress; }

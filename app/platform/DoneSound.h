@@ -23,8 +23,8 @@ struct SoundSamples {
 /// Decodes a sound file of any kind that libsndfile knows. Nothing if it is no sound.
 [[nodiscard]] std::optional<SoundSamples> decodedSound(QIODevice &file);
 
-/// The sound at the end of a run. Whatever the sound server does, or if there is none, no call here blocks
-/// and nothing is printed. The end of the program does not wait for the sound, but cuts it off.
+/// The sound at the end of a run. Whatever the sound server does, or without one, no call here blocks and
+/// nothing is printed. The end of the program cuts the sound off.
 class DoneSound {
 public:
     DoneSound() = default;

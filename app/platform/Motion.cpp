@@ -10,7 +10,7 @@ namespace brevant {
 
 namespace {
 
-constexpr int portalTimeout = 100; // milliseconds: a window waits for it
+constexpr int portalTimeout = 100; // milliseconds; a window waits for the answer
 
 /// One setting of the desktop, as org.freedesktop.portal.Settings tells it; invalid if it does not.
 QVariant desktopSetting(const QDBusConnection &bus, const QString &group, const QString &key)

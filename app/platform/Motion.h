@@ -7,8 +7,8 @@
 namespace brevant {
 
 /// Whether the user has asked the desktop for less motion: GNOME's switch for animations, or KDE's animation
-/// speed at "instant", as the desktop portal tells them. A portal that is not running, or does not answer at
-/// once, has heard of no such wish.
+/// speed at "instant", as the desktop portal tells them. False if the portal is not running or does not
+/// answer at once.
 [[nodiscard]] bool isMotionReduced(const QDBusConnection &bus = QDBusConnection::sessionBus());
 
 } // namespace brevant

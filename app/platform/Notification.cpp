@@ -100,7 +100,7 @@ void Notification::close()
     bus().send(call);
 }
 
-/// Notifications of other programs are heard of as well; the number tells ours.
+/// The signals come for the notifications of all programs; the number identifies ours.
 void Notification::listen()
 {
     QDBusConnection connection = bus();

@@ -22,17 +22,17 @@ class Notification final : public QObject {
     Q_OBJECT
 
 public:
-    /// Without a connection, that of the session, which is made when it is first needed.
+    /// Without a connection the session bus is used, connected when first needed.
     explicit Notification(std::optional<QDBusConnection> bus = {}, QObject *parent = nullptr);
 
-    /// What was asked for last is seen through, so that a program can say something and end: a service that
-    /// has to be started first forgets those who have left. This waits for the service, but not for long.
+    /// Waits, but not for long, until the service has shown what was asked for last: one that has to be
+    /// started first would drop a notification whose sender has left the bus.
     ~Notification() override;
 
     /// Shows two texts, neither of which is taken for markup, in place of those shown before.
     void show(const QString &summary, const QString &body = {});
 
-    /// From now on it stays until somebody closes it, where the service can do that.
+    /// From now on it stays until the user closes it, if the service supports that.
     void stayUntilClosed() { m_stays = true; }
 
     /// Takes it away, if it is still there.
@@ -67,8 +67,8 @@ private:
     [[nodiscard]] QDBusConnection bus() const;
 
     std::optional<QDBusConnection> m_bus;
-    std::optional<Text> m_wanted;              ///< what is to be seen
-    bool m_isTold = true;                      ///< whether the service has been told so
+    std::optional<Text> m_wanted;              ///< what is to be shown
+    bool m_isTold = true;                      ///< whether the service knows
     std::optional<uint> m_id;                  ///< of what is shown; 0 while the service has not told
     std::optional<bool> m_understandsMarkup;   ///< whether the service does, once it has been asked
     QDBusPendingCallWatcher *m_call = nullptr; ///< waits for an answer; a child of this

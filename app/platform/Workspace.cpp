@@ -55,13 +55,8 @@ QString operatingSystemVersionString()
                               QSysInfo::kernelVersion());
 }
 
-Workspace::Workspace(std::optional<QDBusConnection> bus)
-    : Workspace(std::move(bus), [](const QUrl &url) { return QDesktopServices::openUrl(url); })
-{
-}
-
 Workspace::Workspace(std::optional<QDBusConnection> bus, UrlOpener opener)
-    : m_bus(std::move(bus)), m_opener(std::move(opener))
+    : m_bus(std::move(bus)), m_opener(opener ? std::move(opener) : &QDesktopServices::openUrl)
 {
 }
 

@@ -38,10 +38,9 @@ public:
     /// Opens an address and tells whether somebody took it.
     using UrlOpener = std::function<bool(const QUrl &)>;
 
-    /// Opens addresses with the desktop's own programs.
-    /// Without a connection, that of the session, which is made when it is first needed.
-    explicit Workspace(std::optional<QDBusConnection> bus = {});
-    Workspace(std::optional<QDBusConnection> bus, UrlOpener opener);
+    /// Without a connection the session bus is used, connected when first needed; without an opener, the
+    /// desktop's own programs open addresses.
+    explicit Workspace(std::optional<QDBusConnection> bus = {}, UrlOpener opener = {});
 
     /// Opens an address in the program the user has chosen for it. False if there is none.
     [[nodiscard]] bool openUrl(const QUrl &url) const;
