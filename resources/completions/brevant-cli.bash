@@ -5,12 +5,8 @@
 
 # KEY=VALUE in $cur. Readline replaces what follows the last "=" only, if that breaks words.
 _brevant_cli_setting() {
-    local -r texts='suffixKeyString selectedFolderKeyString lineBreakKeyString selectedEncodingKeyString'
-    local -r switches='suffixSwitcherKeyString sameFolderKeyString gzipCheckerKeyString
-        lineBreakSwitcherKeyString nomungeSwitcherKeyString preserveSemiSwitcherKeyString
-        disableOptimizationsSwitcherKeyString enableHTMLCheckerKeyString enablePHPCheckerKeyString
-        keepXMLSpaceCheckerKeyString filterCheckerKeyString autoMinifyCheckerKeyString
-        soundCheckerKeyString badgeCheckerKeyString'
+    local -r texts='@BREVANT_TEXT_SETTINGS@'
+    local -r switches='@BREVANT_BOOLEAN_SETTINGS@'
     local -r encodings='utf-8 gb2312 gbk gb18030 big5 big5-hkscs shift-jis iso-2022-jp iso-2022-kr
         iso-8859-1 iso-8859-15'
     if [[ $cur != *=* ]]; then
@@ -27,7 +23,7 @@ _brevant_cli_setting() {
     selectedEncodingKeyString) mapfile -t COMPREPLY < <(compgen -P "$prefix" -W "$encodings" -- "$cur") ;;
     selectedFolderKeyString) _filedir -d ;;
     *)
-        if [[ " ${switches//$'\n'/ } " == *" $key "* ]]; then
+        if [[ " $switches " == *" $key "* ]]; then
             mapfile -t COMPREPLY < <(compgen -P "$prefix" -W 'true false' -- "$cur")
         fi
         ;;

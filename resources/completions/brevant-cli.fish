@@ -8,12 +8,8 @@ end
 
 # KEY= for each setting, then its values.
 function __brevant_cli_settings
-    set -l texts suffixKeyString lineBreakKeyString
-    set -l switches suffixSwitcherKeyString sameFolderKeyString gzipCheckerKeyString \
-        lineBreakSwitcherKeyString nomungeSwitcherKeyString preserveSemiSwitcherKeyString \
-        disableOptimizationsSwitcherKeyString enableHTMLCheckerKeyString enablePHPCheckerKeyString \
-        keepXMLSpaceCheckerKeyString filterCheckerKeyString autoMinifyCheckerKeyString \
-        soundCheckerKeyString badgeCheckerKeyString
+    set -l texts (string match -v 'selected*' @BREVANT_TEXT_SETTINGS@)
+    set -l switches @BREVANT_BOOLEAN_SETTINGS@
     set -l encodings utf-8 gb2312 gbk gb18030 big5 big5-hkscs shift-jis iso-2022-jp iso-2022-kr \
         iso-8859-1 iso-8859-15
     set -l folder (commandline -ct | string match -r 'selectedFolderKeyString=(.*)')[2]

@@ -273,7 +273,7 @@ void tst_CommandLine::everyKeyCanBeSet()
     for (const auto &[key, value] : line.settings)
         actual << key;
     QCOMPARE(error, QString());
-    QCOMPARE(expected.size(), 18);
+    QVERIFY(expected.size() >= 18);
     QCOMPARE(actual, expected);
 }
 

@@ -17,36 +17,9 @@
 
 using namespace brevant;
 using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 /// One store and many threads. Worth most under the thread sanitizer.
-class tst_SettingsThreads final : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-    void readersDuringWrites();
-    void readersDuringForeignChanges();
-    void setFromManyThreads();
-    void synchronizeWhileOthersSet();
-    void storesOnOneFile();
-    void endsWithAWriteUnderWay();
-
-private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
-    [[nodiscard]] QJsonObject fileContent() const
-    {
-        return QJsonDocument::fromJson(readFile(m_path)).object();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
-};
-
 namespace {
 
 /// Reads until told to stop; counts values that nobody has ever set.
@@ -94,115 +67,135 @@ private:
 
 } // namespace
 
-void tst_SettingsThreads::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-    m_path = m_folder->filePath(QStringLiteral("settings.json"));
-}
+class tst_SettingsThreads final : public QObject {
+    Q_OBJECT
 
-void tst_SettingsThreads::readersDuringWrites()
-{
-    const auto store = makeStore();
-    store->setObject(1, suffixKeyString);
-    Readers readers(*store);
-    for (int i = 2; i <= 100; ++i) {
-        store->setObject(i, suffixKeyString);
-        if (i % 10 == 0)
-            store->synchronize();
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+        m_path = m_folder->filePath(u"settings.json"_s);
     }
-    store->synchronize();
-    QCOMPARE(readers.stop(), 0);
-    QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QStringLiteral("100")));
-}
 
-void tst_SettingsThreads::readersDuringForeignChanges()
-{
-    QVERIFY(writeFile(m_path, "{\"suffixKeyString\": 1}"));
-    const auto store = makeStore();
-    const QSignalSpy notices(store.get(), &SettingsStore::didChange);
-    Readers readers(*store);
-    for (int i = 2; i <= 100; ++i) {
-        QVERIFY(replaceFile(m_path, "{\"suffixKeyString\": " + QByteArray::number(i) + "}"));
-        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QString::number(i)));
-    }
-    QCOMPARE(readers.stop(), 0);
-    QTRY_COMPARE(notices.count(), 99); // one for each change, whoever of the five saw it first
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(notices.count(), 99);
-}
-
-void tst_SettingsThreads::setFromManyThreads()
-{
-    const auto store = makeStore();
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&store, thread] {
-            const QLatin1StringView key = allSettingKeys[static_cast<std::size_t>(thread)].key;
-            for (int i = 0; i < 50; ++i)
-                store->setObject(i, key);
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    store->synchronize();
-    QJsonObject expected;
-    for (std::size_t i = 0; i < 4; ++i)
-        expected.insert(allSettingKeys[i].key, 49);
-    QCOMPARE(fileContent(), expected);
-}
-
-void tst_SettingsThreads::synchronizeWhileOthersSet()
-{
-    const auto store = makeStore();
-    std::atomic<bool> stop = false;
-    std::thread other([&] {
-        for (int i = 0; !stop; ++i) {
-            store->setObject(i, lineBreakKeyString);
-            std::this_thread::yield();
-        }
-    });
-    for (int i = 0; i < 20; ++i) {
-        store->setObject(i, suffixKeyString);
-        store->synchronize(); // for what was set so far, however much follows
-        QCOMPARE(fileContent().value(suffixKeyString).toInt(-1), i);
-    }
-    stop = true;
-    other.join();
-}
-
-void tst_SettingsThreads::storesOnOneFile()
-{
-    // As two processes would: neither takes away what the other has set.
-    constexpr int rounds = 25;
-    std::vector<std::thread> threads;
-    for (std::size_t which = 0; which < 3; ++which) {
-        threads.emplace_back([this, which] {
-            const auto store = makeStore();
-            for (int i = 1; i <= rounds; ++i) {
-                store->setObject(i, allSettingKeys[which].key);
+    void readersDuringWrites()
+    {
+        const auto store = makeStore();
+        store->setObject(1, suffixKeyString);
+        Readers readers(*store);
+        for (int i = 2; i <= 100; ++i) {
+            store->setObject(i, suffixKeyString);
+            if (i % 10 == 0)
                 store->synchronize();
+        }
+        store->synchronize();
+        QCOMPARE(readers.stop(), 0);
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(u"100"_s));
+    }
+
+    void readersDuringForeignChanges()
+    {
+        QVERIFY(writeFile(m_path, "{\"suffixKeyString\": 1}"));
+        const auto store = makeStore();
+        const QSignalSpy notices(store.get(), &SettingsStore::didChange);
+        Readers readers(*store);
+        for (int i = 2; i <= 100; ++i) {
+            QVERIFY(replaceFile(m_path, "{\"suffixKeyString\": " + QByteArray::number(i) + "}"));
+            QCOMPARE(store->stringForKey(suffixKeyString), std::optional(QString::number(i)));
+        }
+        QCOMPARE(readers.stop(), 0);
+        QTRY_COMPARE(notices.count(), 99); // one for each change, whoever of the five saw it first
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(notices.count(), 99);
+    }
+
+    void setFromManyThreads()
+    {
+        const auto store = makeStore();
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([&store, thread] {
+                const QLatin1StringView key = allSettingKeys[static_cast<std::size_t>(thread)].key;
+                for (int i = 0; i < 50; ++i)
+                    store->setObject(i, key);
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        store->synchronize();
+        QJsonObject expected;
+        for (std::size_t i = 0; i < 4; ++i)
+            expected.insert(allSettingKeys[i].key, 49);
+        QCOMPARE(fileContent(), expected);
+    }
+
+    void synchronizeWhileOthersSet()
+    {
+        const auto store = makeStore();
+        std::atomic<bool> stop = false;
+        std::thread other([&] {
+            for (int i = 0; !stop; ++i) {
+                store->setObject(i, lineBreakKeyString);
+                std::this_thread::yield();
             }
         });
+        for (int i = 0; i < 20; ++i) {
+            store->setObject(i, suffixKeyString);
+            store->synchronize(); // for what was set so far, however much follows
+            QCOMPARE(fileContent().value(suffixKeyString).toInt(-1), i);
+        }
+        stop = true;
+        other.join();
     }
-    for (std::thread &thread : threads)
-        thread.join();
-    QJsonObject expected;
-    for (std::size_t which = 0; which < 3; ++which)
-        expected.insert(allSettingKeys[which].key, rounds);
-    QCOMPARE(fileContent(), expected);
-}
 
-void tst_SettingsThreads::endsWithAWriteUnderWay()
-{
-    for (int i = 0; i < 30; ++i) {
-        const auto store = makeStore();
-        QVERIFY(replaceFile(m_path, "{\"suffixKeyString\": " + QByteArray::number(i) + "}"));
-        store->setObject(i, lineBreakKeyString); // its writer finds the change above, and sends a notice
+    void storesOnOneFile()
+    {
+        // As two processes would: neither takes away what the other has set.
+        constexpr int rounds = 25;
+        std::vector<std::thread> threads;
+        for (std::size_t which = 0; which < 3; ++which) {
+            threads.emplace_back([this, which] {
+                const auto store = makeStore();
+                for (int i = 1; i <= rounds; ++i) {
+                    store->setObject(i, allSettingKeys[which].key);
+                    store->synchronize();
+                }
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QJsonObject expected;
+        for (std::size_t which = 0; which < 3; ++which)
+            expected.insert(allSettingKeys[which].key, rounds);
+        QCOMPARE(fileContent(), expected);
     }
-    const QJsonObject expected{{suffixKeyString, 29}, {lineBreakKeyString, 29}};
-    QCOMPARE(fileContent(), expected);
-}
+
+    void endsWithAWriteUnderWay()
+    {
+        for (int i = 0; i < 30; ++i) {
+            const auto store = makeStore();
+            QVERIFY(replaceFile(m_path, "{\"suffixKeyString\": " + QByteArray::number(i) + "}"));
+            store->setObject(i, lineBreakKeyString); // its writer finds the change above, and sends a notice
+        }
+        const QJsonObject expected{{suffixKeyString, 29}, {lineBreakKeyString, 29}};
+        QCOMPARE(fileContent(), expected);
+    }
+
+private:
+    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
+    {
+        auto store = std::make_unique<SettingsStore>(m_path);
+        store->registerDefaults(registeredDefaults());
+        return store;
+    }
+    [[nodiscard]] QJsonObject fileContent() const
+    {
+        return QJsonDocument::fromJson(readFile(m_path)).object();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+};
 
 BREVANT_TEST(tst_SettingsThreads, QCoreApplication)
 #include "tst_SettingsThreads.moc"

@@ -17,6 +17,7 @@
 #include <optional>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,274 +47,260 @@ class tst_SourceText final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void contrasts_data();
-    void contrasts();
-    void lexers_data();
-    void lexers();
-    void styleSheetsWithinAPage();
-    void followsThePalette();
-    void isReadOnly();
-    void numbersOnlyRealLines();
-    void noLineAfterTheLastOne_data();
-    void noLineAfterTheLastOne();
-    void selectionWithoutFolds();
-    void rightToLeftTakesItsRoom_data();
-    void rightToLeftTakesItsRoom();
-    void sameTextStaysWhereItIs();
-};
+    void contrasts_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::addColumn<double>("least");
+        QTest::newRow("light") << paletteOf(0xFCFCFC, 0x232629) << 7.0;
+        QTest::newRow("dark") << paletteOf(0x1E1E1E, 0xEEEEEE) << 7.0;
+        QTest::newRow("high contrast") << paletteOf(0x000000, 0xFFFFFF) << 7.0;
+        QTest::newRow("high contrast, light") << paletteOf(0xFFFFFF, 0x000000) << 7.0;
+        QTest::newRow("sepia") << paletteOf(0xF4ECD8, 0x1A1208) << 7.0;
+        QTest::newRow("grey") << paletteOf(0x808080, 0x000000) << 5.0;
+        QTest::newRow("blue") << paletteOf(0x002B55, 0xF0F0F0) << 7.0;
+    }
 
-void tst_SourceText::contrasts_data()
-{
-    QTest::addColumn<QPalette>("palette");
-    QTest::addColumn<double>("least");
-    QTest::newRow("light") << paletteOf(0xFCFCFC, 0x232629) << 7.0;
-    QTest::newRow("dark") << paletteOf(0x1E1E1E, 0xEEEEEE) << 7.0;
-    QTest::newRow("high contrast") << paletteOf(0x000000, 0xFFFFFF) << 7.0;
-    QTest::newRow("high contrast, light") << paletteOf(0xFFFFFF, 0x000000) << 7.0;
-    QTest::newRow("sepia") << paletteOf(0xF4ECD8, 0x1A1208) << 7.0;
-    QTest::newRow("grey") << paletteOf(0x808080, 0x000000) << 5.0;
-    QTest::newRow("blue") << paletteOf(0x002B55, 0xF0F0F0) << 7.0;
-}
+    void contrasts()
+    {
+        QFETCH(QPalette, palette);
+        QFETCH(double, least);
+        const PreviewTheme theme(palette);
+        for (int role = 0; role <= int(TextRole::Special); ++role)
+            QVERIFY2(contrast(theme.color(TextRole(role)), theme.paper()) >= least,
+                     qPrintable(QString::number(role)));
+        QVERIFY(contrast(theme.quiet(), theme.paper()) >= (isHighContrast(palette) ? 7 : 4.5));
 
-void tst_SourceText::contrasts()
-{
-    QFETCH(QPalette, palette);
-    QFETCH(double, least);
-    const PreviewTheme theme(palette);
-    for (int role = 0; role <= int(TextRole::Special); ++role)
-        QVERIFY2(contrast(theme.color(TextRole(role)), theme.paper()) >= least,
-                 qPrintable(QString::number(role)));
-    QVERIFY(contrast(theme.quiet(), theme.paper()) >= (isHighContrast(palette) ? 7 : 4.5));
-
-    // And as they reach every style of every lexer.
-    SourceText text(nullptr);
-    text.setPalette(palette);
-    for (const char *path : {"a.css", "a.js", "a.html"}) {
-        text.setContent(contentOf(QString::fromLatin1(path), "a"));
-        QsciLexer *const lexer = qobject_cast<QsciScintilla *>(text.editor())->lexer();
-        for (int style = 0; style < 128; ++style) {
-            if (lexer->description(style).isEmpty())
-                continue;
-            QCOMPARE(lexer->paper(style), theme.paper());
-            QVERIFY2(contrast(lexer->color(style), theme.paper()) >= least,
-                     qPrintable(lexer->description(style)));
+        // And as they reach every style of every lexer.
+        SourceText text(nullptr);
+        text.setPalette(palette);
+        for (const char *path : {"a.css", "a.js", "a.html"}) {
+            text.setContent(contentOf(QString::fromLatin1(path), "a"));
+            QsciLexer *const lexer = qobject_cast<QsciScintilla *>(text.editor())->lexer();
+            for (int style = 0; style < 128; ++style) {
+                if (lexer->description(style).isEmpty())
+                    continue;
+                QCOMPARE(lexer->paper(style), theme.paper());
+                QVERIFY2(contrast(lexer->color(style), theme.paper()) >= least,
+                         qPrintable(lexer->description(style)));
+            }
         }
     }
-}
 
-void tst_SourceText::lexers_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("position");
-    QTest::addColumn<int>("style");
-    QTest::newRow("CSS") << "a.css" << QByteArray("CSS") << QByteArray("/* x */") << 3
-                         << int(QsciLexerCSS::Comment);
-    QTest::newRow("capitals") << "A.CSS" << QByteArray("CSS") << QByteArray("@media x{}") << 3
-                              << int(QsciLexerCSS::MediaRule);
-    QTest::newRow("JavaScript") << "a.js" << QByteArray("JavaScript") << QByteArray("var a") << 1
-                                << int(QsciLexerCPP::Keyword);
-    QTest::newRow("HTML") << "a.html" << QByteArray("HTML") << QByteArray("<p>") << 1
-                          << int(QsciLexerHTML::Tag);
-    QTest::newRow("PHTML") << "a.phtml" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
-                           << int(QsciLexerHTML::PHPVariable);
-    QTest::newRow("PHP") << "a.php" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
-                         << int(QsciLexerHTML::PHPVariable);
-    QTest::newRow("anything else") << "a.txt" << QByteArray("HTML") << QByteArray("x") << 0
-                                   << int(QsciLexerHTML::Default);
-}
-
-void tst_SourceText::lexers()
-{
-    QFETCH(QString, path);
-    QFETCH(QByteArray, language);
-    QFETCH(QByteArray, text);
-    QFETCH(int, position);
-    QFETCH(int, style);
-    SourceText widget(nullptr);
-    widget.setContent(contentOf(QStringLiteral("before.js"), "before"));
-    widget.setContent(contentOf(path, text));
-    auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
-    QCOMPARE(QByteArray(editor->lexer()->language()), language);
-    QCOMPARE(widget.shownText(), QString::fromUtf8(text));
-    editor->SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
-    QCOMPARE(int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, position)), style);
-}
-
-void tst_SourceText::styleSheetsWithinAPage()
-{
-    SourceText widget(nullptr);
-    auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
-    const QByteArray text(
-        "<p>a{b:c}</p><!-- <style>a{} --><stylesheet>a{}</stylesheet><Style media=\"x\">/*k*/"
-        "a{color:red}<?php $x ?></STYLE><p>d{}</p><style>@media x{}");
-    // The colour that an indicator gives to a piece of the text; none without an indicator.
-    const auto colourOf = [&](const QByteArray &piece) -> std::optional<QRgb> {
-        const auto on = static_cast<unsigned long>(editor->SendScintilla(
-            QsciScintilla::SCI_INDICATORALLONFOR, static_cast<unsigned long>(text.lastIndexOf(piece))));
-        if (on == 0)
-            return std::nullopt;
-        const auto bgr = static_cast<QRgb>(editor->SendScintilla(
-            QsciScintilla::SCI_INDICGETFORE, static_cast<unsigned long>(std::countr_zero(on))));
-        return qRgb(int(bgr & 0xFF), int(bgr >> 8 & 0xFF), int(bgr >> 16 & 0xFF));
-    };
-    for (const QRgb base : {0xFFFFFFFF, 0xFF1E1E1E}) {
-        widget.setPalette(paletteOf(base, base ^ 0xFFFFFF));
-        widget.setContent(contentOf(QStringLiteral("a.html"), text));
-        const PreviewTheme theme(widget.palette());
-        QCOMPARE(colourOf("k*/"), theme.color(TextRole::Comment).rgb());
-        QCOMPARE(colourOf("color"), theme.color(TextRole::Name).rgb());
-        QCOMPARE(colourOf("red"), theme.color(TextRole::String).rgb());
-        QCOMPARE(colourOf("media x{"), theme.color(TextRole::Special).rgb());
-        for (const char *piece : {"a{b", "a{} ", "a{}<", "$x", "</STYLE", "d{}"})
-            QVERIFY2(!colourOf(piece), piece);
+    void lexers_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("language");
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("style");
+        QTest::newRow("CSS") << "a.css" << QByteArray("CSS") << QByteArray("/* x */") << 3
+                             << int(QsciLexerCSS::Comment);
+        QTest::newRow("capitals") << "A.CSS" << QByteArray("CSS") << QByteArray("@media x{}") << 3
+                                  << int(QsciLexerCSS::MediaRule);
+        QTest::newRow("JavaScript") << "a.js" << QByteArray("JavaScript") << QByteArray("var a") << 1
+                                    << int(QsciLexerCPP::Keyword);
+        QTest::newRow("HTML") << "a.html" << QByteArray("HTML") << QByteArray("<p>") << 1
+                              << int(QsciLexerHTML::Tag);
+        QTest::newRow("PHTML") << "a.phtml" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
+                               << int(QsciLexerHTML::PHPVariable);
+        QTest::newRow("PHP") << "a.php" << QByteArray("HTML") << QByteArray("<?php $a ?>") << 7
+                             << int(QsciLexerHTML::PHPVariable);
+        QTest::newRow("anything else")
+            << "a.txt" << QByteArray("HTML") << QByteArray("x") << 0 << int(QsciLexerHTML::Default);
     }
-    widget.setContent(contentOf(QStringLiteral("a.css"), text));
-    QVERIFY(!colourOf("color"));
-}
 
-void tst_SourceText::followsThePalette()
-{
-    SourceText text(nullptr);
-    text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
-    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
-    for (const QRgb base : {0xFF1E1E1E, 0xFFFFFFFF}) {
-        text.setPalette(paletteOf(base, base ^ 0xFFFFFF));
-        QCOMPARE(editor->lexer()->paper(QsciLexerCSS::Value), QColor(base));
-        const auto shown = editor->SendScintilla(QsciScintilla::SCI_STYLEGETBACK, int(QsciLexerCSS::Value));
-        QCOMPARE(QRgb(shown), base & 0xFFFFFF);
+    void lexers()
+    {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, language);
+        QFETCH(QByteArray, text);
+        QFETCH(int, position);
+        QFETCH(int, style);
+        SourceText widget(nullptr);
+        widget.setContent(contentOf(u"before.js"_s, "before"));
+        widget.setContent(contentOf(path, text));
+        auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+        QCOMPARE(QByteArray(editor->lexer()->language()), language);
+        QCOMPARE(widget.shownText(), QString::fromUtf8(text));
+        editor->SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
+        QCOMPARE(int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, position)), style);
     }
-}
 
-void tst_SourceText::isReadOnly()
-{
-    SourceText text(nullptr);
-    text.setContent(contentOf(QStringLiteral("a.css"), "a{}"));
-    QTest::keyClicks(text.editor(), QStringLiteral("xyz"));
-    QTest::keyClick(text.editor(), Qt::Key_Delete);
-    QCOMPARE(text.shownText(), QStringLiteral("a{}"));
-}
+    void styleSheetsWithinAPage()
+    {
+        SourceText widget(nullptr);
+        auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+        const QByteArray text(
+            "<p>a{b:c}</p><!-- <style>a{} --><stylesheet>a{}</stylesheet><Style media=\"x\">/*k*/"
+            "a{color:red}<?php $x ?></STYLE><p>d{}</p><style>@media x{}");
+        // The colour that an indicator gives to a piece of the text; none without an indicator.
+        const auto colourOf = [&](const QByteArray &piece) -> std::optional<QRgb> {
+            const auto on = static_cast<unsigned long>(editor->SendScintilla(
+                QsciScintilla::SCI_INDICATORALLONFOR, static_cast<unsigned long>(text.lastIndexOf(piece))));
+            if (on == 0)
+                return std::nullopt;
+            const auto bgr = static_cast<QRgb>(editor->SendScintilla(
+                QsciScintilla::SCI_INDICGETFORE, static_cast<unsigned long>(std::countr_zero(on))));
+            return qRgb(int(bgr & 0xFF), int(bgr >> 8 & 0xFF), int(bgr >> 16 & 0xFF));
+        };
+        for (const QRgb base : {0xFFFFFFFF, 0xFF1E1E1E}) {
+            widget.setPalette(paletteOf(base, base ^ 0xFFFFFF));
+            widget.setContent(contentOf(u"a.html"_s, text));
+            const PreviewTheme theme(widget.palette());
+            QCOMPARE(colourOf("k*/"), theme.color(TextRole::Comment).rgb());
+            QCOMPARE(colourOf("color"), theme.color(TextRole::Name).rgb());
+            QCOMPARE(colourOf("red"), theme.color(TextRole::String).rgb());
+            QCOMPARE(colourOf("media x{"), theme.color(TextRole::Special).rgb());
+            for (const char *piece : {"a{b", "a{} ", "a{}<", "$x", "</STYLE", "d{}"})
+                QVERIFY2(!colourOf(piece), piece);
+        }
+        widget.setContent(contentOf(u"a.css"_s, text));
+        QVERIFY(!colourOf("color"));
+    }
 
-void tst_SourceText::numbersOnlyRealLines()
-{
-    SourceText text(nullptr);
-    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
-    text.setContent(contentOf(QStringLiteral("a.css"), "a\nb"));
-    QVERIFY(editor->marginWidth(0) > 0);
-    PreviewContent folded = contentOf(QStringLiteral("b.css"), "a\nb");
-    folded.folds = {1};
-    text.setContent(folded);
-    QCOMPARE(editor->marginWidth(0), 0);
-}
+    void followsThePalette()
+    {
+        SourceText text(nullptr);
+        text.setContent(contentOf(u"a.css"_s, "a{}"));
+        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        for (const QRgb base : {0xFF1E1E1E, 0xFFFFFFFF}) {
+            text.setPalette(paletteOf(base, base ^ 0xFFFFFF));
+            QCOMPARE(editor->lexer()->paper(QsciLexerCSS::Value), QColor(base));
+            const auto shown =
+                editor->SendScintilla(QsciScintilla::SCI_STYLEGETBACK, int(QsciLexerCSS::Value));
+            QCOMPARE(QRgb(shown), base & 0xFFFFFF);
+        }
+    }
 
-void tst_SourceText::noLineAfterTheLastOne_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("lines");
-    QTest::newRow("ended") << QByteArray("a\nb\n") << 2;
-    QTest::newRow("not ended") << QByteArray("a\nb") << 2;
-    QTest::newRow("as Windows ends them") << QByteArray("a\r\nb\r\n") << 2;
-    QTest::newRow("as the Macintosh did") << QByteArray("a\rb\r") << 2;
-    QTest::newRow("an empty last line") << QByteArray("a\n\n") << 2;
-    QTest::newRow("nothing but an end") << QByteArray("\n") << 1;
-}
+    void isReadOnly()
+    {
+        SourceText text(nullptr);
+        text.setContent(contentOf(u"a.css"_s, "a{}"));
+        QTest::keyClicks(text.editor(), u"xyz"_s);
+        QTest::keyClick(text.editor(), Qt::Key_Delete);
+        QCOMPARE(text.shownText(), u"a{}"_s);
+    }
 
-void tst_SourceText::noLineAfterTheLastOne()
-{
-    QFETCH(const QByteArray, text);
-    SourceText widget(nullptr);
-    widget.setContent(contentOf(QStringLiteral("a.css"), text));
-    QTEST(qobject_cast<QsciScintilla *>(widget.editor())->lines(), "lines");
-}
+    void numbersOnlyRealLines()
+    {
+        SourceText text(nullptr);
+        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        text.setContent(contentOf(u"a.css"_s, "a\nb"));
+        QVERIFY(editor->marginWidth(0) > 0);
+        PreviewContent folded = contentOf(u"b.css"_s, "a\nb");
+        folded.folds = {1};
+        text.setContent(folded);
+        QCOMPARE(editor->marginWidth(0), 0);
+    }
 
-void tst_SourceText::selectionWithoutFolds()
-{
-    SourceText text(nullptr);
-    PreviewContent content = contentOf(QStringLiteral("a.css"), "abc\ndéf\ng\nh");
-    content.folds = {3, 8};
-    text.setContent(content);
-    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
-    QCOMPARE(text.selectedText(), QString());
-    editor->selectAll();
-    QCOMPARE(text.selectedText(), QStringLiteral("abcdéfg\nh"));
-    editor->SendScintilla(QsciScintilla::SCI_SETSEL, 1UL, 5L);
-    QCOMPARE(text.selectedText(), QStringLiteral("bcd"));
-    editor->SendScintilla(QsciScintilla::SCI_SETSEL, 4UL, 8L);
-    QCOMPARE(text.selectedText(), QStringLiteral("déf"));
-}
+    void noLineAfterTheLastOne_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("ended") << QByteArray("a\nb\n") << 2;
+        QTest::newRow("not ended") << QByteArray("a\nb") << 2;
+        QTest::newRow("as Windows ends them") << QByteArray("a\r\nb\r\n") << 2;
+        QTest::newRow("as the Macintosh did") << QByteArray("a\rb\r") << 2;
+        QTest::newRow("an empty last line") << QByteArray("a\n\n") << 2;
+        QTest::newRow("nothing but an end") << QByteArray("\n") << 1;
+    }
 
-void tst_SourceText::rightToLeftTakesItsRoom_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("words");
-    QTest::addColumn<QString>("after");
-    const QString hebrew = QStringLiteral("שלום, עולם");
-    QTest::newRow("text of a page") << "a.html"
-                                    << "<p>" << hebrew << "</p>";
-    QTest::newRow("within other text") << "a.html"
-                                       << "<p>one " << hebrew << " two</p>";
-    QTest::newRow("attribute") << "a.html"
-                               << "<p title=\"" << hebrew << "\">x</p>";
-    QTest::newRow("Arabic") << "a.html"
-                            << "<p>" << QStringLiteral("مرحبا بالعالم") << "<b>x</b></p>";
-    QTest::newRow("string") << "a.js"
-                            << "var a = '" << hebrew << "' + b;";
-    QTest::newRow("comment") << "a.css"
-                             << "/* " << hebrew << " */ a{}";
-}
+    void noLineAfterTheLastOne()
+    {
+        QFETCH(const QByteArray, text);
+        SourceText widget(nullptr);
+        widget.setContent(contentOf(u"a.css"_s, text));
+        QTEST(qobject_cast<QsciScintilla *>(widget.editor())->lines(), "lines");
+    }
 
-void tst_SourceText::rightToLeftTakesItsRoom()
-{
-    QFETCH(const QString, name);
-    QFETCH(const QString, before);
-    QFETCH(const QString, words);
-    QFETCH(const QString, after);
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const QString whole = before + words + after;
-    file.write(whole.toUtf8());
-    file.close();
-    const auto content = readPreview(file.fileName(), QStringLiteral("utf-8"), [] { return false; });
-    QVERIFY(content);
-    SourceText text(nullptr);
-    text.resize(900, 200);
-    text.setContent(*content);
-    text.grab(); // lays it out
-    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
-    const auto xOf = [&](qsizetype position) {
-        return int(editor->SendScintilla(QsciScintilla::SCI_POINTXFROMPOSITION, 0UL, long(position)));
-    };
-    const qsizetype begin = content->text.indexOf(words.toUtf8());
-    const qsizetype end = content->text.indexOf(after.toUtf8());
-    QVERIFY(begin > 0 && end > begin);
-    const int style =
-        int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, static_cast<unsigned long>(begin)));
-    const int width = QFontMetrics(editor->lexer()->font(style)).horizontalAdvance(words);
-    QVERIFY2(std::abs(xOf(end) - xOf(before.size()) - width) <= 2,
-             qPrintable(QStringLiteral("%1 to %2, not %3").arg(xOf(before.size())).arg(xOf(end)).arg(width)));
-    QVERIFY(xOf(content->text.size() - 1) > xOf(end));
-    editor->selectAll();
-    QCOMPARE(text.selectedText(), whole);
-}
+    void selectionWithoutFolds()
+    {
+        SourceText text(nullptr);
+        PreviewContent content = contentOf(u"a.css"_s, "abc\ndéf\ng\nh");
+        content.folds = {3, 8};
+        text.setContent(content);
+        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        QCOMPARE(text.selectedText(), QString());
+        editor->selectAll();
+        QCOMPARE(text.selectedText(), u"abcdéfg\nh"_s);
+        editor->SendScintilla(QsciScintilla::SCI_SETSEL, 1UL, 5L);
+        QCOMPARE(text.selectedText(), u"bcd"_s);
+        editor->SendScintilla(QsciScintilla::SCI_SETSEL, 4UL, 8L);
+        QCOMPARE(text.selectedText(), u"déf"_s);
+    }
 
-void tst_SourceText::sameTextStaysWhereItIs()
-{
-    SourceText text(nullptr);
-    text.resize(300, 100);
-    const PreviewContent content = contentOf(QStringLiteral("a.css"), QByteArray("a{}\n").repeated(200));
-    text.setContent(content);
-    auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
-    editor->setFirstVisibleLine(90);
-    text.setContent(content);
-    QCOMPARE(editor->firstVisibleLine(), 90);
-    PreviewContent other = content;
-    other.path = QStringLiteral("b.css");
-    text.setContent(other);
-    QCOMPARE(editor->firstVisibleLine(), 0);
-}
+    void rightToLeftTakesItsRoom_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("after");
+        const QString hebrew = u"שלום, עולם"_s;
+        QTest::newRow("text of a page") << "a.html"
+                                        << "<p>" << hebrew << "</p>";
+        QTest::newRow("within other text") << "a.html"
+                                           << "<p>one " << hebrew << " two</p>";
+        QTest::newRow("attribute") << "a.html"
+                                   << "<p title=\"" << hebrew << "\">x</p>";
+        QTest::newRow("Arabic") << "a.html"
+                                << "<p>" << u"مرحبا بالعالم"_s << "<b>x</b></p>";
+        QTest::newRow("string") << "a.js"
+                                << "var a = '" << hebrew << "' + b;";
+        QTest::newRow("comment") << "a.css"
+                                 << "/* " << hebrew << " */ a{}";
+    }
+
+    void rightToLeftTakesItsRoom()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QString, before);
+        QFETCH(const QString, words);
+        QFETCH(const QString, after);
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const QString whole = before + words + after;
+        file.write(whole.toUtf8());
+        file.close();
+        const auto content = readPreview(file.fileName(), u"utf-8"_s, [] { return false; });
+        QVERIFY(content);
+        SourceText text(nullptr);
+        text.resize(900, 200);
+        text.setContent(*content);
+        text.grab(); // lays it out
+        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        const auto xOf = [&](qsizetype position) {
+            return int(editor->SendScintilla(QsciScintilla::SCI_POINTXFROMPOSITION, 0UL, long(position)));
+        };
+        const qsizetype begin = content->text.indexOf(words.toUtf8());
+        const qsizetype end = content->text.indexOf(after.toUtf8());
+        QVERIFY(begin > 0 && end > begin);
+        const int style =
+            int(editor->SendScintilla(QsciScintilla::SCI_GETSTYLEAT, static_cast<unsigned long>(begin)));
+        const int width = QFontMetrics(editor->lexer()->font(style)).horizontalAdvance(words);
+        QVERIFY2(std::abs(xOf(end) - xOf(before.size()) - width) <= 2,
+                 qPrintable(u"%1 to %2, not %3"_s.arg(xOf(before.size())).arg(xOf(end)).arg(width)));
+        QVERIFY(xOf(content->text.size() - 1) > xOf(end));
+        editor->selectAll();
+        QCOMPARE(text.selectedText(), whole);
+    }
+
+    void sameTextStaysWhereItIs()
+    {
+        SourceText text(nullptr);
+        text.resize(300, 100);
+        const PreviewContent content = contentOf(u"a.css"_s, QByteArray("a{}\n").repeated(200));
+        text.setContent(content);
+        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        editor->setFirstVisibleLine(90);
+        text.setContent(content);
+        QCOMPARE(editor->firstVisibleLine(), 90);
+        PreviewContent other = content;
+        other.path = u"b.css"_s;
+        text.setContent(other);
+        QCOMPARE(editor->firstVisibleLine(), 0);
+    }
+};
 
 BREVANT_TEST(tst_SourceText, QApplication)
 #include "tst_SourceText.moc"

@@ -7,6 +7,7 @@
 #include "settings/preferences/PreferenceController.h"
 
 #include <QAbstractItemView>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
 #include <QMessageBox>
@@ -18,12 +19,14 @@
 #include <memory>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 /// A preferences window on a settings store of its own.
 class PreferenceBench final {
 public:
-    [[nodiscard]] QString filePath() const { return folder.filePath(QStringLiteral("settings.json")); }
+    [[nodiscard]] QString filePath() const { return folder.filePath(u"settings.json"_s); }
 
     /// Makes the controller, on the settings as they are now.
     void load()
@@ -56,6 +59,8 @@ public:
         return controller->window()->findChild<Control *>(QString::fromLatin1(name));
     }
 
+    [[nodiscard]] QList<QCheckBox *> checkers() { return controller->window()->findChildren<QCheckBox *>(); }
+
     [[nodiscard]] QList<QMessageBox *> sheets()
     {
         return controller->window()->findChildren<QMessageBox *>();
@@ -72,6 +77,29 @@ public:
 
     PreferenceBench() { store.registerDefaults(registeredDefaults()); }
 };
+
+/// The key of a check box: its name and "KeyString", but for four that have always been called otherwise.
+[[nodiscard]] inline QLatin1StringView keyOf(const QString &checker)
+{
+    QString name = checker;
+    for (const char *switcher : {"lineBreak", "nomunge", "preserveSemi", "disableOptimizations"}) {
+        if (checker.startsWith(QLatin1StringView(switcher)))
+            name.replace(QLatin1StringView("Checker"), QLatin1StringView("Switcher"));
+    }
+    const SettingKey *setting = findSettingKey(name + QLatin1StringView("KeyString"));
+    if (setting == nullptr)
+        qFatal("no setting has the key of %s", qPrintable(checker));
+    return setting->key;
+}
+
+/// One row of test data, for each check box of the window: its name and its key.
+inline void addCheckerRows()
+{
+    PreferenceBench bench;
+    bench.load();
+    for (const QCheckBox *checker : bench.checkers())
+        QTest::addRow("%s", qPrintable(checker->objectName())) << keyOf(checker->objectName());
+}
 
 /// Picks an item by keys alone: opens the list, goes to the item, takes it.
 [[nodiscard]] inline bool pick(QComboBox *popup, int index)

@@ -20,320 +20,306 @@
 
 using namespace brevant;
 using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 /// The window itself: how it opens, closes, moves, and that everything on it can be read and reached.
 class tst_PreferenceWindow final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void madeOnceAndShownAgain();
-    void closesByKey_data();
-    void closesByKey();
-    void movesByItsBackground();
-    void nothingIsClipped_data();
-    void nothingIsClipped();
-    void followsTheFont();
-    void scrollsOnASmallScreen();
-    void longFolderName();
-    void mnemonicsDiffer();
-    void everyControlIsNamedAndExplained();
-    void everyControlIsReachedByTab();
-    void wheelChoosesNothing();
-    void keysOpenTheList_data();
-    void keysOpenTheList();
-    void lettersSearchTheOpenList();
-};
+    void madeOnceAndShownAgain()
+    {
+        PreferenceBench bench;
+        bench.load();
+        QWidget *window = bench.controller->window();
+        QVERIFY(!window->isVisible());
+        bench.controller->showWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        bench.control<QCheckBox>("gzipChecker")->click();
+        bench.control<QLineEdit>("suffixField")->setText(u"-left"_s);
+        window->move(30, 40);
+        const QPoint place = window->pos();
+        window->close();
+        QVERIFY(!window->isVisible());
+        bench.controller->showWindow();
+        QCOMPARE(bench.controller->window(), window);
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QVERIFY(bench.control<QCheckBox>("gzipChecker")->isChecked());
+        QCOMPARE(bench.control<QLineEdit>("suffixField")->text(), u"-left"_s);
+        QCOMPARE(window->pos(), place);
+        window->showMinimized();
+        bench.controller->showWindow();
+        QVERIFY(!window->isMinimized());
+    }
 
-void tst_PreferenceWindow::madeOnceAndShownAgain()
-{
-    PreferenceBench bench;
-    bench.load();
-    QWidget *window = bench.controller->window();
-    QVERIFY(!window->isVisible());
-    bench.controller->showWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window));
-    bench.control<QCheckBox>("gzipChecker")->click();
-    bench.control<QLineEdit>("suffixField")->setText(QStringLiteral("-left"));
-    window->move(30, 40);
-    const QPoint place = window->pos();
-    window->close();
-    QVERIFY(!window->isVisible());
-    bench.controller->showWindow();
-    QCOMPARE(bench.controller->window(), window);
-    QVERIFY(QTest::qWaitForWindowActive(window));
-    QVERIFY(bench.control<QCheckBox>("gzipChecker")->isChecked());
-    QCOMPARE(bench.control<QLineEdit>("suffixField")->text(), QStringLiteral("-left"));
-    QCOMPARE(window->pos(), place);
-    window->showMinimized();
-    bench.controller->showWindow();
-    QVERIFY(!window->isMinimized());
-}
+    void closesByKey_data()
+    {
+        QTest::addColumn<QKeySequence>("keys");
+        QTest::newRow("Escape") << QKeySequence(Qt::Key_Escape);
+        QTest::newRow("Ctrl+W") << QKeySequence(Qt::CTRL | Qt::Key_W);
+    }
 
-void tst_PreferenceWindow::closesByKey_data()
-{
-    QTest::addColumn<QKeySequence>("keys");
-    QTest::newRow("Escape") << QKeySequence(Qt::Key_Escape);
-    QTest::newRow("Ctrl+W") << QKeySequence(Qt::CTRL | Qt::Key_W);
-}
+    void closesByKey()
+    {
+        QFETCH(QKeySequence, keys);
+        for (const char *name : {"suffixField", "gzipChecker", "popupButton"}) {
+            PreferenceBench bench;
+            QVERIFY(bench.show());
+            auto *control = bench.control<QWidget>(name);
+            control->setFocus();
+            QTest::keySequence(control, keys);
+            QTRY_VERIFY(!bench.controller->window()->isVisible());
+            QCOMPARE(bench.writes.count(), 0);
+            QVERIFY(bench.controller->window()->focusWidget() == nullptr);
+        }
+    }
 
-void tst_PreferenceWindow::closesByKey()
-{
-    QFETCH(QKeySequence, keys);
-    for (const char *name : {"suffixField", "gzipChecker", "popupButton"}) {
+    void movesByItsBackground()
+    {
         PreferenceBench bench;
         QVERIFY(bench.show());
-        auto *control = bench.control<QWidget>(name);
-        control->setFocus();
-        QTest::keySequence(control, keys);
-        QTRY_VERIFY(!bench.controller->window()->isVisible());
-        QCOMPARE(bench.writes.count(), 0);
-        QVERIFY(bench.controller->window()->focusWidget() == nullptr);
-    }
-}
-
-void tst_PreferenceWindow::movesByItsBackground()
-{
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    QWidget *window = bench.controller->window();
-    const auto drag = [window](const QPoint &from) {
+        QWidget *window = bench.controller->window();
+        const auto drag = [window](const QPoint &from) {
+            const QPoint before = window->pos();
+            QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, from);
+            QTest::mouseMove(window->windowHandle(), from + QPoint(20, 30));
+            // The window has come along, so that the pointer is where it was on it.
+            QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, from);
+            return window->pos() - before;
+        };
+        const auto centre = [&bench, window](const char *name) {
+            auto *control = bench.control<QWidget>(name);
+            return control->mapTo(window, control->rect().center());
+        };
+        QCOMPARE(drag(QPoint(5, 5)), QPoint(20, 30));
+        QCOMPARE(drag(centre("runsLabel")), QPoint(20, 30));
+        QCOMPARE(drag(centre("outputLine")), QPoint(20, 30));
+        // Controls are no background, whether they are enabled or not.
+        QCOMPARE(drag(centre("suffixField")), QPoint());
+        QCOMPARE(drag(centre("lineBreakField")), QPoint());
+        QCOMPARE(drag(centre("gzipChecker")), QPoint());
+        QTest::mouseMove(window->windowHandle(), QPoint(50, 60));
         const QPoint before = window->pos();
-        QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, from);
-        QTest::mouseMove(window->windowHandle(), from + QPoint(20, 30));
-        // The window has come along, so that the pointer is where it was on it.
-        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, from);
-        return window->pos() - before;
-    };
-    const auto centre = [&bench, window](const char *name) {
-        auto *control = bench.control<QWidget>(name);
-        return control->mapTo(window, control->rect().center());
-    };
-    QCOMPARE(drag(QPoint(5, 5)), QPoint(20, 30));
-    QCOMPARE(drag(centre("runsLabel")), QPoint(20, 30));
-    QCOMPARE(drag(centre("outputLine")), QPoint(20, 30));
-    // Controls are no background, whether they are enabled or not.
-    QCOMPARE(drag(centre("suffixField")), QPoint());
-    QCOMPARE(drag(centre("lineBreakField")), QPoint());
-    QCOMPARE(drag(centre("gzipChecker")), QPoint());
-    QTest::mouseMove(window->windowHandle(), QPoint(50, 60));
-    const QPoint before = window->pos();
-    QTest::mousePress(window->windowHandle(), Qt::RightButton, {}, QPoint(5, 5));
-    QTest::mouseMove(window->windowHandle(), QPoint(15, 15));
-    QTest::mouseRelease(window->windowHandle(), Qt::RightButton, {}, QPoint(15, 15));
-    QCOMPARE(window->pos(), before);
-}
-
-void tst_PreferenceWindow::nothingIsClipped_data()
-{
-    QTest::addColumn<int>("points");
-    for (const int points : {7, 9, 12, 18})
-        QTest::addRow("%d points", points) << points;
-}
-
-void tst_PreferenceWindow::nothingIsClipped()
-{
-    QFETCH(int, points);
-    const QFont usual = QApplication::font();
-    QFont font = usual;
-    font.setPointSize(points);
-    QApplication::setFont(font);
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    QApplication::setFont(usual);
-    const QWidget *page = bench.control<QWidget>("page");
-    int seen = 0;
-    const auto whole = [page, &seen](const QWidget *widget) {
-        ++seen;
-        const QRect place(widget->mapTo(page, QPoint()), widget->size());
-        return page->rect().contains(place) && widget->width() >= widget->sizeHint().width() &&
-               widget->height() >= widget->sizeHint().height();
-    };
-    for (const QLabel *label : page->findChildren<QLabel *>())
-        QVERIFY2(whole(label), qPrintable(label->objectName()));
-    for (const QAbstractButton *button : page->findChildren<QAbstractButton *>())
-        QVERIFY2(whole(button), qPrintable(button->objectName()));
-    for (const QComboBox *popup : page->findChildren<QComboBox *>()) {
-        QVERIFY2(whole(popup), qPrintable(popup->objectName()));
-        QStyleOptionComboBox option;
-        option.initFrom(popup);
-        option.rect = popup->rect();
-        const int room =
-            popup->style()
-                ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, popup)
-                .width();
-        for (int index = 0; index < popup->count(); ++index)
-            QVERIFY2(popup->fontMetrics().horizontalAdvance(popup->itemText(index)) <= room,
-                     qPrintable(popup->itemText(index)));
+        QTest::mousePress(window->windowHandle(), Qt::RightButton, {}, QPoint(5, 5));
+        QTest::mouseMove(window->windowHandle(), QPoint(15, 15));
+        QTest::mouseRelease(window->windowHandle(), Qt::RightButton, {}, QPoint(15, 15));
+        QCOMPARE(window->pos(), before);
     }
-    const auto *field = bench.control<QLineEdit>("lineBreakField");
-    QVERIFY(field->width() > field->fontMetrics().horizontalAdvance(QStringLiteral("100000")));
-    QCOMPARE(seen, 6 + 14 + 2);
-}
 
-void tst_PreferenceWindow::followsTheFont()
-{
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    QWidget *window = bench.controller->window();
-    QFont font = window->font();
-    const int before = window->width();
-    font.setPointSizeF(font.pointSizeF() * 1.2);
-    window->setFont(font);
-    QTRY_VERIFY(window->width() > before);
-    QTRY_VERIFY(bench.control<QWidget>("page")->width() >=
-                bench.control<QWidget>("page")->sizeHint().width());
-}
-
-void tst_PreferenceWindow::scrollsOnASmallScreen()
-{
-    PageArea area;
-    auto *page = new QWidget; // owned by the area
-    (new QVBoxLayout(page))
-        ->addSpacerItem(new QSpacerItem(100, 10000, QSizePolicy::Fixed, QSizePolicy::Fixed));
-    area.setWidgetResizable(true);
-    area.setFrameShape(QFrame::NoFrame);
-    area.setWidget(page);
-    QVERIFY(area.sizeHint().height() < area.screen()->availableSize().height());
-    area.resize(area.sizeHint());
-    area.show();
-    QTRY_VERIFY(area.verticalScrollBar()->maximum() > 0);
-    QVERIFY(area.verticalScrollBar()->isVisible());
-    QCOMPARE(area.horizontalScrollBar()->maximum(), 0);
-}
-
-void tst_PreferenceWindow::longFolderName()
-{
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    auto *popup = bench.control<QComboBox>("popupButton");
-    const QSize before = bench.controller->window()->size();
-    bench.answer = QStringLiteral("/out/") + QString(250, u'w');
-    bench.controller->chooseFolderItemClicked();
-    QCOMPARE(popup->currentText().size(), 250);
-    QCoreApplication::processEvents();
-    QCOMPARE(bench.controller->window()->size(), before);
-    QCOMPARE(bench.controller->window()->sizeHint(), before);
-}
-
-void tst_PreferenceWindow::mnemonicsDiffer()
-{
-    PreferenceBench bench;
-    bench.load();
-    QSet<QString> seen;
-    const auto take = [&seen](const QString &text) {
-        const QString keys = QKeySequence::mnemonic(text).toString();
-        const bool fresh = keys.isEmpty() || !seen.contains(keys);
-        seen.insert(keys);
-        return fresh;
-    };
-    for (const QAbstractButton *button : bench.control<QWidget>("page")->findChildren<QAbstractButton *>()) {
-        QVERIFY2(!QKeySequence::mnemonic(button->text()).isEmpty(), qPrintable(button->text()));
-        QVERIFY2(take(button->text()), qPrintable(button->text()));
+    void nothingIsClipped_data()
+    {
+        QTest::addColumn<int>("points");
+        for (const int points : {7, 9, 12, 18})
+            QTest::addRow("%d points", points) << points;
     }
-    for (const QLabel *label : bench.control<QWidget>("page")->findChildren<QLabel *>())
-        QVERIFY2(take(label->text()), qPrintable(label->text()));
-    QCOMPARE(bench.control<QLabel>("saveInLabel")->buddy(), bench.control<QComboBox>("popupButton"));
-    QCOMPARE(bench.control<QLabel>("readingLabel")->buddy(), bench.control<QComboBox>("encodingPopupButton"));
-}
 
-void tst_PreferenceWindow::everyControlIsNamedAndExplained()
-{
-    PreferenceBench bench;
-    bench.load();
-    int controls = 0;
-    for (const QWidget *widget : bench.control<QWidget>("page")->findChildren<QWidget *>()) {
-        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().isEmpty() ||
-            widget->objectName().startsWith(QLatin1StringView("qt_")))
-            continue;
-        const auto *button = qobject_cast<const QAbstractButton *>(widget);
-        const QString name = button != nullptr ? button->text() : widget->accessibleName();
-        QVERIFY2(!name.isEmpty(), qPrintable(widget->objectName()));
-        QVERIFY2(widget->toolTip().size() > 20, qPrintable(widget->objectName()));
-        ++controls;
+    void nothingIsClipped()
+    {
+        QFETCH(int, points);
+        const QFont usual = QApplication::font();
+        QFont font = usual;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        QApplication::setFont(usual);
+        const QWidget *page = bench.control<QWidget>("page");
+        int seen = 0;
+        const auto whole = [page, &seen](const QWidget *widget) {
+            ++seen;
+            const QRect place(widget->mapTo(page, QPoint()), widget->size());
+            return page->rect().contains(place) && widget->width() >= widget->sizeHint().width() &&
+                   widget->height() >= widget->sizeHint().height();
+        };
+        for (const QLabel *label : page->findChildren<QLabel *>())
+            QVERIFY2(whole(label), qPrintable(label->objectName()));
+        for (const QAbstractButton *button : page->findChildren<QAbstractButton *>())
+            QVERIFY2(whole(button), qPrintable(button->objectName()));
+        for (const QComboBox *popup : page->findChildren<QComboBox *>()) {
+            QVERIFY2(whole(popup), qPrintable(popup->objectName()));
+            QStyleOptionComboBox option;
+            option.initFrom(popup);
+            option.rect = popup->rect();
+            const int room =
+                popup->style()
+                    ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, popup)
+                    .width();
+            for (int index = 0; index < popup->count(); ++index)
+                QVERIFY2(popup->fontMetrics().horizontalAdvance(popup->itemText(index)) <= room,
+                         qPrintable(popup->itemText(index)));
+        }
+        const auto *field = bench.control<QLineEdit>("lineBreakField");
+        QVERIFY(field->width() > field->fontMetrics().horizontalAdvance(u"100000"_s));
+        QCOMPARE(seen, 6 + (2 + bench.checkers().size()) + 2);
     }
-    QCOMPARE(controls, 18);
-    for (const char *name : {"nomungeChecker", "preserveSemiChecker", "disableOptimizationsChecker"})
-        QVERIFY(bench.control<QCheckBox>(name)->text().endsWith(QLatin1StringView("(JavaScript)")));
-}
 
-void tst_PreferenceWindow::everyControlIsReachedByTab()
-{
-    PreferenceBench bench;
-    bench.store.setBool(true, lineBreakSwitcherKeyString);
-    QVERIFY(bench.show());
-    bench.control<QWidget>("addSuffixButton")->setFocus();
-    // From top to bottom; of the two rows, one choice, only the chosen one is a stop.
-    int previous = -1;
-    int stops = 0;
-    const QWidget *page = bench.control<QWidget>("page");
-    for (; stops < 30; ++stops) {
-        QWidget *focused = QApplication::focusWidget();
-        const int top = focused->mapTo(page, focused->rect().center()).y() / 8;
-        if (top < previous)
-            break;
-        previous = top;
-        QTest::keyClick(focused, Qt::Key_Tab);
+    void followsTheFont()
+    {
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        QWidget *window = bench.controller->window();
+        QFont font = window->font();
+        const int before = window->width();
+        font.setPointSizeF(font.pointSizeF() * 1.2);
+        window->setFont(font);
+        QTRY_VERIFY(window->width() > before);
+        QTRY_VERIFY(bench.control<QWidget>("page")->width() >=
+                    bench.control<QWidget>("page")->sizeHint().width());
     }
-    QCOMPARE(stops, 17);
-}
 
-void tst_PreferenceWindow::wheelChoosesNothing()
-{
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    for (const char *name : {"popupButton", "encodingPopupButton"}) {
-        auto *popup = bench.control<QComboBox>(name);
-        const QPointF middle = popup->rect().center();
-        QWheelEvent wheel(middle, popup->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(popup, &wheel);
-        QCOMPARE(popup->currentIndex(), 0);
+    void scrollsOnASmallScreen()
+    {
+        PageArea area;
+        auto *page = new QWidget; // owned by the area
+        (new QVBoxLayout(page))
+            ->addSpacerItem(new QSpacerItem(100, 10000, QSizePolicy::Fixed, QSizePolicy::Fixed));
+        area.setWidgetResizable(true);
+        area.setFrameShape(QFrame::NoFrame);
+        area.setWidget(page);
+        QVERIFY(area.sizeHint().height() < area.screen()->availableSize().height());
+        area.resize(area.sizeHint());
+        area.show();
+        QTRY_VERIFY(area.verticalScrollBar()->maximum() > 0);
+        QVERIFY(area.verticalScrollBar()->isVisible());
+        QCOMPARE(area.horizontalScrollBar()->maximum(), 0);
     }
-    QCOMPARE(bench.writes.count(), 0);
-    QVERIFY(bench.startFolders.isEmpty());
-}
 
-void tst_PreferenceWindow::keysOpenTheList_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::newRow("Down") << Qt::Key_Down;
-    QTest::newRow("Up") << Qt::Key_Up;
-    QTest::newRow("End") << Qt::Key_End;
-    QTest::newRow("PageDown") << Qt::Key_PageDown;
-    QTest::newRow("C") << Qt::Key_C;
-    QTest::newRow("Space") << Qt::Key_Space;
-    QTest::newRow("F4") << Qt::Key_F4;
-}
+    void longFolderName()
+    {
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        auto *popup = bench.control<QComboBox>("popupButton");
+        const QSize before = bench.controller->window()->size();
+        bench.answer = u"/out/"_s + QString(250, u'w');
+        bench.controller->chooseFolderItemClicked();
+        QCOMPARE(popup->currentText().size(), 250);
+        QCoreApplication::processEvents();
+        QCOMPARE(bench.controller->window()->size(), before);
+        QCOMPARE(bench.controller->window()->sizeHint(), before);
+    }
 
-void tst_PreferenceWindow::keysOpenTheList()
-{
-    QFETCH(Qt::Key, key);
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    for (const char *name : {"popupButton", "encodingPopupButton"}) {
-        auto *popup = bench.control<QComboBox>(name);
-        QTest::keyClick(popup, key);
+    void mnemonicsDiffer()
+    {
+        PreferenceBench bench;
+        bench.load();
+        QSet<QString> seen;
+        const auto take = [&seen](const QString &text) {
+            const QString keys = QKeySequence::mnemonic(text).toString();
+            const bool fresh = keys.isEmpty() || !seen.contains(keys);
+            seen.insert(keys);
+            return fresh;
+        };
+        for (const QAbstractButton *button :
+             bench.control<QWidget>("page")->findChildren<QAbstractButton *>()) {
+            QVERIFY2(!QKeySequence::mnemonic(button->text()).isEmpty(), qPrintable(button->text()));
+            QVERIFY2(take(button->text()), qPrintable(button->text()));
+        }
+        for (const QLabel *label : bench.control<QWidget>("page")->findChildren<QLabel *>())
+            QVERIFY2(take(label->text()), qPrintable(label->text()));
+        QCOMPARE(bench.control<QLabel>("saveInLabel")->buddy(), bench.control<QComboBox>("popupButton"));
+        QCOMPARE(bench.control<QLabel>("readingLabel")->buddy(),
+                 bench.control<QComboBox>("encodingPopupButton"));
+    }
+
+    void everyControlIsNamedAndExplained()
+    {
+        PreferenceBench bench;
+        bench.load();
+        int controls = 0;
+        for (const QWidget *widget : bench.control<QWidget>("page")->findChildren<QWidget *>()) {
+            if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().isEmpty() ||
+                widget->objectName().startsWith("qt_"_L1))
+                continue;
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const QString name = button != nullptr ? button->text() : widget->accessibleName();
+            QVERIFY2(!name.isEmpty(), qPrintable(widget->objectName()));
+            QVERIFY2(widget->toolTip().size() > 20, qPrintable(widget->objectName()));
+            ++controls;
+        }
+        QCOMPARE(controls, 6 + bench.checkers().size());
+        for (const char *name : {"nomungeChecker", "preserveSemiChecker", "disableOptimizationsChecker"})
+            QVERIFY(bench.control<QCheckBox>(name)->text().endsWith("(JavaScript)"_L1));
+    }
+
+    void everyControlIsReachedByTab()
+    {
+        PreferenceBench bench;
+        bench.store.setBool(true, lineBreakSwitcherKeyString);
+        QVERIFY(bench.show());
+        bench.control<QWidget>("addSuffixButton")->setFocus();
+        // From top to bottom; of the two rows, one choice, only the chosen one is a stop.
+        int previous = -1;
+        int stops = 0;
+        const QWidget *page = bench.control<QWidget>("page");
+        for (; stops < 30; ++stops) {
+            QWidget *focused = QApplication::focusWidget();
+            const int top = focused->mapTo(page, focused->rect().center()).y() / 8;
+            if (top < previous)
+                break;
+            previous = top;
+            QTest::keyClick(focused, Qt::Key_Tab);
+        }
+        QCOMPARE(stops, 5 + bench.checkers().size());
+    }
+
+    void wheelChoosesNothing()
+    {
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        for (const char *name : {"popupButton", "encodingPopupButton"}) {
+            auto *popup = bench.control<QComboBox>(name);
+            const QPointF middle = popup->rect().center();
+            QWheelEvent wheel(middle, popup->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(popup, &wheel);
+            QCOMPARE(popup->currentIndex(), 0);
+        }
+        QCOMPARE(bench.writes.count(), 0);
+        QVERIFY(bench.startFolders.isEmpty());
+    }
+
+    void keysOpenTheList_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Down") << Qt::Key_Down;
+        QTest::newRow("Up") << Qt::Key_Up;
+        QTest::newRow("End") << Qt::Key_End;
+        QTest::newRow("PageDown") << Qt::Key_PageDown;
+        QTest::newRow("C") << Qt::Key_C;
+        QTest::newRow("Space") << Qt::Key_Space;
+        QTest::newRow("F4") << Qt::Key_F4;
+    }
+
+    void keysOpenTheList()
+    {
+        QFETCH(Qt::Key, key);
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        for (const char *name : {"popupButton", "encodingPopupButton"}) {
+            auto *popup = bench.control<QComboBox>(name);
+            QTest::keyClick(popup, key);
+            QTRY_VERIFY(popup->view()->isVisible());
+            QCOMPARE(popup->currentIndex(), 0);
+            QTest::keyClick(popup->view(), Qt::Key_Escape);
+            QTRY_VERIFY(!popup->view()->isVisible());
+            QCOMPARE(popup->currentIndex(), 0);
+        }
+        QCOMPARE(bench.writes.count(), 0);
+        QVERIFY(bench.startFolders.isEmpty());
+        QVERIFY(bench.controller->window()->isVisible());
+    }
+
+    void lettersSearchTheOpenList()
+    {
+        PreferenceBench bench;
+        QVERIFY(bench.show());
+        auto *popup = bench.control<QComboBox>("encodingPopupButton");
+        QTest::keyClick(popup, 'k');
         QTRY_VERIFY(popup->view()->isVisible());
-        QCOMPARE(popup->currentIndex(), 0);
-        QTest::keyClick(popup->view(), Qt::Key_Escape);
-        QTRY_VERIFY(!popup->view()->isVisible());
-        QCOMPARE(popup->currentIndex(), 0);
+        QTest::keyClick(popup->view(), Qt::Key_Return);
+        QTRY_COMPARE(bench.store.stringForKey(selectedEncodingKeyString), u"iso-2022-kr"_s);
     }
-    QCOMPARE(bench.writes.count(), 0);
-    QVERIFY(bench.startFolders.isEmpty());
-    QVERIFY(bench.controller->window()->isVisible());
-}
-
-void tst_PreferenceWindow::lettersSearchTheOpenList()
-{
-    PreferenceBench bench;
-    QVERIFY(bench.show());
-    auto *popup = bench.control<QComboBox>("encodingPopupButton");
-    QTest::keyClick(popup, 'k');
-    QTRY_VERIFY(popup->view()->isVisible());
-    QTest::keyClick(popup->view(), Qt::Key_Return);
-    QTRY_COMPARE(bench.store.stringForKey(selectedEncodingKeyString), QStringLiteral("iso-2022-kr"));
-}
+};
 
 BREVANT_TEST(tst_PreferenceWindow, QApplication)
 #include "tst_PreferenceWindow.moc"
