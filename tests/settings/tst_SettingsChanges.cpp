@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "tests/TestClass.h"
 #include "tests/Files.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QJsonDocument>

@@ -3,8 +3,8 @@
 #include "settings/SettingsFile.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
-#include "tests/TestClass.h"
 #include "tests/Files.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QJsonDocument>
