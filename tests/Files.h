@@ -39,6 +39,14 @@ inline QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "(cannot be read)"_ba;
 }
 
+/// What lstat(2) tells of a path; zeros if there is nothing.
+inline struct stat statusOf(const QString &path)
+{
+    struct stat status {};
+    ::lstat(QFile::encodeName(path).constData(), &status);
+    return status;
+}
+
 /// The permission bits of a path, links followed; all of them (07777).
 inline mode_t modeOf(const QString &path)
 {

@@ -17,13 +17,6 @@ using namespace Qt::StringLiterals;
 
 inline const QByteArray original("a { b : c ; }");
 
-inline struct stat statusOf(const QString &path)
-{
-    struct stat status {};
-    ::lstat(QFile::encodeName(path).constData(), &status);
-    return status;
-}
-
 /// A test of what becomes of a source by the copies that a program has left.
 class CopiesTest : public QObject {
 protected:

@@ -1,29 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/EntryRun.h"
-#include "queue/FileQueue.h"
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 #include "tests/TestClass.h"
-#include "tests/engine/LeftCopy.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <QTest>
+#include "tests/engine/SourcesTest.h"
 
 #include <array>
-#include <atomic>
-#include <thread>
-#include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace brevant;
-using namespace Qt::StringLiterals;
+using namespace brevant::test;
 using Outcome = EntryResult::Outcome;
 using Source = EntryResult::Source;
 
@@ -31,37 +14,13 @@ namespace {
 
 const QByteArray newer("newer work");
 
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(missing)");
-}
-
-struct stat statusOf(const QString &path)
-{
-    struct stat status {};
-    ::lstat(QFile::encodeName(path).constData(), &status);
-    return status;
-}
-
 } // namespace
 
-class tst_SafetyCopy final : public QObject {
+class tst_SafetyCopy final : public SourcesTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_settings = std::make_unique<SettingsStore>(path(u"settings.json"_s));
-        m_settings->registerDefaults(registeredDefaults());
-        QDir(m_folder->path()).mkdir(u"lib"_s);
-        QDir(m_folder->path()).mkdir(u"site"_s);
-        m_tools = Tools::inResources(m_folder->path());
-        m_tools.java = QStringLiteral(STUB_JAVA);
-        m_originals = path(u"state/brevant/originals"_s);
-        m_tools.originals = {m_originals};
-    }
+    void init() { setUp(u"state/brevant/originals"_s); }
 
     void standardPath_data()
     {
@@ -159,7 +118,7 @@ private Q_SLOTS:
         const EntryResult result = run(source, inPlace ? source : path(u"site/a:b.css"_s));
         QTEST(result.outcome, "outcome");
         QTEST(result.sourceState, "state");
-        QCOMPARE(bytesOf(source), expected);
+        QCOMPARE(readFile(source), expected);
         const struct stat after = statusOf(source);
         if (result.sourceState == Source::PutBack || (expected == text && !gzip)) {
             QCOMPARE(after.st_mode, before.st_mode);
@@ -178,7 +137,7 @@ private Q_SLOTS:
             QVERIFY2(result.reason().endsWith(u", and what was in it is kept as "_s + result.kept),
                      qPrintable(result.reason()));
             QVERIFY(result.kept.endsWith(u"-a.css"));
-            QCOMPARE(bytesOf(result.kept), "minified"_ba);
+            QCOMPARE(readFile(result.kept), "minified"_ba);
             QCOMPARE(statusOf(result.kept).st_mode & 07777U, 0600U);
         }
         QCOMPARE(QDir(path(u"site"_s))
@@ -226,7 +185,7 @@ private Q_SLOTS:
         const struct stat before = statusOf(file);
         const EntryResult result = sourceIsLink ? run(link, file) : run(file, link);
         QCOMPARE(result.sourceState, Source::PutBack);
-        QCOMPARE(bytesOf(file), "cut 1"_ba);
+        QCOMPARE(readFile(file), "cut 1"_ba);
         QCOMPARE(statusOf(file).st_ino, before.st_ino);
         QCOMPARE(statusOf(file).st_nlink, before.st_nlink);
         QCOMPARE(QFileInfo(link).isSymLink(), symbolic);
@@ -244,7 +203,7 @@ private Q_SLOTS:
         copy.finish(result, false);
         QCOMPARE(result.sourceState, Source::PutBack);
         QCOMPARE(QFile::symLinkTarget(link), file);
-        QCOMPARE(bytesOf(link), "silent"_ba);
+        QCOMPARE(readFile(link), "silent"_ba);
     }
 
     void aLinkAndTheGzipCopy_data()
@@ -267,7 +226,7 @@ private Q_SLOTS:
         const EntryResult result = run(link, link);
         QCOMPARE(result.outcome == Outcome::Done, !isLinkStill);
         QCOMPARE(QFileInfo(link).isSymLink(), isLinkStill);
-        QCOMPARE(bytesOf(file), isLinkStill ? text : "minified " + QFile::encodeName(link));
+        QCOMPARE(readFile(file), isLinkStill ? text : "minified " + QFile::encodeName(link));
     }
 
     void oneCopyAfterAnother()
@@ -284,141 +243,9 @@ private Q_SLOTS:
                 result.outcome = Outcome::CompressorFailed;
                 copy.finish(result, false);
                 QCOMPARE(result.sourceState, Source::PutBack);
-                QVERIFY(bytesOf(source) == text);
+                QVERIFY(readFile(source) == text);
             }
         }
-    }
-
-    void runsTakeTurns_data()
-    {
-        QTest::addColumn<QString>("name"); // of the same file
-        QTest::addColumn<Danger>("danger");
-        QTest::newRow("its name") << u"a.css"_s << Danger::Replaced;
-        QTest::newRow("a link") << u"link.css"_s << Danger::Replaced;
-        QTest::newRow("a hard link") << u"hard.css"_s << Danger::Replaced;
-        QTest::newRow("only read") << u"a.css"_s << Danger::None;
-    }
-
-    void runsTakeTurns()
-    {
-        QFETCH(QString, name);
-        QFETCH(Danger, danger);
-        const QString source = add(u"a.css"_s, "copy");
-        const QString another = add(u"b.css"_s, "copy");
-        const QByteArray bytes = QFile::encodeName(source);
-        const QString again = path(u"site/"_s + name);
-        QVERIFY(QFile::link(source, path(u"site/link.css"_s)));
-        QCOMPARE(::link(bytes.constData(), QFile::encodeName(path(u"site/hard.css"_s)).constData()), 0);
-        SafetyCopy first(m_tools.originals, m_stop);
-        QCOMPARE(first.make(source, Danger::Replaced), QString());
-        QVERIFY(QFile::remove(source)); // as gzip does for a moment
-        SafetyCopy second(m_tools.originals, m_stop);
-        std::atomic<bool> hasBegun = false;
-        std::atomic<bool> firstEnds = false;
-        bool wasInTurn = false;
-        QString error;
-        std::thread thread([&] {
-            hasBegun = true;
-            error = second.make(again, danger);
-            wasInTurn = firstEnds;
-        });
-        while (!hasBegun)
-            std::this_thread::yield();
-        EntryResult result;
-        for (int i = 0; i < 20; ++i) { // nobody waits for the turn with another source
-            SafetyCopy other(m_tools.originals, m_stop);
-            QCOMPARE(other.make(another, Danger::Replaced), QString());
-            other.finish(result, false);
-        }
-        firstEnds = true;
-        first.finish(result, false);
-        thread.join();
-        QVERIFY(wasInTurn);
-        QCOMPARE(error, QString());
-        if (danger == Danger::None)
-            return;
-        QCOMPARE(::truncate(QFile::encodeName(again).constData(), 0), 0);
-        second.finish(result, false);
-        QCOMPARE(bytesOf(again), "copy"_ba);
-    }
-
-    void whatAnotherStartPutsBackIsWaitedFor_data()
-    {
-        QTest::addColumn<Danger>("danger");
-        QTest::newRow("in danger") << Danger::Replaced;
-        QTest::newRow("only read") << Danger::None;
-    }
-
-    void whatAnotherStartPutsBackIsWaitedFor()
-    {
-        QFETCH(Danger, danger);
-        const QString source = add(u"a.css"_s, "copy");
-        const QString another = add(u"b.css"_s, "copy");
-        QVERIFY(test::LeftCopy(source, m_originals).isFilled());
-        QCOMPARE(::truncate(QFile::encodeName(source).constData(), 0), 0);
-        QString error;
-        QStringList refused;
-        std::optional<PrivateFolder> folder = PrivateFolder::open(m_originals, error);
-        QVERIFY(folder);
-        QCOMPARE(OriginalSlot::leftIn(*folder, refused).size(), 1U); // locked by this start now
-        SafetyCopy copy(m_tools.originals, m_stop);
-        QByteArray now;
-        std::thread thread([&] {
-            error = copy.make(source, danger);
-            now = bytesOf(source);
-        });
-        for (int i = 0; i < 20; ++i) { // time enough to go on with the empty file
-            SafetyCopy other(m_tools.originals, m_stop);
-            QCOMPARE(other.make(another, Danger::Replaced), QString());
-        }
-        folder.reset();
-        thread.join();
-        QCOMPARE(error, QString());
-        QCOMPARE(now, "copy"_ba);
-    }
-
-    void aStopEndsTheWait_data()
-    {
-        QTest::addColumn<QString>("output");
-        QTest::newRow("in danger") << u"site/a.css"_s;
-        QTest::newRow("only read") << u"site/a.min.css"_s;
-    }
-
-    void aStopEndsTheWait()
-    {
-        QFETCH(QString, output);
-        const QString source = add(u"a.css"_s, "copy");
-        SafetyCopy first(m_tools.originals, m_stop);
-        QCOMPARE(first.make(source, Danger::Replaced), QString());
-        m_stop = Stop::AfterFile;
-        const EntryResult result = run(source, path(output));
-        m_stop = Stop::No;
-        QCOMPARE(result.reason(), u"not minified, as another run is at work on it"_s);
-        QCOMPARE(bytesOf(source), "copy"_ba);
-    }
-
-    void whatCannotBePutBackIsNotRun_data()
-    {
-        QTest::addColumn<QString>("output");
-        QTest::newRow("in danger") << u"site/sub/a.css"_s;
-        QTest::newRow("only read") << u"site/a.min.css"_s;
-    }
-
-    void whatCannotBePutBackIsNotRun()
-    {
-        QFETCH(QString, output);
-        QDir site(path(u"site"_s));
-        QVERIFY(site.mkdir(u"sub"_s));
-        const QString source = add(u"sub/a.css"_s, "copy");
-        QVERIFY(test::LeftCopy(source, m_originals).isFilled());
-        QVERIFY(QFile::remove(source));
-        QVERIFY(site.rmdir(u"sub"_s));
-        const EntryResult result = run(source, path(output));
-        QCOMPARE(result.reason(), u"not minified, as it was lost when a run was cut short, and cannot be put "
-                                  "back now"_s);
-        QCOMPARE(result.notes.size(), 1);
-        QVERIFY(site.mkdir(u"sub"_s));
-        QCOMPARE(run(source, path(output)).outcome, Outcome::Done);
     }
 
     void withoutACopyNothingIsRun_data()
@@ -439,13 +266,14 @@ private Q_SLOTS:
         QCOMPARE(result.outcome, Outcome::NotSafe);
         QVERIFY2(result.reason().startsWith(u"not minified, as no safety copy of it could be made: "),
                  qPrintable(result.reason()));
-        QCOMPARE(bytesOf(source), "copy"_ba);
+        QCOMPARE(readFile(source), "copy"_ba);
         QCOMPARE(run(source, path(u"site/a.min.css"_s)).outcome, Outcome::Done);
     }
 
     void whatCannotBePutBackStays()
     {
         const QString source = add(u"gone/a.css"_s, "copy");
+        const QString next = add(u"b.css"_s, "copy");
         SafetyCopy copy(m_tools.originals, m_stop);
         QCOMPARE(copy.make(source, Danger::Replaced), QString());
         QVERIFY(QDir(path(u"site/gone"_s)).removeRecursively());
@@ -457,46 +285,9 @@ private Q_SLOTS:
                  qPrintable(result.reason()));
         QCOMPARE(leftInFolder().size(), 1);
         // The next entry gets a copy of its own.
-        const QString next = add(u"b.css"_s, "copy");
         QCOMPARE(copy.make(next, Danger::Replaced), QString());
         QCOMPARE(leftInFolder().size(), 2);
     }
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    QString add(const QString &name, const QByteArray &text) const
-    {
-        const QString file = path(u"site/"_s + name);
-        QDir().mkpath(QFileInfo(file).path());
-        QFile out(file);
-        if (out.open(QIODevice::WriteOnly))
-            out.write(text);
-        return file;
-    }
-
-    EntryResult run(const QString &source, const std::optional<QString> &output)
-    {
-        EntryRun entryRun(m_queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings),
-                          m_stop);
-        const std::optional<EntryResult> result = entryRun.run({source, output, output, {}});
-        return result.value_or(EntryResult());
-    }
-
-    [[nodiscard]] QStringList leftInFolder() const
-    {
-        QStringList names =
-            QDir(m_originals).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        names.removeOne(u"locks"_s);
-        return names;
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<SettingsStore> m_settings;
-    FileQueue m_queue;
-    std::atomic<Stop> m_stop = Stop::No;
-    QString m_originals;
-    Tools m_tools;
 };
 
 BREVANT_TEST(tst_SafetyCopy, QCoreApplication)
