@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/DesktopReport.h"
 #include "app/JobRunner.h"
 #include "app/MainWindow.h"
-#include "app/RunNews.h"
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
 #include "app/platform/Notification.h"
@@ -39,7 +39,7 @@ struct AppContext {
     Notification notification; ///< of runs that have ended
     Notification notificationOfSources;
     MainWindow window{queue, settings, dockTile};
-    RunNews runNews{window, dockTile, notification, notificationOfSources};
+    DesktopReport desktopReport{window, dockTile, notification, notificationOfSources};
     JobRunner jobs;
 };
 

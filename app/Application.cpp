@@ -123,7 +123,7 @@ void Application::start(const Launch &launch)
 
 void Application::putBackOriginals()
 {
-    runNews.tell(putBackAfterInterruption(tools.originals));
+    desktopReport.tell(putBackAfterInterruption(tools.originals));
 }
 
 void Application::finishStart()

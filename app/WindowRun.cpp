@@ -43,7 +43,7 @@ WindowRun::WindowRun(AppContext &context, const std::atomic<Stop> &stop)
 /// This object may be gone when the step is taken.
 void WindowRun::onMainThread(std::function<void()> step)
 {
-    QMetaObject::invokeMethod(&m_app.runNews, std::move(step), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&m_app.desktopReport, std::move(step), Qt::QueuedConnection);
 }
 
 void WindowRun::runStarted()
@@ -56,7 +56,7 @@ void WindowRun::entryStarted(const EntryStart &start)
     m_outcome.count = start.count;
     onMainThread([&app = m_app, run = m_run, start] {
         BVTableView &filesTable = *app.window.ui().filesTable;
-        app.runNews.setProgress(run, start.index, start.count);
+        app.desktopReport.setProgress(run, start.index, start.count);
         app.window.setStatusText(start.status);
         filesTable.deselectAll();
         filesTable.selectRowIndexes({start.index}, true);
@@ -68,7 +68,7 @@ void WindowRun::entryEnded(const EntryResult &result)
     using enum EntryResult::Outcome;
     ++m_done;
     if (const QStringList sentences = sentencesAbout(result); !sentences.isEmpty())
-        onMainThread([&news = m_app.runNews, sentences] { news.tell(sentences); });
+        onMainThread([&news = m_app.desktopReport, sentences] { news.tell(sentences); });
     if (result.outcome != Done && result.outcome != NoGzipCopy)
         return;
     const QString output = result.output.value_or(QString());
@@ -97,7 +97,7 @@ void WindowRun::runEnded(RunEnd end, const QString &status)
         if (!status.isEmpty())
             app.window.setStatusText(status);
         app.window.setRunning(false);
-        app.runNews.runEnded(run, outcome);
+        app.desktopReport.runEnded(run, outcome);
     });
 }
 

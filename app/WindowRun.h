@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/RunNews.h"
+#include "app/DesktopReport.h"
 #include "engine/RunObserver.h"
 #include "engine/Stop.h"
 

@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -16,6 +17,30 @@
 using namespace Qt::StringLiterals;
 
 namespace brevant {
+
+namespace {
+
+constexpr int portalTimeout = 100; // milliseconds; a window waits for the answer
+
+/// One setting of the desktop, as org.freedesktop.portal.Settings tells it; invalid if it does not.
+QVariant desktopSetting(const QDBusConnection &bus, const QString &group, const QString &key)
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+                                                           u"/org/freedesktop/portal/desktop"_s,
+                                                           u"org.freedesktop.portal.Settings"_s, u"Read"_s);
+    question.setAutoStartService(false);
+    question << group << key;
+    const QDBusMessage answer = bus.call(question, QDBus::Block, portalTimeout);
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty())
+        return {};
+    // The value comes in a variant within a variant.
+    QVariant value = answer.arguments().constFirst();
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+} // namespace
 
 QUrl fileUrl(const QString &path)
 {
@@ -90,6 +115,19 @@ void Workspace::selectFile(const QString &path)
 void Workspace::openFolderOf(const QString &path) const
 {
     static_cast<void>(openUrl(fileUrl(QFileInfo(path).path())));
+}
+
+bool isMotionReduced(const QDBusConnection &bus)
+{
+    if (!bus.isConnected())
+        return false;
+    const QVariant animations = desktopSetting(bus, u"org.gnome.desktop.interface"_s, u"enable-animations"_s);
+    if (animations.isValid() && !animations.toBool())
+        return true;
+    bool isNumber = false;
+    const double factor =
+        desktopSetting(bus, u"org.kde.kdeglobals.KDE"_s, u"AnimationDurationFactor"_s).toDouble(&isNumber);
+    return isNumber && factor == 0;
 }
 
 } // namespace brevant

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/ZoomWindow.h"
 
-#include "app/platform/Motion.h"
+#include "app/platform/Workspace.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/RunNews.h"
+#include "app/DesktopReport.h"
 
 #include "app/platform/DockTile.h"
 #include "app/platform/Notification.h"
@@ -42,8 +42,8 @@ QString withTilde(const QString &folder)
 
 } // namespace
 
-RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
-                 QObject *parent)
+DesktopReport::DesktopReport(QWidget &window, DockTile &dockTile, Notification &ofRuns,
+                             Notification &ofSources, QObject *parent)
     : QObject(parent), m_window(window), m_dockTile(dockTile), m_ofRuns(ofRuns), m_ofSources(ofSources)
 {
     m_ofSources.stayUntilClosed();
@@ -51,17 +51,17 @@ RunNews::RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Noti
     connect(&m_ofSources, &Notification::dismissed, this, forget);
     connect(&m_ofSources, &Notification::clicked, this, forget);
     // A window may get the focus before it hears that it is no longer minimised.
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &RunNews::withdrawIfLookedAt);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &DesktopReport::withdrawIfLookedAt);
     m_window.installEventFilter(this);
 }
 
-void RunNews::setProgress(int run, int done, int count)
+void DesktopReport::setProgress(int run, int done, int count)
 {
     m_runs[run] = {.done = done, .count = std::max(count, done)};
     showProgress();
 }
 
-void RunNews::runEnded(int run, const RunOutcome &outcome)
+void DesktopReport::runEnded(int run, const RunOutcome &outcome)
 {
     if (const auto ended = m_runs.find(run); ended != m_runs.end()) {
         ended->second.done = ended->second.count;
@@ -72,7 +72,7 @@ void RunNews::runEnded(int run, const RunOutcome &outcome)
 }
 
 /// Ended runs count until all have ended, or the progress would go back.
-void RunNews::showProgress()
+void DesktopReport::showProgress()
 {
     if (std::ranges::all_of(m_runs, [](const auto &run) { return run.second.ended; })) {
         m_runs.clear();
@@ -92,14 +92,14 @@ void RunNews::showProgress()
         m_dockTile.setProgress(static_cast<double>(done) / static_cast<double>(std::max<qint64>(count, 1)));
 }
 
-void RunNews::notify(const RunOutcome &outcome)
+void DesktopReport::notify(const RunOutcome &outcome)
 {
     if (outcome.end == RunEnd::Stopped || outcome.count == 0 || isLookedAt())
         return;
     m_ofRuns.show(summaryOf(outcome), outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
 }
 
-void RunNews::tell(const QStringList &sentences)
+void DesktopReport::tell(const QStringList &sentences)
 {
     for (const QString &sentence : sentences) {
         m_sentences.append(printable(sentence));
@@ -113,21 +113,21 @@ void RunNews::tell(const QStringList &sentences)
     m_ofSources.show(QStringLiteral("About your source files"), body);
 }
 
-bool RunNews::eventFilter(QObject *watched, QEvent *event)
+bool DesktopReport::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Show || event->type() == QEvent::WindowStateChange)
         withdrawIfLookedAt();
     return QObject::eventFilter(watched, event);
 }
 
-void RunNews::withdrawIfLookedAt()
+void DesktopReport::withdrawIfLookedAt()
 {
     if (isLookedAt())
         m_ofRuns.withdraw();
 }
 
 /// Includes the window's dialogs and panels.
-bool RunNews::isLookedAt() const
+bool DesktopReport::isLookedAt() const
 {
     return m_window.isVisible() && !m_window.isMinimized() && QGuiApplication::focusWindow() != nullptr;
 }

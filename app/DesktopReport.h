@@ -30,13 +30,13 @@ struct RunOutcome {
 /// Tells the desktop of the runs: on the dock icon how far they are, by a notification that one has ended
 /// while nobody looked at the window, and by another what became of sources that might have been lost. Lives
 /// on the main thread.
-class RunNews final : public QObject {
+class DesktopReport final : public QObject {
     Q_OBJECT
 
 public:
     /// `ofRuns` is the notification of ended runs, `ofSources` that of the sources.
-    RunNews(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
-            QObject *parent = nullptr);
+    DesktopReport(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
+                  QObject *parent = nullptr);
 
     /// How many files the run with this number has worked on. Numbers are unique.
     void setProgress(int run, int done, int count);
