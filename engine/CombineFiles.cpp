@@ -11,6 +11,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QLatin1StringView mixedKinds("NO");
@@ -18,9 +20,8 @@ constexpr QLatin1StringView mixedKinds("NO");
 /// The refusal of files of a kind that is never combined.
 CombineAlert refusedKind(const QString &name)
 {
-    return {QStringLiteral("Combine %1 files?").arg(name),
-            QStringLiteral("Sorry, you can only combine CSS or JS files. Combine %1 files makes no scene.")
-                .arg(name)};
+    return {u"Combine %1 files?"_s.arg(name),
+            u"Sorry, you can only combine CSS or JS files. Combine %1 files makes no scene."_s.arg(name)};
 }
 
 } // namespace
@@ -38,16 +39,14 @@ QString combineKind(const std::vector<QString> &entries)
 std::optional<CombineAlert> combineRefusal(const std::vector<QString> &entries)
 {
     if (entries.size() < 2)
-        return CombineAlert{QStringLiteral("Notice"),
-                            QStringLiteral("Please select 2 or more files to combine.")};
+        return CombineAlert{u"Notice"_s, u"Please select 2 or more files to combine."_s};
     const QString kind = combineKind(entries);
     if (kind == mixedKinds) {
-        return CombineAlert{QStringLiteral("Combine different kinds of files?"),
-                            QStringLiteral("No, please select only one kind of files at a time.")};
+        return CombineAlert{u"Combine different kinds of files?"_s,
+                            u"No, please select only one kind of files at a time."_s};
     }
     // Only these spellings are refused: unlike elsewhere, the case counts.
-    for (const QLatin1StringView refused :
-         {QLatin1StringView("html"), QLatin1StringView("phtml"), QLatin1StringView("php")}) {
+    for (const QLatin1StringView refused : {"html"_L1, "phtml"_L1, "php"_L1}) {
         if (kind == refused)
             return refusedKind(QString(refused).toUpper());
     }
@@ -58,7 +57,7 @@ CombineResult combine(const std::vector<QString> &paths, const QString &target, 
 {
     if (paths.empty() && QFileInfo::exists(target))
         return {CombineResult::Outcome::WriteFailed,
-                QStringLiteral("%1: kept as it is, as no files were selected any more").arg(target)};
+                u"%1: kept as it is, as no files were selected any more"_s.arg(target)};
     TextFile file(target, encoding);
     for (const QString &path : paths) {
         if (const auto error = file.appendFile(PathString::expandTilde(path)))
@@ -68,7 +67,7 @@ CombineResult combine(const std::vector<QString> &paths, const QString &target, 
     const QString failure = file.commit();
     if (failure.isEmpty())
         return {CombineResult::Outcome::Written, {}};
-    return {CombineResult::Outcome::WriteFailed, QStringLiteral("%1: %2").arg(target, failure)};
+    return {CombineResult::Outcome::WriteFailed, u"%1: %2"_s.arg(target, failure)};
 }
 
 } // namespace brevant

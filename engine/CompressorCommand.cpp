@@ -12,6 +12,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
@@ -41,14 +43,14 @@ QStringList yuiArguments(const FileKind &kind, const QString &entry, const std::
 {
     if (options.lineBreak == SwitchState::Undecided)
         return {};
-    ArgumentList arguments{QStringLiteral("-jar"), Tools::yuiCompressor()};
+    ArgumentList arguments{u"-jar"_s, Tools::yuiCompressor()};
     if (options.lineBreak == SwitchState::On)
-        arguments.add(QStringLiteral("--line-break")).add(options.lineBreakColumn);
+        arguments.add(u"--line-break"_s).add(options.lineBreakColumn);
     if (kind.family == KindFamily::Script) {
         const std::pair<SwitchState, QString> switches[] = {
-            {options.nomunge, QStringLiteral("--nomunge")},
-            {options.preserveSemi, QStringLiteral("--preserve-semi")},
-            {options.disableOptimizations, QStringLiteral("--disable-optimizations")},
+            {options.nomunge, u"--nomunge"_s},
+            {options.preserveSemi, u"--preserve-semi"_s},
+            {options.disableOptimizations, u"--disable-optimizations"_s},
         };
         for (const auto &[state, argument] : switches) {
             if (state == SwitchState::Undecided)
@@ -57,23 +59,17 @@ QStringList yuiArguments(const FileKind &kind, const QString &entry, const std::
                 arguments.add(argument);
         }
     }
-    arguments.add(entry).add(QStringLiteral("-o")).add(output);
-    arguments.add(QStringLiteral("--charset")).add(options.encoding);
-    return arguments.values();
+    return arguments.add(entry).add(u"-o"_s).add(output).add(u"--charset"_s).add(options.encoding).values();
 }
 
 /// The list for markup: the encoding stands first, and the output ends it.
 QStringList htmlArguments(const QString &entry, const std::optional<QString> &output,
                           const CompressorOptions &options)
 {
-    ArgumentList arguments{QStringLiteral("-jar"), Tools::htmlCompressor()};
-    arguments.add(QStringLiteral("--charset")).add(options.encoding);
-    arguments.add(QStringLiteral("--type")).add(QStringLiteral("html"));
-    arguments.add(QStringLiteral("--compress-js")).add(QStringLiteral("--compress-css"));
-    arguments.add(options.keepXMLSpace ? QStringLiteral("--preserve-intertag-spaces")
-                                       : QStringLiteral("--remove-intertag-spaces"));
-    arguments.add(entry).add(QStringLiteral("-o")).add(output);
-    return arguments.values();
+    ArgumentList arguments{u"-jar"_s, Tools::htmlCompressor(), u"--charset"_s, options.encoding};
+    arguments.add(u"--type"_s).add(u"html"_s).add(u"--compress-js"_s).add(u"--compress-css"_s);
+    arguments.add(options.keepXMLSpace ? u"--preserve-intertag-spaces"_s : u"--remove-intertag-spaces"_s);
+    return arguments.add(entry).add(u"-o"_s).add(output).values();
 }
 
 } // namespace

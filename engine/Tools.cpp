@@ -11,6 +11,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 QStringList Tools::standardOriginals()
 {
     QStringList paths;
@@ -20,49 +22,46 @@ QStringList Tools::standardOriginals()
         paths.append(PathString::join(state, u"brevant/originals"));
     else if (home.startsWith(u'/'))
         paths.append(PathString::join(home, u".local/state/brevant/originals"));
-    paths.append(PathString::join(QDir::tempPath(), QStringLiteral("brevant-originals-%1").arg(::geteuid())));
+    paths.append(PathString::join(QDir::tempPath(), u"brevant-originals-%1"_s.arg(::geteuid())));
     return paths;
 }
 
 Tools Tools::inResources(const QString &resourceFolder)
 {
     Tools tools;
-    tools.folder = resourceFolder + QLatin1StringView("/lib");
+    tools.folder = resourceFolder + "/lib"_L1;
     return tools;
 }
 
 QString Tools::yuiCompressor()
 {
-    return QStringLiteral("yuicompressor-2.4.8.jar");
+    return u"yuicompressor-2.4.8.jar"_s;
 }
 
 QString Tools::htmlCompressor()
 {
-    return QStringLiteral("htmlcompressor-1.5.3.jar");
+    return u"htmlcompressor-1.5.3.jar"_s;
 }
 
 QString Tools::missing() const
 {
     if (!QFileInfo(java).isExecutable())
-        return QStringLiteral("Java was not found at %1. Install it, on Debian with: sudo apt install "
-                              "default-jre-headless")
-            .arg(java);
+        return u"Java was not found at %1. Install it, on Debian with: sudo apt install "
+               "default-jre-headless"_s.arg(java);
     for (const QString &archive : {yuiCompressor(), htmlCompressor()}) {
         const QString path = PathString::join(folder, archive);
         if (!QFileInfo(path).isFile())
-            return QStringLiteral(
-                       "The compressor %1 is missing. Install Brevant again, or fetch it into that "
-                       "folder with: scripts/fetch-compressors")
-                .arg(path);
+            return u"The compressor %1 is missing. Install Brevant again, or fetch it into that "
+                   "folder with: scripts/fetch-compressors"_s.arg(path);
     }
     return {};
 }
 
 QString findResourceFolder()
 {
-    const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    const QString program = QFileInfo(u"/proc/self/exe"_s).canonicalFilePath();
     const QDir folder = QFileInfo(program).dir();
-    QString beside = folder.filePath(QStringLiteral("resources"));
+    QString beside = folder.filePath(u"resources"_s);
     if (QFileInfo(beside).isDir())
         return beside;
     return QDir::cleanPath(folder.filePath(QStringLiteral(BREVANT_INSTALLED_RESOURCES)));

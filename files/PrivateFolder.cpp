@@ -17,6 +17,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr mode_t ownerOnly = 0700;
@@ -66,7 +68,7 @@ std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &e
         return std::nullopt;
     }
     if (status.st_uid != ::geteuid()) {
-        error = QStringLiteral("%1 belongs to another user").arg(path);
+        error = u"%1 belongs to another user"_s.arg(path);
         return std::nullopt;
     }
     if ((status.st_mode & 07777) != ownerOnly && ::fchmod(folder.number(), ownerOnly) != 0) {
