@@ -45,20 +45,40 @@ if(BREVANT_KNOWS_FILE_PREFIX_MAP)
     target_compile_options(brevant_options INTERFACE "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 endif()
 
-# One static library per folder. Headers are included by their path from the top: "queue/FileQueue.h".
+# For the compiler's cache, which sees precompiled headers by it.
+target_compile_options(brevant_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+
+# brevant_add_headers(NAME LIBRARY… HEADERS HEADER…): what nearly every source includes, to be compiled once.
+function(brevant_add_headers name)
+    cmake_parse_arguments(arg "" "" "HEADERS" ${ARGN})
+    file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp" CONTENT "")
+    add_library(${name} OBJECT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(${name} PRIVATE brevant_options ${arg_UNPARSED_ARGUMENTS})
+    target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+endfunction()
+
+# One static library per folder, WINDOW those with widgets. Headers are included by their path from the top:
+# "queue/FileQueue.h".
 function(brevant_add_library name)
-    add_library(${name} STATIC ${ARGN})
+    cmake_parse_arguments(arg "WINDOW" "" "" ${ARGN})
+    add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
     target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
     target_link_libraries(${name} PRIVATE brevant_options)
+    if(arg_WINDOW)
+        target_precompile_headers(${name} REUSE_FROM brevant_window_headers)
+    else()
+        target_precompile_headers(${name} REUSE_FROM brevant_core_headers)
+    endif()
 endfunction()
 
 # The tests that exercise threads: all that the thread sanitizer's preset needs.
 add_custom_target(threads-tests)
 
 # The tests of one folder as one program, in which each tst_X.cpp of TESTS and THREADS is a class that runs alone as the
-# test tst_X. THREADS: those labelled "threads". The thread sanitizer's preset runs no others, and so gets no others.
+# test tst_X. WINDOW: those with widgets. THREADS: those labelled "threads". The thread sanitizer's preset runs no others, and so gets no others.
 function(brevant_add_test program)
-    cmake_parse_arguments(arg "" "" "TESTS;THREADS;SOURCES;LIBRARIES;DEFINITIONS;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(arg "WINDOW" "" "TESTS;THREADS;SOURCES;LIBRARIES;DEFINITIONS;ENVIRONMENT" ${ARGN})
     set(built ${arg_TESTS})
     if(BREVANT_SANITIZE STREQUAL "thread")
         set(built)
@@ -68,6 +88,12 @@ function(brevant_add_test program)
     target_compile_definitions(${program} PRIVATE ${arg_DEFINITIONS})
     target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
     target_link_libraries(${program} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
+    if(arg_WINDOW)
+        target_link_libraries(${program} PRIVATE Qt6::Widgets)
+        target_precompile_headers(${program} REUSE_FROM brevant_window_test_headers)
+    else()
+        target_precompile_headers(${program} REUSE_FROM brevant_test_headers)
+    endif()
     if(arg_THREADS)
         add_dependencies(threads-tests ${program})
     endif()

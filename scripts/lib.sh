@@ -47,7 +47,8 @@ configure_preset() {
         set -- --fresh "$@"
     fi
     if command -v ccache >/dev/null; then
-        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+        # The first two words let it work with precompiled headers.
+        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-"env;CCACHE_SLOPPINESS=pch_defines,time_macros;ccache"}
     fi
     say "configuring the preset $preset"
     (cd -- "$root" && cmake --preset "$preset" --log-level=WARNING "$@" >/dev/null)

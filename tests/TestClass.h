@@ -33,6 +33,5 @@ int runTest(int count, char **values)
 /// What QTEST_MAIN is to a program of one class. Application: what the class runs in.
 #define BREVANT_TEST(Test, Application)                                                                      \
     static const brevant::test::TestClass registered(#Test, [](int count, char **values) {                   \
-        QTEST_SET_MAIN_SOURCE_PATH                                                                           \
         return brevant::test::runTest<Test, Application>(count, values);                                     \
     });

@@ -143,7 +143,6 @@ static int runOrCombine(int count, char **values)
     if (arguments.value(1) == "--combine-once"_L1)
         return combineOnce(arguments.sliced(2));
     tst_CombineLimits test;
-    QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&test, count, values);
 }
 

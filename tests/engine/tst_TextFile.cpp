@@ -25,7 +25,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QByteArray>("expected");
 
-        QFile file(QFINDTESTDATA("data/combine/golden.txt"));
+        QFile file(u"" TEST_DATA "/combine/golden.txt"_s);
         QVERIFY2(file.open(QIODevice::ReadOnly), "golden.txt");
         int number = 0;
         while (!file.atEnd()) {
