@@ -3,19 +3,20 @@
 #include "AppFixture.h"
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 AppFixture::AppFixture(const QDBusConnection &bus)
-    : Application(folder.filePath(QStringLiteral("settings.json")), bus, [this](const QUrl &url) {
+    : Application(folder.filePath(u"settings.json"_s), bus, [this](const QUrl &url) {
           opened.append(url);
           return true;
       })
 {
-    qputenv("BREVANT_STUB_LOG", folder.filePath(QStringLiteral("stub.log")).toUtf8());
-    QDir(folder.path()).mkdir(QStringLiteral("lib"));
+    qputenv("BREVANT_STUB_LOG", folder.filePath(u"stub.log"_s).toUtf8());
+    QDir(folder.path()).mkdir(u"lib"_s);
     tools = Tools::inResources(folder.path());
     tools.java = QStringLiteral(STUB_JAVA);
-    homePage = QStringLiteral("https://brevant.example/");
-    supportMail = QStringLiteral("support@brevant.example");
+    homePage = u"https://brevant.example/"_s;
+    supportMail = u"support@brevant.example"_s;
     auto recording = std::make_unique<RecordingSound>();
     sound = recording.get();
     doneSound = std::move(recording);
@@ -26,7 +27,7 @@ AppFixture::AppFixture(const QDBusConnection &bus)
 AppFixture::~AppFixture()
 {
     // What a test that fails has made a compressor wait for.
-    QFile::remove(folder.filePath(QStringLiteral("gate")));
+    QFile::remove(folder.filePath(u"gate"_s));
     jobs.stopAndWait();
 }
 
@@ -55,20 +56,18 @@ QString AppFixture::state() const
 {
     const Ui::MainWindow &ui = window.ui();
     const auto pair = [](bool first, bool second) {
-        return first && second   ? QStringLiteral("on")
-               : first || second ? QStringLiteral("MIXED")
-                                 : QStringLiteral("off");
+        return first && second ? u"on"_s : first || second ? u"MIXED"_s : u"off"_s;
     };
-    return QStringLiteral("buttons %1, menu %2, table %3, \"%4\", badge \"%5\"")
-        .arg(pair(!ui.minifyButton->isHidden(), !ui.clearButton->isHidden()),
-             pair(ui.minifyMenu->isEnabled(), ui.clearMenu->isEnabled()),
-             table->backgroundColor() ? table->backgroundColor()->name() : QStringLiteral("clear"), status(),
-             dockTile.badgeLabel());
+    return u"buttons %1, menu %2, table %3, \"%4\", badge \"%5\""_s.arg(
+        pair(!ui.minifyButton->isHidden(), !ui.clearButton->isHidden()),
+        pair(ui.minifyMenu->isEnabled(), ui.clearMenu->isEnabled()),
+        table->backgroundColor() ? table->backgroundColor()->name() : u"clear"_s, status(),
+        dockTile.badgeLabel());
 }
 
 QStringList AppFixture::javaCalls() const
 {
-    QFile log(folder.filePath(QStringLiteral("stub.log")));
+    QFile log(folder.filePath(u"stub.log"_s));
     return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts)
                                          : QStringList();
 }

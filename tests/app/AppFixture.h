@@ -19,17 +19,19 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /// Writes down what is asked of the sound at the end of a run, and plays nothing.
 class RecordingSound final : public brevant::DoneSound {
 public:
     std::function<void(const QString &call)> onCall;
 
-    bool load(const QString &path = QStringLiteral(":/Done.aif")) override
+    bool load(const QString &path = u":/Done.aif"_s) override
     {
-        note(QStringLiteral("load"));
+        note(u"load"_s);
         return DoneSound::load(path);
     }
-    void play() override { note(QStringLiteral("play")); }
+    void play() override { note(u"play"_s); }
 
 private:
     void note(const QString &call) const
@@ -47,7 +49,7 @@ struct FixtureFolder {
 /// The whole window program but for its main(), on settings and files of its own, with a stub for Java,
 /// without a session bus unless one is given, and with addresses written down instead of opened.
 struct AppFixture : FixtureFolder, brevant::Application {
-    explicit AppFixture(const QDBusConnection &bus = QDBusConnection(QStringLiteral("no bus")));
+    explicit AppFixture(const QDBusConnection &bus = QDBusConnection(u"no bus"_s));
     ~AppFixture();
 
     /// Makes a file in the fixture's folder; `text` tells the stub what to do.

@@ -10,6 +10,8 @@
 #include <QDBusPendingCall>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /// Writes down what a dock is told of the progress, "0.5" or "gone", and of the badge, "3" or "gone".
 class Dock final : public QObject {
     Q_OBJECT
@@ -17,8 +19,8 @@ class Dock final : public QObject {
 public:
     explicit Dock(QDBusConnection bus)
     {
-        bus.connect(QString(), QString(), QStringLiteral("com.canonical.Unity.LauncherEntry"),
-                    QStringLiteral("Update"), this, SLOT(update(QDBusMessage)));
+        bus.connect(QString(), QString(), u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s, this,
+                    SLOT(update(QDBusMessage)));
     }
     QStringList progress;
     QStringList badges;
@@ -27,15 +29,14 @@ private Q_SLOTS:
     void update(const QDBusMessage &message)
     {
         const auto properties = qdbus_cast<QVariantMap>(message.arguments().value(1));
-        if (properties.contains(QStringLiteral("count-visible"))) {
-            const bool isShown = properties.value(QStringLiteral("count-visible")).toBool();
-            badges.append(isShown ? properties.value(QStringLiteral("count")).toString()
-                                  : QStringLiteral("gone"));
+        if (properties.contains(u"count-visible"_s)) {
+            const bool isShown = properties.value(u"count-visible"_s).toBool();
+            badges.append(isShown ? properties.value(u"count"_s).toString() : u"gone"_s);
         }
-        if (properties.value(QStringLiteral("progress-visible")).toBool())
-            progress.append(QString::number(properties.value(QStringLiteral("progress")).toDouble()));
-        else if (properties.contains(QStringLiteral("progress-visible")))
-            progress.append(QStringLiteral("gone"));
+        if (properties.value(u"progress-visible"_s).toBool())
+            progress.append(QString::number(properties.value(u"progress"_s).toDouble()));
+        else if (properties.contains(u"progress-visible"_s))
+            progress.append(u"gone"_s);
     }
 };
 
@@ -47,11 +48,11 @@ protected:
     /// Fills the list with files that tell the stub what to do. The window is shown and active.
     AppFixture &filled(const QList<QByteArray> &texts, const QString &folder = {})
     {
-        m_app = std::make_unique<AppFixture>(QDBusConnection(QStringLiteral("own")));
+        m_app = std::make_unique<AppFixture>(QDBusConnection(u"own"_s));
         m_app->settings.setOverride(false, brevant::soundCheckerKeyString);
         QStringList paths;
         for (const QByteArray &text : texts)
-            paths.append(m_app->file(QStringLiteral("%1f%2.css").arg(folder).arg(paths.size()), text));
+            paths.append(m_app->file(u"%1f%2.css"_s.arg(folder).arg(paths.size()), text));
         m_app->drop(paths);
         m_app->window.show();
         m_app->window.activateWindow();
@@ -69,14 +70,10 @@ protected:
     /// Lets everything that is on its way arrive; what is asked for in an answer comes in a second round.
     static void letAllArrive()
     {
-        for (const QString &from : {QStringLiteral("own"), QStringLiteral("desktop"), QStringLiteral("own"),
-                                    QStringLiteral("desktop")}) {
-            const QString to =
-                QDBusConnection(from == u"own" ? QStringLiteral("desktop") : QStringLiteral("own"))
-                    .baseService();
-            QDBusPendingCall ping = QDBusConnection(from).asyncCall(QDBusMessage::createMethodCall(
-                to, QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
-                QStringLiteral("Ping")));
+        for (const QString &from : {u"own"_s, u"desktop"_s, u"own"_s, u"desktop"_s}) {
+            const QString to = QDBusConnection(from == u"own" ? u"desktop"_s : u"own"_s).baseService();
+            QDBusPendingCall ping = QDBusConnection(from).asyncCall(
+                QDBusMessage::createMethodCall(to, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
             ping.waitForFinished();
             QCoreApplication::processEvents();
         }
@@ -91,10 +88,7 @@ protected:
     }
 
     /// The fixture's folder, as a notification shows it: below the home folder.
-    [[nodiscard]] QString here() const
-    {
-        return QStringLiteral("~/") + QFileInfo(m_app->folder.path()).fileName();
-    }
+    [[nodiscard]] QString here() const { return u"~/"_s + QFileInfo(m_app->folder.path()).fileName(); }
 
     brevant::test::PrivateBus m_bus;
     std::unique_ptr<Dock> m_dock;
@@ -110,9 +104,9 @@ private Q_SLOTS:
 
     void init()
     {
-        const auto bus = QDBusConnection::connectToBus(m_bus.address(), QStringLiteral("desktop"));
+        const auto bus = QDBusConnection::connectToBus(m_bus.address(), u"desktop"_s);
         QVERIFY(bus.isConnected());
-        QVERIFY(QDBusConnection::connectToBus(m_bus.address(), QStringLiteral("own")).isConnected());
+        QVERIFY(QDBusConnection::connectToBus(m_bus.address(), u"own"_s).isConnected());
         m_dock = std::make_unique<Dock>(bus);
         m_service = std::make_unique<brevant::test::NotificationService>(bus);
         letAllArrive();
@@ -123,7 +117,7 @@ private Q_SLOTS:
         m_app.reset();
         m_service.reset();
         m_dock.reset();
-        QDBusConnection::disconnectFromBus(QStringLiteral("own"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("desktop"));
+        QDBusConnection::disconnectFromBus(u"own"_s);
+        QDBusConnection::disconnectFromBus(u"desktop"_s);
     }
 };

@@ -12,6 +12,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +24,7 @@ QAccessibleInterface *interfaceOf(QObject *object)
 QWidget *preferences()
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->findChild<QWidget *>(QStringLiteral("suffixField")) != nullptr)
+        if (window->findChild<QWidget *>(u"suffixField"_s) != nullptr)
             return window;
     }
     return nullptr;
@@ -47,16 +48,16 @@ private Q_SLOTS:
     void roles()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"), "a{}")});
+        app.drop({app.file(u"a.css"_s, "a{}")});
         app.window.show();
         QCOMPARE(interfaceOf(&app.window)->role(), QAccessible::Window);
-        QCOMPARE(interfaceOf(&app.window)->text(QAccessible::Name), QStringLiteral("Brevant"));
+        QCOMPARE(interfaceOf(&app.window)->text(QAccessible::Name), u"Brevant"_s);
 
         app.window.ui().preferencesMenu->trigger();
         QWidget *const window = preferences();
         QVERIFY(window);
         QCOMPARE(interfaceOf(window)->role(), QAccessible::Dialog);
-        QCOMPARE(interfaceOf(window)->text(QAccessible::Name), QStringLiteral("Preferences"));
+        QCOMPARE(interfaceOf(window)->text(QAccessible::Name), u"Preferences"_s);
         QVERIFY(interfaceOf(window)->childCount() > 0);
         window->close();
 
@@ -64,22 +65,22 @@ private Q_SLOTS:
         app.delegate.togglePreviewPanel();
         PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         QCOMPARE(interfaceOf(panel)->role(), QAccessible::Dialog);
-        QCOMPARE(interfaceOf(panel)->text(QAccessible::Name), QStringLiteral("Preview"));
+        QCOMPARE(interfaceOf(panel)->text(QAccessible::Name), u"Preview"_s);
         app.delegate.togglePreviewPanel();
     }
 
     void theKeyOfQuickLookIsNoPartOfItsName()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"), "a{}")});
+        app.drop({app.file(u"a.css"_s, "a{}")});
         app.window.show();
         app.table->selectRowIndexes({0}, false);
         QAction *const action = app.window.ui().quickLookMenu;
-        QCOMPARE(action->text(), QStringLiteral("&Quick Look"));
+        QCOMPARE(action->text(), u"&Quick Look"_s);
         QAccessibleInterface *const menu = interfaceOf(app.window.ui().viewMenu);
         QCOMPARE(menu->childCount(), 1);
-        QCOMPARE(menu->child(0)->text(QAccessible::Name), QStringLiteral("Quick Look"));
-        QCOMPARE(menu->child(0)->text(QAccessible::Accelerator), QStringLiteral("Space"));
+        QCOMPARE(menu->child(0)->text(QAccessible::Name), u"Quick Look"_s);
+        QCOMPARE(menu->child(0)->text(QAccessible::Accelerator), u"Space"_s);
         // The space bar is still that of whatever has the focus.
         QSignalSpy triggered(action, &QAction::triggered);
         QSignalSpy toggled(app.table, &BVTableView::togglePreviewPanel);
@@ -99,7 +100,7 @@ private Q_SLOTS:
     void theContextMenuIsPartOfTheWindowWhileItIsOpen()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"), "a{}")});
+        app.drop({app.file(u"a.css"_s, "a{}")});
         app.window.show();
         app.table->selectRowIndexes({0}, false);
         QAccessibleInterface *const window = interfaceOf(&app.window);
@@ -115,7 +116,7 @@ private Q_SLOTS:
         QAccessibleInterface *const found = window->child(window->childCount() - 1);
         QCOMPARE(found->role(), QAccessible::PopupMenu);
         QCOMPARE(found->childCount(), 4);
-        QCOMPARE(found->child(0)->text(QAccessible::Name), QStringLiteral("Quick Look"));
+        QCOMPARE(found->child(0)->text(QAccessible::Name), u"Quick Look"_s);
         QCOMPARE(window->indexOfChild(found), window->childCount() - 1);
         menu->close();
         QCOMPARE(childrenOf(window), before);

@@ -6,15 +6,16 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString emptyState = QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\"");
+const QString emptyState = u"buttons off, menu off, table clear, \"\", badge \"\""_s;
 
 QString filledState(const char *label, const char *badge)
 {
-    return QStringLiteral("buttons on, menu on, table #ffffff, \"%1\", badge \"%2\"")
-        .arg(QString::fromUtf8(label), QString::fromUtf8(badge));
+    return u"buttons on, menu on, table #ffffff, \"%1\", badge \"%2\""_s.arg(QString::fromUtf8(label),
+                                                                             QString::fromUtf8(badge));
 }
 
 /// How often an object got an event of one type.
@@ -47,7 +48,7 @@ private Q_SLOTS:
         app.window.show();
         QCOMPARE(app.state(), emptyState);
         QVERIFY(!app.window.ui().spinner->isVisible());
-        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropN"));
+        QCOMPARE(app.window.ui().DropView->imageName(), u"dropN"_s);
     }
 
     void aDragLightsThePictureAndADropPutsItOut()
@@ -55,9 +56,9 @@ private Q_SLOTS:
         AppFixture app;
         QMimeData data;
         QCOMPARE(app.controller.tableViewValidateDrop(data), Qt::CopyAction);
-        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
+        QCOMPARE(app.window.ui().DropView->imageName(), u"dropP"_s);
         QVERIFY(app.controller.tableViewAcceptDrop(data)); // no file names at all
-        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropN"));
+        QCOMPARE(app.window.ui().DropView->imageName(), u"dropN"_s);
         QCOMPARE(app.state(), emptyState);
     }
 
@@ -65,10 +66,10 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(true, autoMinifyCheckerKeyString);
-        app.window.setStatusText(QStringLiteral("as it was"));
-        QVERIFY(app.drop({app.file(QStringLiteral("notes.txt"))}));
+        app.window.setStatusText(u"as it was"_s);
+        QVERIFY(app.drop({app.file(u"notes.txt"_s)}));
         QVERIFY(!app.jobs.isRunning());
-        QCOMPARE(app.status(), QStringLiteral("as it was"));
+        QCOMPARE(app.status(), u"as it was"_s);
         QVERIFY(app.window.ui().minifyButton->isHidden());
         QVERIFY(!app.table->backgroundColor());
     }
@@ -85,7 +86,7 @@ private Q_SLOTS:
         QTest::newRow("the web") << QByteArray("https://brevant.example/b.css") << QString();
         QTest::newRow("percent") << QByteArray("file:///a/100%25%20%23%3f.css") << "/a/100% #?.css";
         QTest::newRow("two slashes") << QByteArray("file:////Home/b.css") << "//Home/b.css";
-        QTest::newRow("umlaut") << QByteArray("file:///a/%C3%BC.css") << QStringLiteral("/a/ü.css");
+        QTest::newRow("umlaut") << QByteArray("file:///a/%C3%BC.css") << u"/a/ü.css"_s;
         QTest::newRow("newline") << QByteArray("file:///a/x%0Ay.css") << "/a/x\ny.css";
     }
 
@@ -95,7 +96,7 @@ private Q_SLOTS:
         QFETCH(QString, path);
         AppFixture app;
         QMimeData data;
-        data.setData(QStringLiteral("text/uri-list"), address + "\r\n");
+        data.setData(u"text/uri-list"_s, address + "\r\n");
         QVERIFY(app.controller.tableViewAcceptDrop(data));
         QCOMPARE(app.queue.entries(), path.isEmpty() ? std::vector<QString>() : std::vector<QString>({path}));
     }
@@ -103,13 +104,13 @@ private Q_SLOTS:
     void oneItemThenTwo()
     {
         AppFixture app;
-        QVERIFY(app.drop({app.file(QStringLiteral("a.css"))}));
+        QVERIFY(app.drop({app.file(u"a.css"_s)}));
         QCOMPARE(app.state(), filledState("1 item", "1"));
         QCOMPARE(app.table->model()->rowCount(), 1);
-        QVERIFY(app.drop({app.file(QStringLiteral("b.js"))}));
+        QVERIFY(app.drop({app.file(u"b.js"_s)}));
         QCOMPARE(app.state(), filledState("2 items", "2"));
         QCOMPARE(app.controller.numberOfRowsInTableView(), 2);
-        QCOMPARE(app.controller.tableViewObjectValue(1), app.folder.filePath(QStringLiteral("b.js")));
+        QCOMPARE(app.controller.tableViewObjectValue(1), app.folder.filePath(u"b.js"_s));
     }
 
     void theOrderIsThatOfWhoBringsThem_data()
@@ -123,8 +124,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, way);
         AppFixture app;
-        const QStringList paths{app.file(QStringLiteral("b.css")), app.file(QStringLiteral("c.css")),
-                                app.file(QStringLiteral("a.css"))};
+        const QStringList paths{app.file(u"b.css"_s), app.file(u"c.css"_s), app.file(u"a.css"_s)};
         app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
         if (way == u"drop")
             app.drop(paths);
@@ -138,11 +138,10 @@ private Q_SLOTS:
     void unsupportedFilesOnAFilledListRefreshIt()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"))});
-        app.window.setStatusText(QStringLiteral("Well done!"));
-        app.dockTile.setBadgeLabel(QStringLiteral("7"));
-        QVERIFY(
-            app.drop({app.file(QStringLiteral("notes.txt")), app.folder.filePath(QStringLiteral("a.css"))}));
+        app.drop({app.file(u"a.css"_s)});
+        app.window.setStatusText(u"Well done!"_s);
+        app.dockTile.setBadgeLabel(u"7"_s);
+        QVERIFY(app.drop({app.file(u"notes.txt"_s), app.folder.filePath(u"a.css"_s)}));
         QCOMPARE(app.state(), filledState("1 item", "1"));
         QCOMPARE(app.queue.count(), 1);
     }
@@ -151,9 +150,9 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(false, badgeCheckerKeyString);
-        app.dockTile.setBadgeLabel(QStringLiteral("as it was"));
-        app.drop({app.file(QStringLiteral("a.css"))});
-        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("as it was"));
+        app.dockTile.setBadgeLabel(u"as it was"_s);
+        app.drop({app.file(u"a.css"_s)});
+        QCOMPARE(app.dockTile.badgeLabel(), u"as it was"_s);
     }
 
     void aFolderGivesAllBelowIt()
@@ -163,8 +162,8 @@ private Q_SLOTS:
         for (const char *name :
              {"site/css/a.css", "site/js/deep/er/b.js", "site/.hidden/c.css", "site/index.html"})
             expected.append(app.file(QString::fromUtf8(name)));
-        app.file(QStringLiteral("site/readme.md"));
-        app.drop({app.folder.filePath(QStringLiteral("site"))});
+        app.file(u"site/readme.md"_s);
+        app.drop({app.folder.filePath(u"site"_s)});
         QStringList added;
         for (const QString &entry : app.queue.entries())
             added.append(entry);
@@ -177,16 +176,16 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(false, enableHTMLCheckerKeyString);
-        app.file(QStringLiteral("site/index.html"));
-        app.file(QStringLiteral("site/a.css"));
+        app.file(u"site/index.html"_s);
+        app.file(u"site/a.css"_s);
         QStringList offered;
         app.controller.setRunOpenPanel(
             [&](QWidget *, const QStringList &types) -> std::optional<QStringList> {
                 offered = types;
-                return QStringList(app.folder.filePath(QStringLiteral("site")));
+                return QStringList(app.folder.filePath(u"site"_s));
             });
         app.controller.addFile();
-        QCOMPARE(offered, QStringList({QStringLiteral("css"), QStringLiteral("js")}));
+        QCOMPARE(offered, QStringList({u"css"_s, u"js"_s}));
         QCOMPARE(app.queue.count(), 1);
     }
 
@@ -200,7 +199,7 @@ private Q_SLOTS:
             QTest::addRow("%s, true", way) << QJsonValue(true) << name << (name != u"panel");
             QTest::addRow("%s, false", way) << QJsonValue(false) << name << false;
             QTest::addRow("%s, 1", way) << QJsonValue(1) << name << false;
-            QTest::addRow("%s, text", way) << QJsonValue(QStringLiteral("true")) << name << false;
+            QTest::addRow("%s, text", way) << QJsonValue(u"true"_s) << name << false;
         }
     }
 
@@ -212,7 +211,7 @@ private Q_SLOTS:
         AppFixture app;
         app.settings.setOverride(stored, autoMinifyCheckerKeyString);
         app.settings.setOverride(false, soundCheckerKeyString);
-        const QStringList paths{app.file(QStringLiteral("a.css"))};
+        const QStringList paths{app.file(u"a.css"_s)};
         app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return paths; });
         if (way == u"drop")
             app.drop(paths);
@@ -224,16 +223,16 @@ private Q_SLOTS:
         QCOMPARE(app.queue.count(), 1);
         QTRY_VERIFY(!app.jobs.isRunning());
         QCOMPARE(app.javaCalls().size(), runs ? 1 : 0);
-        QCOMPARE(app.status(), runs ? QStringLiteral("Well done!") : QStringLiteral("1 item"));
+        QCOMPARE(app.status(), runs ? u"Well done!"_s : u"1 item"_s);
     }
 
     void aDropOfKnownFilesMinifiesAllAgain()
     {
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         app.settings.setOverride(true, autoMinifyCheckerKeyString);
-        app.drop({app.file(QStringLiteral("notes.txt"))});
+        app.drop({app.file(u"notes.txt"_s)});
         QVERIFY(app.jobs.isRunning());
         QTRY_VERIFY(!app.jobs.isRunning());
         QCOMPARE(app.javaCalls().size(), 2);
@@ -242,27 +241,26 @@ private Q_SLOTS:
     void aCancelledPanelChangesNothing()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"))});
-        app.window.setStatusText(QStringLiteral("as it was"));
+        app.drop({app.file(u"a.css"_s)});
+        app.window.setStatusText(u"as it was"_s);
         app.dockTile.setBadgeLabel(QString());
-        app.window.ui().DropView->setImageNamed(QStringLiteral("dropP"));
+        app.window.ui().DropView->setImageNamed(u"dropP"_s);
         app.window.show();
         Seen spinner(app.window.ui().spinner, QEvent::Show);
         app.controller.setRunOpenPanel([](QWidget *, const QStringList &) { return std::nullopt; });
         const QString before = app.state();
         app.controller.addFile();
         QCOMPARE(app.state(), before);
-        QCOMPARE(app.window.ui().DropView->imageName(), QStringLiteral("dropP"));
+        QCOMPARE(app.window.ui().DropView->imageName(), u"dropP"_s);
         QCOMPARE(spinner.times, 0);
     }
 
     void filesThatAreOpenedFromOutside()
     {
         AppFixture app;
-        app.delegate.applicationOpenFiles({app.folder.filePath(QStringLiteral("missing.txt"))});
+        app.delegate.applicationOpenFiles({app.folder.filePath(u"missing.txt"_s)});
         QCOMPARE(app.state(), emptyState);
-        app.delegate.applicationOpenFiles(
-            {app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.delegate.applicationOpenFiles({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         QCOMPARE(app.state(), filledState("2 items", "2"));
     }
 
@@ -272,7 +270,7 @@ private Q_SLOTS:
         app.window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&app.window));
         Seen paintings(app.window.ui().spinner, QEvent::Paint);
-        app.drop({app.file(QStringLiteral("a.css"))});
+        app.drop({app.file(u"a.css"_s)});
         QVERIFY(paintings.times > 0); // before the walk began: no event is handled until it is over
         QVERIFY(!app.window.ui().spinner->isVisible());
     }

@@ -14,6 +14,7 @@
 #include <thread>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 using brevant::test::PrivateBus;
 
 using Claim = ApplicationService::Claim;
@@ -40,9 +41,9 @@ private:
     /// What the program answers to another one.
     QDBusMessage answer(const QDBusMessage &question) const
     {
-        QDBusPendingCall pending = connection(QStringLiteral("other")).asyncCall(question);
+        QDBusPendingCall pending = connection(u"other"_s).asyncCall(question);
         if (!QTest::qWaitFor([&pending] { return pending.isFinished(); }))
-            return QDBusMessage::createError(QStringLiteral("test.NoAnswer"), QString());
+            return QDBusMessage::createError(u"test.NoAnswer"_s, QString());
         return pending.reply();
     }
 
@@ -73,22 +74,20 @@ private Q_SLOTS:
         m_opened = std::make_unique<QSignalSpy>(m_service.get(), &ApplicationService::openRequested);
         m_acted = std::make_unique<QSignalSpy>(m_service.get(), &ApplicationService::actionRequested);
         Claim claim = Claim::Alone;
-        std::thread([this, &claim] {
-            claim = m_service->claim(connection(QStringLiteral("service")));
-        }).join();
+        std::thread([this, &claim] { claim = m_service->claim(connection(u"service"_s)); }).join();
         QCOMPARE(claim, Claim::First);
     }
 
     void cleanup()
     {
         m_service.reset();
-        QDBusConnection::disconnectFromBus(QStringLiteral("service"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("other"));
+        QDBusConnection::disconnectFromBus(u"service"_s);
+        QDBusConnection::disconnectFromBus(u"other"_s);
     }
 
     void activate()
     {
-        const QVariantMap platformData{{QStringLiteral("activation-token"), QStringLiteral("t")}};
+        const QVariantMap platformData{{u"activation-token"_s, u"t"_s}};
         QVERIFY(isAccepted("Activate", {platformData}));
         QCOMPARE(m_activated->size(), 1);
         QCOMPARE(m_activated->first().first().toMap(), platformData);
@@ -100,16 +99,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("uri");
         QTest::addColumn<QStringList>("paths");
         for (const QString &path :
-             {QStringLiteral("/x/a.css"), QStringLiteral("/x/a b.css"), QStringLiteral("/x/50%25.css"),
-              QStringLiteral("/x/größe 日本.css"), QStringLiteral("/x/a\nb.css"),
-              QStringLiteral("/x/\"'`$.css"), QStringLiteral("/x/a#b?c;d&e.css"), QStringLiteral("//x/a.css"),
-              QStringLiteral("/")})
+             {u"/x/a.css"_s, u"/x/a b.css"_s, u"/x/50%25.css"_s, u"/x/größe 日本.css"_s, u"/x/a\nb.css"_s,
+              u"/x/\"'`$.css"_s, u"/x/a#b?c;d&e.css"_s, u"//x/a.css"_s, u"/"_s})
             QTest::newRow(qPrintable(path))
                 << fileUrl(path).toString(QUrl::FullyEncoded) << QStringList(path);
-        QTest::newRow("this host") << QStringLiteral("file://localhost/x/a.css")
-                                   << QStringList(QStringLiteral("/x/a.css"));
-        QTest::newRow("not escaped") << QStringLiteral("file:///x/ä b.css")
-                                     << QStringList(QStringLiteral("/x/ä b.css"));
+        QTest::newRow("this host") << u"file://localhost/x/a.css"_s << QStringList(u"/x/a.css"_s);
+        QTest::newRow("not escaped") << u"file:///x/ä b.css"_s << QStringList(u"/x/ä b.css"_s);
         for (const char *other : {"https://brevant.example/a.css", "file://elsewhere/a.css",
                                   "sftp://h/x/a.css", "/x/a.css", "a.css", "file:", ":", ""})
             QTest::addRow("passed over: %s", other) << QString::fromLatin1(other) << QStringList();
@@ -119,10 +114,10 @@ private Q_SLOTS:
     {
         QFETCH(const QString, uri);
         QFETCH(const QStringList, paths);
-        const QString last = QStringLiteral("file:///last.css");
+        const QString last = u"file:///last.css"_s;
         QVERIFY(isAccepted("Open", {QStringList({uri, last}), QVariantMap()}));
         QCOMPARE(m_opened->size(), 1);
-        QCOMPARE(m_opened->first().first().toStringList(), paths + QStringList(QStringLiteral("/last.css")));
+        QCOMPARE(m_opened->first().first().toStringList(), paths + QStringList(u"/last.css"_s));
         QCOMPARE(heard(), 1);
     }
 
@@ -130,11 +125,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariantList>("parameter");
         QTest::addColumn<QStringList>("paths");
-        const QStringList uris{QStringLiteral("file:///a%20b.css"), QStringLiteral("https://h/c.css")};
-        const QStringList paths{QStringLiteral("/a b.css")};
+        const QStringList uris{u"file:///a%20b.css"_s, u"https://h/c.css"_s};
+        const QStringList paths{u"/a b.css"_s};
         QTest::newRow("none") << QVariantList() << QStringList();
         QTest::newRow("addresses") << QVariantList{uris} << paths;
-        QTest::newRow("more than one") << QVariantList{uris, QStringLiteral("s")} << paths;
+        QTest::newRow("more than one") << QVariantList{uris, u"s"_s} << paths;
         QTest::newRow("a text") << QVariantList{uris.first()} << QStringList();
         QTest::newRow("a number") << QVariantList{7} << QStringList();
         QTest::newRow("numbers") << QVariantList{QVariantList{7}} << QStringList();
@@ -144,10 +139,10 @@ private Q_SLOTS:
     {
         QFETCH(const QVariantList, parameter);
         QFETCH(const QStringList, paths);
-        const QVariantMap platformData{{QStringLiteral("desktop-startup-id"), QStringLiteral("i")}};
-        QVERIFY(isAccepted("ActivateAction", {QStringLiteral("any"), QVariant(parameter), platformData}));
+        const QVariantMap platformData{{u"desktop-startup-id"_s, u"i"_s}};
+        QVERIFY(isAccepted("ActivateAction", {u"any"_s, QVariant(parameter), platformData}));
         QCOMPARE(m_acted->size(), 1);
-        QCOMPARE(m_acted->first(), QVariantList({QStringLiteral("any"), paths, platformData}));
+        QCOMPARE(m_acted->first(), QVariantList({u"any"_s, paths, platformData}));
         QCOMPARE(heard(), 1);
     }
 
@@ -159,11 +154,10 @@ private Q_SLOTS:
         const QStringList list;
         QTest::newRow("no data") << QByteArray("Activate") << QVariantList();
         QTest::newRow("data that is a text") << QByteArray("Activate") << QVariantList{QString()};
-        QTest::newRow("one address") << QByteArray("Open") << QVariantList{QStringLiteral("file:///a"), map};
+        QTest::newRow("one address") << QByteArray("Open") << QVariantList{u"file:///a"_s, map};
         QTest::newRow("no data with addresses") << QByteArray("Open") << QVariantList{list};
         QTest::newRow("too much") << QByteArray("Open") << QVariantList{list, map, 1};
-        QTest::newRow("only a name") << QByteArray("ActivateAction")
-                                     << QVariantList{QStringLiteral("minify")};
+        QTest::newRow("only a name") << QByteArray("ActivateAction") << QVariantList{u"minify"_s};
         QTest::newRow("unknown method") << QByteArray("Close") << QVariantList{map};
     }
 
@@ -178,16 +172,16 @@ private Q_SLOTS:
 
     void whoWantsNoAnswerGetsNone()
     {
-        QVERIFY(connection(QStringLiteral("other")).send(call("Activate", {QVariantMap()})));
+        QVERIFY(connection(u"other"_s).send(call("Activate", {QVariantMap()})));
         QTRY_COMPARE(m_activated->size(), 1);
     }
 
     void theNameIsTaken()
     {
         ApplicationService second;
-        const QDBusConnection bus = connection(QStringLiteral("other"));
+        const QDBusConnection bus = connection(u"other"_s);
         QCOMPARE(second.claim(bus), Claim::Taken);
-        QCOMPARE(serviceOwner(bus), connection(QStringLiteral("service")).baseService());
+        QCOMPARE(serviceOwner(bus), connection(u"service"_s).baseService());
         m_service->release();
         QTRY_COMPARE(serviceOwner(bus), QString());
         QCOMPARE(second.claim(bus), Claim::First);
@@ -198,13 +192,12 @@ private Q_SLOTS:
     {
         m_service->release();
         for (QDBusMessage question :
-             {call("Activate", {QVariantMap()}),
-              call("Open", {QStringList(QStringLiteral("file:///a")), QVariantMap()}),
-              call("ActivateAction", {QStringLiteral("minify"), QVariant(QVariantList()), QVariantMap()})}) {
+             {call("Activate", {QVariantMap()}), call("Open", {QStringList(u"file:///a"_s), QVariantMap()}),
+              call("ActivateAction", {u"minify"_s, QVariant(QVariantList()), QVariantMap()})}) {
             // To the program itself, as who has looked up its name just before the release.
             QDBusMessage direct =
-                QDBusMessage::createMethodCall(connection(QStringLiteral("service")).baseService(),
-                                               question.path(), question.interface(), question.member());
+                QDBusMessage::createMethodCall(connection(u"service"_s).baseService(), question.path(),
+                                               question.interface(), question.member());
             direct.setArguments(question.arguments());
             QCOMPARE(answer(direct).type(), QDBusMessage::ErrorMessage);
         }
@@ -214,7 +207,7 @@ private Q_SLOTS:
     void noBus()
     {
         ApplicationService alone;
-        QCOMPARE(alone.claim(QDBusConnection(QStringLiteral("no bus"))), Claim::Alone);
+        QCOMPARE(alone.claim(QDBusConnection(u"no bus"_s)), Claim::Alone);
         alone.release();
     }
 };

@@ -15,6 +15,7 @@
 #include <QTimer>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 /// Combining as the user does it: the alerts, the save panel, and what the list shows afterwards.
 class tst_Combining final : public QObject {
@@ -37,7 +38,7 @@ private:
     /// Types a name and confirms.
     static void save(SavePanel *panel, const QString &path)
     {
-        panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
         panel->accept();
     }
 
@@ -52,14 +53,14 @@ private Q_SLOTS:
             QTest::newRow(name) << names << QString::fromUtf8(title) << QString::fromUtf8(message);
         };
         row("none", {}, "Notice", "Please select 2 or more files to combine.");
-        row("one", {QStringLiteral("a.css")}, "Notice", "Please select 2 or more files to combine.");
-        row("two kinds", {QStringLiteral("a.css"), QStringLiteral("b.js")},
-            "Combine different kinds of files?", "No, please select only one kind of files at a time.");
-        row("html", {QStringLiteral("a.html"), QStringLiteral("b.html")}, "Combine HTML files?",
+        row("one", {u"a.css"_s}, "Notice", "Please select 2 or more files to combine.");
+        row("two kinds", {u"a.css"_s, u"b.js"_s}, "Combine different kinds of files?",
+            "No, please select only one kind of files at a time.");
+        row("html", {u"a.html"_s, u"b.html"_s}, "Combine HTML files?",
             "Sorry, you can only combine CSS or JS files. Combine HTML files makes no scene.");
-        row("phtml", {QStringLiteral("a.phtml"), QStringLiteral("b.phtml")}, "Combine PHTML files?",
+        row("phtml", {u"a.phtml"_s, u"b.phtml"_s}, "Combine PHTML files?",
             "Sorry, you can only combine CSS or JS files. Combine PHTML files makes no scene.");
-        row("php", {QStringLiteral("a.php"), QStringLiteral("b.php")}, "Combine PHP files?",
+        row("php", {u"a.php"_s, u"b.php"_s}, "Combine PHP files?",
             "Sorry, you can only combine CSS or JS files. Combine PHP files makes no scene.");
     }
 
@@ -91,12 +92,11 @@ private Q_SLOTS:
     void theKindIsSpeltAsInTheFirstFile()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.CSS"))});
+        app.drop({app.file(u"a.css"_s), app.file(u"b.CSS"_s)});
         app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
-        QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
-                 QStringLiteral("combined.css"));
+        QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"combined.css"_s);
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
         panel->reject();
         QCOMPARE(app.queue.count(), 2);
@@ -105,28 +105,27 @@ private Q_SLOTS:
     void capitalHtmlReachesThePanel()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.HTML")), app.file(QStringLiteral("b.HTML"))});
+        app.drop({app.file(u"a.HTML"_s), app.file(u"b.HTML"_s)});
         app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
-        QCOMPARE(panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
-                 QStringLiteral("combined.HTML"));
+        QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"combined.HTML"_s);
     }
 
     void rowsGiveTheOrder()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("0.js"), "0"), app.file(QStringLiteral("b.js"), "y"),
-                  app.file(QStringLiteral("2.js"), "2"), app.file(QStringLiteral("a.js"), "x")});
+        app.drop({app.file(u"0.js"_s, "0"), app.file(u"b.js"_s, "y"), app.file(u"2.js"_s, "2"),
+                  app.file(u"a.js"_s, "x")});
         app.table->selectRowIndexes({3}, false);
         app.table->selectRowIndexes({1}, true);
-        const QString target = app.folder.filePath(QStringLiteral("combined.js"));
+        const QString target = app.folder.filePath(u"combined.js"_s);
         save(panelOf(app), target);
         QCOMPARE(app.queue.count(), 3);
         QCOMPARE(read(target), QByteArray("y\nx\n"));
         QCOMPARE(app.queue.entries().back(), target);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({2}));
-        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"3 items\", badge \"3\""));
+        QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"3 items\", badge \"3\""_s);
         QCOMPARE(app.javaCalls(), QStringList()); // combining minifies nothing
     }
 
@@ -134,25 +133,25 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.settings.setOverride(false, badgeCheckerKeyString);
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
-        app.dockTile.setBadgeLabel(QStringLiteral("?"));
+        app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
+        app.dockTile.setBadgeLabel(u"?"_s);
         app.controller.selectAll();
-        save(panelOf(app), app.folder.filePath(QStringLiteral("all"))); // the ending is added
-        QCOMPARE(app.status(), QStringLiteral("1 item"));
-        QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("all.css"))}));
-        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("?"));
+        save(panelOf(app), app.folder.filePath(u"all"_s)); // the ending is added
+        QCOMPARE(app.status(), u"1 item"_s);
+        QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(u"all.css"_s)}));
+        QCOMPARE(app.dockTile.badgeLabel(), u"?"_s);
     }
 
     void theEncodingIsThatOfWhenThePanelOpened()
     {
         AppFixture app;
         const QByteArray text("/* \xd6\xd0 */"); // GBK, and no UTF-8: read as such, all would be aborted
-        app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
+        app.drop({app.file(u"a.css"_s, text), app.file(u"b.css"_s, text)});
         app.controller.selectAll();
-        app.settings.setOverride(QStringLiteral("gbk"), selectedEncodingKeyString);
+        app.settings.setOverride(u"gbk"_s, selectedEncodingKeyString);
         SavePanel *const panel = panelOf(app);
-        app.settings.setOverride(QStringLiteral("utf-8"), selectedEncodingKeyString);
-        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        app.settings.setOverride(u"utf-8"_s, selectedEncodingKeyString);
+        const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({target}));
         QCOMPARE(read(target), text + '\n' + text + '\n');
@@ -161,12 +160,12 @@ private Q_SLOTS:
     void theSelectionIsThatOfWhenThePanelIsConfirmed()
     {
         AppFixture app;
-        const QString first = app.file(QStringLiteral("a.css"), "a");
-        app.drop({first, app.file(QStringLiteral("b.css"), "b"), app.file(QStringLiteral("c.css"), "c")});
+        const QString first = app.file(u"a.css"_s, "a");
+        app.drop({first, app.file(u"b.css"_s, "b"), app.file(u"c.css"_s, "c")});
         app.table->selectRowIndexes({0, 1}, false);
         SavePanel *const panel = panelOf(app);
         app.table->selectRowIndexes({1, 2}, false);
-        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({first, target}));
         QCOMPARE(read(target), QByteArray("b\nc\n"));
@@ -177,11 +176,11 @@ private Q_SLOTS:
         AppFixture app;
         QStringList paths;
         for (int i = 0; i < 40; ++i)
-            paths.append(app.file(QStringLiteral("f%1.css").arg(i)));
+            paths.append(app.file(u"f%1.css"_s.arg(i)));
         app.drop(paths);
         app.window.show();
         app.table->selectRowIndexes({0, 1}, false);
-        save(panelOf(app), app.folder.filePath(QStringLiteral("combined.css")));
+        save(panelOf(app), app.folder.filePath(u"combined.css"_s));
         QTRY_COMPARE(app.table->selectedRowIndexes(), std::vector<int>({38}));
         QVERIFY(app.table->viewport()->rect().contains(app.table->frameOfCell(38)));
     }
@@ -199,7 +198,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, saved);
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         app.controller.selectAll();
         save(panelOf(app), app.folder.filePath(QString::fromLatin1(QTest::currentDataTag())));
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(saved)}));
@@ -208,10 +207,9 @@ private Q_SLOTS:
     void ontoAPathThatIsListedAlready()
     {
         AppFixture app;
-        const QString listed = app.file(QStringLiteral("c.css"), "old");
-        const QString other = app.file(QStringLiteral("d.css"));
-        app.drop(
-            {listed, app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "b"), other});
+        const QString listed = app.file(u"c.css"_s, "old");
+        const QString other = app.file(u"d.css"_s);
+        app.drop({listed, app.file(u"a.css"_s, "a"), app.file(u"b.css"_s, "b"), other});
         app.table->selectRowIndexes({1, 2}, false);
         SavePanel *const panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
@@ -224,8 +222,8 @@ private Q_SLOTS:
     void ontoOneOfTheSources()
     {
         AppFixture app;
-        const QString first = app.file(QStringLiteral("a.css"), "a");
-        app.drop({first, app.file(QStringLiteral("b.css"), "b"), app.file(QStringLiteral("c.css"), "c")});
+        const QString first = app.file(u"a.css"_s, "a");
+        app.drop({first, app.file(u"b.css"_s, "b"), app.file(u"c.css"_s, "c")});
         app.table->selectRowIndexes({0, 1}, false);
         SavePanel *const panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
@@ -238,8 +236,8 @@ private Q_SLOTS:
     void replacingIsAskedFor()
     {
         AppFixture app;
-        app.file(QStringLiteral("there.css"), "precious");
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.file(u"there.css"_s, "precious");
+        app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         bool asked = false;
@@ -251,20 +249,20 @@ private Q_SLOTS:
             }
         });
         looking.start(0);
-        save(panel, app.folder.filePath(QStringLiteral("there"))); // the question is about there.css
+        save(panel, app.folder.filePath(u"there"_s)); // the question is about there.css
         QVERIFY(asked);
         QCOMPARE(app.queue.count(), 2);
-        QCOMPARE(read(app.folder.filePath(QStringLiteral("there.css"))), QByteArray("precious"));
+        QCOMPARE(read(app.folder.filePath(u"there.css"_s)), QByteArray("precious"));
     }
 
     void anInvalidFileAbortsAll()
     {
         AppFixture app;
-        app.settings.setOverride(QStringLiteral("iso-8859-1"), selectedEncodingKeyString); // is read as UTF-8
-        app.drop({app.file(QStringLiteral("a.css"), "a"), app.file(QStringLiteral("b.css"), "caf\xe9 {}")});
+        app.settings.setOverride(u"iso-8859-1"_s, selectedEncodingKeyString); // is read as UTF-8
+        app.drop({app.file(u"a.css"_s, "a"), app.file(u"b.css"_s, "caf\xe9 {}")});
         app.controller.selectAll();
         const QString before = app.state();
-        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        const QString target = app.folder.filePath(u"combined.css"_s);
         save(panelOf(app), target);
         QVERIFY(!QFile::exists(target));
         QCOMPARE(app.state(), before);
@@ -275,24 +273,24 @@ private Q_SLOTS:
     {
         AppFixture app;
         const QByteArray text(5'000'000, 'x');
-        app.drop({app.file(QStringLiteral("a.css"), text), app.file(QStringLiteral("b.css"), text)});
+        app.drop({app.file(u"a.css"_s, text), app.file(u"b.css"_s, text)});
         app.controller.selectAll();
-        const QString target = app.folder.filePath(QStringLiteral("combined.css"));
+        const QString target = app.folder.filePath(u"combined.css"_s);
         save(panelOf(app), target);
         // No event has come in between.
         QCOMPARE(read(target).size(), 2 * text.size() + 2);
         QCOMPARE(app.queue.entries(), std::vector<QString>({target}));
         QCOMPARE(app.table->model()->rowCount(), 1);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
-        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""));
+        QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""_s);
     }
 
     void notWhileAJobRuns()
     {
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
-        const QString gate = app.file(QStringLiteral("gate"));
-        app.drop({app.file(QStringLiteral("a.css"), "wait " + gate.toUtf8())});
+        const QString gate = app.file(u"gate"_s);
+        app.drop({app.file(u"a.css"_s, "wait " + gate.toUtf8())});
         const QAction *const combine = app.window.ui().combineMenu;
         QVERIFY(combine->isEnabled());
         app.controller.minify();
@@ -320,9 +318,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, after);
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
-        const QString gate = app.file(QStringLiteral("gate"));
-        app.drop(
-            {app.file(QStringLiteral("a.css"), "wait " + gate.toUtf8()), app.file(QStringLiteral("b.css"))});
+        const QString gate = app.file(u"gate"_s);
+        app.drop({app.file(u"a.css"_s, "wait " + gate.toUtf8()), app.file(u"b.css"_s)});
         app.window.show();
         app.controller.selectAll();
         const QPointer<SavePanel> panel = panelOf(app);
@@ -331,9 +328,9 @@ private Q_SLOTS:
         QVERIFY(button->isEnabled());
         app.controller.minify();
         QVERIFY(!button->isEnabled());
-        const QString target = app.folder.filePath(QStringLiteral("bundle.css"));
+        const QString target = app.folder.filePath(u"bundle.css"_s);
         if (!before.isEmpty())
-            app.file(QStringLiteral("bundle.css"), before);
+            app.file(u"bundle.css"_s, before);
         save(panel, target);
         QVERIFY(panel && panel->isVisible() && !button->isEnabled());
         QFile::remove(gate);
@@ -349,12 +346,12 @@ private Q_SLOTS:
     void aWriteThatFailsChangesTheListAllTheSame()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css")), app.file(QStringLiteral("b.css"))});
+        app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         app.controller.selectAll();
-        const QString target = QStringLiteral("/proc/combined.css");
+        const QString target = u"/proc/combined.css"_s;
         save(panelOf(app), target);
         QCOMPARE(app.queue.entries(), std::vector<QString>({target}));
-        QCOMPARE(app.status(), QStringLiteral("1 item"));
+        QCOMPARE(app.status(), u"1 item"_s);
     }
 };
 

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 /// Removing, clearing, selecting and revealing; the badge.
 class tst_Editing final : public QObject {
@@ -18,7 +19,7 @@ private:
     {
         QStringList paths;
         for (int i = 0; i < count; ++i)
-            paths.append(app.file(QStringLiteral("f%1.css").arg(i)));
+            paths.append(app.file(u"f%1.css"_s.arg(i)));
         app.drop(paths);
     }
 
@@ -28,10 +29,10 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 1);
         app.settings.setOverride(false, badgeCheckerKeyString);
-        app.dockTile.setBadgeLabel(QStringLiteral("1"));
+        app.dockTile.setBadgeLabel(u"1"_s);
         app.controller.selectAll();
         app.controller.removeRow();
-        QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+        QCOMPARE(app.state(), u"buttons off, menu off, table clear, \"\", badge \"\""_s);
         QCOMPARE(app.table->model()->rowCount(), 0);
     }
 
@@ -41,7 +42,7 @@ private Q_SLOTS:
         fill(app, 3);
         app.table->selectRowIndexes({0, 2}, false);
         app.controller.removeRow();
-        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""));
+        QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""_s);
     }
 
     void removingTheFirstAndThirdOfFour()
@@ -50,9 +51,9 @@ private Q_SLOTS:
         fill(app, 4);
         app.table->selectRowIndexes({0, 2}, false);
         app.controller.removeRow();
-        QCOMPARE(app.queue.entries(), std::vector<QString>({app.folder.filePath(QStringLiteral("f1.css")),
-                                                            app.folder.filePath(QStringLiteral("f3.css"))}));
-        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+        QCOMPARE(app.queue.entries(),
+                 std::vector<QString>({app.folder.filePath(u"f1.css"_s), app.folder.filePath(u"f3.css"_s)}));
+        QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""_s);
     }
 
     void theRowThatTakesThePlaceIsSelected_data()
@@ -96,8 +97,7 @@ private Q_SLOTS:
             explicit Source(AppFixture &fixture) : app(fixture) {}
             [[nodiscard]] int numberOfPreviewItemsInPreviewPanel() const override
             {
-                seen.append(
-                    QStringLiteral("%1 rows, \"%2\"").arg(app.table->model()->rowCount()).arg(app.status()));
+                seen.append(u"%1 rows, \"%2\""_s.arg(app.table->model()->rowCount()).arg(app.status()));
                 return 0;
             }
             [[nodiscard]] QUrl previewPanelPreviewItemAtIndex(int) const override { return {}; }
@@ -106,13 +106,13 @@ private Q_SLOTS:
         app.table->deselectAll();
         source.seen.clear();
         app.controller.removeRow(); // of none, so that no selection changes
-        QCOMPARE(source.seen, QStringList({QStringLiteral("3 rows, \"3 items\"")}));
+        QCOMPARE(source.seen, QStringList({u"3 rows, \"3 items\""_s}));
         app.table->selectRowIndexes({1}, false);
         source.seen.clear();
         app.controller.removeRow();
         source.seen.removeDuplicates();
-        QCOMPARE(source.seen, QStringList({QStringLiteral("2 rows, \"3 items\"")}));
-        QCOMPARE(app.status(), QStringLiteral("2 items"));
+        QCOMPARE(source.seen, QStringList({u"2 rows, \"3 items\""_s}));
+        QCOMPARE(app.status(), u"2 items"_s);
         app.delegate.togglePreviewPanel();
     }
 
@@ -121,10 +121,10 @@ private Q_SLOTS:
         AppFixture app;
         fill(app, 2);
         app.table->deselectAll();
-        app.window.setStatusText(QStringLiteral("Well done!"));
+        app.window.setStatusText(u"Well done!"_s);
         app.dockTile.setBadgeLabel(QString());
         app.controller.removeRow();
-        QCOMPARE(app.state(), QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+        QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""_s);
     }
 
     void clearing()
@@ -134,7 +134,7 @@ private Q_SLOTS:
         app.settings.setOverride(false, badgeCheckerKeyString);
         for (int twice = 0; twice < 2; ++twice) { // the second time it is empty already
             app.controller.clear();
-            QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+            QCOMPARE(app.state(), u"buttons off, menu off, table clear, \"\", badge \"\""_s);
             QCOMPARE(app.queue.count(), 0);
             QCOMPARE(app.table->model()->rowCount(), 0);
         }
@@ -146,11 +146,10 @@ private Q_SLOTS:
         app.settings.setOverride(false, soundCheckerKeyString);
         app.controller.minify();
         QTRY_VERIFY(!app.jobs.isRunning());
-        app.dockTile.setBadgeLabel(QStringLiteral("3"));
-        QCOMPARE(app.state(),
-                 QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"3\""));
+        app.dockTile.setBadgeLabel(u"3"_s);
+        QCOMPARE(app.state(), u"buttons on, menu on, table clear, \"Well done!\", badge \"3\""_s);
         app.controller.clear();
-        QCOMPARE(app.state(), QStringLiteral("buttons off, menu off, table clear, \"\", badge \"\""));
+        QCOMPARE(app.state(), u"buttons off, menu off, table clear, \"\", badge \"\""_s);
     }
 
     void clearingAloneTakesTheWindowsColourAway()
@@ -204,8 +203,7 @@ private Q_SLOTS:
     void revealing()
     {
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a/a.css")), app.file(QStringLiteral("b/b.css")),
-                  app.file(QStringLiteral("c/c.css"))});
+        app.drop({app.file(u"a/a.css"_s), app.file(u"b/b.css"_s), app.file(u"c/c.css"_s)});
         app.controller.revealInFinder(); // nothing is selected
         QTest::qWait(50);
         QCOMPARE(app.opened, QList<QUrl>());
@@ -213,14 +211,13 @@ private Q_SLOTS:
             app.table->selectRowIndexes({row}, true);
         app.controller.revealInFinder();
         // The one added last; without a file manager, its folder.
-        QTRY_COMPARE(app.opened,
-                     QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("b")))}));
+        QTRY_COMPARE(app.opened, QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(u"b"_s))}));
     }
 
     void aRightClickRevealsWhatItClicked()
     {
         AppFixture app;
-        const QStringList paths{app.file(QStringLiteral("a/a.css")), app.file(QStringLiteral("b/b.css"))};
+        const QStringList paths{app.file(u"a/a.css"_s), app.file(u"b/b.css"_s)};
         app.drop(paths);
         app.window.show();
         app.table->selectRowIndexes({0}, false);
@@ -228,19 +225,18 @@ private Q_SLOTS:
         QContextMenuEvent event(QContextMenuEvent::Mouse, point, app.table->viewport()->mapToGlobal(point));
         QVERIFY(app.table->menuForEvent(event) != nullptr);
         app.window.ui().revealMenu->trigger();
-        QTRY_COMPARE(app.opened,
-                     QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("b")))}));
+        QTRY_COMPARE(app.opened, QList<QUrl>({QUrl::fromLocalFile(app.folder.filePath(u"b"_s))}));
     }
 
     void badgeFollowsItsSetting()
     {
         AppFixture app;
         fill(app, 3);
-        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("3"));
+        QCOMPARE(app.dockTile.badgeLabel(), u"3"_s);
         app.settings.setBool(false, badgeCheckerKeyString);
         QCOMPARE(app.dockTile.badgeLabel(), QString());
         app.settings.setBool(true, badgeCheckerKeyString);
-        QCOMPARE(app.dockTile.badgeLabel(), QStringLiteral("3"));
+        QCOMPARE(app.dockTile.badgeLabel(), u"3"_s);
         app.controller.selectAll();
         app.controller.removeRow();
         QCOMPARE(app.dockTile.badgeLabel(), QString());
@@ -284,8 +280,8 @@ private Q_SLOTS:
         app.settings.setOverride(false, soundCheckerKeyString);
         app.settings.setOverride(isOn, badgeCheckerKeyString);
         fill(app, queued);
-        app.dockTile.setBadgeLabel(QStringLiteral("?"));
-        const QStringList more{app.file(QStringLiteral("more.css"))};
+        app.dockTile.setBadgeLabel(u"?"_s);
+        const QStringList more{app.file(u"more.css"_s)};
         app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return more; });
         if (event == u"setting") {
             app.settings.setBool(true, nomungeSwitcherKeyString);

@@ -17,6 +17,7 @@
 #include <memory>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 using brevant::test::PrivateBus;
 
 /// Another program under the name of ours.
@@ -27,7 +28,7 @@ public:
     using Answer = std::function<void(Owner &owner, const QDBusMessage &question)>;
 
     Owner(const QString &address, Answer answer)
-        : m_answer(std::move(answer)), m_bus(QDBusConnection::connectToBus(address, QStringLiteral("owner")))
+        : m_answer(std::move(answer)), m_bus(QDBusConnection::connectToBus(address, u"owner"_s))
     {
         if (m_answer)
             m_bus.registerVirtualObject(QString::fromLatin1(servicePath), this);
@@ -39,16 +40,15 @@ public:
     void leave()
     {
         m_bus = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(QStringLiteral("owner"));
+        QDBusConnection::disconnectFromBus(u"owner"_s);
     }
 
     void send(const QDBusMessage &message) const { m_bus.send(message); }
 
     static QDBusMessage busCall(const char *method)
     {
-        return QDBusMessage::createMethodCall(
-                   QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                   QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method))
+        return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                              u"org.freedesktop.DBus"_s, QString::fromLatin1(method))
                << QString::fromLatin1(serviceName);
     }
 
@@ -90,7 +90,7 @@ private:
 
     void secondLaunch(const QString &address)
     {
-        m_second = QDBusConnection::connectToBus(address, QStringLiteral("second"));
+        m_second = QDBusConnection::connectToBus(address, u"second"_s);
         m_service = std::make_unique<ApplicationService>();
     }
 
@@ -109,16 +109,15 @@ private Q_SLOTS:
     {
         m_service.reset();
         m_second = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(QStringLiteral("second"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("first"));
+        QDBusConnection::disconnectFromBus(u"second"_s);
+        QDBusConnection::disconnectFromBus(u"first"_s);
     }
 
     void theFirst()
     {
         secondLaunch();
-        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
-        const QDBusConnection other =
-            QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"));
+        QCOMPARE(launched({{u"/a.css"_s}}), std::nullopt);
+        const QDBusConnection other = QDBusConnection::connectToBus(m_bus->address(), u"first"_s);
         QVERIFY(!serviceOwner(other).isEmpty());
     }
 
@@ -126,9 +125,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("paths");
         QTest::addColumn<bool>("minify");
-        const QStringList odd{QStringLiteral("/x/a b.css"),    QStringLiteral("/x/100%25 ü.css"),
-                              QStringLiteral("/x/two\nlines"), QStringLiteral("/x/\"it's\".js"),
-                              QStringLiteral("/x/#?&;.html"),  QStringLiteral("//x/../y")};
+        const QStringList odd{u"/x/a b.css"_s,     u"/x/100%25 ü.css"_s, u"/x/two\nlines"_s,
+                              u"/x/\"it's\".js"_s, u"/x/#?&;.html"_s,    u"//x/../y"_s};
         QTest::newRow("nothing") << QStringList() << false;
         QTest::newRow("files") << odd << false;
         QTest::newRow("files to be minified") << odd << true;
@@ -143,14 +141,14 @@ private Q_SLOTS:
         const QSignalSpy activated(&first, &ApplicationService::activateRequested);
         const QSignalSpy opened(&first, &ApplicationService::openRequested);
         const QSignalSpy acted(&first, &ApplicationService::actionRequested);
-        QCOMPARE(first.claim(QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"))),
+        QCOMPARE(first.claim(QDBusConnection::connectToBus(m_bus->address(), u"first"_s)),
                  ApplicationService::Claim::First);
         secondLaunch();
-        const QVariantMap platformData{{QStringLiteral("activation-token"), QStringLiteral("t")}};
+        const QVariantMap platformData{{u"activation-token"_s, u"t"_s}};
         QCOMPARE(launched({paths, minify}, platformData), std::optional(0));
         QCOMPARE(activated.size() + opened.size() + acted.size(), 1);
         if (minify)
-            QCOMPARE(acted.first(), QVariantList({QStringLiteral("minify"), paths, platformData}));
+            QCOMPARE(acted.first(), QVariantList({u"minify"_s, paths, platformData}));
         else if (paths.isEmpty())
             QCOMPARE(activated.first(), QVariantList({platformData}));
         else
@@ -170,7 +168,7 @@ private Q_SLOTS:
         QTest::addColumn<Owner::Answer>("answer");
         QTest::newRow("it refuses") << Owner::Answer([](Owner &owner, const QDBusMessage &question) {
             owner.send(Owner::busCall("ReleaseName"));
-            owner.send(question.createErrorReply(QDBusError::UnknownObject, QStringLiteral("ending")));
+            owner.send(question.createErrorReply(QDBusError::UnknownObject, u"ending"_s));
         });
         QTest::newRow("it goes without a word")
             << Owner::Answer([](Owner &owner, const QDBusMessage &) { owner.leave(); });
@@ -181,10 +179,9 @@ private Q_SLOTS:
         QFETCH(const Owner::Answer, answer);
         const Owner owner(m_bus->address(), answer);
         secondLaunch();
-        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+        QCOMPARE(launched({{u"/a.css"_s}}), std::nullopt);
         QCOMPARE(owner.asked, 1);
-        const QDBusConnection other =
-            QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("first"));
+        const QDBusConnection other = QDBusConnection::connectToBus(m_bus->address(), u"first"_s);
         QVERIFY(!serviceOwner(other).isEmpty());
     }
 
@@ -192,7 +189,7 @@ private Q_SLOTS:
     {
         const Owner owner(m_bus->address(), [](Owner &, const QDBusMessage &) {});
         secondLaunch();
-        QCOMPARE(launched({{QStringLiteral("/a.css")}}, {}, std::chrono::milliseconds(50)), std::optional(1));
+        QCOMPARE(launched({{u"/a.css"_s}}, {}, std::chrono::milliseconds(50)), std::optional(1));
         QCOMPARE(owner.asked, 1);
     }
 
@@ -200,38 +197,37 @@ private Q_SLOTS:
     {
         const Owner owner(m_bus->address(), {});
         secondLaunch();
-        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+        QCOMPARE(launched({{u"/a.css"_s}}), std::nullopt);
     }
 
     void noBus_data()
     {
         QTest::addColumn<QString>("address");
         QTest::newRow("none") << QString();
-        QTest::newRow("nobody there") << QStringLiteral("unix:path=/nonexistent/bus");
-        QTest::newRow("no address") << QStringLiteral("nonsense");
+        QTest::newRow("nobody there") << u"unix:path=/nonexistent/bus"_s;
+        QTest::newRow("no address") << u"nonsense"_s;
     }
 
     void noBus()
     {
         QFETCH(const QString, address);
         secondLaunch(address);
-        QCOMPARE(launched({{QStringLiteral("/a.css")}}), std::nullopt);
+        QCOMPARE(launched({{u"/a.css"_s}}), std::nullopt);
     }
 
     void whereTheBusIs()
     {
         const QTemporaryDir folder;
-        const QString runtime = folder.filePath(QStringLiteral("run 1"));
+        const QString runtime = folder.filePath(u"run 1"_s);
         QVERIFY(QDir().mkdir(runtime));
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x");
-        QCOMPARE(sessionBusAddress(), QStringLiteral("unix:path=/x"));
+        QCOMPARE(sessionBusAddress(), u"unix:path=/x"_s);
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
         QCOMPARE(sessionBusAddress(), QString());
-        QFile socket(runtime + QStringLiteral("/bus"));
+        QFile socket(runtime + u"/bus"_s);
         QVERIFY(socket.open(QIODevice::WriteOnly));
-        QCOMPARE(sessionBusAddress(),
-                 QStringLiteral("unix:path=") + folder.path() + QStringLiteral("/run%201/bus"));
+        QCOMPARE(sessionBusAddress(), u"unix:path="_s + folder.path() + u"/run%201/bus"_s);
         qunsetenv("XDG_RUNTIME_DIR");
         QCOMPARE(sessionBusAddress(), QString());
     }

@@ -12,6 +12,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -73,22 +74,21 @@ private Q_SLOTS:
         // From the one to the other, with everything open.
         QApplication::setPalette(paletteOf(0xFF802020, 0xFF603030, 0xFFF0E0E0, 0xFFD0C0C0));
         AppFixture app;
-        app.drop({app.file(QStringLiteral("a.css"), "a{}\n"), app.file(QStringLiteral("b.js"), "var b")});
+        app.drop({app.file(u"a.css"_s, "a{}\n"), app.file(u"b.js"_s, "var b")});
         app.window.show();
         app.window.ui().preferencesMenu->trigger();
         app.table->selectRowIndexes({0, 1}, false);
         app.delegate.togglePreviewPanel();
         PreviewPanel *const panel = app.delegate.sharedPreviewPanel();
         QTRY_VERIFY(panel->isVisible());
-        QTRY_COMPARE(panel->shownText(), QStringLiteral("a{}"));
+        QTRY_COMPARE(panel->shownText(), u"a{}"_s);
 
         QApplication::setPalette(palette);
         const QColor ground = palette.color(QPalette::Window);
         QCOMPARE(openWindows().size(), 3);
         for (QWidget *window : openWindows())
             QTRY_VERIFY2(cornerOf(window) == ground, window->metaObject()->className());
-        QTRY_COMPARE(cornerOf(panel->findChild<QWidget *>(QStringLiteral("previewText"))),
-                     palette.color(QPalette::Base));
+        QTRY_COMPARE(cornerOf(panel->findChild<QWidget *>(u"previewText"_s)), palette.color(QPalette::Base));
         QCOMPARE(cornerOf(app.table->viewport()), QColor(Qt::white)); // the list's own, in any scheme
         textsAreReadable(least);
         linesAreSeen(ground);

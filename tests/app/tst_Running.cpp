@@ -7,6 +7,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 /// Runs in the window, and the end of the program.
 class tst_Running final : public QObject {
@@ -34,7 +35,7 @@ private:
         {
             QString line = m_app.status() + u':';
             for (const int row : m_app.table->selectedRowIndexes())
-                line += QStringLiteral(" %1").arg(row);
+                line += u" %1"_s.arg(row);
             if (seen.isEmpty() || seen.last() != line)
                 seen.append(line);
         }
@@ -47,7 +48,7 @@ private:
         app->settings.setOverride(false, soundCheckerKeyString);
         QStringList paths;
         for (int i = 0; i < count; ++i)
-            paths.append(app->file(QStringLiteral("f%1.css").arg(i), text));
+            paths.append(app->file(u"f%1.css"_s.arg(i), text));
         app->drop(paths);
         app->window.show();
         return app;
@@ -56,8 +57,8 @@ private:
     /// Makes the compressor wait at file `number`, until the file whose path is returned is removed.
     static QString holdAt(const AppFixture &app, int number)
     {
-        const QString gate = app.file(QStringLiteral("gate"));
-        app.file(QStringLiteral("f%1.css").arg(number), "wait " + gate.toUtf8());
+        const QString gate = app.file(u"gate"_s);
+        app.file(u"f%1.css"_s.arg(number), "wait " + gate.toUtf8());
         return gate;
     }
 
@@ -85,7 +86,7 @@ private:
 
     static bool soundIsLoaded()
     {
-        QFile maps(QStringLiteral("/proc/self/maps"));
+        QFile maps(u"/proc/self/maps"_s);
         return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("/libsndfile.so");
     }
 
@@ -109,15 +110,13 @@ private Q_SLOTS:
         ControlWatch watch(app->window.ui());
         app->controller.minify();
         QTRY_VERIFY(!app->jobs.isRunning());
-        QCOMPARE(watch.changes.join(u' '),
-                 QStringLiteral("minifyMenu- clearMenu- clearButton- minifyButton- "
-                                "minifyMenu+ clearMenu+ clearButton+ minifyButton+"));
+        QCOMPARE(watch.changes.join(u' '), u"minifyMenu- clearMenu- clearButton- minifyButton- "
+                                           "minifyMenu+ clearMenu+ clearButton+ minifyButton+"_s);
         watch.changes.clear();
         app->controller.clear();
-        app->drop({app->file(QStringLiteral("a.css"))});
-        QCOMPARE(watch.changes.join(u' '),
-                 QStringLiteral("minifyButton- clearButton- minifyMenu- clearMenu- "
-                                "minifyButton+ clearButton+ minifyMenu+ clearMenu+"));
+        app->drop({app->file(u"a.css"_s)});
+        QCOMPARE(watch.changes.join(u' '), u"minifyButton- clearButton- minifyMenu- clearMenu- "
+                                           "minifyButton+ clearButton+ minifyMenu+ clearMenu+"_s);
     }
 
     void threeEntriesWalkThroughTheList()
@@ -129,8 +128,7 @@ private Q_SLOTS:
         for (const char *line :
              {"Minified 1 of 3 items.: 0", "Minified 2 of 3 items.: 1", "Minified 3 of 3 items.: 2"})
             QVERIFY2(watch.seen.contains(QString::fromUtf8(line)), qPrintable(watch.seen.join(u'\n')));
-        QCOMPARE(app->state(),
-                 QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"3\""));
+        QCOMPARE(app->state(), u"buttons on, menu on, table #ffffff, \"Well done!\", badge \"3\""_s);
         QVERIFY(app->table->selectedRowIndexes().empty());
         QCOMPARE(app->queue.count(), 3);
     }
@@ -140,8 +138,7 @@ private Q_SLOTS:
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
         app.controller.minify();
-        QTRY_COMPARE(app.state(),
-                     QStringLiteral("buttons on, menu on, table clear, \"Well done!\", badge \"\""));
+        QTRY_COMPARE(app.state(), u"buttons on, menu on, table clear, \"Well done!\", badge \"\""_s);
         QCOMPARE(app.javaCalls(), QStringList());
     }
 
@@ -150,26 +147,23 @@ private Q_SLOTS:
         const auto app = filled(1);
         const QString gate = holdAt(*app, 0);
         QTest::mouseClick(app->window.ui().minifyButton, Qt::LeftButton);
-        QTRY_COMPARE(
-            app->state(),
-            QStringLiteral("buttons off, menu off, table #ffffff, \"Minified 1 of 1 items.\", badge \"1\""));
-        app->drop({app->file(QStringLiteral("late.css"))}); // worked on too
-        QCOMPARE(app->state(),
-                 QStringLiteral("buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""));
+        QTRY_COMPARE(app->state(),
+                     u"buttons off, menu off, table #ffffff, \"Minified 1 of 1 items.\", badge \"1\""_s);
+        app->drop({app->file(u"late.css"_s)}); // worked on too
+        QCOMPARE(app->state(), u"buttons on, menu on, table #ffffff, \"2 items\", badge \"2\""_s);
         QFile::remove(gate);
-        QTRY_COMPARE(app->status(), QStringLiteral("Well done!"));
-        QVERIFY(QFile::exists(app->folder.filePath(QStringLiteral("late.min.css"))));
+        QTRY_COMPARE(app->status(), u"Well done!"_s);
+        QVERIFY(QFile::exists(app->folder.filePath(u"late.min.css"_s)));
     }
 
     void withoutJava()
     {
         auto app = filled(2);
-        app->tools.java = QStringLiteral("/nowhere/java");
+        app->tools.java = u"/nowhere/java"_s;
         app->controller.minify();
         QTRY_COMPARE(
             app->state(),
-            QStringLiteral(
-                "buttons on, menu on, table #ffffff, \"Java was not found at /nowhere/java.\", badge \"2\""));
+            u"buttons on, menu on, table #ffffff, \"Java was not found at /nowhere/java.\", badge \"2\""_s);
         QTRY_VERIFY(!app->jobs.isRunning());
     }
 
@@ -178,16 +172,16 @@ private Q_SLOTS:
         const auto app = filled(30);
         const QString gate = holdAt(*app, 3);
         app->controller.minify();
-        QTRY_COMPARE(app->status(), QStringLiteral("Minified 4 of 30 items."));
+        QTRY_COMPARE(app->status(), u"Minified 4 of 30 items."_s);
         app->table->selectRowIndexes({0, 1, 2}, false);
         app->controller.removeRow();
         QCOMPARE(app->queue.count(), 27);
-        QCOMPARE(app->status(), QStringLiteral("27 items"));
+        QCOMPARE(app->status(), u"27 items"_s);
         app->controller.clear();
         QFile::remove(gate);
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 4);
-        QCOMPARE(app->status(), QStringLiteral("Well done!"));
+        QCOMPARE(app->status(), u"Well done!"_s);
         QVERIFY(!app->window.ui().minifyButton->isHidden());
     }
 
@@ -201,8 +195,7 @@ private Q_SLOTS:
         app->delegate.minifyFiles({});
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 4 * 8);
-        QCOMPARE(app->state(),
-                 QStringLiteral("buttons on, menu on, table #ffffff, \"Well done!\", badge \"8\""));
+        QCOMPARE(app->state(), u"buttons on, menu on, table #ffffff, \"Well done!\", badge \"8\""_s);
     }
 
     void returnAndSpacePressTheButtonWithTheFocus_data()
@@ -251,7 +244,7 @@ private Q_SLOTS:
         const auto app = filled(1);
         const QString gate = holdAt(*app, 0);
         app->controller.minify();
-        QTRY_VERIFY(app->status().startsWith(QStringLiteral("Minified")));
+        QTRY_VERIFY(app->status().startsWith(u"Minified"_s));
         app->window.close();
         QVERIFY(app->window.isHidden());
         QVERIFY(app->jobs.isRunning());
@@ -260,7 +253,7 @@ private Q_SLOTS:
             QVERIFY(app->window.isVisible());
         }
         QFile::remove(gate);
-        QTRY_COMPARE(app->status(), QStringLiteral("Well done!"));
+        QTRY_COMPARE(app->status(), u"Well done!"_s);
         QVERIFY(app->window.isVisible());
     }
 
@@ -269,15 +262,15 @@ private Q_SLOTS:
         const auto app = filled(5);
         const QString gate = holdAt(*app, 1);
         app->controller.minify();
-        QTRY_COMPARE(app->status(), QStringLiteral("Minified 2 of 5 items."));
+        QTRY_COMPARE(app->status(), u"Minified 2 of 5 items."_s);
         app->lifetime.quit();
         QVERIFY(app->window.isHidden());
         QVERIFY(app->jobs.isRunning());
         QFile::remove(gate);
         QTRY_VERIFY(!app->jobs.isRunning());
         QCOMPARE(app->javaCalls().size(), 2);
-        QVERIFY(QFile::exists(app->folder.filePath(QStringLiteral("f1.min.css"))));
-        QVERIFY(!QFile::exists(app->folder.filePath(QStringLiteral("f2.min.css"))));
+        QVERIFY(QFile::exists(app->folder.filePath(u"f1.min.css"_s)));
+        QVERIFY(!QFile::exists(app->folder.filePath(u"f2.min.css"_s)));
     }
 
     void destroyingDuringARunNeitherCrashesNorHangs()

@@ -11,6 +11,7 @@
 #include <QTest>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 /// What the window does of that which the bus asks for.
 class tst_ServiceRequests final : public QObject {
@@ -39,7 +40,7 @@ private:
     static QWidget *preferences()
     {
         for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (window->isVisible() && window->findChild<QWidget *>(QStringLiteral("suffixField")) != nullptr)
+            if (window->isVisible() && window->findChild<QWidget *>(u"suffixField"_s) != nullptr)
                 return window;
         }
         return nullptr;
@@ -69,11 +70,10 @@ private Q_SLOTS:
     void filesAreListed()
     {
         Served app;
-        Q_EMIT app.service.openRequested(
-            {app.file(QStringLiteral("a b.css")), app.file(QStringLiteral("c.txt"))}, {});
+        Q_EMIT app.service.openRequested({app.file(u"a b.css"_s), app.file(u"c.txt"_s)}, {});
         QVERIFY(app.window.isVisible());
         QCOMPARE(app.queue.count(), 1);
-        QCOMPARE(app.status(), QStringLiteral("1 item"));
+        QCOMPARE(app.status(), u"1 item"_s);
         QVERIFY(!app.jobs.isRunning());
     }
 
@@ -81,26 +81,26 @@ private Q_SLOTS:
     {
         Served app;
         app.window.show();
-        app.drop({app.file(QStringLiteral("a.css"))});
-        app.act("minify", {app.file(QStringLiteral("b.css"))});
-        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        app.drop({app.file(u"a.css"_s)});
+        app.act("minify", {app.file(u"b.css"_s)});
+        QTRY_COMPARE(app.status(), u"Well done!"_s);
         QCOMPARE(app.javaCalls().size(), 2);
     }
 
     void theListIsMinified()
     {
         Served app;
-        app.drop({app.file(QStringLiteral("a.css"))});
+        app.drop({app.file(u"a.css"_s)});
         app.act("minify");
         QVERIFY(app.window.isVisible());
-        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        QTRY_COMPARE(app.status(), u"Well done!"_s);
         QCOMPARE(app.javaCalls().size(), 1);
     }
 
     void nothingIsMinified()
     {
         Served app;
-        app.act("minify", {app.file(QStringLiteral("a.txt"))});
+        app.act("minify", {app.file(u"a.txt"_s)});
         QVERIFY(app.window.isVisible());
         QVERIFY(!app.jobs.isRunning());
         QCOMPARE(app.status(), QString());
@@ -110,8 +110,8 @@ private Q_SLOTS:
     {
         Served app;
         app.settings.setBool(true, autoMinifyCheckerKeyString);
-        app.act("minify", {app.file(QStringLiteral("a.css"))});
-        QTRY_COMPARE(app.status(), QStringLiteral("Well done!"));
+        app.act("minify", {app.file(u"a.css"_s)});
+        QTRY_COMPARE(app.status(), u"Well done!"_s);
         QTRY_VERIFY(!app.jobs.isRunning());
         QCOMPARE(app.javaCalls().size(), 1);
     }
@@ -150,8 +150,8 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, action);
         Served app;
-        app.drop({app.file(QStringLiteral("a.css"))});
-        app.act(action.constData(), {app.file(QStringLiteral("b.css"))});
+        app.drop({app.file(u"a.css"_s)});
+        app.act(action.constData(), {app.file(u"b.css"_s)});
         QVERIFY(!app.window.isVisible());
         QCOMPARE(app.queue.count(), 1);
         QVERIFY(!app.jobs.isRunning());
@@ -162,7 +162,7 @@ private Q_SLOTS:
         Served app;
         const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
         app.window.show();
-        app.drop({app.file(QStringLiteral("a.css"))});
+        app.drop({app.file(u"a.css"_s)});
         app.controller.minify();
         app.window.close();
         QCOMPARE(ending.size(), 0); // the window may be opened again
@@ -179,7 +179,7 @@ private Q_SLOTS:
         Served app;
         const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
         app.window.show();
-        app.drop({app.file(QStringLiteral("a.css"))});
+        app.drop({app.file(u"a.css"_s)});
         app.controller.minify();
         app.window.close();
         QTRY_COMPARE(ending.size(), 1);

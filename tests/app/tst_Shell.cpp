@@ -15,6 +15,7 @@
 #include <QWindow>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,7 +42,7 @@ private:
     {
         QStringList paths;
         for (int i = 0; i < count; ++i)
-            paths.append(app.file(QStringLiteral("f%1.css").arg(i), "a { color: red }"));
+            paths.append(app.file(u"f%1.css"_s.arg(i), "a { color: red }"));
         app.drop(paths);
         app.window.show();
         app.table->setFocus();
@@ -60,7 +61,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         app.window.ui().homePageMenu->trigger();
-        QCOMPARE(app.opened, QList<QUrl>({QUrl(QStringLiteral("https://brevant.example/"))}));
+        QCOMPARE(app.opened, QList<QUrl>({QUrl(u"https://brevant.example/"_s)}));
     }
 
     void homePageWithoutAnAddress()
@@ -70,9 +71,8 @@ private Q_SLOTS:
         app.supportMail.clear();
         app.controller.mainPage();
         const QDir above(QFileInfo(app.folder.path()).path());
-        QCOMPARE(
-            app.opened,
-            QList<QUrl>({QUrl::fromLocalFile(above.filePath(QStringLiteral("doc/brevant/brevant.1.html")))}));
+        QCOMPARE(app.opened,
+                 QList<QUrl>({QUrl::fromLocalFile(above.filePath(u"doc/brevant/brevant.1.html"_s))}));
         QVERIFY(app.window.ui().feedbackMenu->isVisible());
         AppController controller(app);
         controller.awakeFromNib();
@@ -83,38 +83,38 @@ private Q_SLOTS:
     {
         AppFixture app;
         const auto hint = [&app] { return app.window.ui().DropView->accessibleName(); };
-        const QString rest = QStringLiteral(" or folders here, or double-click to choose them");
-        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript or HTML files") + rest);
+        const QString rest = u" or folders here, or double-click to choose them"_s;
+        QCOMPARE(hint(), u"Drop CSS, JavaScript or HTML files"_s + rest);
         app.settings.setBool(true, enablePHPCheckerKeyString);
-        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript, HTML or PHP files") + rest);
+        QCOMPARE(hint(), u"Drop CSS, JavaScript, HTML or PHP files"_s + rest);
         app.settings.setBool(false, enableHTMLCheckerKeyString);
-        QCOMPARE(hint(), QStringLiteral("Drop CSS, JavaScript or PHP files") + rest);
+        QCOMPARE(hint(), u"Drop CSS, JavaScript or PHP files"_s + rest);
         app.settings.setBool(false, enablePHPCheckerKeyString);
-        QCOMPARE(hint(), QStringLiteral("Drop CSS or JavaScript files") + rest);
+        QCOMPARE(hint(), u"Drop CSS or JavaScript files"_s + rest);
     }
 
     void feedbackMail()
     {
-        QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+        QCoreApplication::setApplicationVersion(u"1.0.0"_s);
         AppFixture app;
         app.window.ui().feedbackMenu->trigger();
         QCOMPARE(app.opened.size(), 1);
         const QString url = QString::fromUtf8(app.opened.first().toEncoded());
-        QVERIFY2(url.startsWith(QStringLiteral(
-                     "mailto:support@brevant.example?SUBJECT=Brevant%201.0.0%20feedback,%20OS%20X%20")),
+        QVERIFY2(url.startsWith(
+                     u"mailto:support@brevant.example?SUBJECT=Brevant%201.0.0%20feedback,%20OS%20X%20"_s),
                  qPrintable(url));
         QVERIFY2(url.endsWith(u'&') && !url.contains(u' '), qPrintable(url));
     }
 
     void about()
     {
-        QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+        QCoreApplication::setApplicationVersion(u"1.0.0"_s);
         AppFixture app;
         app.window.show();
         app.window.ui().aboutMenu->trigger();
         const QPointer<QMessageBox> box = app.window.findChild<QMessageBox *>();
         QVERIFY(box && box->isVisible());
-        QCOMPARE(box->text(), QStringLiteral("Brevant 1.0.0"));
+        QCOMPARE(box->text(), u"Brevant 1.0.0"_s);
         QTest::keyClick(box, Qt::Key_Escape);
         QTRY_VERIFY(!box);
     }
@@ -128,7 +128,7 @@ private Q_SLOTS:
         const auto preferences = [] {
             QList<QWidget *> windows;
             for (QWidget *window : QApplication::topLevelWidgets()) {
-                if (window->findChild<QWidget *>(QStringLiteral("suffixField")) != nullptr)
+                if (window->findChild<QWidget *>(u"suffixField"_s) != nullptr)
                     windows.append(window);
             }
             return windows;
@@ -136,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(preferences().size(), 1);
         QWidget *const first = preferences().first();
         QVERIFY(first->isVisible());
-        const auto *const popup = first->findChild<QComboBox *>(QStringLiteral("popupButton"));
+        const auto *const popup = first->findChild<QComboBox *>(u"popupButton"_s);
         QVERIFY(!popup->itemIcon(popup->currentIndex()).isNull()); // of the chosen folder
         first->close();
         app.window.ui().preferencesMenu->trigger();
@@ -155,7 +155,7 @@ private Q_SLOTS:
         QTest::keyClick(app.table, Qt::Key_Space);
         QVERIFY(app.delegate.sharedPreviewPanel() != nullptr);
         QVERIFY(app.delegate.sharedPreviewPanel()->isOpen());
-        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f0.css"), QStringLiteral("f2.css")}));
+        QCOMPARE(items(app.controller), QStringList({u"f0.css"_s, u"f2.css"_s}));
         QTest::keyClick(app.delegate.sharedPreviewPanel(), Qt::Key_Space);
         QTRY_VERIFY(!app.delegate.sharedPreviewPanel()->isOpen());
         QTest::keyClick(app.table, Qt::Key_Space);
@@ -213,7 +213,7 @@ private Q_SLOTS:
         app.delegate.togglePreviewPanel();
         QCOMPARE(items(app.controller).size(), 2);
         app.table->selectRowIndexes({2}, false);
-        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f2.css")}));
+        QCOMPARE(items(app.controller), QStringList({u"f2.css"_s}));
         app.delegate.togglePreviewPanel();
     }
 
@@ -236,25 +236,25 @@ private Q_SLOTS:
     void aTildeInANameIsOneForThePreviewToo()
     {
         AppFixture app;
-        app.queue.append(QStringLiteral("~/a.css"));
+        app.queue.append(u"~/a.css"_s);
         app.drop({});
         app.table->selectRowIndexes({0}, false);
         app.delegate.togglePreviewPanel();
         QCOMPARE(app.controller.previewPanelPreviewItemAtIndex(0).path(),
-                 QDir::currentPath() + QStringLiteral("/~/a.css"));
+                 QDir::currentPath() + u"/~/a.css"_s);
         app.delegate.togglePreviewPanel();
     }
 
     void namesThatBeginWithTwoSlashes()
     {
         AppFixture app;
-        app.queue.append(QStringLiteral("//Home/User/a.css"));
+        app.queue.append(u"//Home/User/a.css"_s);
         app.drop({});
         app.window.show();
         app.table->selectRowIndexes({0}, false);
         app.delegate.togglePreviewPanel();
         const QUrl item = app.controller.previewPanelPreviewItemAtIndex(0);
-        QCOMPARE(item.path(), QStringLiteral("//Home/User/a.css"));
+        QCOMPARE(item.path(), u"//Home/User/a.css"_s);
         QVERIFY(!app.controller.previewPanelSourceFrameOnScreenForPreviewItem(item).isEmpty());
         app.delegate.togglePreviewPanel();
     }
@@ -267,7 +267,7 @@ private Q_SLOTS:
         app.delegate.togglePreviewPanel();
         QTest::keyClick(app.delegate.sharedPreviewPanel(), Qt::Key_Down);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({1}));
-        QCOMPARE(items(app.controller), QStringList({QStringLiteral("f1.css")}));
+        QCOMPARE(items(app.controller), QStringList({u"f1.css"_s}));
         app.delegate.togglePreviewPanel();
     }
 
@@ -284,7 +284,7 @@ private Q_SLOTS:
     {
         AppFixture app;
         fill(app, 3);
-        const QUrl second = QUrl::fromLocalFile(app.folder.filePath(QStringLiteral("f1.css")));
+        const QUrl second = QUrl::fromLocalFile(app.folder.filePath(u"f1.css"_s));
         const QRect frame = app.controller.previewPanelSourceFrameOnScreenForPreviewItem(second);
         QCOMPARE(frame.topLeft(), app.table->viewport()->mapToGlobal(app.table->frameOfCell(1).topLeft()));
         QCOMPARE(frame.size(), app.table->frameOfCell(1).size());

@@ -10,6 +10,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 namespace {
@@ -19,7 +21,7 @@ constexpr int longestRun = 60'000; // milliseconds
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(no output)");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : "(no output)"_ba;
 }
 
 /// Where lines are counted, the program of an ordinary user says that it may not write its counts.
@@ -39,7 +41,7 @@ QString cliProgram()
 
 QString toolsFolder()
 {
-    return QFileInfo(cliProgram()).dir().filePath(QStringLiteral("resources/lib"));
+    return QFileInfo(cliProgram()).dir().filePath(u"resources/lib"_s);
 }
 
 QString missingCompressors()
@@ -47,7 +49,7 @@ QString missingCompressors()
     for (const char *name : {"yuicompressor-2.4.8.jar", "htmlcompressor-1.5.3.jar"}) {
         const QString path = toolsFolder() + u'/' + QLatin1StringView(name);
         if (!QFileInfo::exists(path))
-            return QStringLiteral("%1 is missing: run scripts/fetch-compressors").arg(path);
+            return u"%1 is missing: run scripts/fetch-compressors"_s.arg(path);
     }
     return {};
 }
@@ -72,21 +74,20 @@ QMap<QString, QByteArray> tree(const QString &folder)
 QByteArray bareOutput(const QString &source)
 {
     const QTemporaryDir folder;
-    const QString output = folder.filePath(QStringLiteral("output"));
-    const bool isYui = source.endsWith(QLatin1StringView("css")) || source.endsWith(QLatin1StringView("js"));
-    QStringList arguments{QStringLiteral("-jar")};
+    const QString output = folder.filePath(u"output"_s);
+    const bool isYui = source.endsWith("css"_L1) || source.endsWith("js"_L1);
+    QStringList arguments{u"-jar"_s};
     if (isYui) {
-        arguments << QStringLiteral("yuicompressor-2.4.8.jar") << source << QStringLiteral("-o") << output
-                  << QStringLiteral("--charset") << QStringLiteral("utf-8");
+        arguments << u"yuicompressor-2.4.8.jar"_s << source << u"-o"_s << output << u"--charset"_s
+                  << u"utf-8"_s;
     } else {
-        arguments << QStringLiteral("htmlcompressor-1.5.3.jar") << QStringLiteral("--charset")
-                  << QStringLiteral("utf-8") << QStringLiteral("--type") << QStringLiteral("html")
-                  << QStringLiteral("--compress-js") << QStringLiteral("--compress-css")
-                  << QStringLiteral("--remove-intertag-spaces") << source << QStringLiteral("-o") << output;
+        arguments << u"htmlcompressor-1.5.3.jar"_s << u"--charset"_s << u"utf-8"_s << u"--type"_s << u"html"_s
+                  << u"--compress-js"_s << u"--compress-css"_s << u"--remove-intertag-spaces"_s << source
+                  << u"-o"_s << output;
     }
     QProcess java;
     java.setWorkingDirectory(toolsFolder());
-    java.start(QStringLiteral("/usr/bin/java"), arguments);
+    java.start(u"/usr/bin/java"_s, arguments);
     java.waitForFinished(longestRun);
     return contentOf(output);
 }
@@ -94,9 +95,9 @@ QByteArray bareOutput(const QString &source)
 QByteArray decompressed(const QString &file)
 {
     QProcess gzip;
-    gzip.start(QStringLiteral("/usr/bin/gzip"), {QStringLiteral("-d"), QStringLiteral("-c"), file});
+    gzip.start(u"/usr/bin/gzip"_s, {u"-d"_s, u"-c"_s, file});
     gzip.waitForFinished(longestRun);
-    return gzip.exitCode() == 0 ? gzip.readAllStandardOutput() : QByteArrayLiteral("(not compressed)");
+    return gzip.exitCode() == 0 ? gzip.readAllStandardOutput() : "(not compressed)"_ba;
 }
 
 QByteArray manyFunctions(int count)
@@ -113,17 +114,17 @@ QByteArray manyFunctions(int count)
 Sandbox::Sandbox()
 {
     const QString top = QFileInfo(m_folder.path()).canonicalFilePath();
-    m_home = top + QLatin1StringView("/home");
-    m_work = top + QLatin1StringView("/site");
+    m_home = top + "/home"_L1;
+    m_work = top + "/site"_L1;
     if (!QDir().mkpath(m_home) || !QDir().mkpath(m_work))
         std::abort();
     environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), m_home);
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home + QLatin1StringView("/config"));
-    environment.insert(QStringLiteral("XDG_STATE_HOME"), m_home + QLatin1StringView("/state"));
-    environment.insert(QStringLiteral("TMPDIR"), m_home);
-    environment.insert(QStringLiteral("TERM"), QStringLiteral("xterm"));
-    environment.insert(QStringLiteral("CLI"), cliProgram());
+    environment.insert(u"HOME"_s, m_home);
+    environment.insert(u"XDG_CONFIG_HOME"_s, m_home + "/config"_L1);
+    environment.insert(u"XDG_STATE_HOME"_s, m_home + "/state"_L1);
+    environment.insert(u"TMPDIR"_s, m_home);
+    environment.insert(u"TERM"_s, u"xterm"_s);
+    environment.insert(u"CLI"_s, cliProgram());
 }
 
 QString Sandbox::path(const QString &name) const
@@ -182,8 +183,7 @@ Ended Sandbox::runProgram(const QString &program, const QStringList &arguments,
 
 Ended Sandbox::runShell(const QString &script, const QStringList &arguments) const
 {
-    return runProgram(QStringLiteral("/bin/sh"),
-                      QStringList{QStringLiteral("-c"), script, QStringLiteral("sh")} + arguments);
+    return runProgram(u"/bin/sh"_s, QStringList{u"-c"_s, script, u"sh"_s} + arguments);
 }
 
 } // namespace brevant::test

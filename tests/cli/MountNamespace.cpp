@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 namespace {
@@ -14,24 +16,22 @@ namespace {
 Ended runInNamespace(const Sandbox &sandbox, const QString &mounts, const QString &operand,
                      const QStringList &command, const std::function<void(qint64)> &whenStarted = {})
 {
-    const QString options = ::geteuid() == 0 ? QStringLiteral("-m") : QStringLiteral("-rm");
-    const QStringList arguments{options, QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                                mounts + QStringLiteral(" && exec \"$@\""), operand};
-    return sandbox.runProgram(QStringLiteral("/usr/bin/unshare"), arguments + command, {}, whenStarted);
+    const QString options = ::geteuid() == 0 ? u"-m"_s : u"-rm"_s;
+    const QStringList arguments{options, u"/bin/sh"_s, u"-c"_s, mounts + u" && exec \"$@\""_s, operand};
+    return sandbox.runProgram(u"/usr/bin/unshare"_s, arguments + command, {}, whenStarted);
 }
 
-const QString overJava = QStringLiteral("mount --bind \"$0\" /usr/bin/java");
+const QString overJava = u"mount --bind \"$0\" /usr/bin/java"_s;
 
 } // namespace
 
 QString noMountNamespace()
 {
     const Sandbox sandbox;
-    const Ended ended =
-        runInNamespace(sandbox, overJava, QStringLiteral("/dev/null"), {QStringLiteral("/bin/true")});
-    return ended.status == 0 ? QString()
-                             : QStringLiteral("no mount namespace of our own here: %1")
-                                   .arg(QString::fromUtf8(ended.err).trimmed());
+    const Ended ended = runInNamespace(sandbox, overJava, u"/dev/null"_s, {u"/bin/true"_s});
+    return ended.status == 0
+               ? QString()
+               : u"no mount namespace of our own here: %1"_s.arg(QString::fromUtf8(ended.err).trimmed());
 }
 
 Ended runWithJava(const Sandbox &sandbox, const QString &replacement, const QStringList &arguments)
@@ -42,8 +42,7 @@ Ended runWithJava(const Sandbox &sandbox, const QString &replacement, const QStr
 Ended runMounted(const Sandbox &sandbox, const QString &mounts, const QStringList &arguments,
                  const std::function<void(qint64)> &whenStarted)
 {
-    return runInNamespace(sandbox, mounts, QStringLiteral("sh"), QStringList(cliProgram()) + arguments,
-                          whenStarted);
+    return runInNamespace(sandbox, mounts, u"sh"_s, QStringList(cliProgram()) + arguments, whenStarted);
 }
 
 QString addScript(const Sandbox &sandbox, const QString &name, const QByteArray &lines)

@@ -20,6 +20,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 namespace {
@@ -41,11 +43,11 @@ QList<pid_t> running(pid_t process, const QString &thread, const QString &progra
 {
     const QString wanted = QFileInfo(program).canonicalFilePath();
     QList<pid_t> found;
-    QFile list(QStringLiteral("/proc/%1/task/%2/children").arg(process).arg(thread));
+    QFile list(u"/proc/%1/task/%2/children"_s.arg(process).arg(thread));
     if (!list.open(QIODevice::ReadOnly))
         return found;
     for (const QByteArray &child : list.readAll().split(' ')) {
-        const QFileInfo link(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(child)));
+        const QFileInfo link(u"/proc/%1/exe"_s.arg(QString::fromLatin1(child)));
         if (!child.isEmpty() && link.canonicalFilePath() == wanted)
             found.append(child.toInt());
     }
@@ -152,7 +154,7 @@ pid_t childRunning(pid_t parent, const QString &program)
 int childrenRunning(pid_t parent, const QString &program)
 {
     qsizetype count = 0;
-    const QDir threads(QStringLiteral("/proc/%1/task").arg(parent));
+    const QDir threads(u"/proc/%1/task"_s.arg(parent));
     for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         count += running(parent, thread, program).size();
     return static_cast<int>(count);

@@ -6,6 +6,8 @@
 #include <clocale>
 #include <cwchar>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 void Screen::write(const QByteArray &output)
@@ -37,11 +39,11 @@ qsizetype Screen::control(const QString &text, qsizetype position)
         ++m_row;
         return 1;
     }
-    if (rest.startsWith(QLatin1StringView("\x1b[A"))) {
+    if (rest.startsWith("\x1b[A"_L1)) {
         m_row = std::max<qsizetype>(m_row - 1, 0);
         return 3;
     }
-    if (rest.startsWith(QLatin1StringView("\x1b[K"))) {
+    if (rest.startsWith("\x1b[K"_L1)) {
         row().resize(std::min(row().size(), m_column));
         return 3;
     }
@@ -59,7 +61,7 @@ void Screen::put(char32_t character)
     }
     QStringList &line = row();
     while (line.size() < m_column + width)
-        line.append(QStringLiteral(" "));
+        line.append(u" "_s);
     const QString text = QString::fromUcs4(&character, 1);
     if (width == 0) {
         if (m_column > 0)

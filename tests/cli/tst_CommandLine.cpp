@@ -36,297 +36,282 @@ class tst_CommandLine final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void options_data();
-    void options();
-    void jobs();
-    void wrongUses_data();
-    void wrongUses();
-    void namesWhatItDoesNotKnow_data();
-    void namesWhatItDoesNotKnow();
-    void settingValues_data();
-    void settingValues();
-    void wrongSettings_data();
-    void wrongSettings();
-    void unknownEncodingNamesTheKnown();
-    void everyKeyCanBeSet();
-    void settingsKeepTheirOrder();
-    void helpNamesEverything();
-    void helpShowsOptionsThatExist();
-    void version();
-};
+    void options_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<Action>("action");
+        QTest::addColumn<QStringList>("paths");
+        QTest::addColumn<QString>("settingsFile");
+        QTest::addColumn<QString>("reportFile");
+        QTest::addColumn<bool>("quiet");
 
-void tst_CommandLine::options_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<Action>("action");
-    QTest::addColumn<QStringList>("paths");
-    QTest::addColumn<QString>("settingsFile");
-    QTest::addColumn<QString>("reportFile");
-    QTest::addColumn<bool>("quiet");
-
-    const QString none;
-    const QStringList a{u"a"_s};
-    QTest::newRow("one path") << a << Action::Minify << a << none << none << false;
-    QTest::newRow("paths keep their order") << QStringList{u"b"_s, u"a"_s, u"b"_s} << Action::Minify
-                                            << QStringList{u"b"_s, u"a"_s, u"b"_s} << none << none << false;
-    QTest::newRow("list") << QStringList{u"--list"_s, u"a"_s} << Action::List << a << none << none << false;
-    QTest::newRow("dry run") << QStringList{u"--dry-run"_s, u"a"_s} << Action::DryRun << a << none << none
-                             << false;
-    QTest::newRow("behind the path") << QStringList{u"a"_s, u"--list"_s} << Action::List << a << none << none
-                                     << false;
-    QTest::newRow("quiet") << QStringList{u"--quiet"_s, u"a"_s} << Action::Minify << a << none << none
-                           << true;
-    QTest::newRow("settings") << QStringList{u"--settings"_s, u"s.json"_s, u"a"_s} << Action::Minify << a
-                              << u"s.json"_s << none << false;
-    QTest::newRow("settings with a sign") << QStringList{u"--settings=s=1.json"_s, u"a"_s} << Action::Minify
-                                          << a << u"s=1.json"_s << none << false;
-    QTest::newRow("report") << QStringList{u"--report"_s, u"r.json"_s, u"a"_s} << Action::Minify << a << none
-                            << u"r.json"_s << false;
-    QTest::newRow("all at once") << QStringList{u"--quiet"_s,  u"--settings"_s, u"s"_s,
-                                                u"--report"_s, u"r"_s,          u"a"_s}
-                                 << Action::Minify << a << u"s"_s << u"r"_s << true;
-    QTest::newRow("two dashes") << QStringList{u"--quiet"_s, u"--"_s, u"-x.css"_s, u"--list"_s, u"--"_s}
-                                << Action::Minify << QStringList{u"-x.css"_s, u"--list"_s, u"--"_s} << none
-                                << none << true;
-    QTest::newRow("help") << QStringList{u"--help"_s} << Action::Help << QStringList() << none << none
-                          << false;
-    QTest::newRow("short help") << QStringList{u"-h"_s} << Action::Help << QStringList() << none << none
-                                << false;
-    QTest::newRow("help wins") << QStringList{u"--version"_s, u"--list"_s, u"--dry-run"_s, u"--help"_s}
-                               << Action::Help << QStringList() << none << none << false;
-    QTest::newRow("version") << QStringList{u"--version"_s} << Action::Version << QStringList() << none
-                             << none << false;
-}
-
-void tst_CommandLine::options()
-{
-    QFETCH(QStringList, arguments);
-    const auto [line, error] = parse(arguments);
-    QCOMPARE(error, QString());
-    QTEST(line.action, "action");
-    QTEST(line.paths, "paths");
-    QTEST(line.settingsFile, "settingsFile");
-    QTEST(line.reportFile, "reportFile");
-    QTEST(line.quiet, "quiet");
-    QVERIFY(line.settings.empty());
-}
-
-void tst_CommandLine::jobs()
-{
-    QCOMPARE(parse({u"a"_s}).line.jobs, 1);
-    QCOMPARE(parse({u"--jobs"_s, u"1"_s, u"a"_s}).line.jobs, 1);
-    QCOMPARE(parse({u"--jobs=256"_s, u"a"_s}).line.jobs, 256);
-}
-
-void tst_CommandLine::wrongUses_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("expected");
-
-    const QString noPath = u"no file or folder is named"_s;
-    QTest::newRow("nothing") << QStringList() << noPath;
-    QTest::newRow("no path") << QStringList{u"--quiet"_s} << noPath;
-    QTest::newRow("nothing behind the dashes") << QStringList{u"--list"_s, u"--"_s} << noPath;
-    QTest::newRow("list and dry run") << QStringList{u"--list"_s, u"--dry-run"_s, u"a"_s}
-                                      << u"--list and --dry-run cannot be used together"_s;
-    QTest::newRow("report of a list") << QStringList{u"--list"_s, u"--report"_s, u"r"_s, u"a"_s}
-                                      << u"--report needs a run, which --list and --dry-run are not"_s;
-    QTest::newRow("report of a dry run") << QStringList{u"--dry-run"_s, u"--report"_s, u"r"_s, u"a"_s}
-                                         << u"--report needs a run, which --list and --dry-run are not"_s;
-    QTest::newRow("setting that is not UTF-8")
-        << QStringList{u"--set"_s, RawBytes::decoded("suffixKeyString=\xE9"), u"a"_s}
-        << u"--set: \"suffixKeyString=%1\" is not valid UTF-8"_s.arg(QChar(0xdce9));
-    QTest::newRow("empty settings file")
-        << QStringList{u"--settings"_s, u""_s, u"a"_s} << u"--settings needs the name of a file"_s;
-    for (const QString &number :
-         {u""_s, u"0"_s, u"-1"_s, u"257"_s, u"two"_s, u"2x"_s, u" 2"_s, u"+2"_s, u"1.5"_s, u"99999999999"_s})
-        QTest::addRow("jobs \"%s\"", qPrintable(number))
-            << QStringList{u"--jobs="_s + number, u"a"_s}
-            << u"--jobs takes a number from 1 to 256, not \"%1\""_s.arg(number);
-    QTest::newRow("empty report file")
-        << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
-}
-
-void tst_CommandLine::wrongUses()
-{
-    QFETCH(QStringList, arguments);
-    QTEST(parse(arguments).error, "expected");
-}
-
-void tst_CommandLine::namesWhatItDoesNotKnow_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("named");
-
-    QTest::newRow("long option") << QStringList{u"--bogus"_s, u"a"_s} << u"bogus"_s;
-    QTest::newRow("short option") << QStringList{u"-z"_s, u"a"_s} << u"z"_s;
-    QTest::newRow("beginning of an option") << QStringList{u"--dry"_s, u"a"_s} << u"dry"_s;
-    QTest::newRow("set without a value") << QStringList{u"a"_s, u"--set"_s} << u"--set"_s;
-    QTest::newRow("settings without a value") << QStringList{u"a"_s, u"--settings"_s} << u"--settings"_s;
-    QTest::newRow("report without a value") << QStringList{u"a"_s, u"--report"_s} << u"--report"_s;
-    QTest::newRow("all with a value") << QStringList{u"--all=a"_s, u"a"_s} << u"--all"_s;
-    QTest::newRow("list with a value") << QStringList{u"--list=a"_s, u"a"_s} << u"--list"_s;
-    QTest::newRow("not saved by help") << QStringList{u"--help"_s, u"--bogus"_s} << u"bogus"_s;
-}
-
-void tst_CommandLine::namesWhatItDoesNotKnow()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, named);
-    const QString error = parse(arguments).error;
-    QVERIFY2(error.contains(named), qPrintable(error));
-}
-
-void tst_CommandLine::settingValues_data()
-{
-    QTest::addColumn<QString>("assignment");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonValue>("value");
-
-    const QString gzip = gzipCheckerKeyString;
-    QTest::newRow("true") << u"gzipCheckerKeyString=true"_s << gzip << QJsonValue(true);
-    QTest::newRow("false") << u"gzipCheckerKeyString=false"_s << gzip << QJsonValue(false);
-    const QString suffix = suffixKeyString;
-    QTest::newRow("text") << u"suffixKeyString=-min"_s << suffix << QJsonValue(u"-min"_s);
-    QTest::newRow("zeros as typed") << u"suffixKeyString=007"_s << suffix << QJsonValue(u"007"_s);
-    QTest::newRow("fraction as typed") << u"suffixKeyString=1.50"_s << suffix << QJsonValue(u"1.50"_s);
-    QTest::newRow("true as a text") << u"suffixKeyString=true"_s << suffix << QJsonValue(u"true"_s);
-    QTest::newRow("empty text") << u"suffixKeyString="_s << suffix << QJsonValue(u""_s);
-    QTest::newRow("sign in the text") << u"suffixKeyString==a=b"_s << suffix << QJsonValue(u"=a=b"_s);
-    QTest::newRow("blanks stay") << u"suffixKeyString= a "_s << suffix << QJsonValue(u" a "_s);
-    QTest::newRow("column") << u"lineBreakKeyString=080"_s << QString(lineBreakKeyString)
-                            << QJsonValue(u"080"_s);
-    QTest::newRow("folder") << u"selectedFolderKeyString=/ä b"_s << QString(selectedFolderKeyString)
-                            << QJsonValue(u"/ä b"_s);
-    for (const Encoding &encoding : allEncodings) {
-        QTest::addRow("%s", encoding.name.data())
-            << u"selectedEncodingKeyString="_s + encoding.name << QString(selectedEncodingKeyString)
-            << QJsonValue(QString(encoding.name));
+        const QString none;
+        const QStringList a{u"a"_s};
+        QTest::newRow("one path") << a << Action::Minify << a << none << none << false;
+        QTest::newRow("paths keep their order")
+            << QStringList{u"b"_s, u"a"_s, u"b"_s} << Action::Minify << QStringList{u"b"_s, u"a"_s, u"b"_s}
+            << none << none << false;
+        QTest::newRow("list") << QStringList{u"--list"_s, u"a"_s} << Action::List << a << none << none
+                              << false;
+        QTest::newRow("dry run") << QStringList{u"--dry-run"_s, u"a"_s} << Action::DryRun << a << none << none
+                                 << false;
+        QTest::newRow("behind the path")
+            << QStringList{u"a"_s, u"--list"_s} << Action::List << a << none << none << false;
+        QTest::newRow("quiet") << QStringList{u"--quiet"_s, u"a"_s} << Action::Minify << a << none << none
+                               << true;
+        QTest::newRow("settings") << QStringList{u"--settings"_s, u"s.json"_s, u"a"_s} << Action::Minify << a
+                                  << u"s.json"_s << none << false;
+        QTest::newRow("settings with a sign") << QStringList{u"--settings=s=1.json"_s, u"a"_s}
+                                              << Action::Minify << a << u"s=1.json"_s << none << false;
+        QTest::newRow("report") << QStringList{u"--report"_s, u"r.json"_s, u"a"_s} << Action::Minify << a
+                                << none << u"r.json"_s << false;
+        QTest::newRow("all at once") << QStringList{u"--quiet"_s,  u"--settings"_s, u"s"_s,
+                                                    u"--report"_s, u"r"_s,          u"a"_s}
+                                     << Action::Minify << a << u"s"_s << u"r"_s << true;
+        QTest::newRow("two dashes") << QStringList{u"--quiet"_s, u"--"_s, u"-x.css"_s, u"--list"_s, u"--"_s}
+                                    << Action::Minify << QStringList{u"-x.css"_s, u"--list"_s, u"--"_s}
+                                    << none << none << true;
+        QTest::newRow("help") << QStringList{u"--help"_s} << Action::Help << QStringList() << none << none
+                              << false;
+        QTest::newRow("short help") << QStringList{u"-h"_s} << Action::Help << QStringList() << none << none
+                                    << false;
+        QTest::newRow("help wins") << QStringList{u"--version"_s, u"--list"_s, u"--dry-run"_s, u"--help"_s}
+                                   << Action::Help << QStringList() << none << none << false;
+        QTest::newRow("version") << QStringList{u"--version"_s} << Action::Version << QStringList() << none
+                                 << none << false;
     }
-}
 
-void tst_CommandLine::settingValues()
-{
-    QFETCH(QString, assignment);
-    for (const QStringList &arguments :
-         {QStringList{u"--set"_s, assignment, u"a"_s}, QStringList{u"a"_s, u"--set="_s + assignment}}) {
+    void options()
+    {
+        QFETCH(QStringList, arguments);
         const auto [line, error] = parse(arguments);
         QCOMPARE(error, QString());
-        QCOMPARE(line.settings.size(), 1U);
-        const auto &[key, value] = line.settings.front();
-        QTEST(QString(key), "key");
-        QTEST(value, "value");
-        QCOMPARE(line.paths, QStringList{u"a"_s});
+        QTEST(line.action, "action");
+        QTEST(line.paths, "paths");
+        QTEST(line.settingsFile, "settingsFile");
+        QTEST(line.reportFile, "reportFile");
+        QTEST(line.quiet, "quiet");
+        QVERIFY(line.settings.empty());
     }
-}
 
-void tst_CommandLine::wrongSettings_data()
-{
-    QTest::addColumn<QString>("assignment");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("no sign") << u"gzipCheckerKeyString"_s
-                             << u"--set takes KEY=VALUE, not \"gzipCheckerKeyString\""_s;
-    QTest::newRow("empty") << u""_s << u"--set takes KEY=VALUE, not \"\""_s;
-    QTest::newRow("unknown key") << u"nosuch=1"_s << u"--set: there is no setting \"nosuch\""_s;
-    QTest::newRow("no key") << u"=1"_s << u"--set: there is no setting \"\""_s;
-    QTest::newRow("other case") << u"suffixkeystring=x"_s
-                                << u"--set: there is no setting \"suffixkeystring\""_s;
-    QTest::newRow("blank before") << u" suffixKeyString=x"_s
-                                  << u"--set: there is no setting \" suffixKeyString\""_s;
-    for (const char *value : {"1", "0", "yes", "", "TRUE", " true", "on", "nan"}) {
-        const QString text = QString::fromLatin1(value);
-        QTest::addRow("boolean '%s'", value)
-            << u"gzipCheckerKeyString="_s + text
-            << u"--set: gzipCheckerKeyString takes true or false, not \"%1\""_s.arg(text);
+    void jobs()
+    {
+        QCOMPARE(parse({u"a"_s}).line.jobs, 1);
+        QCOMPARE(parse({u"--jobs"_s, u"1"_s, u"a"_s}).line.jobs, 1);
+        QCOMPARE(parse({u"--jobs=256"_s, u"a"_s}).line.jobs, 256);
     }
-}
 
-void tst_CommandLine::wrongSettings()
-{
-    QFETCH(QString, assignment);
-    QTEST(parse({u"--set"_s, assignment, u"a"_s}).error, "expected");
-}
+    void wrongUses_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("expected");
 
-void tst_CommandLine::unknownEncodingNamesTheKnown()
-{
-    for (const QString &name : {u"utf8"_s, u"UTF-8"_s, u""_s, u"latin1"_s}) {
-        const QString error = parse({u"--set"_s, u"selectedEncodingKeyString="_s + name, u"a"_s}).error;
-        QVERIFY2(
-            error.startsWith(u"--set: there is no encoding \"%1\"; there are utf-8, gb2312, "_s.arg(name)),
-            qPrintable(error));
-        QVERIFY2(error.endsWith(u", iso-8859-1, iso-8859-15"_s), qPrintable(error));
+        const QString noPath = u"no file or folder is named"_s;
+        QTest::newRow("nothing") << QStringList() << noPath;
+        QTest::newRow("no path") << QStringList{u"--quiet"_s} << noPath;
+        QTest::newRow("nothing behind the dashes") << QStringList{u"--list"_s, u"--"_s} << noPath;
+        QTest::newRow("list and dry run") << QStringList{u"--list"_s, u"--dry-run"_s, u"a"_s}
+                                          << u"--list and --dry-run cannot be used together"_s;
+        QTest::newRow("report of a list") << QStringList{u"--list"_s, u"--report"_s, u"r"_s, u"a"_s}
+                                          << u"--report needs a run, which --list and --dry-run are not"_s;
+        QTest::newRow("report of a dry run") << QStringList{u"--dry-run"_s, u"--report"_s, u"r"_s, u"a"_s}
+                                             << u"--report needs a run, which --list and --dry-run are not"_s;
+        QTest::newRow("setting that is not UTF-8")
+            << QStringList{u"--set"_s, RawBytes::decoded("suffixKeyString=\xE9"), u"a"_s}
+            << u"--set: \"suffixKeyString=%1\" is not valid UTF-8"_s.arg(QChar(0xdce9));
+        QTest::newRow("empty settings file")
+            << QStringList{u"--settings"_s, u""_s, u"a"_s} << u"--settings needs the name of a file"_s;
+        for (const QString &number : {u""_s, u"0"_s, u"-1"_s, u"257"_s, u"two"_s, u"2x"_s, u" 2"_s, u"+2"_s,
+                                      u"1.5"_s, u"99999999999"_s})
+            QTest::addRow("jobs \"%s\"", qPrintable(number))
+                << QStringList{u"--jobs="_s + number, u"a"_s}
+                << u"--jobs takes a number from 1 to 256, not \"%1\""_s.arg(number);
+        QTest::newRow("empty report file")
+            << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
     }
-}
 
-void tst_CommandLine::everyKeyCanBeSet()
-{
-    QStringList arguments{u"a"_s};
-    QStringList expected;
-    for (const SettingKey &setting : allSettingKeys) {
-        const bool isBoolean = setting.type == SettingType::Boolean;
-        arguments << u"--set"_s << setting.key + (isBoolean ? u"=true"_s : u"=gbk"_s);
-        expected << setting.key;
+    void wrongUses()
+    {
+        QFETCH(QStringList, arguments);
+        QTEST(parse(arguments).error, "expected");
     }
-    QStringList actual;
-    const auto [line, error] = parse(arguments);
-    for (const auto &[key, value] : line.settings)
-        actual << key;
-    QCOMPARE(error, QString());
-    QVERIFY(expected.size() >= 18);
-    QCOMPARE(actual, expected);
-}
 
-void tst_CommandLine::settingsKeepTheirOrder()
-{
-    const CommandLine line = parse({u"--set"_s, u"suffixKeyString=1"_s, u"a"_s,
-                                    u"--set=gzipCheckerKeyString=true"_s, u"--set"_s, u"suffixKeyString=2"_s})
-                                 .line;
-    QStringList actual;
-    for (const auto &[key, value] : line.settings)
-        actual << key + u"="_s + value.toVariant().toString();
-    QCOMPARE(actual,
-             (QStringList{u"suffixKeyString=1"_s, u"gzipCheckerKeyString=true"_s, u"suffixKeyString=2"_s}));
-}
+    void namesWhatItDoesNotKnow_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("named");
 
-void tst_CommandLine::helpNamesEverything()
-{
-    const QString help = helpText();
-    const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,      u"--all"_s,
-                             u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s, u"--quiet"_s,
-                             u"--version"_s,       u"--help"_s};
-    QStringList shown;
-    for (const OptionHelp &option : allOptions())
-        shown << option.usage;
-    QCOMPARE(shown, usages);
-    for (const QString &usage : usages)
-        QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
-    for (const SettingKey &setting : allSettingKeys)
-        QVERIFY2(help.contains(u"\n  "_s + setting.key + u"="_s), setting.key.data());
-    for (const QString &sample :
-         {u"suffixKeyString=.min\n"_s, u"suffixSwitcherKeyString=true\n"_s, u"gzipCheckerKeyString=false\n"_s,
-          u"lineBreakKeyString=500\n"_s, u"brevant-cli [options] PATH...\n"_s, u"130"_s})
-        QVERIFY2(help.contains(sample), qPrintable(sample));
-    QVERIFY(help.endsWith(u'\n'));
-}
-
-void tst_CommandLine::helpShowsOptionsThatExist()
-{
-    for (const OptionHelp &option : allOptions()) {
-        QStringList arguments = QString(option.usage).split(u' ');
-        if (arguments.size() == 2)
-            arguments[1] = arguments[1] == u"FILE" ? u"f"_s
-                           : arguments[1] == u"N"  ? u"2"_s
-                                                   : u"suffixKeyString=x"_s;
-        QCOMPARE(parse(arguments + QStringList{u"a"_s}).error, QString());
+        QTest::newRow("long option") << QStringList{u"--bogus"_s, u"a"_s} << u"bogus"_s;
+        QTest::newRow("short option") << QStringList{u"-z"_s, u"a"_s} << u"z"_s;
+        QTest::newRow("beginning of an option") << QStringList{u"--dry"_s, u"a"_s} << u"dry"_s;
+        QTest::newRow("set without a value") << QStringList{u"a"_s, u"--set"_s} << u"--set"_s;
+        QTest::newRow("settings without a value") << QStringList{u"a"_s, u"--settings"_s} << u"--settings"_s;
+        QTest::newRow("report without a value") << QStringList{u"a"_s, u"--report"_s} << u"--report"_s;
+        QTest::newRow("all with a value") << QStringList{u"--all=a"_s, u"a"_s} << u"--all"_s;
+        QTest::newRow("list with a value") << QStringList{u"--list=a"_s, u"a"_s} << u"--list"_s;
+        QTest::newRow("not saved by help") << QStringList{u"--help"_s, u"--bogus"_s} << u"bogus"_s;
     }
-}
 
-void tst_CommandLine::version()
-{
-    QVERIFY2(QRegularExpression(u"^brevant-cli \\d+\\.\\d+\\.\\d+\n$"_s).match(versionText()).hasMatch(),
-             qPrintable(versionText()));
-}
+    void namesWhatItDoesNotKnow()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, named);
+        const QString error = parse(arguments).error;
+        QVERIFY2(error.contains(named), qPrintable(error));
+    }
+
+    void settingValues_data()
+    {
+        QTest::addColumn<QString>("assignment");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+
+        const QString gzip = gzipCheckerKeyString;
+        QTest::newRow("true") << u"gzipCheckerKeyString=true"_s << gzip << QJsonValue(true);
+        QTest::newRow("false") << u"gzipCheckerKeyString=false"_s << gzip << QJsonValue(false);
+        const QString suffix = suffixKeyString;
+        QTest::newRow("text") << u"suffixKeyString=-min"_s << suffix << QJsonValue(u"-min"_s);
+        QTest::newRow("zeros as typed") << u"suffixKeyString=007"_s << suffix << QJsonValue(u"007"_s);
+        QTest::newRow("fraction as typed") << u"suffixKeyString=1.50"_s << suffix << QJsonValue(u"1.50"_s);
+        QTest::newRow("true as a text") << u"suffixKeyString=true"_s << suffix << QJsonValue(u"true"_s);
+        QTest::newRow("empty text") << u"suffixKeyString="_s << suffix << QJsonValue(u""_s);
+        QTest::newRow("sign in the text") << u"suffixKeyString==a=b"_s << suffix << QJsonValue(u"=a=b"_s);
+        QTest::newRow("blanks stay") << u"suffixKeyString= a "_s << suffix << QJsonValue(u" a "_s);
+        QTest::newRow("column") << u"lineBreakKeyString=080"_s << QString(lineBreakKeyString)
+                                << QJsonValue(u"080"_s);
+        QTest::newRow("folder") << u"selectedFolderKeyString=/ä b"_s << QString(selectedFolderKeyString)
+                                << QJsonValue(u"/ä b"_s);
+        for (const Encoding &encoding : allEncodings) {
+            QTest::addRow("%s", encoding.name.data())
+                << u"selectedEncodingKeyString="_s + encoding.name << QString(selectedEncodingKeyString)
+                << QJsonValue(QString(encoding.name));
+        }
+    }
+
+    void settingValues()
+    {
+        QFETCH(QString, assignment);
+        for (const QStringList &arguments :
+             {QStringList{u"--set"_s, assignment, u"a"_s}, QStringList{u"a"_s, u"--set="_s + assignment}}) {
+            const auto [line, error] = parse(arguments);
+            QCOMPARE(error, QString());
+            QCOMPARE(line.settings.size(), 1U);
+            const auto &[key, value] = line.settings.front();
+            QTEST(QString(key), "key");
+            QTEST(value, "value");
+            QCOMPARE(line.paths, QStringList{u"a"_s});
+        }
+    }
+
+    void wrongSettings_data()
+    {
+        QTest::addColumn<QString>("assignment");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("no sign") << u"gzipCheckerKeyString"_s
+                                 << u"--set takes KEY=VALUE, not \"gzipCheckerKeyString\""_s;
+        QTest::newRow("empty") << u""_s << u"--set takes KEY=VALUE, not \"\""_s;
+        QTest::newRow("unknown key") << u"nosuch=1"_s << u"--set: there is no setting \"nosuch\""_s;
+        QTest::newRow("no key") << u"=1"_s << u"--set: there is no setting \"\""_s;
+        QTest::newRow("other case") << u"suffixkeystring=x"_s
+                                    << u"--set: there is no setting \"suffixkeystring\""_s;
+        QTest::newRow("blank before")
+            << u" suffixKeyString=x"_s << u"--set: there is no setting \" suffixKeyString\""_s;
+        for (const char *value : {"1", "0", "yes", "", "TRUE", " true", "on", "nan"}) {
+            const QString text = QString::fromLatin1(value);
+            QTest::addRow("boolean '%s'", value)
+                << u"gzipCheckerKeyString="_s + text
+                << u"--set: gzipCheckerKeyString takes true or false, not \"%1\""_s.arg(text);
+        }
+    }
+
+    void wrongSettings()
+    {
+        QFETCH(QString, assignment);
+        QTEST(parse({u"--set"_s, assignment, u"a"_s}).error, "expected");
+    }
+
+    void unknownEncodingNamesTheKnown()
+    {
+        for (const QString &name : {u"utf8"_s, u"UTF-8"_s, u""_s, u"latin1"_s}) {
+            const QString error = parse({u"--set"_s, u"selectedEncodingKeyString="_s + name, u"a"_s}).error;
+            QVERIFY2(error.startsWith(
+                         u"--set: there is no encoding \"%1\"; there are utf-8, gb2312, "_s.arg(name)),
+                     qPrintable(error));
+            QVERIFY2(error.endsWith(u", iso-8859-1, iso-8859-15"_s), qPrintable(error));
+        }
+    }
+
+    void everyKeyCanBeSet()
+    {
+        QStringList arguments{u"a"_s};
+        QStringList expected;
+        for (const SettingKey &setting : allSettingKeys) {
+            const bool isBoolean = setting.type == SettingType::Boolean;
+            arguments << u"--set"_s << setting.key + (isBoolean ? u"=true"_s : u"=gbk"_s);
+            expected << setting.key;
+        }
+        QStringList actual;
+        const auto [line, error] = parse(arguments);
+        for (const auto &[key, value] : line.settings)
+            actual << key;
+        QCOMPARE(error, QString());
+        QVERIFY(expected.size() >= 18);
+        QCOMPARE(actual, expected);
+    }
+
+    void settingsKeepTheirOrder()
+    {
+        const CommandLine line =
+            parse({u"--set"_s, u"suffixKeyString=1"_s, u"a"_s, u"--set=gzipCheckerKeyString=true"_s,
+                   u"--set"_s, u"suffixKeyString=2"_s})
+                .line;
+        QStringList actual;
+        for (const auto &[key, value] : line.settings)
+            actual << key + u"="_s + value.toVariant().toString();
+        QCOMPARE(actual, (QStringList{u"suffixKeyString=1"_s, u"gzipCheckerKeyString=true"_s,
+                                      u"suffixKeyString=2"_s}));
+    }
+
+    void helpNamesEverything()
+    {
+        const QString help = helpText();
+        const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,      u"--all"_s,
+                                 u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s, u"--quiet"_s,
+                                 u"--version"_s,       u"--help"_s};
+        QStringList shown;
+        for (const OptionHelp &option : allOptions())
+            shown << option.usage;
+        QCOMPARE(shown, usages);
+        for (const QString &usage : usages)
+            QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
+        for (const SettingKey &setting : allSettingKeys)
+            QVERIFY2(help.contains(u"\n  "_s + setting.key + u"="_s), setting.key.data());
+        for (const QString &sample : {u"suffixKeyString=.min\n"_s, u"suffixSwitcherKeyString=true\n"_s,
+                                      u"gzipCheckerKeyString=false\n"_s, u"lineBreakKeyString=500\n"_s,
+                                      u"brevant-cli [options] PATH...\n"_s, u"130"_s})
+            QVERIFY2(help.contains(sample), qPrintable(sample));
+        QVERIFY(help.endsWith(u'\n'));
+    }
+
+    void helpShowsOptionsThatExist()
+    {
+        for (const OptionHelp &option : allOptions()) {
+            QStringList arguments = QString(option.usage).split(u' ');
+            if (arguments.size() == 2)
+                arguments[1] = arguments[1] == u"FILE" ? u"f"_s
+                               : arguments[1] == u"N"  ? u"2"_s
+                                                       : u"suffixKeyString=x"_s;
+            QCOMPARE(parse(arguments + QStringList{u"a"_s}).error, QString());
+        }
+    }
+
+    void version()
+    {
+        QVERIFY2(QRegularExpression(u"^brevant-cli \\d+\\.\\d+\\.\\d+\n$"_s).match(versionText()).hasMatch(),
+                 qPrintable(versionText()));
+    }
+};
 
 BREVANT_TEST(tst_CommandLine, QCoreApplication)
 #include "tst_CommandLine.moc"

@@ -14,15 +14,17 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class DragSource final : public QLabel {
 public:
     explicit DragSource(QStringList arguments) : m_arguments(std::move(arguments))
     {
-        setText(QStringLiteral("Drag me"));
+        setText(u"Drag me"_s);
         setAlignment(Qt::AlignCenter);
-        setWindowTitle(QStringLiteral("drag-source"));
+        setWindowTitle(u"drag-source"_s);
         setGeometry(40, 60, 160, 100);
     }
 
@@ -59,7 +61,7 @@ private:
     [[nodiscard]] QMimeData *data() const
     {
         auto *const data = new QMimeData; // goes to the drag
-        if (m_arguments.value(0) == QStringLiteral("--text")) {
+        if (m_arguments.value(0) == u"--text"_s) {
             data->setText(m_arguments.value(1));
             return data;
         }

@@ -35,8 +35,8 @@ QJsonArray settings()
     const QJsonObject defaults = registeredDefaults();
     QJsonArray list;
     for (const SettingKey &setting : allSettingKeys)
-        list.append(QJsonObject{{QStringLiteral("key"), QString(setting.key)},
-                                {QStringLiteral("default"), defaults.value(setting.key)}});
+        list.append(
+            QJsonObject{{u"key"_s, QString(setting.key)}, {u"default"_s, defaults.value(setting.key)}});
     return list;
 }
 
@@ -71,9 +71,9 @@ void listMenu(const QList<QAction *> &actions, const QString &menu, QJsonArray &
             listMenu(action->menu()->actions(), plain(action->text()), items);
             continue;
         }
-        items.append(QJsonObject{{QStringLiteral("menu"), menu},
-                                 {QStringLiteral("text"), plain(action->text())},
-                                 {QStringLiteral("key"), action->shortcut().toString()}});
+        items.append(QJsonObject{{u"menu"_s, menu},
+                                 {u"text"_s, plain(action->text())},
+                                 {u"key"_s, action->shortcut().toString()}});
     }
 }
 
@@ -104,11 +104,11 @@ int main(int argc, char *argv[])
     const AppFixture fixture;
     QJsonArray items;
     listMenu(fixture.window.menuBar()->actions(), {}, items);
-    const QJsonObject all{{QStringLiteral("settings"), settings()},
-                          {QStringLiteral("encodings"), encodings()},
+    const QJsonObject all{{u"settings"_s, settings()},
+                          {u"encodings"_s, encodings()},
                           {u"kinds"_s, kinds()},
-                          {QStringLiteral("items"), items},
-                          {QStringLiteral("keys"), otherKeys(fixture.window)}};
+                          {u"items"_s, items},
+                          {u"keys"_s, otherKeys(fixture.window)}};
     const QByteArray text = QJsonDocument(all).toJson();
     return std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout) ==
                    static_cast<std::size_t>(text.size())

@@ -17,63 +17,57 @@ class tst_EndToEnd final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void minify_data();
-    void minify();
-};
+    void initTestCase() { QCOMPARE(missingCompressors(), QString()); }
 
-void tst_EndToEnd::initTestCase()
-{
-    QCOMPARE(missingCompressors(), QString());
-}
+    void minify_data()
+    {
+        QTest::addColumn<QString>("folder");
+        const QDir cases(QStringLiteral(BREVANT_CASES));
+        const QStringList names = cases.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QVERIFY2(!names.isEmpty(), qPrintable(u"there is no case in "_s + cases.path()));
+        for (const QString &name : names)
+            QTest::newRow(qPrintable(name)) << cases.filePath(name);
+    }
 
-void tst_EndToEnd::minify_data()
-{
-    QTest::addColumn<QString>("folder");
-    const QDir cases(QStringLiteral(BREVANT_CASES));
-    const QStringList names = cases.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    QVERIFY2(!names.isEmpty(), qPrintable(u"there is no case in "_s + cases.path()));
-    for (const QString &name : names)
-        QTest::newRow(qPrintable(name)) << cases.filePath(name);
-}
+    void minify()
+    {
+        QFETCH(QString, folder);
+        const auto files = tree(folder);
+        const QString sourcesFolder = u"sources/"_s;
+        const QString expectedFolder = u"expected/"_s;
 
-void tst_EndToEnd::minify()
-{
-    QFETCH(QString, folder);
-    const auto files = tree(folder);
-    const QString sourcesFolder = u"sources/"_s;
-    const QString expectedFolder = u"expected/"_s;
-
-    const Sandbox sandbox;
-    QMap<QString, QByteArray> expected;
-    for (const QString &part : {sourcesFolder, expectedFolder}) {
-        for (auto file = files.begin(); file != files.end(); ++file) {
-            if (file.key() == part || !file.key().startsWith(part))
-                continue;
-            const QString name = file.key().sliced(part.size());
-            if (part == sourcesFolder && !name.endsWith(u'/'))
-                sandbox.add(name, file.value());
-            expected[name] = name.endsWith(u".gz") ? decompressed(folder + u'/' + file.key()) : file.value();
+        const Sandbox sandbox;
+        QMap<QString, QByteArray> expected;
+        for (const QString &part : {sourcesFolder, expectedFolder}) {
+            for (auto file = files.begin(); file != files.end(); ++file) {
+                if (file.key() == part || !file.key().startsWith(part))
+                    continue;
+                const QString name = file.key().sliced(part.size());
+                if (part == sourcesFolder && !name.endsWith(u'/'))
+                    sandbox.add(name, file.value());
+                expected[name] =
+                    name.endsWith(u".gz") ? decompressed(folder + u'/' + file.key()) : file.value();
+            }
         }
-    }
-    QVERIFY2(!expected.isEmpty(), "the case has no sources");
-    QVERIFY2(files.contains(u"settings.json"_s), "the case has no settings");
-    QByteArray settings = files[u"settings.json"_s];
-    settings.replace("@DIR@", sandbox.path().toUtf8());
-    sandbox.add(u"../settings.json"_s, settings);
+        QVERIFY2(!expected.isEmpty(), "the case has no sources");
+        QVERIFY2(files.contains(u"settings.json"_s), "the case has no settings");
+        QByteArray settings = files[u"settings.json"_s];
+        settings.replace("@DIR@", sandbox.path().toUtf8());
+        sandbox.add(u"../settings.json"_s, settings);
 
-    const Ended ended = sandbox.run({u"--settings"_s, u"../settings.json"_s, u"."_s});
+        const Ended ended = sandbox.run({u"--settings"_s, u"../settings.json"_s, u"."_s});
 
-    auto actual = tree(sandbox.path());
-    for (auto file = actual.begin(); file != actual.end(); ++file) {
-        if (file.key().endsWith(u".gz"))
-            file.value() = decompressed(sandbox.path(file.key()));
+        auto actual = tree(sandbox.path());
+        for (auto file = actual.begin(); file != actual.end(); ++file) {
+            if (file.key().endsWith(u".gz"))
+                file.value() = decompressed(sandbox.path(file.key()));
+        }
+        QCOMPARE(actual.keys(), expected.keys());
+        for (auto file = expected.begin(); file != expected.end(); ++file)
+            QVERIFY2(actual[file.key()] == file.value(), qPrintable(file.key() + u" differs"_s));
+        QVERIFY2(ended.status == files.value(u"status"_s, "0").trimmed().toInt(), ended.err);
     }
-    QCOMPARE(actual.keys(), expected.keys());
-    for (auto file = expected.begin(); file != expected.end(); ++file)
-        QVERIFY2(actual[file.key()] == file.value(), qPrintable(file.key() + u" differs"_s));
-    QVERIFY2(ended.status == files.value(u"status"_s, "0").trimmed().toInt(), ended.err);
-}
+};
 
 BREVANT_TEST(tst_EndToEnd, QCoreApplication)
 #include "tst_EndToEnd.moc"

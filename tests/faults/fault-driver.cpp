@@ -21,6 +21,7 @@
 #include <unistd.h>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,8 +47,8 @@ int combineOnce(const QString &target, const QStringList &sources)
 int work(const QStringList &arguments)
 {
     const QStringList rest = arguments.sliced(2);
-    return arguments.first() == QLatin1StringView("settings") ? setValues(arguments.at(1), rest)
-                                                              : combineOnce(arguments.at(1), rest);
+    return arguments.first() == "settings"_L1 ? setValues(arguments.at(1), rest)
+                                              : combineOnce(arguments.at(1), rest);
 }
 
 } // namespace
@@ -57,7 +58,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     ::prctl(PR_SET_PTRACER, PR_SET_PTRACER_ANY);
     QStringList arguments = QCoreApplication::arguments().sliced(1);
-    const bool forever = arguments.value(0) == QLatin1StringView("forever");
+    const bool forever = arguments.value(0) == "forever"_L1;
     if (forever)
         arguments.removeFirst();
     if (arguments.size() < 3)

@@ -13,11 +13,12 @@
 
 using namespace brevant;
 using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     QMimeData drop;
-    drop.setData(QStringLiteral("text/uri-list"), bytesOf(data, size).toByteArray());
+    drop.setData(u"text/uri-list"_s, bytesOf(data, size).toByteArray());
     FileQueue queue;
     for (const QUrl &url : drop.urls()) {
         const std::optional<QString> path = localPath(url);

@@ -14,6 +14,7 @@
 
 using namespace brevant;
 using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,7 +47,7 @@ QByteArray withOldChecksum(QByteArrayView rest)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const QTemporaryDir folder(QStringLiteral("/dev/shm/brevant-fuzz-XXXXXX"));
+    static const QTemporaryDir folder(u"/dev/shm/brevant-fuzz-XXXXXX"_s);
     const QByteArrayView bytes = bytesOf(data, size);
     const QByteArray record = withChecksum(bytes);
     const QByteArray oldRecord = withOldChecksum(bytes);
@@ -56,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(originals.has_value(), "the folder is ours");
     for (const QByteArrayView content : {bytes, QByteArrayView(record), QByteArrayView(oldRecord)}) {
         readRecord(content);
-        QFile file(folder.filePath(QStringLiteral("a.original")));
+        QFile file(folder.filePath(u"a.original"_s));
         require(file.open(QIODevice::WriteOnly) &&
                     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
                     file.write(content.data(), content.size()) == content.size(),

@@ -13,6 +13,7 @@
 
 using namespace brevant;
 using namespace brevant::test;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,10 +34,10 @@ QByteArray read(const QString &path)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const QTemporaryDir folder(QStringLiteral("/dev/shm/brevant-fuzz-XXXXXX"));
+    static const QTemporaryDir folder(u"/dev/shm/brevant-fuzz-XXXXXX"_s);
     const QByteArray bytes = bytesOf(data, size).toByteArray();
-    const QString path = folder.filePath(QStringLiteral("settings.json"));
-    const QString bad = path + QLatin1StringView(".bad");
+    const QString path = folder.filePath(u"settings.json"_s);
+    const QString bad = path + ".bad"_L1;
     QFile::remove(bad);
     write(path, bytes);
     const QJsonObject defaults = registeredDefaults();
@@ -52,13 +53,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             require(!store.isTrue(key) || (isOn && !store.isFalse(key)), "true is on, and not false");
             require(!store.isFalse(key) || !isOn, "false is off");
         }
-        store.setObject(QStringLiteral("-x"), suffixKeyString);
+        store.setObject(u"-x"_s, suffixKeyString);
         store.synchronize();
     }
     QJsonObject expected = QJsonDocument::fromJson(bytes).object();
     if (!QJsonDocument::fromJson(bytes).isObject())
         require(read(bad) == bytes, "what holds no settings is kept");
-    expected.insert(suffixKeyString, QStringLiteral("-x"));
+    expected.insert(suffixKeyString, u"-x"_s);
     require(QJsonDocument::fromJson(read(path)).object() == expected, "everything else is as it was");
     return 0;
 }

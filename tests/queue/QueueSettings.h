@@ -8,13 +8,15 @@
 #include <initializer_list>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 /// A store of its own for one test: the defaults, and values that are never written anywhere.
 class QueueSettings final {
 public:
     QueueSettings(std::initializer_list<std::pair<QLatin1StringView, QJsonValue>> values = {})
-        : m_store(QStringLiteral("/nonexistent/settings.json"))
+        : m_store(u"/nonexistent/settings.json"_s)
     {
         m_store.registerDefaults(registeredDefaults());
         for (const auto &[key, value] : values)

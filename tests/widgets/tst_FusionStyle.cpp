@@ -21,6 +21,7 @@
 #include <memory>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -66,13 +67,13 @@ class tst_FusionStyle final : public QObject {
 private Q_SLOTS:
     void init()
     {
-        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setStyle(u"fusion"_s);
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(35, 38, 41)));
     }
 
     void looksAsEverInOrdinaryPalettes()
     {
-        QCheckBox plain(QStringLiteral("Plain"));
+        QCheckBox plain(u"Plain"_s);
         const QImage without = plain.grab().toImage();
         FusionStyle::install();
         QVERIFY(qobject_cast<FusionStyle *>(QApplication::style()));
@@ -81,10 +82,10 @@ private Q_SLOTS:
 
     void leavesTheStyleOfADesktopAlone()
     {
-        QApplication::setStyle(QStringLiteral("windows"));
+        QApplication::setStyle(u"windows"_s);
         QApplication::setPalette(paletteOf(Qt::black, Qt::white));
         FusionStyle::install();
-        QCOMPARE(QApplication::style()->name(), QStringLiteral("windows"));
+        QCOMPARE(QApplication::style()->name(), u"windows"_s);
     }
 
     void emptyControlsAreSeen_data()

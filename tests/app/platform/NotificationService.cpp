@@ -4,23 +4,25 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 NotificationService::NotificationService(const QDBusConnection &bus) : m_bus(bus)
 {
-    m_bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), this,
+    m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
                          QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
-    m_bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
+    m_bus.registerService(u"org.freedesktop.Notifications"_s);
 }
 
 NotificationService::~NotificationService()
 {
-    m_bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+    m_bus.unregisterService(u"org.freedesktop.Notifications"_s);
 }
 
 QStringList NotificationService::GetCapabilities()
 {
-    asked.append(QStringLiteral("capabilities"));
+    asked.append(u"capabilities"_s);
     holdBackIfMute(capabilities);
     return capabilities;
 }
@@ -31,7 +33,7 @@ uint NotificationService::Notify([[maybe_unused]] const QString &application, ui
                                  int timeout)
 {
     const uint id = replaces == 0 ? ++m_lastId : replaces;
-    asked.append(QStringLiteral("notify %1").arg(id));
+    asked.append(u"notify %1"_s.arg(id));
     shown.append({.id = id,
                   .replaces = replaces,
                   .summary = summary,
@@ -46,7 +48,7 @@ uint NotificationService::Notify([[maybe_unused]] const QString &application, ui
 
 void NotificationService::CloseNotification(uint id)
 {
-    asked.append(QStringLiteral("close %1").arg(id));
+    asked.append(u"close %1"_s.arg(id));
     Q_EMIT NotificationClosed(id, 3);
 }
 

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 /// A notification service that writes down what it is asked, and has a user who clicks. It serves the bus of
@@ -35,12 +37,11 @@ public:
     /// What was asked for, in words: "capabilities", "notify 1", "close 1".
     QStringList asked;
     QList<Shown> shown;
-    QStringList capabilities{QStringLiteral("actions"), QStringLiteral("body"),
-                             QStringLiteral("body-markup")};
+    QStringList capabilities{u"actions"_s, u"body"_s, u"body-markup"_s};
     bool isMute = false; ///< answers nothing, until answerAll()
 
     void answerAll();
-    void click(uint id, const QString &token = {}, const QString &action = QStringLiteral("default"));
+    void click(uint id, const QString &token = {}, const QString &action = u"default"_s);
     void closedByUser(uint id);
 
 public Q_SLOTS:

@@ -12,6 +12,7 @@
 #include <cstdio>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,10 +26,10 @@ void say(const char *word)
 void badge()
 {
     DockTile tile;
-    tile.setBadgeLabel(QStringLiteral("3"));
+    tile.setBadgeLabel(u"3"_s);
     tile.setProgress(0.5);
     tile.setBadgeLabel(QString());
-    say(qPrintable(QStringLiteral("label \"%1\"").arg(tile.badgeLabel())));
+    say(qPrintable(u"label \"%1\""_s.arg(tile.badgeLabel())));
 }
 
 /// mail: opens the feedback mail in whatever the desktop has for it.
@@ -36,8 +37,7 @@ void mail()
 {
     const Workspace workspace;
     const bool opened =
-        workspace.openUrl(feedbackMailUrl(QStringLiteral("support@brevant.example"), QStringLiteral("1.0"),
-                                          QStringLiteral("Größe (a, b) #1 50%")));
+        workspace.openUrl(feedbackMailUrl(u"support@brevant.example"_s, u"1.0"_s, u"Größe (a, b) #1 50%"_s));
     say(opened ? "opened" : "not opened");
 }
 
@@ -65,11 +65,11 @@ int main(int count, char **values)
 {
     const QGuiApplication application(count, values);
     const QString task = QCoreApplication::arguments().value(1);
-    if (task == QLatin1StringView("sound"))
+    if (task == "sound"_L1)
         return sound(application);
-    if (task == QLatin1StringView("badge"))
+    if (task == "badge"_L1)
         badge();
-    else if (task == QLatin1StringView("mail"))
+    else if (task == "mail"_L1)
         mail();
     return 0;
 }

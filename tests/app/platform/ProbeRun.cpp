@@ -5,14 +5,16 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 ProbeEnd runProbe(const QStringList &arguments, const QProcessEnvironment &environment)
 {
     const QTemporaryDir runtime; // Qt complains of a session that has none
     QProcessEnvironment complete = environment;
-    if (!complete.contains(QStringLiteral("XDG_RUNTIME_DIR")))
-        complete.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
+    if (!complete.contains(u"XDG_RUNTIME_DIR"_s))
+        complete.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
     QProcess probe;
     probe.setProcessEnvironment(complete);
     ProbeEnd end;

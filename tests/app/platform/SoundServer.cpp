@@ -11,6 +11,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 namespace {
@@ -38,43 +40,42 @@ QMap<QString, double> soxStatistics(const QStringList &input, const QByteArray &
     // Cuts what is quieter than 0.1 % at the start, and again at the end with the sound turned round.
     const QStringList cut = words("silence 1 1s 0.1% reverse");
     QProcess sox;
-    sox.start(QStringLiteral("sox"), input + words("-n") + cut + cut + words("stat"));
+    sox.start(u"sox"_s, input + words("-n") + cut + cut + words("stat"));
     sox.write(bytes);
     sox.closeWriteChannel();
     sox.waitForFinished();
 
     QMap<QString, double> statistics;
     const QString text = QString::fromUtf8(sox.readAllStandardError());
-    static const QRegularExpression line(QStringLiteral("^([^:\n]+):\\s+([-0-9.]+)$"),
+    static const QRegularExpression line(u"^([^:\n]+):\\s+([-0-9.]+)$"_s,
                                          QRegularExpression::MultilineOption);
     for (auto matches = line.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         statistics.insert(match.captured(1).simplified(), match.captured(2).toDouble());
     }
-    return statistics.value(QStringLiteral("Samples read")) > 0 ? statistics : QMap<QString, double>();
+    return statistics.value(u"Samples read"_s) > 0 ? statistics : QMap<QString, double>();
 }
 
 } // namespace
 
 SoundServer::SoundServer() : m_environment(QProcessEnvironment::systemEnvironment())
 {
-    const QString runtime = m_folder.filePath(QStringLiteral("run"));
-    const QString socket = m_folder.filePath(QStringLiteral("socket"));
+    const QString runtime = m_folder.filePath(u"run"_s);
+    const QString socket = m_folder.filePath(u"socket"_s);
     QDir().mkpath(runtime);
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
-    m_environment.insert(QStringLiteral("HOME"), m_folder.path());
-    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.path());
-    m_environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:") + socket);
+    m_environment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+    m_environment.insert(u"HOME"_s, m_folder.path());
+    m_environment.insert(u"XDG_CONFIG_HOME"_s, m_folder.path());
+    m_environment.insert(u"PULSE_SERVER"_s, u"unix:"_s + socket);
 
     m_server.setProcessEnvironment(m_environment);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
     QStringList arguments =
         words("-n --daemonize=no --exit-idle-time=-1 --disable-shm=yes --use-pid-file=no");
-    arguments << QStringLiteral("-L")
-              << QStringLiteral("module-null-sink sink_name=probe rate=44100 channels=1")
-              << QStringLiteral("-L") << QStringLiteral("module-native-protocol-unix socket=%1").arg(socket);
-    m_server.start(QStringLiteral("pulseaudio"), arguments);
+    arguments << u"-L"_s << u"module-null-sink sink_name=probe rate=44100 channels=1"_s << u"-L"_s
+              << u"module-native-protocol-unix socket=%1"_s.arg(socket);
+    m_server.start(u"pulseaudio"_s, arguments);
     QElapsedTimer clock;
     clock.start();
     bool isReady = false;
@@ -98,9 +99,9 @@ bool SoundServer::startRecording()
 {
     // A sink that nobody plays to sleeps, and loses the first 30 ms when it is woken.
     m_silence.setProcessEnvironment(m_environment);
-    m_silence.start(QStringLiteral("pacat"), words("--playback --raw --latency-msec=30 -d probe /dev/zero"));
+    m_silence.start(u"pacat"_s, words("--playback --raw --latency-msec=30 -d probe /dev/zero"));
     m_recorder.setProcessEnvironment(m_environment);
-    m_recorder.start(QStringLiteral("parec"),
+    m_recorder.start(u"parec"_s,
                      words("--latency-msec=30 --rate=44100 --channels=1 --format=s16le -d probe.monitor"));
     // Half a second of it, for good measure.
     for (QByteArray heard; heard.size() < 44'100; heard += m_recorder.readAllStandardOutput()) {

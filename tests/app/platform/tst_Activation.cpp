@@ -8,6 +8,7 @@
 #include <QWindow>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 
 class tst_Activation final : public QObject {
     Q_OBJECT
@@ -18,8 +19,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("token");
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<QStringList>("keys");
-        const QString token = QStringLiteral("activation-token");
-        const QString id = QStringLiteral("desktop-startup-id");
+        const QString token = u"activation-token"_s;
+        const QString id = u"desktop-startup-id"_s;
         QTest::newRow("none") << QByteArray() << QByteArray() << QStringList();
         QTest::newRow("Wayland") << QByteArray("t") << QByteArray() << QStringList(token);
         QTest::newRow("X11") << QByteArray() << QByteArray("i_TIME1") << QStringList(id);
@@ -35,8 +36,8 @@ private Q_SLOTS:
         qputenv("DESKTOP_STARTUP_ID", id);
         const QVariantMap data = activationFromEnvironment();
         QCOMPARE(data.keys(), keys);
-        QCOMPARE(data.value(QStringLiteral("activation-token")).toString(), QString::fromUtf8(token));
-        QCOMPARE(data.value(QStringLiteral("desktop-startup-id")).toString(), QString::fromUtf8(id));
+        QCOMPARE(data.value(u"activation-token"_s).toString(), QString::fromUtf8(token));
+        QCOMPARE(data.value(u"desktop-startup-id"_s).toString(), QString::fromUtf8(id));
     }
 
     void otherDisplaysAreLeftAlone()
@@ -44,10 +45,8 @@ private Q_SLOTS:
         QWindow window;
         window.show();
         qunsetenv("XDG_ACTIVATION_TOKEN");
-        activate(window, {{QStringLiteral("activation-token"), QStringLiteral("t")},
-                          {QStringLiteral("desktop-startup-id"), QStringLiteral("i_TIME1")}});
-        activate(window,
-                 {{QStringLiteral("activation-token"), 7}, {QStringLiteral("desktop-startup-id"), 7}});
+        activate(window, {{u"activation-token"_s, u"t"_s}, {u"desktop-startup-id"_s, u"i_TIME1"_s}});
+        activate(window, {{u"activation-token"_s, 7}, {u"desktop-startup-id"_s, 7}});
         QVERIFY(window.isVisible());
         QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
     }

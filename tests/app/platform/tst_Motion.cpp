@@ -11,6 +11,7 @@
 #include <QThread>
 
 using namespace brevant;
+using namespace Qt::StringLiterals;
 using brevant::test::PrivateBus;
 
 /// What the desktop portal tells of the settings.
@@ -26,8 +27,7 @@ public Q_SLOTS:
     {
         const QVariant value = values.value(group + u'/' + key);
         if (!value.isValid())
-            sendErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
-                           QStringLiteral("Requested setting not found"));
+            sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
         return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
     }
 };
@@ -41,14 +41,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<bool>("reduced");
-        const QString gnome = QStringLiteral("org.gnome.desktop.interface/enable-animations");
-        const QString kde = QStringLiteral("org.kde.kdeglobals.KDE/AnimationDurationFactor");
+        const QString gnome = u"org.gnome.desktop.interface/enable-animations"_s;
+        const QString kde = u"org.kde.kdeglobals.KDE/AnimationDurationFactor"_s;
         QTest::newRow("GNOME off") << gnome << QVariant(false) << true;
         QTest::newRow("GNOME on") << gnome << QVariant(true) << false;
-        QTest::newRow("KDE instant") << kde << QVariant(QStringLiteral("0")) << true;
-        QTest::newRow("KDE slow") << kde << QVariant(QStringLiteral("1.5")) << false;
-        QTest::newRow("KDE nonsense") << kde << QVariant(QStringLiteral("fast")) << false;
-        QTest::newRow("nothing set") << QStringLiteral("-") << QVariant(0) << false;
+        QTest::newRow("KDE instant") << kde << QVariant(u"0"_s) << true;
+        QTest::newRow("KDE slow") << kde << QVariant(u"1.5"_s) << false;
+        QTest::newRow("KDE nonsense") << kde << QVariant(u"fast"_s) << false;
+        QTest::newRow("nothing set") << u"-"_s << QVariant(0) << false;
     }
 
     void isAskedOfThePortal()
@@ -62,24 +62,23 @@ private Q_SLOTS:
         QThread thread;
         portal.moveToThread(&thread);
         thread.start();
-        auto served = QDBusConnection::connectToBus(bus.address(), QStringLiteral("portal"));
-        QVERIFY(served.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
+        auto served = QDBusConnection::connectToBus(bus.address(), u"portal"_s);
+        QVERIFY(served.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
                                       QDBusConnection::ExportAllSlots));
-        QVERIFY(served.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
-        QTEST(isMotionReduced(QDBusConnection::connectToBus(bus.address(), QStringLiteral("asker"))),
-              "reduced");
+        QVERIFY(served.registerService(u"org.freedesktop.portal.Desktop"_s));
+        QTEST(isMotionReduced(QDBusConnection::connectToBus(bus.address(), u"asker"_s)), "reduced");
         thread.quit();
         thread.wait();
-        QDBusConnection::disconnectFromBus(QStringLiteral("asker"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+        QDBusConnection::disconnectFromBus(u"asker"_s);
+        QDBusConnection::disconnectFromBus(u"portal"_s);
     }
 
     void withoutAPortalThereIsNoWish()
     {
         const PrivateBus bus;
-        QVERIFY(!isMotionReduced(QDBusConnection::connectToBus(bus.address(), QStringLiteral("asker"))));
-        QDBusConnection::disconnectFromBus(QStringLiteral("asker"));
-        QVERIFY(!isMotionReduced(QDBusConnection(QStringLiteral("no bus"))));
+        QVERIFY(!isMotionReduced(QDBusConnection::connectToBus(bus.address(), u"asker"_s)));
+        QDBusConnection::disconnectFromBus(u"asker"_s);
+        QVERIFY(!isMotionReduced(QDBusConnection(u"no bus"_s)));
     }
 };
 

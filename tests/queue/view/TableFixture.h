@@ -15,6 +15,8 @@
 #include <QSignalSpy>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::test {
 
 class Table final : public BVTableView {
@@ -32,14 +34,14 @@ public:
     Qt::DropAction tableViewValidateDrop(const QMimeData &) override
     {
         ++validated;
-        m_picture.setImageNamed(QStringLiteral("dropP"));
+        m_picture.setImageNamed(u"dropP"_s);
         return Qt::CopyAction;
     }
 
     bool tableViewAcceptDrop(const QMimeData &drop) override
     {
         ++drops;
-        m_picture.setImageNamed(QStringLiteral("dropN"));
+        m_picture.setImageNamed(u"dropN"_s);
         for (const QUrl &url : drop.urls())
             dropped += url.toLocalFile();
         return true;
@@ -63,11 +65,11 @@ public:
         window.setPalette(QPalette(QColor(Qt::gray), QColor(90, 60, 30)));
         picture.resize(window.size());
         table.resize(window.size());
-        picture.setImageNamed(QStringLiteral("dropN"));
+        picture.setImageNamed(u"dropN"_s);
         table.setDropView(&picture);
         table.setDropTarget(&target);
         table.setMenu(&menu);
-        menu.addAction(QStringLiteral("Remove"));
+        menu.addAction(u"Remove"_s);
         table.setModel(&queue);
         table.setItemDelegateForColumn(0, new ImageTextCell(&table));
         if (count > 0)
@@ -90,7 +92,7 @@ public:
     void add(int count)
     {
         for (int i = 0; i < count; ++i)
-            queue.append(QStringLiteral("/w/%1.css").arg(m_added++));
+            queue.append(u"/w/%1.css"_s.arg(m_added++));
     }
 
     /// The middle of a row, or of where it would be, in the viewport.

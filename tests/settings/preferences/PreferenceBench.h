@@ -84,9 +84,9 @@ public:
     QString name = checker;
     for (const char *switcher : {"lineBreak", "nomunge", "preserveSemi", "disableOptimizations"}) {
         if (checker.startsWith(QLatin1StringView(switcher)))
-            name.replace(QLatin1StringView("Checker"), QLatin1StringView("Switcher"));
+            name.replace("Checker"_L1, "Switcher"_L1);
     }
-    const SettingKey *setting = findSettingKey(name + QLatin1StringView("KeyString"));
+    const SettingKey *setting = findSettingKey(name + "KeyString"_L1);
     if (setting == nullptr)
         qFatal("no setting has the key of %s", qPrintable(checker));
     return setting->key;
