@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/DesktopReport.h"
-#include "app/JobRunner.h"
 #include "app/MainWindow.h"
+#include "app/WindowRun.h"
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
 #include "app/platform/Notification.h"

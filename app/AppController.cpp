@@ -3,7 +3,6 @@
 #include "app/AppController.h"
 
 #include "app/AppContext.h"
-#include "app/WindowRun.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"

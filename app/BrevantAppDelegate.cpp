@@ -4,7 +4,6 @@
 
 #include "app/AppContext.h"
 #include "app/AppController.h"
-#include "app/WindowRun.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Lifetime.h"
 
-#include "app/JobRunner.h"
 #include "app/MainWindow.h"
+#include "app/WindowRun.h"
 #include "ui_MainWindow.h"
 
 #include <QCoreApplication>
