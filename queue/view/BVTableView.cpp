@@ -4,6 +4,7 @@
 
 #include "queue/FileQueue.h"
 #include "queue/view/BVImageView.h"
+#include "queue/view/ImageTextCell.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Contrast.h"
 
@@ -20,7 +21,6 @@ namespace {
 
 // Four tenths of it hold a line of 13 pixels with its accents and descenders.
 constexpr int rowPitch = 40;
-constexpr QRgb selectionFill = qRgb(204, 238, 255);
 
 /// What can be seen of what `painter` paints.
 QRect paintableRect(const QPainter &painter)

@@ -25,11 +25,6 @@ public:
 
     /// The user has dropped. Returns whether the drop is taken.
     virtual bool tableViewAcceptDrop(const QMimeData &drop) = 0;
-
-protected:
-    DropTarget() = default;
-    DropTarget(const DropTarget &) = default;
-    DropTarget &operator=(const DropTarget &) = default;
 };
 
 /// The list of queued files: one column as wide as the view, over the drop-zone picture.

@@ -18,8 +18,6 @@ constexpr qreal textIndent = 8;
 constexpr int namePixels = 13;
 constexpr int folderPixels = 11;
 
-constexpr QRgb darkerGround = qRgb(204, 238, 255); ///< that of a selected row
-
 QColor familyColour(KindFamily family)
 {
     switch (family) {
@@ -37,7 +35,7 @@ QColor familyColour(KindFamily family)
 QColor kindColour(const FileKind &kind, const QPalette &palette)
 {
     const QColor colour = familyColour(kind.family);
-    return isHighContrast(palette) ? readableOn(QColor(darkerGround), Qt::black, colour, highContrast)
+    return isHighContrast(palette) ? readableOn(QColor(selectionFill), Qt::black, colour, highContrast)
                                    : colour;
 }
 

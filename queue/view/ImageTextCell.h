@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QColor>
 #include <QStyledItemDelegate>
 
 #include <optional>
@@ -9,6 +10,9 @@
 class QRectF;
 
 namespace brevant {
+
+/// The ground of a selected row.
+inline constexpr QRgb selectionFill = qRgb(204, 238, 255);
 
 /// Draws one entry of the file queue: its name in the colour of its kind, and below it its folder in the
 /// colour of disabled text.
