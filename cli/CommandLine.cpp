@@ -23,7 +23,7 @@ const QString settingsOption = QStringLiteral("settings");
 
 void addOptions(QCommandLineParser &parser)
 {
-    for (const OptionHelp &option : allOptions()) {
+    for (const OptionHelp &option : allOptions) {
         const QStringList words = QString(option.usage).sliced(2).split(u' ');
         parser.addOption(QCommandLineOption(words.first(), QString(), words.value(1)));
     }
@@ -41,7 +41,7 @@ QString combinationError(const QCommandLineParser &parser)
     return {};
 }
 
-/// Only paths to be minified may hold bytes that are not UTF-8: those are reported.
+/// Only the paths to minify may hold bytes that are not UTF-8; they are listed and reported as failures.
 QString encodingError(const QCommandLineParser &parser)
 {
     for (const QString &option : parser.optionNames()) {
@@ -68,7 +68,7 @@ QString readJobs(const QCommandLineParser &parser, int &jobs)
     if (!parser.isSet(option))
         return {};
     const QString value = parser.value(option);
-    // toInt() alone would take blanks and a sign.
+    // toInt() alone would accept blanks and a sign.
     const bool isNumber = std::ranges::all_of(value, [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
     jobs = isNumber ? value.toInt() : 0;
     if (jobs >= 1 && jobs <= mostJobs)
@@ -112,15 +112,16 @@ QString readSettings(const QCommandLineParser &parser, CommandLine &line)
 
 } // namespace
 
-std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &arguments)
+CommandLine parseCommandLine(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    addOptions(parser);
-    if (!parser.parse(QStringList(QString()) + arguments))
-        return UsageError{parser.errorText()};
-
     using Action = CommandLine::Action;
     CommandLine line;
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(QStringList(QString()) + arguments)) {
+        line.error = parser.errorText();
+        return line;
+    }
     if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("h")))
         line.action = Action::Help;
     else if (parser.isSet(QStringLiteral("version")))
@@ -141,28 +142,10 @@ std::variant<CommandLine, UsageError> parseCommandLine(const QStringList &argume
          {combinationError(parser), encodingError(parser), fileNameError(parser), readJobs(parser, line.jobs),
           readSettings(parser, line),
           line.paths.isEmpty() ? QStringLiteral("no file or folder is named") : QString()}) {
-        if (!error.isEmpty())
-            return UsageError{error};
+        if (line.error.isEmpty())
+            line.error = error;
     }
     return line;
-}
-
-const std::vector<OptionHelp> &allOptions()
-{
-    using Text = QLatin1StringView;
-    static const std::vector<OptionHelp> options{
-        {Text("--set KEY=VALUE"), Text("a setting for this run only; repeatable")},
-        {Text("--settings FILE"), Text("read the settings from FILE, not the user's own")},
-        {Text("--jobs N"), Text("run up to N compressors at once")},
-        {Text("--all"), Text("take outputs of other files in folders too")},
-        {Text("--list"), Text("print each file and its output, run nothing")},
-        {Text("--dry-run"), Text("print each command line, run nothing")},
-        {Text("--report FILE"), Text("write a JSON report of the run to FILE")},
-        {Text("--quiet"), Text("print failures only")},
-        {Text("--version"), Text("print the version")},
-        {Text("--help"), Text("print this help")},
-    };
-    return options;
 }
 
 QString helpText()
@@ -170,7 +153,7 @@ QString helpText()
     QString text =
         QStringLiteral("Usage: brevant-cli [options] PATH...\n"
                        "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n");
-    for (const OptionHelp &option : allOptions())
+    for (const OptionHelp &option : allOptions)
         text += QStringLiteral("  %1 %2\n").arg(option.usage, -18).arg(option.meaning);
     text += QStringLiteral("\nSettings for --set, with their defaults:\n");
     for (const SettingKey &setting : allSettingKeys) {

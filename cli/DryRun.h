@@ -18,12 +18,11 @@ struct Tools;
 [[nodiscard]] std::vector<std::pair<QString, std::optional<QString>>>
 entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings);
 
-/// Prints the path of each entry and that of its output, but for those that hold RawBytes; false, with errno
-/// set, if that fails.
+/// Prints the path of each entry and of its output, except for entries that hold RawBytes. False, with errno
+/// set, on failure.
 [[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings);
 
-/// Prints the commands of a run as a script: they are run in the tools folder, one after the other. False,
-/// with errno set, if that fails.
+/// Prints the commands of a run as a shell script. False, with errno set, on failure.
 [[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
 
 } // namespace brevant

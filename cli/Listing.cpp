@@ -21,7 +21,7 @@ namespace brevant {
 
 namespace {
 
-/// Those of `files` that the settings make of others among them.
+/// Those of `files` that are outputs of others among them, by the settings.
 QSet<QString> outputsAmong(const QStringList &files, const SettingsStore &settings)
 {
     const QString suffix = settings.stringForKey(suffixKeyString).value_or(QString());

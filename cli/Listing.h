@@ -11,8 +11,8 @@ namespace brevant {
 class FileQueue;
 class SettingsStore;
 
-/// Brings the paths of a command line into a queue: what addTopLevelPath() would add, but folders, a file
-/// that is there in another spelling, and what other files that are found are minified into.
+/// Fills a queue from the paths of a command line: with what addTopLevelPath() would add, except for folders,
+/// for files already there in another spelling, and for outputs of other files that are found.
 class Listing final {
 public:
     /// With `all`, outputs of other files are taken too.
@@ -21,8 +21,8 @@ public:
     {
     }
 
-    /// Adds one absolute path, a file or a folder to be walked. What is named here itself is not passed over
-    /// as an output.
+    /// Adds one absolute path, a file or a folder to be walked. The path itself is never passed over as an
+    /// output.
     void add(const QString &path);
 
     /// The files passed over as outputs of others.
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] const QStringList &unreadable() const { return m_unreadable; }
 
 private:
-    /// Whether that is accepted and no folder, which is noted.
+    /// Whether the path is accepted. A folder is not, and is noted.
     [[nodiscard]] bool isListed(const QString &path);
     void append(const QString &file);
 

@@ -17,7 +17,7 @@ namespace brevant {
 
 namespace {
 
-/// Whether names that differ in capitals alone lead to one file there. Only trying tells for any file system.
+/// Whether the file system of that folder ignores case. The only sure way to tell is to try.
 bool ignoresCapitals(const QString &folder)
 {
     QTemporaryFile probe(PathString::join(folder, u".brevant-XXXXXX.tmp"));

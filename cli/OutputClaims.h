@@ -14,13 +14,13 @@ namespace brevant {
 
 class SettingsStore;
 
-/// Sees to it that no entry of a run is written over another one's source or output, so that the entries do
-/// not depend on one another. To be asked for each entry, in the order of the list.
+/// Keeps the entries of a run independent: none may be written over the source or output of another. Asked
+/// for each entry, in the order of the queue.
 class OutputClaims final {
 public:
     explicit OutputClaims(const std::vector<QString> &sources);
 
-    /// Why that entry must not be run; empty if it may be, and its output is taken from then on.
+    /// Why that entry must not be run; empty if it may, and its output is taken from then on.
     [[nodiscard]] QString claim(const QString &source, const std::optional<QString> &output);
 
 private:
@@ -28,13 +28,13 @@ private:
 
     QSet<QString> m_sources;
     QSet<QString> m_outputs;
-    QSet<QString> m_outputsInAnyCase; ///< folders and names without the difference of capitals
+    QSet<QString> m_outputsInAnyCase; ///< folders and names, case-folded
 };
 
-/// Why an entry must not be run whose path holds RawBytes.
+/// Why an entry whose path holds RawBytes is not run.
 [[nodiscard]] QString notUtf8();
 
-/// All that a run in the terminal does not do; to be asked for each entry, in the order of the list.
+/// What a run in the terminal refuses to do. Asked for each entry, in the order of the queue.
 [[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings);
 
 } // namespace brevant

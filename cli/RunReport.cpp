@@ -107,7 +107,7 @@ QString RunReport::notes() const
     QStringList notes;
     for (const EntryResult &result : m_results)
         notes += result.notes;
-    notes.removeDuplicates(); // each of several jobs says where its copies are
+    notes.removeDuplicates(); // every worker says where its copies are
     QString text;
     for (const QString &note : notes)
         text += QStringLiteral("brevant-cli: %1\n").arg(printable(note));

@@ -12,7 +12,7 @@
 
 namespace brevant {
 
-/// What a run of the terminal program came to, of what it was to do.
+/// The outcome of a run of the terminal program.
 class RunReport : public RunObserver {
 public:
     /// `entries`: the queue of the run, which does not change meanwhile.
@@ -21,7 +21,7 @@ public:
     void entryEnded(const EntryResult &result) override { m_results.push_back(result); }
     void runEnded(RunEnd end, const QString &status) override;
 
-    /// How many entries have been worked on, with success or without.
+    /// How many entries have been worked on, successfully or not.
     [[nodiscard]] qsizetype endedCount() const { return static_cast<qsizetype>(m_results.size()); }
     [[nodiscard]] qsizetype doneCount() const;
     [[nodiscard]] bool isAllDone() const { return m_end == RunEnd::Completed && doneCount() == endedCount(); }
@@ -35,7 +35,7 @@ public:
     /// One line for each file that was not minified; empty if there is none.
     [[nodiscard]] QString failures() const;
 
-    /// A line for each thing that became of a file besides; empty if there is none.
+    /// The notes of all results, one line each; empty if there are none.
     [[nodiscard]] QString notes() const;
 
     /// The report for machines; its format is described in brevant-cli's documentation.

@@ -6,10 +6,9 @@
 
 namespace brevant::StopSignals {
 
-/// From now on Ctrl+C, SIGTERM and a closed terminal ask for a stop after the file instead of ending the
-/// program; a second one asks for a stop at once, and a third one ends the program as it stands. What is
-/// ignored stays ignored (nohup(1)). `severalFiles`: whether more than one file may be worked on then, for
-/// the words said.
+/// From now on the first SIGINT, SIGTERM or SIGHUP asks for a stop after the current file, the second for a
+/// stop at once, and the third ends the program. Ignored signals stay ignored (nohup(1)). `severalFiles` only
+/// chooses the wording of the message: whether several files may be in work at a time.
 void catchAll(bool severalFiles);
 
 /// How far a stop was asked for.

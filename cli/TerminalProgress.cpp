@@ -31,7 +31,7 @@ int terminalColumns()
     return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualColumns;
 }
 
-/// Whether Java says at each start which options it has found, and says it on the terminal.
+/// Whether Java prints the options it found on the terminal at each start.
 bool isJavaTalkative()
 {
     constexpr std::array<const char *, 3> variables{"JAVA_TOOL_OPTIONS", "JDK_JAVA_OPTIONS", "_JAVA_OPTIONS"};
@@ -61,7 +61,7 @@ void TerminalProgress::entryStarted(const EntryStart &start)
 void TerminalProgress::entryEnded(const EntryResult &result)
 {
     RunReport::entryEnded(result);
-    // A compressor that fails has just printed why below the live line, which stays as the heading of that.
+    // A failing compressor has just printed why below the live line, which stays as a heading for it.
     if (result.outcome != EntryResult::Outcome::Done)
         m_liveLineShown = false;
     if (m_style == Style::Lines)
@@ -88,7 +88,7 @@ QString TerminalProgress::lineFor(const EntryResult &result) const
 
 QString TerminalProgress::takeLiveLine()
 {
-    // Where a stop was asked for, its words stand right above the cursor, and stay.
+    // After a stop request its message is the line above the cursor, and must stay.
     const bool isAbove = std::exchange(m_liveLineShown, false) && StopSignals::requested() == Stop::No;
     return isAbove ? eraseLineAbove : QString();
 }

@@ -10,8 +10,8 @@
 
 namespace brevant {
 
-/// A report that shows on a terminal how it grows: one live line with a bar where there is a real terminal,
-/// else one line for each file.
+/// A report that shows the run as it goes on: on a live line with a bar on a real terminal, elsewhere with
+/// one line for each file.
 class TerminalProgress final : public RunReport {
 public:
     enum class Style { Live, Lines, Quiet };
@@ -21,7 +21,7 @@ public:
     {
     }
 
-    /// Live on a terminal that can show such a line and where no Java runtime writes below it at each start.
+    /// Live on a terminal that can erase a line, unless Java prints on it at each start.
     [[nodiscard]] static Style styleOfStandardOutput();
 
     void entryStarted(const EntryStart &start) override;
@@ -29,7 +29,7 @@ public:
     void runEnded(RunEnd end, const QString &status) override;
 
 private:
-    /// The control characters that erase the live line, if there is one to erase.
+    /// The control characters that erase the live line; empty if there is none.
     [[nodiscard]] QString takeLiveLine();
     [[nodiscard]] QString liveLine(const EntryStart &start) const;
     [[nodiscard]] QString lineFor(const EntryResult &result) const;
@@ -39,7 +39,7 @@ private:
     const Style m_style;
     const Clock::time_point m_start = Clock::now();
     QString m_status;
-    bool m_liveLineShown = false; ///< right above the cursor
+    bool m_liveLineShown = false; ///< on the line above the cursor
 };
 
 } // namespace brevant

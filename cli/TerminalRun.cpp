@@ -92,7 +92,7 @@ QString reportError(const CommandLine &line, const QString &reason)
     return QStringLiteral("the report %1 cannot be written: %2").arg(line.reportFile, reason);
 }
 
-/// What is wrong with the places that the command line names; empty if nothing is.
+/// What is wrong with the files and folders on the command line; empty if nothing is.
 QString inputError(const CommandLine &line)
 {
     if (QDir::currentPath().isEmpty())
@@ -113,7 +113,7 @@ QString inputError(const CommandLine &line)
     return {};
 }
 
-/// What in the settings would lead the outputs astray; empty if nothing does.
+/// Why the settings name no place for the outputs; empty if they do.
 QString settingsError(const SettingsStore &settings)
 {
     if (settings.isTrue(sameFolderKeyString) ||
@@ -123,7 +123,7 @@ QString settingsError(const SettingsStore &settings)
         .arg(sameFolderKeyString, selectedFolderKeyString);
 }
 
-/// Sets what holds for this run only. The compressors run elsewhere, so a folder counts from here.
+/// Applies --set. The compressors run in another folder, so a relative folder is made absolute here.
 void overrideSettings(SettingsStore &settings, const CommandLine &line)
 {
     for (const auto &[key, value] : line.settings) {
@@ -132,7 +132,7 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line)
     }
 }
 
-/// The file of the run that the report would be written over, in words; empty if there is none.
+/// Says which file of the run the report would overwrite; empty if none.
 QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
 {
     if (line.reportFile.isEmpty())
@@ -153,7 +153,7 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
     return {};
 }
 
-/// Writes the report that was asked for; false, and said why, if that fails.
+/// Writes the report if one was asked for. Prints why if that fails, and returns false.
 bool writeReport(const CommandLine &line, const RunReport &report)
 {
     if (line.reportFile.isEmpty())
@@ -181,7 +181,7 @@ QString whyNothingIsListed(const SettingsStore &settings)
     return text + QStringLiteral(".\n");
 }
 
-/// Says on the error stream what was found and is not in the queue, or not in the list of it.
+/// Reports on standard error what was found but left out of the queue, or out of --list.
 void sayWhatIsNotListed(const CommandLine &line, const Listing &listing)
 {
     const bool isList = line.action == CommandLine::Action::List;
@@ -239,7 +239,7 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     return statusOf(progress.isAllDone() && reported);
 }
 
-/// Does what was asked for with the files that are listed.
+/// Carries out the action on the files in the queue.
 int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
         const Listing &listing)
 {
@@ -288,10 +288,10 @@ int run(const CommandLine &line, const Tools &tools)
 
 int runTerminal(const QStringList &arguments, const Tools &tools)
 {
-    const auto parsed = parseCommandLine(arguments);
-    if (const auto *line = std::get_if<CommandLine>(&parsed))
-        return run(*line, tools);
-    const int status = wrongUsage(std::get<UsageError>(parsed).text);
+    const CommandLine line = parseCommandLine(arguments);
+    if (line.error.isEmpty())
+        return run(line, tools);
+    const int status = wrongUsage(line.error);
     TerminalText::print(stderr, QStringLiteral("Try: brevant-cli --help\n"));
     return status;
 }

@@ -8,8 +8,7 @@
 
 namespace brevant {
 
-/// Does what the arguments say, the program's own name not among them, and returns the exit status of the
-/// process.
+/// Does what the arguments say, without the program's own name, and returns the exit status.
 [[nodiscard]] int runTerminal(const QStringList &arguments, const Tools &tools);
 
 } // namespace brevant

@@ -27,7 +27,7 @@ int columnsOf(char32_t character)
     return std::max(0, ::wcwidth(static_cast<wchar_t>(character)));
 }
 
-/// In the shell's $'…', its signs that are not printable as the bytes of their UTF-8.
+/// In the shell's $'…', with characters that are not printable as octal escapes of their UTF-8.
 QString quotedWithEscapes(const QString &argument)
 {
     QString quoted;
@@ -75,7 +75,7 @@ QString percentSaved(qint64 before, qint64 after)
     if (before == 0)
         return QStringLiteral("0");
     const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
-    const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer knows no "-0"
+    const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer has no "-0"
     return QString::number(tenths / 10, 'g', 15);
 }
 

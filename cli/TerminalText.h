@@ -10,8 +10,8 @@
 /// How texts look on a terminal.
 namespace brevant::TerminalText {
 
-/// `argument` as a shell reads it back: as it is where that is safe, else in single quotes; what is not
-/// printable in $'…', which bash, zsh and ksh know.
+/// `argument` quoted for a shell if it needs to be: in single quotes, or in $'…' of bash, zsh and ksh where
+/// it holds characters that are not printable.
 [[nodiscard]] QString shellQuoted(const QString &argument);
 
 /// A whole command line for a shell.
@@ -32,21 +32,21 @@ namespace brevant::TerminalText {
 /// How many columns of a terminal `text` takes.
 [[nodiscard]] int width(const QString &text);
 
-/// What the live line of a run tells.
+/// What the live line of a run shows.
 struct Progress {
     int done = 0;
     int total = 1;
-    QString status; ///< in words, as the window has it
+    QString status; ///< in words, as in the window
     QString name;   ///< of the file being worked on
-    QString left;   ///< the time left; empty if it cannot be told
+    QString left;   ///< the time left; empty if unknown
 };
 
-/// The live line in at most `columns` columns. Where there is no room for all of it, the status goes first
-/// and the bar next, which say what the count says, then the time left; the name is cut last.
+/// The live line in at most `columns` columns. If there is no room for all of it, the status and then the bar
+/// are left out, as the count says the same, then the time left; the name is cut last.
 [[nodiscard]] QString progressLine(const Progress &progress, int columns);
 
-/// Writes `text` at once, so that what child processes print comes after it; false, with errno set, if that
-/// fails.
+/// Writes and flushes `text`, so that what child processes print comes after it. False, with errno set, on
+/// failure.
 bool print(std::FILE *stream, const QString &text);
 
 } // namespace brevant::TerminalText

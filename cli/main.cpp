@@ -13,9 +13,9 @@ int main(int argc, char *argv[])
     using namespace brevant;
 
     openClosedStandardStreams();
-    // Past a limit of the shell's, ulimit -f, a file is one that the disk has no room for.
+    // Writing past the limit of ulimit -f then fails as on a full disk, instead of ending the program.
     std::signal(SIGXFSZ, SIG_IGN);
-    // For the width of characters alone; the environment, which the compressors inherit, stays as it is.
+    // For wcwidth() only. The environment, which the compressors inherit, stays as it is.
     std::setlocale(LC_CTYPE, "C.UTF-8");
 
     QStringList arguments;

@@ -29,14 +29,14 @@ QString gzipPath(const QString &output)
     return PathString::withExtension(output, u"gz");
 }
 
-/// Why this process may not do that with a file; empty if it may.
+/// Why this process may not access a file in that way; empty if it may.
 QString accessError(const QString &path, int mode)
 {
     const bool isAllowed = ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
     return isAllowed ? QString() : qt_error_string(errno);
 }
 
-/// What keeps a compressor from its work; empty if nothing is seen.
+/// What will keep a compressor from its work; empty if nothing is in sight.
 QString findObstacle(const QString &source, const std::optional<QString> &output)
 {
     if (!output)
@@ -59,7 +59,7 @@ QString findObstacle(const QString &source, const std::optional<QString> &output
                            : QStringLiteral("the folder of the output cannot be written: %1").arg(error);
 }
 
-/// Whether the disk that the output is on takes no more. A compressor whose output did not fit can end well.
+/// Whether the disk of the output is full. A compressor may exit with 0 though its output did not fit.
 bool isDiskFull(const QString &output)
 {
     const QByteArray folder = QFile::encodeName(QFileInfo(output).canonicalPath());
@@ -105,7 +105,7 @@ void EntryWatch::compressorEnded(const ChildExit &exit)
     }
     const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
     if (!written || written == m_outputBefore)
-        return; // NoOutput
+        return; // no output, which the result says from the start
     m_writtenSize = written->size;
     if (isDiskFull(*m_result.output))
         m_result.outcome = Outcome::DiskFull;

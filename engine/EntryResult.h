@@ -19,17 +19,17 @@ namespace brevant {
 struct EntryResult {
     enum class Outcome {
         Done,
-        CompressorFailed, ///< it ended with another status than 0
+        CompressorFailed, ///< it exited with a status other than 0
         CompressorKilled, ///< a signal ended it
-        NoOutput,         ///< it left no output, or only the one from before
-        EmptyOutput,      ///< it left an empty output of a source that gives none
+        NoOutput,         ///< there is none, or only one from before
+        EmptyOutput,      ///< of a source that is not blank
         NoGzipCopy,       ///< minified, but the copy was not made
-        DiskFull,         ///< written, and no room is left on the disk, so it may be cut
-        NotWritten,       ///< written over the source, and then the disk refused it
-        NotSafe,          ///< not worked on: the source is lost or might be, or another run is at work on it
-        Refused,          ///< not worked on, as another file might be lost
+        DiskFull,         ///< written, but the output may be cut off
+        NotWritten,       ///< written over the source, but not to be flushed to the disk
+        NotSafe,          ///< not worked on: no safety copy, or another run is at work on the source
+        Refused,          ///< not worked on: another file might be lost
     };
-    /// What became of a source that might have been lost.
+    /// What became of the source.
     enum class Source {
         Safe,
         PutBack, ///< it was lost, and is as before again
@@ -40,10 +40,10 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString kept;      ///< the file with what was in a source before it was put back, which may be newer work
+    QString kept;      ///< where the content that a put-back source had is kept, as it may be newer work
     QString detail;    ///< why there is no safety copy, why it was refused, or why the source is not put back
-    QStringList notes; ///< whole sentences: what else became of files of the user's
-    QString obstacle;  ///< what was in the way before the compressor started; empty if nothing was seen
+    QStringList notes; ///< whole sentences about other things that became of the user's files
+    QString obstacle;  ///< what was in the compressor's way before it started; empty if nothing was in sight
     int status = 0;    ///< the compressor's exit status, or the signal that ended it
     double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
@@ -54,7 +54,7 @@ struct EntryResult {
     [[nodiscard]] QString reason() const;
 };
 
-/// Watches one entry being worked on: made before its compressor starts, asked after.
+/// Finds out what becomes of one entry: made before its compressor starts, asked afterwards.
 class EntryWatch final {
 public:
     EntryWatch(const QString &source, const std::optional<QString> &output);
@@ -65,7 +65,7 @@ public:
     /// The result of an entry that is not worked on: `outcome` is NotSafe or Refused.
     [[nodiscard]] EntryResult notRun(EntryResult::Outcome outcome, const QString &reason);
 
-    /// The result, when everything is done for this entry.
+    /// The result, once everything has been done for the entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);
 
 private:
@@ -79,7 +79,7 @@ private:
     [[nodiscard]] static std::optional<State> stateOf(const QString &path);
 
     EntryResult m_result;
-    const bool m_mayBeEmpty; ///< nothing is left of such a source when it is minified
+    const bool m_mayBeEmpty; ///< the source is blank
     std::optional<State> m_outputBefore;
     std::optional<State> m_gzipBefore;
     qint64 m_writtenSize = 0; ///< by the compressor

@@ -34,13 +34,13 @@ EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const 
 {
 }
 
-/// A path that does not begin at the root counts from the compressor's folder, not from ours.
+/// A relative path counts from the compressor's working folder, not from ours.
 QString EntryRun::seenByCompressor(const QString &path) const
 {
     return path.startsWith(u'/') ? path : PathString::join(m_tools.folder, path);
 }
 
-/// Whether there is a file of that path, and it is in the queue under any name.
+/// Whether the path is that of an existing file that is in the queue, under whatever name.
 bool EntryRun::isListed(const QString &path)
 {
     if (!FileMarks::ofFile(path))
@@ -53,7 +53,7 @@ bool EntryRun::isListed(const QString &path)
                 m_listed.insert(mark);
         }
     }
-    // Its name in its folder counts too, as gzip puts another file under it.
+    // Not only by inode: gzip puts another file under the same name.
     return std::ranges::any_of(FileMarks::all(path),
                                [this](const QString &mark) { return m_listed.contains(mark); });
 }

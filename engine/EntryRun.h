@@ -19,11 +19,11 @@ namespace brevant {
 class FileQueue;
 class SettingsStore;
 
-/// What is to be done for an entry, by the settings as they are when its turn comes.
+/// The work to be done for an entry, by the settings at its turn.
 struct EntryTask {
     QString entry;
     std::optional<QString> output;
-    std::optional<QString> outputAtStart; ///< by the settings as they were when the run began
+    std::optional<QString> outputAtStart; ///< by the settings at the start of the run
     QString refusal;                      ///< why it must not be run; empty if it may be
 };
 
@@ -56,7 +56,7 @@ private:
     const std::atomic<Stop> &m_stop;
     SafetyCopy m_safetyCopy;
     QSet<QString> m_listed;             ///< marks of the files in the queue
-    quint64 m_listedRevision = 0;       ///< of the queue, that these are of
+    quint64 m_listedRevision = 0;       ///< of the queue, when they were taken
     std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
 };
 

@@ -29,7 +29,7 @@ RunEnd MinifyJob::run(int jobs)
             for (int i = 1; i < std::min(jobs, m_queue.count()); ++i)
                 others.emplace_back([this, &options] { work(options); });
         } catch (const std::system_error &) {
-            // The system has no more threads; those that there are do the work.
+            // The threads that could be started do the work.
         }
         work(options);
     }
@@ -55,7 +55,7 @@ void MinifyJob::work(const CompressorOptions &options)
     }
 }
 
-/// The next entry to be worked on, which stays where it is until it has ended; nothing at the end of the run.
+/// The next entry, at an address that stays valid until it has ended; null at the end of the run.
 MinifyJob::OpenEntry *MinifyJob::takeNext()
 {
     const std::lock_guard lock(m_mutex);
@@ -68,7 +68,7 @@ MinifyJob::OpenEntry *MinifyJob::takeNext()
     }
     EntryTask &task = m_open.emplace_back().task;
     task.entry = *path;
-    tellObserver(); // first, as a setting changed meanwhile holds for this entry
+    tellObserver(); // before the settings are read, so that a change meanwhile counts for this entry
     task.output = m_outputPath.next(*path);
     task.outputAtStart = m_outputPath.atStart();
     if (m_refusal)
@@ -76,7 +76,7 @@ MinifyJob::OpenEntry *MinifyJob::takeNext()
     return &m_open.back();
 }
 
-/// Tells of all that can be told in the order of the queue.
+/// Tells the observer everything that is known so far and next in the order of the queue.
 void MinifyJob::tellObserver()
 {
     for (; !m_open.empty(); m_open.pop_front(), ++m_told) {

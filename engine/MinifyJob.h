@@ -23,16 +23,16 @@ using Refusal = std::function<QString(const QString &entry, const std::optional<
 /// One run over the queue, from its first entry to its last, with one compressor at a time or several.
 ///
 /// The queue may change meanwhile: it is read again for every entry, so entries appended are worked on too,
-/// and a queue that shrinks ends the run early. What the compressors do, or fail to do, changes nothing in
-/// the run. Several jobs may run at once, each with an object of its own.
+/// and a queue that shrinks ends the run early. A compressor that fails does not end it.
+/// Several jobs may run at once, each with an object of its own.
 class MinifyJob final {
 public:
     /// `refusal` is asked for one entry at a time, in the order of the queue.
     MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
               RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal = {});
 
-    /// Runs to the end, or for as long as no stop is asked for, with up to `jobs` compressors at once: one on
-    /// the calling thread, each of the others on a thread of its own, as far as there are threads to be had.
+    /// Runs to the end, or until a stop is asked for, with up to `jobs` compressors at once: one on the
+    /// calling thread, each of the others on a thread of its own, or fewer if the system has no more threads.
     RunEnd run(int jobs = 1);
 
 private:
@@ -54,9 +54,9 @@ private:
     const std::atomic<Stop> &m_stop;
     const Refusal m_refusal;
 
-    std::mutex m_mutex; ///< of all below, of the refusal and of the calls to the observer
+    std::mutex m_mutex; ///< guards all below, the refusal and the calls to the observer
     OutputPath m_outputPath;
-    std::deque<OpenEntry> m_open; ///< entries taken whose end the observer has not been told of
+    std::deque<OpenEntry> m_open; ///< entries whose end the observer has not been told of yet
     int m_told = 0;               ///< entries before those
     RunEnd m_end = RunEnd::Completed;
     QString m_startFailure; ///< why Java could not be started

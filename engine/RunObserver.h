@@ -8,10 +8,10 @@ namespace brevant {
 
 struct EntryResult;
 
-/// What is known of an entry when the work on it is announced.
+/// What is known of an entry when work on it begins.
 struct EntryStart {
     int index = 0; ///< in the run, from 0
-    int count = 0; ///< of the entries in the queue by now
+    int count = 0; ///< entries in the queue by now
     QString path;
     QString status; ///< in words: "Minified 1 of 3 items."
 };

@@ -14,24 +14,6 @@ using namespace brevant;
 using namespace Qt::StringLiterals;
 using Action = CommandLine::Action;
 
-namespace {
-
-/// The command line, or the words of the error in its place.
-struct Parsed {
-    CommandLine line;
-    QString error;
-};
-
-Parsed parse(const QStringList &arguments)
-{
-    const auto result = parseCommandLine(arguments);
-    if (const auto *error = std::get_if<UsageError>(&result))
-        return {{}, error->text};
-    return {std::get<CommandLine>(result), {}};
-}
-
-} // namespace
-
 class tst_CommandLine final : public QObject {
     Q_OBJECT
 
@@ -84,8 +66,8 @@ private Q_SLOTS:
     void options()
     {
         QFETCH(QStringList, arguments);
-        const auto [line, error] = parse(arguments);
-        QCOMPARE(error, QString());
+        const CommandLine line = parseCommandLine(arguments);
+        QCOMPARE(line.error, QString());
         QTEST(line.action, "action");
         QTEST(line.paths, "paths");
         QTEST(line.settingsFile, "settingsFile");
@@ -96,9 +78,9 @@ private Q_SLOTS:
 
     void jobs()
     {
-        QCOMPARE(parse({u"a"_s}).line.jobs, 1);
-        QCOMPARE(parse({u"--jobs"_s, u"1"_s, u"a"_s}).line.jobs, 1);
-        QCOMPARE(parse({u"--jobs=256"_s, u"a"_s}).line.jobs, 256);
+        QCOMPARE(parseCommandLine({u"a"_s}).jobs, 1);
+        QCOMPARE(parseCommandLine({u"--jobs"_s, u"1"_s, u"a"_s}).jobs, 1);
+        QCOMPARE(parseCommandLine({u"--jobs=256"_s, u"a"_s}).jobs, 256);
     }
 
     void wrongUses_data()
@@ -133,7 +115,7 @@ private Q_SLOTS:
     void wrongUses()
     {
         QFETCH(QStringList, arguments);
-        QTEST(parse(arguments).error, "expected");
+        QTEST(parseCommandLine(arguments).error, "expected");
     }
 
     void namesWhatItDoesNotKnow_data()
@@ -156,7 +138,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, named);
-        const QString error = parse(arguments).error;
+        const QString error = parseCommandLine(arguments).error;
         QVERIFY2(error.contains(named), qPrintable(error));
     }
 
@@ -193,8 +175,8 @@ private Q_SLOTS:
         QFETCH(QString, assignment);
         for (const QStringList &arguments :
              {QStringList{u"--set"_s, assignment, u"a"_s}, QStringList{u"a"_s, u"--set="_s + assignment}}) {
-            const auto [line, error] = parse(arguments);
-            QCOMPARE(error, QString());
+            const CommandLine line = parseCommandLine(arguments);
+            QCOMPARE(line.error, QString());
             QCOMPARE(line.settings.size(), 1U);
             const auto &[key, value] = line.settings.front();
             QTEST(QString(key), "key");
@@ -228,13 +210,14 @@ private Q_SLOTS:
     void wrongSettings()
     {
         QFETCH(QString, assignment);
-        QTEST(parse({u"--set"_s, assignment, u"a"_s}).error, "expected");
+        QTEST(parseCommandLine({u"--set"_s, assignment, u"a"_s}).error, "expected");
     }
 
     void unknownEncodingNamesTheKnown()
     {
         for (const QString &name : {u"utf8"_s, u"UTF-8"_s, u""_s, u"latin1"_s}) {
-            const QString error = parse({u"--set"_s, u"selectedEncodingKeyString="_s + name, u"a"_s}).error;
+            const QString error =
+                parseCommandLine({u"--set"_s, u"selectedEncodingKeyString="_s + name, u"a"_s}).error;
             QVERIFY2(error.startsWith(
                          u"--set: there is no encoding \"%1\"; there are utf-8, gb2312, "_s.arg(name)),
                      qPrintable(error));
@@ -252,10 +235,10 @@ private Q_SLOTS:
             expected << setting.key;
         }
         QStringList actual;
-        const auto [line, error] = parse(arguments);
+        const CommandLine line = parseCommandLine(arguments);
         for (const auto &[key, value] : line.settings)
             actual << key;
-        QCOMPARE(error, QString());
+        QCOMPARE(line.error, QString());
         QVERIFY(expected.size() >= 18);
         QCOMPARE(actual, expected);
     }
@@ -263,9 +246,8 @@ private Q_SLOTS:
     void settingsKeepTheirOrder()
     {
         const CommandLine line =
-            parse({u"--set"_s, u"suffixKeyString=1"_s, u"a"_s, u"--set=gzipCheckerKeyString=true"_s,
-                   u"--set"_s, u"suffixKeyString=2"_s})
-                .line;
+            parseCommandLine({u"--set"_s, u"suffixKeyString=1"_s, u"a"_s,
+                              u"--set=gzipCheckerKeyString=true"_s, u"--set"_s, u"suffixKeyString=2"_s});
         QStringList actual;
         for (const auto &[key, value] : line.settings)
             actual << key + u"="_s + value.toVariant().toString();
@@ -280,7 +262,7 @@ private Q_SLOTS:
                                  u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s, u"--quiet"_s,
                                  u"--version"_s,       u"--help"_s};
         QStringList shown;
-        for (const OptionHelp &option : allOptions())
+        for (const OptionHelp &option : allOptions)
             shown << option.usage;
         QCOMPARE(shown, usages);
         for (const QString &usage : usages)
@@ -296,13 +278,13 @@ private Q_SLOTS:
 
     void helpShowsOptionsThatExist()
     {
-        for (const OptionHelp &option : allOptions()) {
+        for (const OptionHelp &option : allOptions) {
             QStringList arguments = QString(option.usage).split(u' ');
             if (arguments.size() == 2)
                 arguments[1] = arguments[1] == u"FILE" ? u"f"_s
                                : arguments[1] == u"N"  ? u"2"_s
                                                        : u"suffixKeyString=x"_s;
-            QCOMPARE(parse(arguments + QStringList{u"a"_s}).error, QString());
+            QCOMPARE(parseCommandLine(arguments + QStringList{u"a"_s}).error, QString());
         }
     }
 
