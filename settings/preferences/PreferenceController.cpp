@@ -7,10 +7,13 @@
 #include "settings/SettingsStore.h"
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
+#include "widgets/FilePanel.h"
 #include "widgets/WarningSheet.h"
 
 #include <QApplication>
 #include <QButtonGroup>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -19,6 +22,8 @@
 namespace brevant {
 
 namespace {
+
+using namespace Qt::StringLiterals;
 
 /// A check box and the setting that it shows and stores.
 struct CheckerRow {
@@ -46,6 +51,22 @@ constexpr CheckerRow checkers[]{
 };
 
 } // namespace
+
+std::optional<QString> runFolderPanel(QWidget *window, const QString &startFolder)
+{
+    QFileDialog panel(window, QCoreApplication::translate("FolderPanel", "Choose a Folder"));
+    panel.setFileMode(QFileDialog::Directory);
+    panel.setOption(QFileDialog::ShowDirsOnly, true);
+    panel.setOption(QFileDialog::ReadOnly, false); // new folders can be made
+    setUpFilePanel(panel);
+    panel.setSupportedSchemes({u"file"_s});
+    if (QFileInfo(startFolder).isDir())
+        panel.setDirectory(startFolder);
+    if (panel.exec() != QDialog::Accepted)
+        return std::nullopt;
+    const QStringList chosen = panel.selectedFiles();
+    return chosen.isEmpty() ? std::nullopt : std::optional(chosen.constFirst());
+}
 
 PreferenceController::PreferenceController(SettingsStore &store, IconForPath iconForPath,
                                            FolderPanel folderPanel, QObject *parent)
