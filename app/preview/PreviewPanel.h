@@ -33,7 +33,7 @@ class PreviewPanelDelegate {
 public:
     virtual ~PreviewPanelDelegate() = default;
 
-    /// Whether it has dealt with `event`, a key that went down in the panel.
+    /// Handles a key pressed in the panel; false leaves it to the panel.
     virtual bool previewPanelHandleEvent(QEvent *event) = 0;
 
     /// Where the panel comes from and goes to; an empty rectangle if it is just there.
@@ -50,7 +50,7 @@ class PreviewPanel final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `encodingName` tells in which of the encodings files are read, each time that one is.
+    /// `encodingName` is asked for the encoding each time a file is read.
     explicit PreviewPanel(std::function<QString()> encodingName, QWidget *parent);
     ~PreviewPanel() override;
 

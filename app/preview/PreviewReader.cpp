@@ -54,8 +54,8 @@ private:
     char m_last = '\n';
 };
 
-/// Each sequence that is not valid becomes one U+FFFD. A shift that is followed by another one at once
-/// carries no text and is allowed.
+/// Each invalid sequence becomes one U+FFFD. A shift followed at once by another one carries no text and is
+/// allowed.
 void replaceInvalid(const void *context, UConverterToUnicodeArgs *arguments, const char *, int32_t,
                     UConverterCallbackReason reason, UErrorCode *status)
 {
@@ -130,15 +130,15 @@ bool isRightToLeft(QChar character)
     return character.direction() == QChar::DirR || character.direction() == QChar::DirAL;
 }
 
-/// Whether words from right to left that stand on both sides of it are read as one text.
+/// Whether right-to-left words on both sides of it belong to one text.
 bool joinsWords(QChar character)
 {
     return character.isDigit() || character.isMark() || QStringView(u" ,.:!?-").contains(character);
 }
 
-/// Adds the text of one line, or a part of it. The editor measures each of its pieces by where the last
-/// character ends, which is at the left of what reads from right to left. Between two marks, which have no
-/// width, it takes the room that it has.
+/// Adds the text of one line, or a part of it. The editor takes the end of the last character for the width
+/// of a piece of text, but that of right-to-left text is at its left. Between two marks, which have no width,
+/// such text gets its full width.
 void addMarked(PreviewContent &content, QStringView line)
 {
     const auto mark = [&content] {

@@ -37,7 +37,7 @@ public:
     [[nodiscard]] virtual QWidget *editor() const = 0;
 };
 
-/// What the module has to offer.
+/// What the module exports.
 class PreviewTextMaker {
 public:
     virtual ~PreviewTextMaker() = default;
