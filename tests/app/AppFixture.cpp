@@ -52,6 +52,14 @@ bool AppFixture::drop(const QStringList &paths)
     return controller.tableViewAcceptDrop(data);
 }
 
+void AppFixture::fill(int count, const QByteArray &text)
+{
+    QStringList paths;
+    for (int i = 0; i < count; ++i)
+        paths.append(file(u"f%1.css"_s.arg(i), text));
+    drop(paths);
+}
+
 QString AppFixture::state() const
 {
     const Ui::MainWindow &ui = window.ui();

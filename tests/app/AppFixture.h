@@ -58,6 +58,9 @@ struct AppFixture : FixtureFolder, brevant::Application {
     /// Drops paths on the list.
     bool drop(const QStringList &paths);
 
+    /// Drops as many new files, f0.css and so on.
+    void fill(int count, const QByteArray &text = "copy");
+
     /// What is to be seen: buttons shown, menu items enabled, status line, badge.
     [[nodiscard]] QString state() const;
 

@@ -3,6 +3,7 @@
 #include "AppFixture.h"
 
 #include "app/SavePanel.h"
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QDialogButtonBox>
@@ -15,6 +16,7 @@
 #include <QTimer>
 
 using namespace brevant;
+using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
 /// Combining as the user does it: the alerts, the save panel, and what the list shows afterwards.
@@ -22,12 +24,6 @@ class tst_Combining final : public QObject {
     Q_OBJECT
 
 private:
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
-    }
-
     /// Runs Combine… on the selection; the save panel that comes up.
     static SavePanel *panelOf(AppFixture &app)
     {
@@ -89,27 +85,26 @@ private Q_SLOTS:
         QCOMPARE(app.queue.count(), static_cast<int>(names.size()));
     }
 
+    void theKindIsSpeltAsInTheFirstFile_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QString>("proposed");
+        QTest::newRow("small first") << QStringList{u"a.css"_s, u"b.CSS"_s} << u"combined.css"_s;
+        QTest::newRow("capital HTML") << QStringList{u"a.HTML"_s, u"b.HTML"_s} << u"combined.HTML"_s;
+    }
+
     void theKindIsSpeltAsInTheFirstFile()
     {
+        QFETCH(const QStringList, names);
         AppFixture app;
-        app.drop({app.file(u"a.css"_s), app.file(u"b.CSS"_s)});
+        app.drop({app.file(names.first()), app.file(names.last())});
         app.controller.selectAll();
         SavePanel *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
-        QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"combined.css"_s);
+        QTEST(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), "proposed");
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
         panel->reject();
         QCOMPARE(app.queue.count(), 2);
-    }
-
-    void capitalHtmlReachesThePanel()
-    {
-        AppFixture app;
-        app.drop({app.file(u"a.HTML"_s), app.file(u"b.HTML"_s)});
-        app.controller.selectAll();
-        SavePanel *const panel = panelOf(app);
-        QVERIFY(panel != nullptr);
-        QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"combined.HTML"_s);
     }
 
     void rowsGiveTheOrder()
@@ -122,7 +117,7 @@ private Q_SLOTS:
         const QString target = app.folder.filePath(u"combined.js"_s);
         save(panelOf(app), target);
         QCOMPARE(app.queue.count(), 3);
-        QCOMPARE(read(target), QByteArray("y\nx\n"));
+        QCOMPARE(readFile(target), QByteArray("y\nx\n"));
         QCOMPARE(app.queue.entries().back(), target);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({2}));
         QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"3 items\", badge \"3\""_s);
@@ -154,7 +149,7 @@ private Q_SLOTS:
         const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({target}));
-        QCOMPARE(read(target), text + '\n' + text + '\n');
+        QCOMPARE(readFile(target), text + '\n' + text + '\n');
     }
 
     void theSelectionIsThatOfWhenThePanelIsConfirmed()
@@ -168,16 +163,13 @@ private Q_SLOTS:
         const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
         QTRY_COMPARE(app.queue.entries(), std::vector<QString>({first, target}));
-        QCOMPARE(read(target), QByteArray("b\nc\n"));
+        QCOMPARE(readFile(target), QByteArray("b\nc\n"));
     }
 
     void theCombinedFileIsScrolledTo()
     {
         AppFixture app;
-        QStringList paths;
-        for (int i = 0; i < 40; ++i)
-            paths.append(app.file(u"f%1.css"_s.arg(i)));
-        app.drop(paths);
+        app.fill(40);
         app.window.show();
         app.table->selectRowIndexes({0, 1}, false);
         save(panelOf(app), app.folder.filePath(u"combined.css"_s));
@@ -216,7 +208,7 @@ private Q_SLOTS:
         save(panel, listed);
         QCOMPARE(app.queue.entries(), std::vector<QString>({listed, other})); // in its place
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
-        QCOMPARE(read(listed), QByteArray("a\nb\n"));
+        QCOMPARE(readFile(listed), QByteArray("a\nb\n"));
     }
 
     void ontoOneOfTheSources()
@@ -230,7 +222,7 @@ private Q_SLOTS:
         save(panel, first);
         QCOMPARE(app.queue.count(), 2);
         QCOMPARE(app.queue.entries().back(), first);
-        QCOMPARE(read(first), QByteArray("a\nb\n"));
+        QCOMPARE(readFile(first), QByteArray("a\nb\n"));
     }
 
     void replacingIsAskedFor()
@@ -252,7 +244,7 @@ private Q_SLOTS:
         save(panel, app.folder.filePath(u"there"_s)); // the question is about there.css
         QVERIFY(asked);
         QCOMPARE(app.queue.count(), 2);
-        QCOMPARE(read(app.folder.filePath(u"there.css"_s)), QByteArray("precious"));
+        QCOMPARE(readFile(app.folder.filePath(u"there.css"_s)), QByteArray("precious"));
     }
 
     void anInvalidFileAbortsAll()
@@ -278,7 +270,7 @@ private Q_SLOTS:
         const QString target = app.folder.filePath(u"combined.css"_s);
         save(panelOf(app), target);
         // No event has come in between.
-        QCOMPARE(read(target).size(), 2 * text.size() + 2);
+        QCOMPARE(readFile(target).size(), 2 * text.size() + 2);
         QCOMPARE(app.queue.entries(), std::vector<QString>({target}));
         QCOMPARE(app.table->model()->rowCount(), 1);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0}));
@@ -337,7 +329,7 @@ private Q_SLOTS:
         QTRY_VERIFY(button->isEnabled());
         panel->accept();
         QVERIFY(!panel->isVisible());
-        QCOMPARE(read(target), after);
+        QCOMPARE(readFile(target), after);
         QCOMPARE(app.queue.count(), 3);
         QCOMPARE(app.queue.entries().back(), target);
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({2}));

@@ -14,20 +14,11 @@ using namespace Qt::StringLiterals;
 class tst_Editing final : public QObject {
     Q_OBJECT
 
-private:
-    static void fill(AppFixture &app, int count)
-    {
-        QStringList paths;
-        for (int i = 0; i < count; ++i)
-            paths.append(app.file(u"f%1.css"_s.arg(i)));
-        app.drop(paths);
-    }
-
 private Q_SLOTS:
     void removingTheOnlyEntry()
     {
         AppFixture app;
-        fill(app, 1);
+        app.fill(1);
         app.settings.setOverride(false, badgeCheckerKeyString);
         app.dockTile.setBadgeLabel(u"1"_s);
         app.controller.selectAll();
@@ -39,7 +30,7 @@ private Q_SLOTS:
     void removingTwoOfThree()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         app.table->selectRowIndexes({0, 2}, false);
         app.controller.removeRow();
         QCOMPARE(app.state(), u"buttons on, menu on, table #ffffff, \"1 item\", badge \"1\""_s);
@@ -48,7 +39,7 @@ private Q_SLOTS:
     void removingTheFirstAndThirdOfFour()
     {
         AppFixture app;
-        fill(app, 4);
+        app.fill(4);
         app.table->selectRowIndexes({0, 2}, false);
         app.controller.removeRow();
         QCOMPARE(app.queue.entries(),
@@ -76,7 +67,7 @@ private Q_SLOTS:
         QFETCH(std::vector<int>, selected);
         QFETCH(std::vector<int>, after);
         AppFixture app;
-        fill(app, 6);
+        app.fill(6);
         for (const int row : selected)
             app.table->selectRowIndexes({row}, true);
         app.controller.removeRow();
@@ -88,7 +79,7 @@ private Q_SLOTS:
     void removingReloadsInOrder()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         app.table->selectRowIndexes({1}, false);
         app.delegate.togglePreviewPanel();
         struct Source final : PreviewPanelDataSource {
@@ -119,7 +110,7 @@ private Q_SLOTS:
     void removingNothingRewritesLabelAndBadge()
     {
         AppFixture app;
-        fill(app, 2);
+        app.fill(2);
         app.table->deselectAll();
         app.window.setStatusText(u"Well done!"_s);
         app.dockTile.setBadgeLabel(QString());
@@ -130,7 +121,7 @@ private Q_SLOTS:
     void clearing()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         app.settings.setOverride(false, badgeCheckerKeyString);
         for (int twice = 0; twice < 2; ++twice) { // the second time it is empty already
             app.controller.clear();
@@ -155,7 +146,7 @@ private Q_SLOTS:
     void clearingAloneTakesTheWindowsColourAway()
     {
         AppFixture app;
-        fill(app, 1);
+        app.fill(1);
         app.window.setPalette(QPalette(Qt::red));
         app.controller.selectAll();
         app.controller.removeRow();
@@ -167,7 +158,7 @@ private Q_SLOTS:
     void selectingAll()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         app.controller.selectAll();
         QCOMPARE(app.table->selectedRowIndexes(), std::vector<int>({0, 1, 2}));
     }
@@ -175,7 +166,7 @@ private Q_SLOTS:
     void keysAndMenuItems()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         app.window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&app.window));
         app.window.activateWindow();
@@ -191,7 +182,7 @@ private Q_SLOTS:
     void theItemsForASelectionNeedOne()
     {
         AppFixture app;
-        fill(app, 2);
+        app.fill(2);
         const Ui::MainWindow &ui = app.window.ui();
         for (const QAction *action : {ui.removeMenu, ui.revealMenu, ui.quickLookMenu})
             QVERIFY2(!action->isEnabled(), qPrintable(action->text()));
@@ -231,7 +222,7 @@ private Q_SLOTS:
     void badgeFollowsItsSetting()
     {
         AppFixture app;
-        fill(app, 3);
+        app.fill(3);
         QCOMPARE(app.dockTile.badgeLabel(), u"3"_s);
         app.settings.setBool(false, badgeCheckerKeyString);
         QCOMPARE(app.dockTile.badgeLabel(), QString());
@@ -279,7 +270,7 @@ private Q_SLOTS:
         AppFixture app;
         app.settings.setOverride(false, soundCheckerKeyString);
         app.settings.setOverride(isOn, badgeCheckerKeyString);
-        fill(app, queued);
+        app.fill(queued);
         app.dockTile.setBadgeLabel(u"?"_s);
         const QStringList more{app.file(u"more.css"_s)};
         app.controller.setRunOpenPanel([&](QWidget *, const QStringList &) { return more; });

@@ -46,10 +46,7 @@ private:
     {
         auto app = std::make_unique<AppFixture>();
         app->settings.setOverride(false, soundCheckerKeyString);
-        QStringList paths;
-        for (int i = 0; i < count; ++i)
-            paths.append(app->file(u"f%1.css"_s.arg(i), text));
-        app->drop(paths);
+        app->fill(count, text);
         app->window.show();
         return app;
     }

@@ -40,10 +40,7 @@ class tst_Shell final : public QObject {
 private:
     static void fill(AppFixture &app, int count)
     {
-        QStringList paths;
-        for (int i = 0; i < count; ++i)
-            paths.append(app.file(u"f%1.css"_s.arg(i), "a { color: red }"));
-        app.drop(paths);
+        app.fill(count, "a { color: red }");
         app.window.show();
         app.table->setFocus();
     }
