@@ -112,7 +112,7 @@ void FileQueue::clear()
 std::vector<int> FileQueue::reload()
 {
     std::vector<QString> now = entries();
-    const std::vector<int> moved = newRows(m_rows, now);
+    std::vector<int> moved = newRows(m_rows, now);
     if (moved.empty() || moved.back() == static_cast<int>(moved.size()) - 1) {
         if (now.size() > m_rows.size()) {
             beginInsertRows({}, static_cast<int>(m_rows.size()), static_cast<int>(now.size()) - 1);

@@ -283,7 +283,7 @@ QString SettingsFile::write(Lock &lock)
 {
     lock.unlock();
     const QByteArray folder = folderOf(m_encodedPath);
-    const QString noFolder = makeFolders(folder) ? QString() : qt_error_string(errno);
+    QString noFolder = makeFolders(folder) ? QString() : qt_error_string(errno);
     const Descriptor turn = lockFolder(folder);
     lock.lock();
     if (!noFolder.isEmpty())

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "queue/FolderWalk.h"
-#include "tests/TestClass.h"
 #include "tests/Files.h"
+#include "tests/TestClass.h"
 
 #include <QDir>
 #include <QTemporaryDir>
