@@ -71,7 +71,7 @@ QByteArray randomName()
 QByteArray makeBeside(const QByteArray &path, const std::function<bool(const QByteArray &)> &make)
 {
     for (;;) {
-        const QByteArray name = folderOf(path) + "/.brevant-" + randomName() + ".tmp";
+        QByteArray name = folderOf(path) + "/.brevant-" + randomName() + ".tmp";
         if (make(name))
             return name;
         if (errno != EEXIST)

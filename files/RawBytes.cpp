@@ -99,9 +99,9 @@ QString printable(const QString &text)
         if (isPrintable(character))
             visible += character;
         else if (code == u'\n')
-            visible += "\\n"_L1;
+            visible += R"(\n)"_L1;
         else if (code == u'\t')
-            visible += "\\t"_L1;
+            visible += R"(\t)"_L1;
         else if (code < 0x100)
             visible += u"\\x%1"_s.arg(code, 2, 16, '0'_L1);
         else
