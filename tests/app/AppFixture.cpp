@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 
+#include "tests/Files.h"
+
 using namespace brevant;
 using namespace Qt::StringLiterals;
 
@@ -75,7 +77,7 @@ QString AppFixture::state() const
 
 QStringList AppFixture::javaCalls() const
 {
-    QFile log(folder.filePath(u"stub.log"_s));
-    return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts)
-                                         : QStringList();
+    const QString log = folder.filePath(u"stub.log"_s);
+    return QFile::exists(log) ? QString::fromUtf8(test::readFile(log)).split(u'\n', Qt::SkipEmptyParts)
+                              : QStringList();
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QSignalSpy>
@@ -81,11 +82,7 @@ private:
         }
     };
 
-    static bool soundIsLoaded()
-    {
-        QFile maps(u"/proc/self/maps"_s);
-        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("/libsndfile.so");
-    }
+    static bool soundIsLoaded() { return test::readFile(u"/proc/self/maps"_s).contains("/libsndfile.so"); }
 
 private Q_SLOTS:
     /// The first test: what is loaded stays.

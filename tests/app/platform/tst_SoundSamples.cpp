@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QBuffer>
@@ -19,12 +20,7 @@ class tst_SoundSamples final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QFile file(u":/Done.aif"_s);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        m_file = file.readAll();
-    }
+    void initTestCase() { m_file = test::readFile(u":/Done.aif"_s); }
 
     void decodesTheDoneSound()
     {

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 #include "tests/app/platform/ProbeRun.h"
 
@@ -50,10 +51,9 @@ private Q_SLOTS:
         QCOMPARE(end.out, QByteArray("opened\n"));
         QCOMPARE(end.status, 0);
 
-        QFile seen(folder.filePath(u"seen"_s));
-        QTRY_VERIFY(seen.exists());
-        QVERIFY(seen.open(QIODevice::ReadOnly));
-        QCOMPARE(seen.readAll(),
+        const QString seen = folder.filePath(u"seen"_s);
+        QTRY_VERIFY(QFile::exists(seen));
+        QCOMPARE(readFile(seen),
                  QByteArray("1\nmailto:support@brevant.example?SUBJECT=Brevant%201.0%20feedback,"
                             "%20OS%20X%20Gr%C3%B6%C3%9Fe%20(a,%20b)%20%231%2050%25&\n"));
     }
