@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/CliRun.h"
 
+#include "tests/Files.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -17,12 +19,6 @@ namespace brevant::test {
 namespace {
 
 constexpr int longestRun = 60'000; // milliseconds
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "(no output)"_ba;
-}
 
 /// Where lines are counted, the program of an ordinary user says that it may not write its counts.
 QByteArray withoutCounting(const QByteArray &text)
@@ -66,7 +62,7 @@ QMap<QString, QByteArray> tree(const QString &folder)
         if (entry.isDir())
             files.insert(name + u'/', QByteArray());
         else
-            files.insert(name, contentOf(entry.filePath()));
+            files.insert(name, readFile(entry.filePath()));
     }
     return files;
 }
@@ -89,7 +85,7 @@ QByteArray bareOutput(const QString &source)
     java.setWorkingDirectory(toolsFolder());
     java.start(u"/usr/bin/java"_s, arguments);
     java.waitForFinished(longestRun);
-    return contentOf(output);
+    return readFile(output);
 }
 
 QByteArray decompressed(const QString &file)
@@ -149,7 +145,7 @@ bool Sandbox::has(const QString &name) const
 
 QByteArray Sandbox::read(const QString &name) const
 {
-    return contentOf(path(name));
+    return readFile(path(name));
 }
 
 Ended Sandbox::run(const QStringList &arguments) const

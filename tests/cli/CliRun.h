@@ -33,7 +33,7 @@ struct Ended {
 [[nodiscard]] QMap<QString, QByteArray> tree(const QString &folder);
 
 /// What the bare compressor makes of `source`, run by hand with no option but the encoding; the source's
-/// extension says which. Absent output gives the text "(no output)".
+/// extension says which. Absent output gives the text of readFile().
 [[nodiscard]] QByteArray bareOutput(const QString &source);
 
 /// What gzip makes of a compressed file.

@@ -27,7 +27,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("reason"); // empty if done
 
         const QByteArray none;
-        const QByteArray absent("(no output)");
+        const QByteArray absent("(cannot be read)");
         const QByteArray old("older");
         QTest::newRow("css") << u"a.css"_s << QByteArray("a { b : c ; }") << none << QByteArray("a{b:c}")
                              << none;
