@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The manual pages and the README hold what the programs have: options, settings, encodings, menu items, keys, the
-members of the report. What they link to is there."""
+members of the report. What they link to is there, and so is each room that the documents for developers name."""
 import html
 import json
 import os
@@ -240,6 +240,37 @@ class Links(unittest.TestCase):
                 if anchor:
                     self.assertIn(anchor, self.anchors(linked), where)
         self.assertGreater(count, 0)
+
+
+class Rooms(unittest.TestCase):
+    FOLDERS = ("files", "settings", "widgets", "queue", "engine", "cli", "app", "resources", "tests", "scripts", "docs")
+
+    @staticmethod
+    def stems():
+        """The sources, a pair of them once: settings/SettingsFile."""
+        return {str(path.relative_to(SOURCE).with_suffix("")) for folder in Rooms.FOLDERS[:7]
+                for path in (SOURCE / folder).rglob("*.*") if path.suffix in (".cpp", ".h")}
+
+    def test_what_is_named_is_there(self):
+        stems, count = self.stems(), 0
+        for name in ("architecture.md", "contributing.md"):
+            text = (SOURCE / "docs" / name).read_text(encoding="utf-8")
+            for path in re.findall(rf"(?<![\w/.-])((?:{'|'.join(self.FOLDERS)})/[\w./-]*\w/?)(?![\w*])", text):
+                count += 1
+                there = path in stems or (SOURCE / path).exists() or any(SOURCE.glob(f"{path}.*"))
+                self.assertTrue(there, f"{name}: {path}")
+        self.assertGreater(count, 50)
+
+    def test_every_source_has_a_room(self):
+        rooms, folder = set(), ""
+        text = (SOURCE / "docs/architecture.md").read_text(encoding="utf-8")
+        for row in re.findall(r"^\| ([\w/, -]+) \|", text[text.index("## Rooms"):], re.MULTILINE):
+            for name in row.split(", "):
+                folder = name.rpartition("/")[0] if "/" in name else folder
+                rooms.add(name if "/" in name else f"{folder}/{name}")
+        for stem in self.stems():
+            if not stem.endswith("/main"):
+                self.assertTrue(stem in rooms or f"{stem.rpartition('/')[0]}/" in rooms, stem)
 
 
 if __name__ == "__main__":
