@@ -53,7 +53,7 @@ std::optional<QString> FileQueue::entryAt(int index) const
 int FileQueue::indexOf(const QString &path) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_indexes.value(path, -1);
+    return m_indexes.value(keyOf(path), -1);
 }
 
 std::vector<QString> FileQueue::entries() const
@@ -71,11 +71,10 @@ quint64 FileQueue::revision() const
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
-    const qsizetype before = m_indexes.size();
-    int &index = m_indexes[path];
-    if (m_indexes.size() == before)
+    const std::size_t key = keyOf(path);
+    if (m_indexes.contains(key))
         return false;
-    index = static_cast<int>(before);
+    m_indexes.insert(key, static_cast<int>(m_entries.size()));
     m_entries.push_back(path);
     ++m_revision;
     return true;
@@ -89,16 +88,25 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
         if (index >= 0 && static_cast<std::size_t>(index) < removed.size())
             removed[static_cast<std::size_t>(index)] = true;
     }
+    const std::vector<QString> before = std::exchange(m_entries, {});
     m_indexes.clear();
-    std::vector<QString> kept;
-    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    for (std::size_t i = 0; i < before.size(); ++i) {
         if (removed[i])
             continue;
-        m_indexes.insert(m_entries[i], static_cast<int>(kept.size()));
-        kept.push_back(std::move(m_entries[i]));
+        m_indexes.insert(keyOf(before[i]), static_cast<int>(m_entries.size()));
+        m_entries.push_back(before[i]);
     }
-    m_entries = std::move(kept);
     ++m_revision;
+}
+
+/// The key of the entry equal to `path`, or the free one that it would have.
+std::size_t FileQueue::keyOf(const QString &path) const
+{
+    std::size_t key = qHash(path);
+    for (auto found = m_indexes.find(key);
+         found != m_indexes.end() && m_entries[static_cast<std::size_t>(*found)] != path;)
+        found = m_indexes.find(++key);
+    return key;
 }
 
 void FileQueue::clear()
