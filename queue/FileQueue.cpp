@@ -71,7 +71,7 @@ quint64 FileQueue::revision() const
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
-    const std::size_t key = keyOf(path);
+    const quint32 key = keyOf(path);
     if (m_indexes.contains(key))
         return false;
     m_indexes.insert(key, static_cast<int>(m_entries.size()));
@@ -100,9 +100,9 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
 }
 
 /// The key of the entry equal to `path`, or the free one that it would have.
-std::size_t FileQueue::keyOf(const QString &path) const
+quint32 FileQueue::keyOf(const QString &path) const
 {
-    std::size_t key = qHash(path);
+    auto key = static_cast<quint32>(qHash(path));
     for (auto found = m_indexes.find(key);
          found != m_indexes.end() && m_entries[static_cast<std::size_t>(*found)] != path;)
         found = m_indexes.find(++key);

@@ -61,11 +61,11 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
 
 private:
-    [[nodiscard]] std::size_t keyOf(const QString &path) const;
+    [[nodiscard]] quint32 keyOf(const QString &path) const;
 
     mutable std::mutex m_mutex; ///< of all but m_rows
     std::vector<QString> m_entries;
-    QHash<std::size_t, int> m_indexes; ///< by the hash of the entry, or the next one that was free
+    QHash<quint32, int> m_indexes; ///< by 32 bits of the hash of the entry, or the next number that was free
     quint64 m_revision = 1;
     std::vector<QString> m_rows; ///< the entries at the last reload, to follow each one to its new row
 };

@@ -131,6 +131,32 @@ private Q_SLOTS:
         QCOMPARE(queue.entries(), expected);
     }
 
+    /// By as many bits as the queue tells them apart by at first. Some 80,000 tries find such a pair.
+    void pathsOfOneHash()
+    {
+        QHash<quint32, QString> seen;
+        Entries pair;
+        for (int i = 0; pair.empty(); ++i) {
+            const QString path = u"/x/%1.css"_s.arg(i);
+            QString &before = seen[static_cast<quint32>(qHash(path))];
+            if (!before.isEmpty())
+                pair = {before, path};
+            before = path;
+        }
+        FileQueue queue;
+        QVERIFY(queue.append(pair[0]));
+        QCOMPARE(queue.indexOf(pair[1]), -1);
+        QVERIFY(queue.append(pair[1]));
+        QVERIFY(!queue.append(pair[0]));
+        QVERIFY(!queue.append(pair[1]));
+        QCOMPARE(queue.entries(), pair);
+        QCOMPARE(queue.indexOf(pair[0]), 0);
+        QCOMPARE(queue.indexOf(pair[1]), 1);
+        queue.removeAt({0});
+        QCOMPARE(queue.indexOf(pair[0]), -1);
+        QCOMPARE(queue.indexOf(pair[1]), 0);
+    }
+
     void clear()
     {
         FileQueue queue;
