@@ -5,9 +5,12 @@
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -109,6 +112,13 @@ public:
     OrdinaryUser &operator=(const OrdinaryUser &) = delete;
 
     [[nodiscard]] bool isReady() const { return m_ready; }
+
+    /// A folder of that user's, or null where there can be none.
+    [[nodiscard]] std::unique_ptr<QTemporaryDir> makeFolder() const
+    {
+        auto folder = m_ready ? std::make_unique<QTemporaryDir>() : nullptr;
+        return folder && folder->isValid() ? std::move(folder) : nullptr;
+    }
 
 private:
     static constexpr unsigned nobody = 65534;

@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/settings/StoreFixture.h"
 
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace brevant;
@@ -32,16 +29,11 @@ void deliverNotices()
 } // namespace
 
 /// Changes that others make to the file, and the notices of all changes.
-class tst_SettingsChanges final : public QObject {
+class tst_SettingsChanges final : public QObject, StoreFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(u"settings.json"_s);
-    }
+    void init() { QVERIFY(setUp()); }
 
     void seenByTheNextReader_data()
     {
@@ -252,17 +244,6 @@ private Q_SLOTS:
             QCOMPARE(QJsonDocument::fromJson(readFile(m_path)).object(), expected);
         }
     }
-
-private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 BREVANT_TEST(tst_SettingsChanges, QCoreApplication)

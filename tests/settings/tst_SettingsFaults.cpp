@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsFile.h"
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/settings/StoreFixture.h"
 
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -20,16 +17,11 @@ using namespace brevant::test;
 using namespace Qt::StringLiterals;
 
 /// Files that hold no settings, and places where none can be read or written.
-class tst_SettingsFaults final : public QObject {
+class tst_SettingsFaults final : public QObject, StoreFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(u"settings.json"_s);
-    }
+    void init() { QVERIFY(setUp()); }
 
     void badFile_data()
     {
@@ -228,11 +220,9 @@ private Q_SLOTS:
     {
         m_folder.reset();
         const OrdinaryUser user;
-        if (!user.isReady())
-            QSKIP("cannot become an ordinary user here");
-        m_folder = std::make_unique<QTemporaryDir>();
-        if (!m_folder->isValid())
-            QSKIP("an ordinary user may not make a folder here");
+        m_folder = user.makeFolder();
+        if (!m_folder)
+            QSKIP("no ordinary user can have a folder here");
         m_path = m_folder->filePath(u"settings.json"_s);
         QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
         QVERIFY(setMode(m_path, 0));
@@ -291,11 +281,9 @@ private Q_SLOTS:
     {
         m_folder.reset();
         const OrdinaryUser user;
-        if (!user.isReady())
-            QSKIP("cannot become an ordinary user here");
-        m_folder = std::make_unique<QTemporaryDir>();
-        if (!m_folder->isValid())
-            QSKIP("an ordinary user may not make a folder here");
+        m_folder = user.makeFolder();
+        if (!m_folder)
+            QSKIP("no ordinary user can have a folder here");
         m_path = m_folder->filePath(u"settings.json"_s);
         QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
         QVERIFY(setMode(m_folder->path(), 0555));
@@ -333,16 +321,7 @@ private Q_SLOTS:
     }
 
 private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
     [[nodiscard]] QString badPath() const { return m_path + ".bad"_L1; }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 BREVANT_TEST(tst_SettingsFaults, QCoreApplication)

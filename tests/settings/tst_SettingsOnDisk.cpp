@@ -1,29 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/settings/StoreFixture.h"
 
 #include <QDir>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
 /// What is written, and where.
-class tst_SettingsOnDisk final : public QObject {
+class tst_SettingsOnDisk final : public QObject, StoreFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(u"settings.json"_s);
-    }
+    void init() { QVERIFY(setUp()); }
 
     void readingWritesNothing()
     {
@@ -187,21 +179,6 @@ private Q_SLOTS:
         store->synchronize();
         QCOMPARE(fileContent().value(lineBreakKeyString).toString(), u"199"_s);
     }
-
-private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
-    [[nodiscard]] QJsonObject fileContent() const
-    {
-        return QJsonDocument::fromJson(readFile(m_path)).object();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 BREVANT_TEST(tst_SettingsOnDisk, QCoreApplication)

@@ -1,28 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/settings/StoreFixture.h"
 
 #include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
 /// What readers get for which value.
-class tst_SettingsStore final : public QObject {
+class tst_SettingsStore final : public QObject, StoreFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(u"settings.json"_s);
-    }
+    void init() { QVERIFY(setUp()); }
 
     void firstStart()
     {
@@ -186,21 +178,6 @@ private Q_SLOTS:
             {suffixKeyString, u"-set"_s}, {gzipCheckerKeyString, false}, {lineBreakKeyString, u"80"_s}};
         QCOMPARE(fileContent(), expected);
     }
-
-private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
-    [[nodiscard]] QJsonObject fileContent() const
-    {
-        return QJsonDocument::fromJson(readFile(m_path)).object();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 BREVANT_TEST(tst_SettingsStore, QCoreApplication)

@@ -1,14 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/settings/StoreFixture.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -67,16 +64,11 @@ private:
 
 } // namespace
 
-class tst_SettingsThreads final : public QObject {
+class tst_SettingsThreads final : public QObject, StoreFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        m_path = m_folder->filePath(u"settings.json"_s);
-    }
+    void init() { QVERIFY(setUp()); }
 
     void readersDuringWrites()
     {
@@ -180,21 +172,6 @@ private Q_SLOTS:
         const QJsonObject expected{{suffixKeyString, 29}, {lineBreakKeyString, 29}};
         QCOMPARE(fileContent(), expected);
     }
-
-private:
-    [[nodiscard]] std::unique_ptr<SettingsStore> makeStore() const
-    {
-        auto store = std::make_unique<SettingsStore>(m_path);
-        store->registerDefaults(registeredDefaults());
-        return store;
-    }
-    [[nodiscard]] QJsonObject fileContent() const
-    {
-        return QJsonDocument::fromJson(readFile(m_path)).object();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 BREVANT_TEST(tst_SettingsThreads, QCoreApplication)
