@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/RunObserver.h"
+#include "engine/MinifyJob.h"
 
 #include <QObject>
 #include <QString>

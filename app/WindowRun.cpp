@@ -3,7 +3,6 @@
 #include "app/WindowRun.h"
 
 #include "app/AppContext.h"
-#include "engine/MinifyJob.h"
 #include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"

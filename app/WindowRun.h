@@ -3,8 +3,7 @@
 #pragma once
 
 #include "app/DesktopReport.h"
-#include "engine/RunObserver.h"
-#include "engine/Stop.h"
+#include "engine/MinifyJob.h"
 
 #include <QObject>
 #include <QSet>

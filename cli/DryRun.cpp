@@ -5,7 +5,6 @@
 #include "cli/OutputClaims.h"
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
-#include "engine/GzipCopy.h"
 #include "engine/Tools.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
@@ -42,14 +41,14 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         text += TerminalText::commandLine(program, arguments) + u'\n';
     };
     add(QStringLiteral("cd"), {tools.folder});
-    const CompressorOptions options = CompressorOptions::atStartOfRun(settings);
+    const CompressorCommand command(settings);
     const Refusal refusal = refusalFor(queue.entries(), settings);
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
             text += printable(QStringLiteral("# %1: not minified: %2").arg(entry, reason)) + u'\n';
             continue;
         }
-        add(tools.java, compressorArguments(entry, output, options));
+        add(tools.java, command.arguments(entry, output));
         if (settings.boolForKey(gzipCheckerKeyString)) {
             for (const GzipStep &step : gzipSteps(output))
                 add(step.program, step.arguments);

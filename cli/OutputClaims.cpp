@@ -67,14 +67,13 @@ QString notUtf8()
 
 Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings)
 {
-    return [&settings, options = CompressorOptions::atStartOfRun(settings), claims = OutputClaims(sources)](
+    return [&settings, command = CompressorCommand(settings), claims = OutputClaims(sources)](
                const QString &source, const std::optional<QString> &output) mutable {
         if (RawBytes::areIn(source))
             return notUtf8();
         if (!output)
             return QStringLiteral("%1 is neither true nor false").arg(suffixSwitcherKeyString);
-        options.readSwitches(settings);
-        if (compressorArguments(source, output, options).isEmpty())
+        if (command.arguments(source, output).isEmpty())
             return QStringLiteral("a switch of its compressor is neither true nor false");
         if (isTakenForPattern(source, *output))
             return QStringLiteral("YUI Compressor takes an output path with a colon for a pattern");

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/EntryResult.h"
-#include "engine/RunObserver.h"
+#include "engine/MinifyJob.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -33,17 +33,11 @@ bool ChildProcess::launch()
 ChildExit ChildProcess::waitUntilExit(const std::atomic<Stop> &stop)
 {
     constexpr int lookAgain = 50; // milliseconds
-    ChildExit exit;
-    exit.started = m_process.error() != QProcess::FailedToStart;
-    if (!exit.started)
-        return exit;
     while (!m_process.waitForFinished(lookAgain) && m_process.state() != QProcess::NotRunning) {
         if (stop == Stop::AtOnce)
             ::kill(-static_cast<pid_t>(m_process.processId()), SIGKILL);
     }
-    exit.crashed = m_process.exitStatus() == QProcess::CrashExit;
-    exit.code = m_process.exitCode();
-    return exit;
+    return {m_process.exitStatus() == QProcess::CrashExit, m_process.exitCode()};
 }
 
 } // namespace brevant

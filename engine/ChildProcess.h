@@ -12,11 +12,8 @@ namespace brevant {
 
 /// How a child process ended.
 struct ChildExit {
-    bool started = false;
     bool crashed = false; ///< ended by a signal
     int code = 0;         ///< exit status, or the signal's number
-
-    [[nodiscard]] bool isSuccess() const { return started && !crashed && code == 0; }
 };
 
 /// One child process, started from a list and never through a shell. It inherits the environment and all

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/CompressorCommand.h"
 
-#include "engine/ArgumentList.h"
 #include "engine/Tools.h"
+#include "files/PathString.h"
 #include "queue/FileKind.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brevant {
 
@@ -16,14 +17,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-SwitchState switchState(const SettingsStore &settings, QLatin1StringView key)
-{
-    // Read once, as the user may turn the switch at any moment.
-    const QJsonValue value = settings.objectForKey(key);
-    if (!value.isBool())
-        return SwitchState::Undecided;
-    return value.toBool() ? SwitchState::On : SwitchState::Off;
-}
+/// The switches for scripts alone, in the order of their arguments.
+constexpr std::pair<QLatin1StringView, QLatin1StringView> scriptSwitches[] = {
+    {nomungeSwitcherKeyString, "--nomunge"_L1},
+    {preserveSemiSwitcherKeyString, "--preserve-semi"_L1},
+    {disableOptimizationsSwitcherKeyString, "--disable-optimizations"_L1},
+};
 
 bool isForYui(KindFamily family)
 {
@@ -37,69 +36,64 @@ bool isForYui(KindFamily family)
     Q_UNREACHABLE();
 }
 
-/// The list for style sheets and scripts: the encoding stands at the very end.
-QStringList yuiArguments(const FileKind &kind, const QString &entry, const std::optional<QString> &output,
-                         const CompressorOptions &options)
-{
-    if (options.lineBreak == SwitchState::Undecided)
-        return {};
-    ArgumentList arguments{u"-jar"_s, Tools::yuiCompressor()};
-    if (options.lineBreak == SwitchState::On)
-        arguments.add(u"--line-break"_s).add(options.lineBreakColumn);
-    if (kind.family == KindFamily::Script) {
-        const std::pair<SwitchState, QString> switches[] = {
-            {options.nomunge, u"--nomunge"_s},
-            {options.preserveSemi, u"--preserve-semi"_s},
-            {options.disableOptimizations, u"--disable-optimizations"_s},
-        };
-        for (const auto &[state, argument] : switches) {
-            if (state == SwitchState::Undecided)
-                return {};
-            if (state == SwitchState::On)
-                arguments.add(argument);
-        }
-    }
-    return arguments.add(entry).add(u"-o"_s).add(output).add(u"--charset"_s).add(options.encoding).values();
-}
-
-/// The list for markup: the encoding stands first, and the output ends it.
-QStringList htmlArguments(const QString &entry, const std::optional<QString> &output,
-                          const CompressorOptions &options)
-{
-    ArgumentList arguments{u"-jar"_s, Tools::htmlCompressor(), u"--charset"_s, options.encoding};
-    arguments.add(u"--type"_s).add(u"html"_s).add(u"--compress-js"_s).add(u"--compress-css"_s);
-    arguments.add(options.keepXMLSpace ? u"--preserve-intertag-spaces"_s : u"--remove-intertag-spaces"_s);
-    return arguments.add(entry).add(u"-o"_s).add(output).values();
-}
-
 } // namespace
 
-CompressorOptions CompressorOptions::atStartOfRun(const SettingsStore &settings)
+QStringList upToAbsent(const QList<std::optional<QString>> &arguments)
 {
-    CompressorOptions options;
-    options.lineBreakColumn = settings.stringForKey(lineBreakKeyString);
-    options.encoding = settings.stringForKey(selectedEncodingKeyString);
-    options.readSwitches(settings);
-    return options;
+    QStringList values;
+    for (const std::optional<QString> &argument : arguments) {
+        if (!argument)
+            break;
+        values.append(*argument);
+    }
+    return values;
 }
 
-void CompressorOptions::readSwitches(const SettingsStore &settings)
+CompressorCommand::CompressorCommand(const SettingsStore &settings)
+    : m_settings(settings), m_lineBreakColumn(settings.stringForKey(lineBreakKeyString)),
+      m_encoding(settings.stringForKey(selectedEncodingKeyString))
 {
-    lineBreak = switchState(settings, lineBreakSwitcherKeyString);
-    nomunge = switchState(settings, nomungeSwitcherKeyString);
-    preserveSemi = switchState(settings, preserveSemiSwitcherKeyString);
-    disableOptimizations = switchState(settings, disableOptimizationsSwitcherKeyString);
-    keepXMLSpace = settings.boolForKey(keepXMLSpaceCheckerKeyString);
 }
 
-QStringList compressorArguments(const QString &entry, const std::optional<QString> &output,
-                                const CompressorOptions &options)
+QStringList CompressorCommand::arguments(const QString &entry, const std::optional<QString> &output) const
 {
     const FileKind *const kind = kindOf(entry);
     if (!kind)
         return {};
-    return isForYui(kind->family) ? yuiArguments(*kind, entry, output, options)
-                                  : htmlArguments(entry, output, options);
+    return isForYui(kind->family) ? yuiArguments(kind->family == KindFamily::Script, entry, output)
+                                  : htmlArguments(entry, output);
+}
+
+/// The encoding stands at the very end.
+QStringList CompressorCommand::yuiArguments(bool isScript, const QString &entry,
+                                            const std::optional<QString> &output) const
+{
+    bool isDecided = true;
+    const auto isOn = [&](QLatin1StringView key) {
+        // Read once, as the user may turn the switch at any moment.
+        const QJsonValue value = m_settings.objectForKey(key);
+        isDecided = isDecided && value.isBool();
+        return value.toBool();
+    };
+    QList<std::optional<QString>> arguments{u"-jar"_s, Tools::yuiCompressor()};
+    if (isOn(lineBreakSwitcherKeyString))
+        arguments << u"--line-break"_s << m_lineBreakColumn;
+    for (const auto &[key, argument] : scriptSwitches) {
+        if (isScript && isOn(key))
+            arguments << QString(argument);
+    }
+    arguments << entry << u"-o"_s << output << u"--charset"_s << m_encoding;
+    return isDecided ? upToAbsent(arguments) : QStringList();
+}
+
+/// The encoding stands first, and the output ends the list.
+QStringList CompressorCommand::htmlArguments(const QString &entry, const std::optional<QString> &output) const
+{
+    const bool keepsSpace = m_settings.boolForKey(keepXMLSpaceCheckerKeyString);
+    return upToAbsent({u"-jar"_s, Tools::htmlCompressor(), u"--charset"_s, m_encoding, u"--type"_s, u"html"_s,
+                       u"--compress-js"_s, u"--compress-css"_s,
+                       keepsSpace ? u"--preserve-intertag-spaces"_s : u"--remove-intertag-spaces"_s, entry,
+                       u"-o"_s, output});
 }
 
 bool isTakenForPattern(const QString &entry, const QString &output)
@@ -119,6 +113,22 @@ bool isDangerousPattern(const QString &entry, const QString &output)
     // "." is a pattern too, but in nearly every path; the entry is kept safe in that case.
     return holdsAny(QStringView(output).first(colon), u"\\^$|?*+()[]{}") ||
            holdsAny(QStringView(output).sliced(colon), u"$\\");
+}
+
+std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output)
+{
+    const QString gzip = u"/usr/bin/gzip"_s;
+    const QString force = u"-f"_s;
+    const QString suffix = u"brevantgziptemp"_s;
+    const auto outputWith = [&](QStringView extension) {
+        return output ? std::optional(PathString::withExtension(*output, extension)) : std::nullopt;
+    };
+    return {{
+        {gzip, upToAbsent({force, output})},
+        {u"/bin/cp"_s, upToAbsent({force, outputWith(u"gz"), outputWith(suffix)})},
+        {gzip, upToAbsent({force, u"-d"_s, u"-S"_s, suffix, outputWith(suffix)})},
+        {u"/bin/mv"_s, upToAbsent({force, outputWith({}), output})},
+    }};
 }
 
 } // namespace brevant

@@ -2,44 +2,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 
 namespace brevant {
 
 class SettingsStore;
 
-/// A switch by the strict tests: a stored value that is no boolean is neither on nor off.
-enum class SwitchState { Off, On, Undecided };
+/// The arguments of one child process: those before the first absent one, with which it is started.
+[[nodiscard]] QStringList upToAbsent(const QList<std::optional<QString>> &arguments);
 
-/// The settings that the arguments of a compressor depend on.
-struct CompressorOptions {
-    /// Column and character set as stored; read once, when a run starts.
-    std::optional<QString> lineBreakColumn;
-    std::optional<QString> encoding;
+/// The command lines of the compressors in one run.
+class CompressorCommand final {
+public:
+    /// Reads the column of line breaks and the character set, which hold for the whole run.
+    explicit CompressorCommand(const SettingsStore &settings);
 
-    /// Read anew for every file.
-    SwitchState lineBreak = SwitchState::Off;
-    SwitchState nomunge = SwitchState::Off;
-    SwitchState preserveSemi = SwitchState::Off;
-    SwitchState disableOptimizations = SwitchState::Off;
-    bool keepXMLSpace = false;
+    /// All arguments of the Java runtime for one entry, to be run in the tools folder, as the compressors go
+    /// by their bare names. The switches are read here. Empty for an entry of no kind, and if a switch that
+    /// matters is neither true nor false: Java is started all the same, and compresses nothing.
+    ///
+    /// Options of YUI Compressor 2.4.8 (its --help) and of htmlcompressor 1.5.3 (its --help).
+    [[nodiscard]] QStringList arguments(const QString &entry, const std::optional<QString> &output) const;
 
-    /// All values at the start of a run.
-    [[nodiscard]] static CompressorOptions atStartOfRun(const SettingsStore &settings);
+private:
+    [[nodiscard]] QStringList yuiArguments(bool isScript, const QString &entry,
+                                           const std::optional<QString> &output) const;
+    [[nodiscard]] QStringList htmlArguments(const QString &entry, const std::optional<QString> &output) const;
 
-    void readSwitches(const SettingsStore &settings);
+    const SettingsStore &m_settings;
+    const std::optional<QString> m_lineBreakColumn;
+    const std::optional<QString> m_encoding;
 };
-
-/// All arguments of the Java runtime for one entry, to be run in the tools folder, as the compressors go by
-/// their bare names. Empty for an entry of no kind, and if a switch that matters is undecided: Java is
-/// started all the same, and compresses nothing.
-///
-/// Options of YUI Compressor 2.4.8 (its --help) and of htmlcompressor 1.5.3 (its --help).
-[[nodiscard]] QStringList compressorArguments(const QString &entry, const std::optional<QString> &output,
-                                              const CompressorOptions &options);
 
 /// Whether YUI Compressor takes the output path for PATTERN:REPLACEMENT, as it does with any ":". It then
 /// writes to the entry's path with the pattern replaced, which is the entry itself if nothing matches.
@@ -47,5 +45,18 @@ struct CompressorOptions {
 
 /// Whether it does so and either part holds special characters, so that the output may be any file.
 [[nodiscard]] bool isDangerousPattern(const QString &entry, const QString &output);
+
+/// One child process of the gzip copy.
+struct GzipStep {
+    QString program;
+    QStringList arguments;
+    bool operator==(const GzipStep &) const = default;
+};
+
+/// The four steps that make a compressed copy of `output` and leave `output` itself as it was, by way of a
+/// temporary copy. Without an output path each list ends where that would stand.
+///
+/// gzip -S SUFFIX (gzip(1)) removes just SUFFIX and leaves the dot before it, which is what mv is for.
+[[nodiscard]] std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output);
 
 } // namespace brevant

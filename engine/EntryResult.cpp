@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryResult.h"
 
-#include "engine/BlankSource.h"
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
 #include "files/PathString.h"
+#include "queue/FileKind.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -20,6 +20,7 @@ namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
 
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
@@ -29,34 +30,30 @@ QString gzipPath(const QString &output)
     return PathString::withExtension(output, u"gz");
 }
 
-/// Why this process may not access a file in that way; empty if it may.
-QString accessError(const QString &path, int mode)
+/// `what` and why, if this process may not access the file in that way; else empty.
+QString accessError(const QString &what, const QString &path, int mode)
 {
     const bool isAllowed = ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
-    return isAllowed ? QString() : qt_error_string(errno);
+    return isAllowed ? QString() : u"%1: %2"_s.arg(what, qt_error_string(errno));
 }
 
 /// What will keep a compressor from its work; empty if nothing is in sight.
 QString findObstacle(const QString &source, const std::optional<QString> &output)
 {
     if (!output)
-        return QStringLiteral("the settings give no output path");
-    if (const QString error = accessError(source, R_OK); !error.isEmpty())
-        return QStringLiteral("the source cannot be read: %1").arg(error);
+        return u"the settings give no output path"_s;
+    if (QString error = accessError(u"the source cannot be read"_s, source, R_OK); !error.isEmpty())
+        return error;
     if (QFileInfo(source).isDir())
-        return QStringLiteral("the source is a folder");
+        return u"the source is a folder"_s;
     if (QFileInfo(*output).isDir())
-        return QStringLiteral("the output is a folder");
-    if (QFileInfo::exists(*output)) {
-        const QString error = accessError(*output, W_OK);
-        return error.isEmpty() ? error : QStringLiteral("the output cannot be written: %1").arg(error);
-    }
+        return u"the output is a folder"_s;
+    if (QFileInfo::exists(*output))
+        return accessError(u"the output cannot be written"_s, *output, W_OK);
     const QString folder = PathString::folder(*output).toString();
-    if (const QString error = accessError(folder + u'/', F_OK); !error.isEmpty())
-        return QStringLiteral("the folder of the output: %1").arg(error);
-    const QString error = accessError(folder, W_OK | X_OK);
-    return error.isEmpty() ? error
-                           : QStringLiteral("the folder of the output cannot be written: %1").arg(error);
+    if (QString error = accessError(u"the folder of the output"_s, folder + u'/', F_OK); !error.isEmpty())
+        return error;
+    return accessError(u"the folder of the output cannot be written"_s, folder, W_OK | X_OK);
 }
 
 /// Whether the disk of the output is full. A compressor may exit with 0 though its output did not fit.
@@ -69,6 +66,49 @@ bool isDiskFull(const QString &output)
     const bool takesMore =
         probe.isOpen() && FileBytes::writeAll(probe.number(), QByteArray(oneBlock, '\0'), 0);
     return !takesMore && (errno == ENOSPC || errno == EDQUOT);
+}
+
+/// How a comment begins and ends; empty for a language whose compressor never leaves nothing of a file.
+std::pair<QByteArrayView, QByteArrayView> commentOf(KindFamily family)
+{
+    switch (family) {
+    case KindFamily::StyleSheet:
+        return {"/*", "*/"};
+    case KindFamily::Script:
+        return {};
+    case KindFamily::Markup:
+        return {"<!--", "-->"};
+    }
+    Q_UNREACHABLE();
+}
+
+QString wordsFor(const EntryResult &result)
+{
+    using enum EntryResult::Outcome;
+    switch (result.outcome) {
+    case Done:
+        return {};
+    case CompressorFailed:
+        return result.obstacle.isEmpty() ? u"the compressor ended with status %1"_s.arg(result.status)
+                                         : result.obstacle;
+    case CompressorKilled:
+        return u"the compressor was ended by signal %1"_s.arg(result.status);
+    case NoOutput:
+        return result.obstacle.isEmpty() ? u"the compressor wrote no output"_s : result.obstacle;
+    case EmptyOutput:
+        return u"the compressor left an empty output"_s;
+    case NoGzipCopy:
+        return u"the gzip copy could not be made"_s;
+    case DiskFull:
+        return u"the disk is full"_s;
+    case NotWritten:
+        return u"the output could not be written to the disk"_s;
+    case NotSafe:
+        return u"not minified, as "_s + result.detail;
+    case Refused:
+        return u"not minified: "_s + result.detail;
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace
@@ -99,7 +139,7 @@ std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
 void EntryWatch::compressorEnded(const ChildExit &exit)
 {
     m_result.status = exit.code;
-    if (!exit.isSuccess()) {
+    if (exit.crashed || exit.code != 0) {
         m_result.outcome = exit.crashed ? Outcome::CompressorKilled : Outcome::CompressorFailed;
         return;
     }
@@ -140,50 +180,32 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     return m_result;
 }
 
-namespace {
-
-QString wordsFor(const EntryResult &result)
-{
-    using enum EntryResult::Outcome;
-    switch (result.outcome) {
-    case Done:
-        return {};
-    case CompressorFailed:
-        return result.obstacle.isEmpty()
-                   ? QStringLiteral("the compressor ended with status %1").arg(result.status)
-                   : result.obstacle;
-    case CompressorKilled:
-        return QStringLiteral("the compressor was ended by signal %1").arg(result.status);
-    case NoOutput:
-        return result.obstacle.isEmpty() ? QStringLiteral("the compressor wrote no output") : result.obstacle;
-    case EmptyOutput:
-        return QStringLiteral("the compressor left an empty output");
-    case NoGzipCopy:
-        return QStringLiteral("the gzip copy could not be made");
-    case DiskFull:
-        return QStringLiteral("the disk is full");
-    case NotWritten:
-        return QStringLiteral("the output could not be written to the disk");
-    case NotSafe:
-        return QStringLiteral("not minified, as %1").arg(result.detail);
-    case Refused:
-        return QStringLiteral("not minified: %1").arg(result.detail);
-    }
-    return {};
-}
-
-} // namespace
-
 QString EntryResult::reason() const
 {
     QString text = wordsFor(*this);
     if (text.isEmpty() || sourceState == Source::Safe)
         return text;
     if (sourceState == Source::Lost)
-        return text + QStringLiteral("; the source could not be put back (%1), the next start tries again")
-                          .arg(detail);
-    text += QStringLiteral("; the source was put back");
-    return kept.isEmpty() ? text : text + QStringLiteral(", and what was in it is kept as ") + kept;
+        return text + u"; the source could not be put back (%1), the next start tries again"_s.arg(detail);
+    text += "; the source was put back"_L1;
+    return kept.isEmpty() ? text : text + ", and what was in it is kept as "_L1 + kept;
+}
+
+bool isBlankSource(const QString &source)
+{
+    constexpr QByteArrayView htmlCondition("<!--["); // no comment to the compressor, which keeps it
+    const FileKind *const kind = kindOf(source);
+    const auto [opening, closing] =
+        kind ? commentOf(kind->family) : std::pair<QByteArrayView, QByteArrayView>();
+    const auto text = opening.isEmpty() ? std::nullopt : FileBytes::readAll(QFile::encodeName(source));
+    if (!text)
+        return false;
+    QByteArrayView rest = QByteArrayView(*text).trimmed();
+    while (rest.startsWith(opening) && !rest.startsWith(htmlCondition)) {
+        const qsizetype end = rest.indexOf(closing, opening.size());
+        rest = end < 0 ? QByteArrayView() : rest.sliced(end + closing.size()).trimmed();
+    }
+    return rest.isEmpty();
 }
 
 } // namespace brevant

@@ -54,6 +54,11 @@ struct EntryResult {
     [[nodiscard]] QString reason() const;
 };
 
+/// Whether a source holds nothing but comments and white space, as its kind has them, so that nothing is left
+/// of it when it is minified. Never so for JavaScript, of which the compressor makes an error, nor for what
+/// is no file or cannot be read.
+[[nodiscard]] bool isBlankSource(const QString &source);
+
 /// Finds out what becomes of one entry: made before its compressor starts, asked afterwards.
 class EntryWatch final {
 public:

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryRun.h"
 
-#include "engine/GzipCopy.h"
 #include "files/FileMarks.h"
 #include "files/PathString.h"
 #include "queue/FileQueue.h"
@@ -17,6 +16,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isSameFile(const QString &a, const QString &b)
@@ -27,9 +28,20 @@ bool isSameFile(const QString &a, const QString &b)
 
 } // namespace
 
+void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop)
+{
+    for (const GzipStep &step : gzipSteps(output)) {
+        if (stop == Stop::AtOnce)
+            return;
+        ChildProcess process(step.program, QString(), step.arguments);
+        process.launch();
+        static_cast<void>(process.waitUntilExit(stop));
+    }
+}
+
 EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                   CompressorOptions options, const std::atomic<Stop> &stop)
-    : m_queue(queue), m_settings(settings), m_tools(tools), m_options(std::move(options)), m_stop(stop),
+                   const CompressorCommand &command, const std::atomic<Stop> &stop)
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop),
       m_safetyCopy(tools.originals, stop)
 {
 }
@@ -75,38 +87,31 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
     using Clock = std::chrono::steady_clock;
-    using Outcome = EntryResult::Outcome;
     const auto &[entry, output, outputAtStart, refusal] = task;
-    if (!refusal.isEmpty())
-        return EntryWatch(entry, output).notRun(Outcome::Refused, refusal);
-    if (output && isDangerousPattern(entry, *output))
-        return EntryWatch(entry, output)
-            .notRun(Outcome::Refused, QStringLiteral("YUI Compressor takes its output path for a pattern, "
-                                                     "which may lead to any file"));
+    const QString danger =
+        output && isDangerousPattern(entry, *output)
+            ? u"YUI Compressor takes its output path for a pattern, which may lead to any file"_s
+            : QString();
+    if (const QString &reason = refusal.isEmpty() ? danger : refusal; !reason.isEmpty())
+        return EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, reason);
     const Clock::time_point start = Clock::now();
     const QString source = seenByCompressor(entry);
     const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
     const QString error = keepSafe(source, target, outputAtStart);
     EntryWatch watch(source, target);
     if (!error.isEmpty()) {
-        EntryResult result = watch.notRun(Outcome::NotSafe, error);
+        EntryResult result = watch.notRun(EntryResult::Outcome::NotSafe, error);
         m_safetyCopy.finish(result, false);
         return result;
     }
 
-    m_options.readSwitches(m_settings);
-    java = std::make_unique<ChildProcess>(m_tools.java, m_tools.folder,
-                                          compressorArguments(entry, output, m_options));
-    {
-        const SafetyCopy::Inheritance inheritance(m_safetyCopy);
-        if (!java->launch())
-            return std::nullopt;
-    }
+    java = std::make_unique<ChildProcess>(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
+    if (const auto inherited = m_safetyCopy.inherited(); !java->launch())
+        return std::nullopt;
     watch.compressorEnded(java->waitUntilExit(m_stop));
-
     const bool gzipWanted = m_settings.boolForKey(gzipCheckerKeyString);
     if (gzipWanted) {
-        const SafetyCopy::Inheritance inheritance(m_safetyCopy);
+        const auto inherited = m_safetyCopy.inherited();
         makeGzipCopy(output, m_stop);
     }
     EntryResult result =
@@ -118,10 +123,10 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 QString EntryRun::startFailure() const
 {
     if (!QFileInfo(m_tools.java).isExecutable())
-        return QStringLiteral("Java was not found at %1.").arg(m_tools.java);
+        return u"Java was not found at %1."_s.arg(m_tools.java);
     if (!QFileInfo(m_tools.folder).isDir())
-        return QStringLiteral("The compressors were not found in %1.").arg(m_tools.folder);
-    return QStringLiteral("Java could not be started: %1").arg(java->startFailure());
+        return u"The compressors were not found in %1."_s.arg(m_tools.folder);
+    return u"Java could not be started: %1"_s.arg(java->startFailure());
 }
 
 } // namespace brevant

@@ -27,13 +27,15 @@ struct EntryTask {
     QString refusal;                      ///< why it must not be run; empty if it may be
 };
 
+/// Runs the gzip steps one after the other, even if some fail; a stop at once ends the sequence.
+void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop);
+
 /// The work on one entry after another: safety copy, compressor, gzip copy.
 class EntryRun final {
 public:
-    /// `queue`: where the entries are from. `stop` must outlive this; a stop at once ends the child that
-    /// works on the entry.
+    /// `queue`: where the entries are from. A stop at once ends the child that works on the entry.
     EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-             CompressorOptions options, const std::atomic<Stop> &stop);
+             const CompressorCommand &command, const std::atomic<Stop> &stop);
 
     /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
     /// if the Java runtime could not be started.
@@ -52,7 +54,7 @@ private:
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
     const Tools m_tools;
-    CompressorOptions m_options;
+    const CompressorCommand &m_command;
     const std::atomic<Stop> &m_stop;
     SafetyCopy m_safetyCopy;
     QSet<QString> m_listed;             ///< marks of the files in the queue

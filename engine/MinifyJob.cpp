@@ -12,6 +12,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
                      RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal)
     : m_queue(queue), m_settings(settings), m_tools(tools), m_observer(observer), m_stop(stop),
@@ -21,27 +23,27 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 
 RunEnd MinifyJob::run(int jobs)
 {
-    const CompressorOptions options = CompressorOptions::atStartOfRun(m_settings);
+    const CompressorCommand command(m_settings);
     m_observer.runStarted();
     {
         std::vector<std::jthread> others;
         try {
             for (int i = 1; i < std::min(jobs, m_queue.count()); ++i)
-                others.emplace_back([this, &options] { work(options); });
+                others.emplace_back([this, &command] { work(command); });
         } catch (const std::system_error &) {
             // The threads that could be started do the work.
         }
-        work(options);
+        work(command);
     }
     if (m_end == RunEnd::Completed && m_stop == Stop::AtOnce)
         m_end = RunEnd::Stopped;
-    m_observer.runEnded(m_end, m_end == RunEnd::Completed ? QStringLiteral("Well done!") : m_startFailure);
+    m_observer.runEnded(m_end, m_end == RunEnd::Completed ? u"Well done!"_s : m_startFailure);
     return m_end;
 }
 
-void MinifyJob::work(const CompressorOptions &options)
+void MinifyJob::work(const CompressorCommand &command)
 {
-    EntryRun entryRun(m_queue, m_settings, m_tools, options, m_stop);
+    EntryRun entryRun(m_queue, m_settings, m_tools, command, m_stop);
     while (OpenEntry *const entry = takeNext()) {
         std::optional<EntryResult> result = entryRun.run(entry->task);
         const std::lock_guard lock(m_mutex);
@@ -83,8 +85,8 @@ void MinifyJob::tellObserver()
         OpenEntry &entry = m_open.front();
         if (!std::exchange(entry.isAnnounced, true)) {
             const int count = m_queue.count();
-            m_observer.entryStarted({m_told, count, entry.task.entry,
-                                     QStringLiteral("Minified %1 of %2 items.").arg(m_told + 1).arg(count)});
+            m_observer.entryStarted(
+                {m_told, count, entry.task.entry, u"Minified %1 of %2 items."_s.arg(m_told + 1).arg(count)});
         }
         if (!entry.hasEnded)
             return;

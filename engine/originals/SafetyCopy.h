@@ -8,6 +8,7 @@
 #include "files/Descriptor.h"
 #include "files/PrivateFolder.h"
 
+#include <QScopeGuard>
 #include <QString>
 #include <QStringList>
 
@@ -57,17 +58,13 @@ public:
     /// case the entry must not be worked on, or an empty text.
     [[nodiscard]] QString make(const QString &file, Danger danger);
 
-    /// While it lives, child processes are started so that they keep copy and turn if this process is killed.
-    class Inheritance final {
-    public:
-        explicit Inheritance(SafetyCopy &copy) : m_copy(copy) { copy.setInherited(true); }
-        ~Inheritance() { m_copy.setInherited(false); }
-        Inheritance(const Inheritance &) = delete;
-        Inheritance &operator=(const Inheritance &) = delete;
-
-    private:
-        SafetyCopy &m_copy;
-    };
+    /// While the result lives, child processes are started so that they keep copy and turn if this process is
+    /// killed.
+    [[nodiscard]] auto inherited()
+    {
+        setInherited(true);
+        return qScopeGuard([this] { setInherited(false); });
+    }
 
     /// To be called last for an entry: puts the file back if it is lost, and completes the result.
     void finish(EntryResult &result, bool gzipWanted);

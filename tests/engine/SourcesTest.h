@@ -42,7 +42,8 @@ protected:
     EntryResult run(const QString &source, const std::optional<QString> &output)
     {
         const FileQueue queue;
-        EntryRun entryRun(queue, *m_settings, m_tools, CompressorOptions::atStartOfRun(*m_settings), m_stop);
+        const CompressorCommand command(*m_settings);
+        EntryRun entryRun(queue, *m_settings, m_tools, command, m_stop);
         return entryRun.run({source, output, output, {}}).value_or(EntryResult());
     }
 

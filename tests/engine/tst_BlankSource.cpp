@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/BlankSource.h"
+#include "engine/EntryResult.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 

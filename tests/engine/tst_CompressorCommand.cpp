@@ -13,26 +13,38 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// "10?1": line break on, nomunge off, preserve-semi undecided, disable-optimizations on.
-CompressorOptions options(const char *switches, bool keepSpace = false)
-{
-    const auto state = [](char c) {
-        return c == '1' ? SwitchState::On : c == '0' ? SwitchState::Off : SwitchState::Undecided;
-    };
-    CompressorOptions result;
-    result.lineBreakColumn = u"500"_s;
-    result.encoding = u"utf-8"_s;
-    result.lineBreak = state(switches[0]);
-    result.nomunge = state(switches[1]);
-    result.preserveSemi = state(switches[2]);
-    result.disableOptimizations = state(switches[3]);
-    result.keepXMLSpace = keepSpace;
-    return result;
-}
+/// Settings in memory alone.
+class Settings final {
+public:
+    /// "10?1": line break on, nomunge off, preserve-semi undecided, disable-optimizations on.
+    explicit Settings(const QByteArray &switches = {}, bool keepsSpace = false)
+    {
+        constexpr QLatin1StringView keys[] = {lineBreakSwitcherKeyString, nomungeSwitcherKeyString,
+                                              preserveSemiSwitcherKeyString,
+                                              disableOptimizationsSwitcherKeyString};
+        set(500, lineBreakKeyString);
+        set(u"utf-8"_s, selectedEncodingKeyString);
+        set(keepsSpace, keepXMLSpaceCheckerKeyString);
+        for (qsizetype i = 0; i < switches.size(); ++i)
+            set(switches[i] == '?' ? QJsonValue(1) : QJsonValue(switches[i] == '1'), keys[i]);
+    }
+
+    void set(const QJsonValue &value, QLatin1StringView key) { m_store.setOverride(value, key); }
+    [[nodiscard]] const SettingsStore &store() const { return m_store; }
+
+private:
+    QTemporaryDir m_folder;
+    SettingsStore m_store{m_folder.filePath(u"settings.json"_s)};
+};
 
 QStringList words(const char *line)
 {
     return QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
+}
+
+QStringList lineFor(const QString &entry, const Settings &settings)
+{
+    return CompressorCommand(settings.store()).arguments(entry, u"/w/o"_s);
 }
 
 } // namespace
@@ -45,12 +57,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("output");
-        QTest::addColumn<CompressorOptions>("with");
+        QTest::addColumn<QByteArray>("switches");
+        QTest::addColumn<bool>("keepsSpace");
         QTest::addColumn<QStringList>("expected");
         const auto row = [](const char *entry, const char *output, const char *switches, bool keep,
                             const char *line) {
             QTest::addRow("%s L,N,S,D=%s K=%d", entry, switches, keep)
-                << QString::fromUtf8(entry) << QString::fromUtf8(output) << options(switches, keep)
+                << QString::fromUtf8(entry) << QString::fromUtf8(output) << QByteArray(switches) << keep
                 << words(line);
         };
         const auto css = [&](const char *switches, const char *line) {
@@ -121,9 +134,10 @@ private Q_SLOTS:
     {
         QFETCH(QString, entry);
         QFETCH(QString, output);
-        QFETCH(CompressorOptions, with);
-        QFETCH(QStringList, expected);
-        QCOMPARE(compressorArguments(entry, output, with), expected);
+        QFETCH(QByteArray, switches);
+        QFETCH(bool, keepsSpace);
+        const Settings settings(switches, keepsSpace);
+        QTEST(CompressorCommand(settings.store()).arguments(entry, output), "expected");
     }
 
     void absentValuesEndTheList_data()
@@ -157,23 +171,21 @@ private Q_SLOTS:
     {
         QFETCH(QString, entry);
         QFETCH(QString, absent);
-        CompressorOptions with = options("1000");
+        Settings settings("1000");
         std::optional<QString> output = u"/w/o"_s;
         if (absent == u"output")
             output.reset();
-        else if (absent == u"encoding")
-            with.encoding.reset();
-        else
-            with.lineBreakColumn.reset();
-        QTEST(compressorArguments(entry, output, with), "expected");
+        else // what is neither text nor number counts as not set
+            settings.set(true, absent == u"encoding" ? selectedEncodingKeyString : lineBreakKeyString);
+        QTEST(CompressorCommand(settings.store()).arguments(entry, output), "expected");
     }
 
     void textsArePassedAsTheyStand()
     {
-        CompressorOptions with = options("1000");
-        with.lineBreakColumn = u"eighty columns"_s;
-        with.encoding = QString();
-        QCOMPARE(compressorArguments(u"/w/a \"b\".css"_s, u"/o u t"_s, with),
+        Settings settings("1000");
+        settings.set(u"eighty columns"_s, lineBreakKeyString);
+        settings.set(QString(), selectedEncodingKeyString);
+        QCOMPARE(CompressorCommand(settings.store()).arguments(u"/w/a \"b\".css"_s, u"/o u t"_s),
                  QStringList({u"-jar"_s, u"yuicompressor-2.4.8.jar"_s, u"--line-break"_s, u"eighty columns"_s,
                               u"/w/a \"b\".css"_s, u"-o"_s, u"/o u t"_s, u"--charset"_s, QString()}));
     }
@@ -181,34 +193,40 @@ private Q_SLOTS:
     void switchesAreReadStrictly_data()
     {
         QTest::addColumn<QJsonValue>("stored");
-        QTest::addColumn<SwitchState>("strict");
+        QTest::addColumn<char>("strict");
         QTest::addColumn<bool>("flag");
-        QTest::newRow("true") << QJsonValue(true) << SwitchState::On << true;
-        QTest::newRow("false") << QJsonValue(false) << SwitchState::Off << false;
-        QTest::newRow("1") << QJsonValue(1) << SwitchState::Undecided << true;
-        QTest::newRow("0") << QJsonValue(0) << SwitchState::Undecided << false;
-        QTest::newRow("text") << QJsonValue(u"true"_s) << SwitchState::Undecided << true;
-        QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << SwitchState::Undecided << false;
+        QTest::newRow("true") << QJsonValue(true) << '1' << true;
+        QTest::newRow("false") << QJsonValue(false) << '0' << false;
+        QTest::newRow("1") << QJsonValue(1) << '?' << true;
+        QTest::newRow("0") << QJsonValue(0) << '?' << false;
+        QTest::newRow("text") << QJsonValue(u"true"_s) << '?' << true;
+        QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << '?' << false;
     }
 
     void switchesAreReadStrictly()
     {
         QFETCH(QJsonValue, stored);
-        QFETCH(SwitchState, strict);
+        QFETCH(char, strict);
         QFETCH(bool, flag);
-        const QTemporaryDir folder;
-        SettingsStore settings(folder.filePath(u"settings.json"_s));
-        if (!stored.isUndefined()) {
-            for (const SettingKey &setting : allSettingKeys)
-                settings.setOverride(stored, setting.key);
+        const QLatin1StringView keys[] = {lineBreakSwitcherKeyString, nomungeSwitcherKeyString,
+                                          preserveSemiSwitcherKeyString,
+                                          disableOptimizationsSwitcherKeyString};
+        for (int i = 0; i < 4; ++i) {
+            // One key holds what is stored, the others are off.
+            Settings settings;
+            for (int other = 0; other < 4; ++other)
+                settings.set(other == i ? stored : QJsonValue(false), keys[other]);
+            QByteArray same("0000");
+            same[i] = strict;
+            QCOMPARE(lineFor(u"/w/a.js"_s, settings), lineFor(u"/w/a.js"_s, Settings(same)));
+            QCOMPARE(lineFor(u"/w/a.js"_s, settings).isEmpty(), strict == '?');
         }
-        const CompressorOptions read = CompressorOptions::atStartOfRun(settings);
-        QCOMPARE(read.lineBreak, strict);
-        QCOMPARE(read.nomunge, strict);
-        QCOMPARE(read.preserveSemi, strict);
-        QCOMPARE(read.disableOptimizations, strict);
-        QCOMPARE(read.keepXMLSpace, flag);
-        QCOMPARE(read.encoding.has_value(), stored.isString() || stored.isDouble());
+        Settings settings("0000");
+        settings.set(stored, keepXMLSpaceCheckerKeyString);
+        QCOMPARE(lineFor(u"/w/a.html"_s, settings).contains(u"--preserve-intertag-spaces"_s), flag);
+        settings.set(stored, selectedEncodingKeyString);
+        QCOMPARE(lineFor(u"/w/a.html"_s, settings).contains(u"--type"_s),
+                 stored.isString() || stored.isDouble());
     }
 
     void everyOptionHasItsKey()
@@ -216,31 +234,36 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         SettingsStore settings(folder.filePath(u"settings.json"_s));
         settings.registerDefaults(registeredDefaults());
-        const std::pair<QLatin1StringView, SwitchState CompressorOptions::*> switches[] = {
-            {lineBreakSwitcherKeyString, &CompressorOptions::lineBreak},
-            {nomungeSwitcherKeyString, &CompressorOptions::nomunge},
-            {preserveSemiSwitcherKeyString, &CompressorOptions::preserveSemi},
-            {disableOptimizationsSwitcherKeyString, &CompressorOptions::disableOptimizations},
+        const std::pair<QLatin1StringView, QString> switches[] = {
+            {lineBreakSwitcherKeyString, u" --line-break 500"_s},
+            {nomungeSwitcherKeyString, u" --nomunge"_s},
+            {preserveSemiSwitcherKeyString, u" --preserve-semi"_s},
+            {disableOptimizationsSwitcherKeyString, u" --disable-optimizations"_s},
         };
-        CompressorOptions read = CompressorOptions::atStartOfRun(settings);
-        QCOMPARE(read.lineBreakColumn, u"500"_s);
-        QCOMPARE(read.encoding, u"utf-8"_s);
-        for (const auto &[key, member] : switches) {
-            QCOMPARE(read.*member, SwitchState::Off);
+        const CompressorCommand command(settings);
+        const auto line = [](const CompressorCommand &of) {
+            return of.arguments(u"/w/a.js"_s, u"/w/o"_s).join(u' ');
+        };
+        const QString plain = u"-jar yuicompressor-2.4.8.jar%1 /w/a.js -o /w/o --charset %2"_s;
+        QCOMPARE(line(command), plain.arg(QString(), u"utf-8"_s));
+        for (const auto &[key, argument] : switches) {
             settings.setOverride(true, key);
-            for (const auto &[otherKey, other] : switches) {
-                const CompressorOptions now = CompressorOptions::atStartOfRun(settings);
-                QCOMPARE(now.*other, key == otherKey ? SwitchState::On : SwitchState::Off);
-            }
+            QCOMPARE(line(command), plain.arg(argument, u"utf-8"_s));
             settings.setOverride(false, key);
+            QCOMPARE(line(command), plain.arg(QString(), u"utf-8"_s));
         }
+        settings.setOverride(true, lineBreakSwitcherKeyString);
         settings.setOverride(72, lineBreakKeyString);
         settings.setOverride(u"gbk"_s, selectedEncodingKeyString);
-        read.readSwitches(settings);
-        QCOMPARE(read.lineBreakColumn, u"500"_s); // read at the start of a run alone
-        read = CompressorOptions::atStartOfRun(settings);
-        QCOMPARE(read.lineBreakColumn, u"72"_s);
-        QCOMPARE(read.encoding, u"gbk"_s);
+        // Read at the start of a run alone.
+        QCOMPARE(line(command), plain.arg(u" --line-break 500"_s, u"utf-8"_s));
+        QCOMPARE(line(CompressorCommand(settings)), plain.arg(u" --line-break 72"_s, u"gbk"_s));
+    }
+
+    void argumentsEndAtTheFirstAbsentValue()
+    {
+        QCOMPARE(upToAbsent({u"-f"_s, QString(), u"-f"_s}), QStringList({u"-f"_s, QString(), u"-f"_s}));
+        QCOMPARE(upToAbsent({u"a"_s, std::nullopt, u"b"_s, u"c"_s}), QStringList({u"a"_s}));
     }
 
     void patterns_data()

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/GzipCopy.h"
+#include "engine/EntryRun.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 
