@@ -5,15 +5,13 @@
 #include "app/preview/PreviewLoader.h"
 #include "app/preview/PreviewPlace.h"
 #include "app/preview/PreviewText.h"
-#include "app/preview/ZoomWindow.h"
 #include "files/PathString.h"
+#include "ui_PreviewPanel.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
-#include <QLabel>
-#include <QScreen>
-#include <QStackedWidget>
-#include <QToolButton>
+#include <QCoreApplication>
+#include <QDir>
+#include <QPluginLoader>
 
 #include <algorithm>
 
@@ -24,26 +22,72 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr std::chrono::milliseconds patience{150};
-constexpr QSize firstSize{660, 480};
-constexpr QSize smallestSize{320, 200};
+
+/// A text as a child of `parent`; null if its module is missing.
+PreviewText *makeText(QWidget *parent)
+{
+    const QDir folder(QCoreApplication::applicationDirPath());
+    // A build folder, the tests in it, an installation.
+    for (const QString &place : {u"modules"_s, u"../modules"_s, QStringLiteral(BREVANT_INSTALLED_MODULES)}) {
+        QPluginLoader loader(folder.filePath(place + u"/brevant-preview.so"_s));
+        if (const auto *const maker = qobject_cast<PreviewTextMaker *>(loader.instance()))
+            return maker->make(parent);
+    }
+    return nullptr;
+}
+
+/// Where among the `count` items of `source` the one at `index` is now, or what has taken its place.
+int nearestIndex(const PreviewPanelDataSource &source, const QUrl &item, int index, int count)
+{
+    const auto isAt = [&](int place) { return source.previewPanelPreviewItemAtIndex(place) == item; };
+    if (index < 0)
+        return 0;
+    // It is most often where it was.
+    if (index < count && isAt(index))
+        return index;
+    for (int place = 0; place < count; ++place) {
+        if (isAt(place))
+            return place;
+    }
+    return std::min(index, count - 1);
+}
+
+/// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
+/// in the panel would start a run. Escape is the menu's: it closes the panel.
+bool isNoMenuKey(const QKeyEvent &event)
+{
+    constexpr Qt::KeyboardModifiers menuKeys = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    return event.key() != Qt::Key_Escape && !(event.modifiers() & menuKeys);
+}
 
 } // namespace
 
 PreviewPanel::PreviewPanel(std::function<QString()> encodingName, QWidget *parent)
-    : QWidget(parent, Qt::Tool), m_encodingName(std::move(encodingName)), m_loader(new PreviewLoader(this)),
+    : QWidget(parent, Qt::Tool), m_ui(std::make_unique<Ui::PreviewPanel>()),
+      m_encodingName(std::move(encodingName)), m_loader(new PreviewLoader(this)),
       m_zoom(new ZoomWindow(this)), m_patience(this)
 {
-    setObjectName(u"previewPanel"_s);
+    m_ui->setupUi(this);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setFocusPolicy(Qt::StrongFocus);
-    setMinimumSize(smallestSize);
+    m_ui->previewSentence->setBackgroundRole(QPalette::Base);
+    m_ui->previewSentence->setForegroundRole(QPalette::Text);
+    installEventFilter(this);
+    m_text = makeText(m_ui->pages);
+    if (m_text) {
+        m_text->focusProxy()->installEventFilter(this);
+        m_ui->pages->addWidget(m_text);
+    }
     m_patience.setObjectName(u"previewPatience"_s);
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
-    setUpContents();
-    connect(&m_patience, &QTimer::timeout, this, &PreviewPanel::showLoading);
+    connect(&m_patience, &QTimer::timeout, this,
+            [this] { showPage(m_item.path(QUrl::FullyDecoded), tr("Loading…")); });
     connect(m_loader, &PreviewLoader::loaded, this, &PreviewPanel::showContent);
     connect(m_zoom, &ZoomWindow::finished, this, &PreviewPanel::endZoom);
+    connect(m_ui->previewPrevious, &QToolButton::clicked, this,
+            [this] { setCurrentPreviewItemIndex(m_index - 1); });
+    connect(m_ui->previewNext, &QToolButton::clicked, this,
+            [this] { setCurrentPreviewItemIndex(m_index + 1); });
 }
 
 PreviewPanel::~PreviewPanel() = default;
@@ -64,11 +108,9 @@ void PreviewPanel::makeKeyAndOrderFront()
     showPage({}, {});
     reloadData();
     const QRect from = sourceFrame();
-    place(from);
-    if (!from.isEmpty() && ZoomWindow::isAllowed(*this))
-        m_zoom->zoom(grab(), from, restingPlace());
-    else
-        showNow();
+    placeOnScreen(*this, from);
+    if (!m_zoom->zoom(*this, from, restingPlace(*this)))
+        endZoom();
 }
 
 void PreviewPanel::orderOut()
@@ -78,59 +120,21 @@ void PreviewPanel::orderOut()
     m_open = false;
     m_patience.stop();
     m_loader->cancel();
-    if (const QRect to = sourceFrame(); !to.isEmpty() && ZoomWindow::isAllowed(*this))
-        m_zoom->zoom(grab(), restingPlace(), to);
-    else
-        m_zoom->hide();
+    if (!m_zoom->zoom(*this, restingPlace(*this), sourceFrame()))
+        endZoom();
     hide();
     Q_EMIT didClose();
 }
 
-void PreviewPanel::place(const QRect &row)
-{
-    const QWidget *const window = parentWidget() ? parentWidget()->window() : nullptr;
-    if (!m_placed) {
-        m_placed = true;
-        const QRect area = (window ? window : this)->screen()->availableGeometry();
-        const QRect beside = window && window->isVisible() ? window->frameGeometry() : area;
-        // The panel's own frame is not known before it has been shown, but is most likely its neighbour's.
-        const QSize edges = window ? window->frameGeometry().size() - window->size() : QSize(0, 0);
-        const QRect frame = previewPlace(beside, row, firstSize + edges, area);
-        resize(frame.size() - edges);
-        move(frame.topLeft());
-        return;
-    }
-    const QScreen *found = QGuiApplication::screenAt(frameGeometry().center());
-    const QRect area = (found ? found : screen())->availableGeometry();
-    const QRect frame = keptWithin(frameGeometry(), area);
-    if (frame != frameGeometry()) {
-        resize(size() - (frameGeometry().size() - frame.size()));
-        move(frame.topLeft());
-    }
-}
-
-/// Where the window without its frame is, or will be.
-QRect PreviewPanel::restingPlace() const
-{
-    if (frameGeometry() != geometry() || !parentWidget())
-        return geometry();
-    const QWidget *const neighbour = parentWidget()->window();
-    return geometry().translated(neighbour->geometry().topLeft() - neighbour->frameGeometry().topLeft());
-}
-
-void PreviewPanel::showNow()
-{
-    show();
-    activateWindow();
-}
-
+/// The picture of the opened panel goes when the panel itself has been painted.
 void PreviewPanel::endZoom()
 {
-    // The picture of the opened panel goes when the panel itself has been painted.
-    if (m_open)
-        showNow();
-    else
+    if (!m_open) {
         m_zoom->hide();
+        return;
+    }
+    show();
+    activateWindow();
 }
 
 void PreviewPanel::paintEvent(QPaintEvent *event)
@@ -149,23 +153,29 @@ void PreviewPanel::closeEvent(QCloseEvent *event)
     orderOut();
 }
 
+/// Hears the keys of the text and of the panel.
+bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        // Asked no further: the text has shortcuts of its own.
+        event->setAccepted(isNoMenuKey(*static_cast<QKeyEvent *>(event)));
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) {
+        // A key that the text did not want comes to the panel, but has been offered already.
+        const bool isNew = std::exchange(m_offered, watched == this ? nullptr : event) != event;
+        if ((isNew || watched != this) && m_delegate && m_delegate->previewPanelHandleEvent(event)) {
+            m_offered = nullptr;
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 int PreviewPanel::itemCount() const
 {
     return m_open && m_dataSource ? m_dataSource->numberOfPreviewItemsInPreviewPanel() : 0;
-}
-
-int PreviewPanel::nearestIndex(int count) const
-{
-    if (m_index < 0)
-        return 0;
-    // It is most often where it was.
-    if (m_index < count && m_dataSource->previewPanelPreviewItemAtIndex(m_index) == m_item)
-        return m_index;
-    for (int index = 0; index < count; ++index) {
-        if (m_dataSource->previewPanelPreviewItemAtIndex(index) == m_item)
-            return index;
-    }
-    return std::min(m_index, count - 1);
 }
 
 void PreviewPanel::reloadData()
@@ -173,7 +183,7 @@ void PreviewPanel::reloadData()
     if (!m_open)
         return;
     const int count = itemCount();
-    showItem(count > 0 ? nearestIndex(count) : -1, count);
+    showItem(count > 0 ? nearestIndex(*m_dataSource, m_item, m_index, count) : -1, count);
 }
 
 void PreviewPanel::setCurrentPreviewItemIndex(int index)
@@ -193,11 +203,12 @@ void PreviewPanel::showItem(int index, int count)
 {
     m_index = index;
     const bool isOneOfSeveral = count > 1;
-    m_counter->setText(isOneOfSeveral ? tr("%1 of %2").arg(index + 1).arg(count) : QString());
-    for (QWidget *widget : std::initializer_list<QWidget *>{m_counter, m_previous, m_next})
+    m_ui->previewCounter->setText(isOneOfSeveral ? tr("%1 of %2").arg(index + 1).arg(count) : QString());
+    for (QWidget *const widget :
+         std::initializer_list<QWidget *>{m_ui->previewCounter, m_ui->previewPrevious, m_ui->previewNext})
         widget->setVisible(isOneOfSeveral);
-    m_previous->setEnabled(index > 0);
-    m_next->setEnabled(index + 1 < count);
+    m_ui->previewPrevious->setEnabled(index > 0);
+    m_ui->previewNext->setEnabled(index + 1 < count);
     if (index == -1) {
         m_item.clear();
         m_loader->cancel();
@@ -227,46 +238,40 @@ void PreviewPanel::showContent(const PreviewContent &content)
     if (sentence.isEmpty()) {
         showHeader(content.path);
         m_text->setContent(content);
-        m_text->editor()->setAccessibleName(tr("Text of %1").arg(m_name->text()));
-        m_pages->setCurrentWidget(m_text->widget());
-        m_text->widget()->setFocus();
+        m_ui->pages->setCurrentWidget(m_text);
+        m_text->setFocus();
     } else {
         showPage(content.path, sentence);
     }
-    m_notice->setText(previewNotice(content));
-    m_notice->setVisible(!m_notice->text().isEmpty());
-    m_footer->setText(previewFooter(content));
+    m_ui->previewNotice->setText(previewNotice(content));
+    m_ui->previewNotice->setVisible(!m_ui->previewNotice->text().isEmpty());
+    m_ui->previewFooter->setText(previewFooter(content));
     if (m_zoom->isZooming() && m_open)
         m_zoom->setPicture(grab());
 }
 
 QString PreviewPanel::shownText() const
 {
-    return m_text && m_pages->currentWidget() == m_text->widget() ? m_text->shownText() : QString();
-}
-
-void PreviewPanel::showLoading()
-{
-    showPage(m_item.path(QUrl::FullyDecoded), tr("Loading…"));
+    return m_text && m_ui->pages->currentWidget() == m_text ? m_text->shownText() : QString();
 }
 
 void PreviewPanel::showPage(const QString &path, const QString &sentence)
 {
     showHeader(path);
-    m_sentence->setText(sentence);
-    m_pages->setCurrentWidget(m_sentence);
-    m_notice->hide();
-    m_notice->clear();
-    m_footer->clear();
+    m_ui->previewSentence->setText(sentence);
+    m_ui->pages->setCurrentWidget(m_ui->previewSentence);
+    m_ui->previewNotice->hide();
+    m_ui->previewNotice->clear();
+    m_ui->previewFooter->clear();
     setFocus();
 }
 
 void PreviewPanel::showHeader(const QString &path)
 {
     m_shownPath = path;
-    m_name->setText(PathString::lastComponent(path).toString());
-    m_folder->setText(PathString::folder(path).toString());
-    setWindowTitle(path.isEmpty() ? tr("Preview") : m_name->text());
+    m_ui->previewName->setText(PathString::lastComponent(path).toString());
+    m_ui->previewFolder->setText(PathString::folder(path).toString());
+    setWindowTitle(path.isEmpty() ? tr("Preview") : m_ui->previewName->text());
 }
 
 } // namespace brevant

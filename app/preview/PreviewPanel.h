@@ -7,11 +7,11 @@
 #include <QWidget>
 
 #include <functional>
-#include <vector>
+#include <memory>
 
-class QLabel;
-class QStackedWidget;
-class QToolButton;
+namespace Ui {
+class PreviewPanel;
+}
 
 namespace brevant {
 
@@ -41,11 +41,10 @@ public:
 };
 
 /// The quick-look panel: a light window over the others that shows the text of a file, one of several at a
-/// time.
+/// time. Its layout is resources/PreviewPanel.ui.
 ///
 /// Every key is the delegate's, unless it is a shortcut of the main window's menu with Ctrl or Alt, or
-/// Escape. Two buttons turn over to another item; a menu of the text copies and scrolls. Files are read on
-/// other threads.
+/// Escape. Two buttons turn over to another item. Files are read on other threads.
 class PreviewPanel final : public QWidget {
     Q_OBJECT
 
@@ -86,48 +85,28 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    [[nodiscard]] QWidget *makeHeader();
-    [[nodiscard]] QToolButton *makeTurnButton(Qt::ArrowType arrow, const QString &name, int step);
-    void setUpContents();
-    void place(const QRect &row);
-    [[nodiscard]] QRect restingPlace() const;
-    void showNow();
     void endZoom();
-
     [[nodiscard]] int itemCount() const;
-    [[nodiscard]] int nearestIndex(int count) const;
     [[nodiscard]] QRect sourceFrame() const;
     void showItem(int index, int count);
     void showContent(const PreviewContent &content);
-    void showLoading();
     void showPage(const QString &path, const QString &sentence);
     void showHeader(const QString &path);
-    void showTextMenu(QPoint point);
 
-    std::function<QString()> m_encodingName;
+    const std::unique_ptr<Ui::PreviewPanel> m_ui;
+    const std::function<QString()> m_encodingName;
     PreviewPanelDataSource *m_dataSource = nullptr;
     PreviewPanelDelegate *m_delegate = nullptr;
-    PreviewLoader *m_loader;
-    ZoomWindow *m_zoom;
-    QTimer m_patience; ///< after it the old content makes way for "Loading…"
+    PreviewLoader *const m_loader;
+    ZoomWindow *const m_zoom;
+    PreviewText *m_text = nullptr; ///< a child of the pages; null if its module is missing
+    QTimer m_patience;             ///< after it the old content makes way for "Loading…"
 
     bool m_open = false;
-    bool m_placed = false;
     int m_index = -1;
     QUrl m_item;
     QString m_shownPath;
     const QEvent *m_offered = nullptr; ///< the key that the delegate has left to the panel
-
-    QLabel *m_name;
-    QLabel *m_folder;
-    QLabel *m_counter;
-    QToolButton *m_previous;
-    QToolButton *m_next;
-    QStackedWidget *m_pages;
-    PreviewText *m_text; ///< a child of the pages; null if its module is missing
-    QLabel *m_sentence;
-    QLabel *m_notice;
-    QLabel *m_footer;
 };
 
 } // namespace brevant

@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QRect>
+#include <QPixmap>
+#include <QPropertyAnimation>
+#include <QWidget>
 
 namespace brevant {
-
-/// `frame`, no larger than `area` and within it.
-[[nodiscard]] QRect keptWithin(QRect frame, const QRect &area);
 
 /// Where on the screen the preview opens for the first time.
 ///
@@ -16,5 +15,36 @@ namespace brevant {
 /// in the middle of `area`, the usable part of the screen, if there is no room for that either. All
 /// with the frames of the window manager.
 [[nodiscard]] QRect previewPlace(const QRect &window, const QRect &row, const QSize &size, const QRect &area);
+
+/// Gives the panel its first place, or brings it back onto the screen from where it was left.
+void placeOnScreen(QWidget &panel, const QRect &row);
+
+/// Where the panel without its frame is, or will be.
+[[nodiscard]] QRect restingPlace(const QWidget &panel);
+
+/// The picture of a window on its way between two rectangles of the screen. Takes no input.
+class ZoomWindow final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ZoomWindow(QWidget *parent);
+
+    /// Starts a picture of `window` at `from`, or where a zoom that has not ended is now. It stays at `to`
+    /// when it has finished. False if it must not: a rectangle is empty, the platform lets no program place
+    /// its windows, or the user has asked for less motion.
+    [[nodiscard]] bool zoom(QWidget &window, const QRect &from, const QRect &to);
+    void setPicture(const QPixmap &picture);
+    [[nodiscard]] bool isZooming() const;
+
+Q_SIGNALS:
+    void finished();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QPropertyAnimation m_animation;
+    QPixmap m_picture;
+};
 
 } // namespace brevant

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
-#include <vector>
+#include <initializer_list>
+#include <string_view>
 
 namespace brevant {
 
@@ -35,84 +35,78 @@ constexpr std::array<Tint, 8> tints{{
     {0xFF7A4100, 0xFFEBCB7A},
 }};
 
-/// The styles of a lexer that stand for one role.
+/// The styles of one lexer that stand for one role.
 struct RoleRow {
+    std::string_view language; ///< of the lexer
     TextRole role;
-    std::vector<int> styles;
+    std::initializer_list<int> styles;
 };
 
-/// A style in no row is plain text.
-TextRole roleIn(std::span<const RoleRow> rows, int style)
-{
-    const auto row = std::ranges::find_if(rows, [style](const RoleRow &candidate) {
-        return std::ranges::find(candidate.styles, style) != candidate.styles.end();
-    });
-    return row == rows.end() ? TextRole::Plain : row->role;
-}
+constexpr std::string_view css("CSS");
+constexpr std::string_view javaScript("JavaScript");
+constexpr std::string_view html("HTML"); // with the PHP and the JavaScript within it
+
+constexpr RoleRow roleRows[]{
+    {css, TextRole::Comment, {Css::Comment}},
+    {css, TextRole::Keyword, {Css::Tag, Css::ClassSelector, Css::IDSelector, Css::Attribute}},
+    {css,
+     TextRole::Name,
+     {Css::CSS1Property, Css::CSS2Property, Css::CSS3Property, Css::ExtendedCSSProperty, Css::UnknownProperty,
+      Css::Variable}},
+    {css, TextRole::String, {Css::Value, Css::DoubleQuotedString, Css::SingleQuotedString}},
+    {css, TextRole::Special, {Css::AtRule, Css::MediaRule, Css::Important}},
+    {css,
+     TextRole::Number,
+     {Css::PseudoClass, Css::UnknownPseudoClass, Css::PseudoElement, Css::ExtendedPseudoClass,
+      Css::ExtendedPseudoElement}},
+    {css, TextRole::Punctuation, {Css::Operator}},
+    {javaScript,
+     TextRole::Comment,
+     {Cpp::Comment, Cpp::CommentLine, Cpp::CommentDoc, Cpp::CommentLineDoc, Cpp::CommentDocKeyword,
+      Cpp::CommentDocKeywordError, Cpp::TaskMarker}},
+    {javaScript, TextRole::Keyword, {Cpp::Keyword, Cpp::KeywordSet2}},
+    {javaScript, TextRole::Name, {Cpp::GlobalClass}},
+    {javaScript,
+     TextRole::String,
+     {Cpp::DoubleQuotedString, Cpp::SingleQuotedString, Cpp::UnclosedString, Cpp::RawString,
+      Cpp::TripleQuotedVerbatimString}},
+    {javaScript, TextRole::Number, {Cpp::Number}},
+    {javaScript, TextRole::Special, {Cpp::Regex, Cpp::EscapeSequence, Cpp::PreProcessor}},
+    {javaScript, TextRole::Punctuation, {Cpp::Operator}},
+    {html,
+     TextRole::Comment,
+     {Html::HTMLComment, Html::ASPXCComment, Html::SGMLComment, Html::JavaScriptComment,
+      Html::JavaScriptCommentLine, Html::JavaScriptCommentDoc, Html::PHPComment, Html::PHPCommentLine}},
+    {html,
+     TextRole::Keyword,
+     {Html::Tag, Html::UnknownTag, Html::XMLTagEnd, Html::Script, Html::JavaScriptKeyword, Html::PHPKeyword}},
+    {html,
+     TextRole::Name,
+     {Html::Attribute, Html::UnknownAttribute, Html::OtherInTag, Html::PHPVariable,
+      Html::PHPDoubleQuotedVariable}},
+    {html,
+     TextRole::String,
+     {Html::HTMLDoubleQuotedString, Html::HTMLSingleQuotedString, Html::HTMLValue,
+      Html::SGMLDoubleQuotedString, Html::SGMLSingleQuotedString, Html::JavaScriptDoubleQuotedString,
+      Html::JavaScriptSingleQuotedString, Html::JavaScriptUnclosedString, Html::PHPDoubleQuotedString,
+      Html::PHPSingleQuotedString}},
+    {html, TextRole::Number, {Html::HTMLNumber, Html::JavaScriptNumber, Html::PHPNumber}},
+    {html,
+     TextRole::Special,
+     {Html::Entity, Html::XMLStart, Html::XMLEnd, Html::PHPStart, Html::CDATA, Html::SGMLDefault,
+      Html::SGMLCommand, Html::SGMLParameter, Html::JavaScriptRegex}},
+    {html, TextRole::Punctuation, {Html::JavaScriptSymbol, Html::PHPOperator}},
+};
 
 } // namespace
 
-TextRole cssRole(int style)
+TextRole roleOf(const QsciLexer &lexer, int style)
 {
-    static const std::array rows{
-        RoleRow{TextRole::Comment, {Css::Comment}},
-        RoleRow{TextRole::Keyword, {Css::Tag, Css::ClassSelector, Css::IDSelector, Css::Attribute}},
-        RoleRow{TextRole::Name,
-                {Css::CSS1Property, Css::CSS2Property, Css::CSS3Property, Css::ExtendedCSSProperty,
-                 Css::UnknownProperty, Css::Variable}},
-        RoleRow{TextRole::String, {Css::Value, Css::DoubleQuotedString, Css::SingleQuotedString}},
-        RoleRow{TextRole::Special, {Css::AtRule, Css::MediaRule, Css::Important}},
-        RoleRow{TextRole::Number,
-                {Css::PseudoClass, Css::UnknownPseudoClass, Css::PseudoElement, Css::ExtendedPseudoClass,
-                 Css::ExtendedPseudoElement}},
-        RoleRow{TextRole::Punctuation, {Css::Operator}},
-    };
-    return roleIn(rows, style);
-}
-
-TextRole javaScriptRole(int style)
-{
-    static const std::array rows{
-        RoleRow{TextRole::Comment,
-                {Cpp::Comment, Cpp::CommentLine, Cpp::CommentDoc, Cpp::CommentLineDoc, Cpp::CommentDocKeyword,
-                 Cpp::CommentDocKeywordError, Cpp::TaskMarker}},
-        RoleRow{TextRole::Keyword, {Cpp::Keyword, Cpp::KeywordSet2}},
-        RoleRow{TextRole::Name, {Cpp::GlobalClass}},
-        RoleRow{TextRole::String,
-                {Cpp::DoubleQuotedString, Cpp::SingleQuotedString, Cpp::UnclosedString, Cpp::RawString,
-                 Cpp::TripleQuotedVerbatimString}},
-        RoleRow{TextRole::Number, {Cpp::Number}},
-        RoleRow{TextRole::Special, {Cpp::Regex, Cpp::EscapeSequence, Cpp::PreProcessor}},
-        RoleRow{TextRole::Punctuation, {Cpp::Operator}},
-    };
-    return roleIn(rows, style);
-}
-
-TextRole htmlRole(int style)
-{
-    static const std::array rows{
-        RoleRow{TextRole::Comment,
-                {Html::HTMLComment, Html::ASPXCComment, Html::SGMLComment, Html::JavaScriptComment,
-                 Html::JavaScriptCommentLine, Html::JavaScriptCommentDoc, Html::PHPComment,
-                 Html::PHPCommentLine}},
-        RoleRow{TextRole::Keyword,
-                {Html::Tag, Html::UnknownTag, Html::XMLTagEnd, Html::Script, Html::JavaScriptKeyword,
-                 Html::PHPKeyword}},
-        RoleRow{TextRole::Name,
-                {Html::Attribute, Html::UnknownAttribute, Html::OtherInTag, Html::PHPVariable,
-                 Html::PHPDoubleQuotedVariable}},
-        RoleRow{TextRole::String,
-                {Html::HTMLDoubleQuotedString, Html::HTMLSingleQuotedString, Html::HTMLValue,
-                 Html::SGMLDoubleQuotedString, Html::SGMLSingleQuotedString,
-                 Html::JavaScriptDoubleQuotedString, Html::JavaScriptSingleQuotedString,
-                 Html::JavaScriptUnclosedString, Html::PHPDoubleQuotedString, Html::PHPSingleQuotedString}},
-        RoleRow{TextRole::Number, {Html::HTMLNumber, Html::JavaScriptNumber, Html::PHPNumber}},
-        RoleRow{TextRole::Special,
-                {Html::Entity, Html::XMLStart, Html::XMLEnd, Html::PHPStart, Html::CDATA, Html::SGMLDefault,
-                 Html::SGMLCommand, Html::SGMLParameter, Html::JavaScriptRegex}},
-        RoleRow{TextRole::Punctuation, {Html::JavaScriptSymbol, Html::PHPOperator}},
-    };
-    return roleIn(rows, style);
+    const auto *const row = std::ranges::find_if(roleRows, [&](const RoleRow &candidate) {
+        return candidate.language == lexer.language() &&
+               std::ranges::find(candidate.styles, style) != candidate.styles.end();
+    });
+    return row == std::end(roleRows) ? TextRole::Plain : row->role;
 }
 
 PreviewTheme::PreviewTheme(const QPalette &palette)

@@ -5,15 +5,15 @@
 #include <QColor>
 #include <QPalette>
 
+class QsciLexer;
+
 namespace brevant {
 
 /// What a piece of source text is, for its colour.
 enum class TextRole { Plain, Comment, Keyword, Name, String, Number, Punctuation, Special };
 
-// What the styles of the editor's lexers stand for.
-[[nodiscard]] TextRole cssRole(int style);
-[[nodiscard]] TextRole javaScriptRole(int style);
-[[nodiscard]] TextRole htmlRole(int style); ///< PHP and JavaScript within it included
+/// What a style of the editor's lexer for CSS, JavaScript or HTML stands for; plain text if it is unknown.
+[[nodiscard]] TextRole roleOf(const QsciLexer &lexer, int style);
 
 /// The colours of source text on the ground of a palette.
 class PreviewTheme final {

@@ -5,12 +5,16 @@
 #include "app/preview/PreviewReader.h"
 #include "app/preview/PreviewTheme.h"
 #include "app/preview/QScintilla.h"
+#include "files/PathString.h"
 #include "queue/FileKind.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QMenu>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -20,6 +24,7 @@ namespace brevant {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using Sci = QsciScintilla;
 
 constexpr int styleCount = 128;
@@ -52,7 +57,7 @@ QByteArrayView withoutLastEnd(QByteArrayView text)
 QFont codeFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    for (const QString &family : {QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Menlo")}) {
+    for (const QString &family : {u"DejaVu Sans Mono"_s, u"Menlo"_s}) {
         if (QFontDatabase::hasFamily(family))
             font.setFamily(family); // the last one found
     }
@@ -142,7 +147,8 @@ void StyleSheets::colourSheet(QByteArrayView text, qsizetype begin, qsizetype en
             ++next;
         // What is not plain to the lexer of the page is PHP.
         if (pageStyle == QsciLexerHTML::Default) {
-            send(m_page, Sci::SCI_SETINDICATORCURRENT, firstIndicator + qsizetype(cssRole(style)));
+            const TextRole role = roleOf(*m_sheet->lexer(), style);
+            send(m_page, Sci::SCI_SETINDICATORCURRENT, firstIndicator + qsizetype(role));
             send(m_page, Sci::SCI_INDICATORFILLRANGE, at, next - at);
         }
         at = next;
@@ -150,7 +156,7 @@ void StyleSheets::colourSheet(QByteArrayView text, qsizetype begin, qsizetype en
 }
 
 SourceText::SourceText(QWidget *parent)
-    : QWidget(parent), m_editor(new QsciScintilla(this)), m_css(new QsciLexerCSS(this)),
+    : PreviewText(parent), m_editor(new QsciScintilla(this)), m_css(new QsciLexerCSS(this)),
       m_javaScript(new QsciLexerJavaScript(this)), m_html(new QsciLexerHTML(this)),
       m_styleSheets(std::make_unique<StyleSheets>(*m_editor))
 {
@@ -181,7 +187,10 @@ void SourceText::setUpEditor()
     send(*m_editor, Sci::SCI_SETPOSITIONCACHE, 16384);
     send(*m_editor, Sci::SCI_SETMARGINLEFT, 0, 4);
     send(*m_editor, Sci::SCI_SETLAYOUTCACHE, Sci::SC_CACHE_PAGE);
+    m_editor->setObjectName(u"previewText"_s);
     setFocusProxy(m_editor);
+    m_editor->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_editor, &QWidget::customContextMenuRequested, this, &SourceText::showMenu);
 }
 
 QsciLexer *SourceText::lexerFor(QStringView path) const
@@ -212,6 +221,7 @@ void SourceText::setContent(const PreviewContent &content)
     }
     std::ranges::sort(m_added);
     m_path = content.path;
+    m_editor->setAccessibleName(tr("Text of %1").arg(PathString::lastComponent(m_path)));
     m_editor->setReadOnly(false);
     send(*m_editor, Sci::SCI_CLEARALL);
     // Between the two texts, so that neither is coloured by the lexer of the other.
@@ -236,31 +246,26 @@ void SourceText::fitMargin()
         return;
     }
     const int digits = std::max(2, static_cast<int>(QString::number(m_editor->lines()).size()));
-    m_editor->setMarginWidth(0, QString(digits + 1, QLatin1Char('0')));
+    m_editor->setMarginWidth(0, QString(digits + 1, u'0'));
 }
 
 void SourceText::applyTheme()
 {
-    applyThemeTo(*m_css, cssRole);
-    applyThemeTo(*m_javaScript, javaScriptRole);
-    applyThemeTo(*m_html, htmlRole);
-    m_styleSheets->setTheme(PreviewTheme(palette()));
-    applyThemeToEditor();
-}
-
-void SourceText::applyThemeTo(QsciLexer &lexer, TextRole (*roleOf)(int)) const
-{
     const PreviewTheme theme(palette());
-    lexer.setDefaultColor(theme.color(TextRole::Plain));
-    lexer.setDefaultPaper(theme.paper());
-    lexer.setFont(codeFont(), -1);
-    lexer.setPaper(theme.paper(), -1);
-    for (int style = 0; style < styleCount; ++style) {
-        if (!lexer.description(style).isEmpty()) {
-            lexer.setColor(theme.color(roleOf(style)), style);
-            lexer.setEolFill(false, style);
+    for (QsciLexer *const lexer : {m_css, m_javaScript, m_html}) {
+        lexer->setDefaultColor(theme.color(TextRole::Plain));
+        lexer->setDefaultPaper(theme.paper());
+        lexer->setFont(codeFont(), -1);
+        lexer->setPaper(theme.paper(), -1);
+        for (int style = 0; style < styleCount; ++style) {
+            if (!lexer->description(style).isEmpty()) {
+                lexer->setColor(theme.color(roleOf(*lexer, style)), style);
+                lexer->setEolFill(false, style);
+            }
         }
     }
+    m_styleSheets->setTheme(theme);
+    applyThemeToEditor();
 }
 
 void SourceText::applyThemeToEditor()
@@ -304,9 +309,21 @@ QString SourceText::selectedText() const
     return QString::fromUtf8(text);
 }
 
-QWidget *SourceText::editor() const
+/// What other texts have keys for; here all keys are the list's.
+void SourceText::showMenu(QPoint point)
 {
-    return m_editor;
+    auto *const menu = new QMenu(this); // deletes itself
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QString selected = selectedText();
+    menu->addAction(tr("&Copy"), this, [selected] { QGuiApplication::clipboard()->setText(selected); })
+        ->setEnabled(!selected.isEmpty());
+    menu->addSeparator();
+    const auto scrolling = [this](QAbstractSlider::SliderAction action) {
+        return [this, action] { m_editor->verticalScrollBar()->triggerAction(action); };
+    };
+    menu->addAction(tr("Page &Up"), this, scrolling(QAbstractSlider::SliderPageStepSub));
+    menu->addAction(tr("Page &Down"), this, scrolling(QAbstractSlider::SliderPageStepAdd));
+    menu->popup(m_editor->mapToGlobal(point));
 }
 
 } // namespace brevant

@@ -5,7 +5,6 @@
 #include "app/preview/PreviewText.h"
 
 #include <QStringView>
-#include <QWidget>
 
 #include <memory>
 #include <vector>
@@ -16,21 +15,20 @@ class QsciScintilla;
 namespace brevant {
 
 class StyleSheets;
-enum class TextRole;
 
-/// Source text to read, in the colours of its kind.
-class SourceText final : public QWidget, public PreviewText {
+/// Source text to read, in the colours of its kind, with a menu that copies and scrolls.
+class SourceText final : public PreviewText {
     Q_OBJECT
 
 public:
     explicit SourceText(QWidget *parent);
     ~SourceText() override;
 
-    [[nodiscard]] QWidget *widget() override { return this; }
     void setContent(const PreviewContent &content) override;
     [[nodiscard]] QString shownText() const override;
-    [[nodiscard]] QString selectedText() const override;
-    [[nodiscard]] QWidget *editor() const override;
+
+    /// What is selected with the pointer, as it is in the file: without folds and marks.
+    [[nodiscard]] QString selectedText() const;
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -38,9 +36,9 @@ protected:
 private:
     void setUpEditor();
     void applyTheme();
-    void applyThemeTo(QsciLexer &lexer, TextRole (*roleOf)(int style)) const;
     void applyThemeToEditor();
     void fitMargin();
+    void showMenu(QPoint point);
     [[nodiscard]] QsciLexer *lexerFor(QStringView path) const;
 
     QsciScintilla *m_editor;

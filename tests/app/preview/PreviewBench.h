@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/preview/PreviewPanel.h"
-#include "app/preview/ZoomWindow.h"
+#include "app/preview/PreviewPlace.h"
 #include "tests/app/preview/PreviewFiles.h"
 
 #include <QApplication>

@@ -75,7 +75,7 @@ private Q_SLOTS:
         text.setPalette(palette);
         for (const char *path : {"a.css", "a.js", "a.html"}) {
             text.setContent(contentOf(QString::fromLatin1(path), "a"));
-            QsciLexer *const lexer = qobject_cast<QsciScintilla *>(text.editor())->lexer();
+            QsciLexer *const lexer = qobject_cast<QsciScintilla *>(text.focusProxy())->lexer();
             for (int style = 0; style < 128; ++style) {
                 if (lexer->description(style).isEmpty())
                     continue;
@@ -119,7 +119,7 @@ private Q_SLOTS:
         SourceText widget(nullptr);
         widget.setContent(contentOf(u"before.js"_s, "before"));
         widget.setContent(contentOf(path, text));
-        auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(widget.focusProxy());
         QCOMPARE(QByteArray(editor->lexer()->language()), language);
         QCOMPARE(widget.shownText(), QString::fromUtf8(text));
         editor->SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
@@ -129,7 +129,7 @@ private Q_SLOTS:
     void styleSheetsWithinAPage()
     {
         SourceText widget(nullptr);
-        auto *const editor = qobject_cast<QsciScintilla *>(widget.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(widget.focusProxy());
         const QByteArray text(
             "<p>a{b:c}</p><!-- <style>a{} --><stylesheet>a{}</stylesheet><Style media=\"x\">/*k*/"
             "a{color:red}<?php $x ?></STYLE><p>d{}</p><style>@media x{}");
@@ -162,7 +162,7 @@ private Q_SLOTS:
     {
         SourceText text(nullptr);
         text.setContent(contentOf(u"a.css"_s, "a{}"));
-        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(text.focusProxy());
         for (const QRgb base : {0xFF1E1E1E, 0xFFFFFFFF}) {
             text.setPalette(paletteOf(base, base ^ 0xFFFFFF));
             QCOMPARE(editor->lexer()->paper(QsciLexerCSS::Value), QColor(base));
@@ -176,15 +176,15 @@ private Q_SLOTS:
     {
         SourceText text(nullptr);
         text.setContent(contentOf(u"a.css"_s, "a{}"));
-        QTest::keyClicks(text.editor(), u"xyz"_s);
-        QTest::keyClick(text.editor(), Qt::Key_Delete);
+        QTest::keyClicks(text.focusProxy(), u"xyz"_s);
+        QTest::keyClick(text.focusProxy(), Qt::Key_Delete);
         QCOMPARE(text.shownText(), u"a{}"_s);
     }
 
     void numbersOnlyRealLines()
     {
         SourceText text(nullptr);
-        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(text.focusProxy());
         text.setContent(contentOf(u"a.css"_s, "a\nb"));
         QVERIFY(editor->marginWidth(0) > 0);
         PreviewContent folded = contentOf(u"b.css"_s, "a\nb");
@@ -210,7 +210,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, text);
         SourceText widget(nullptr);
         widget.setContent(contentOf(u"a.css"_s, text));
-        QTEST(qobject_cast<QsciScintilla *>(widget.editor())->lines(), "lines");
+        QTEST(qobject_cast<QsciScintilla *>(widget.focusProxy())->lines(), "lines");
     }
 
     void selectionWithoutFolds()
@@ -219,7 +219,7 @@ private Q_SLOTS:
         PreviewContent content = contentOf(u"a.css"_s, "abc\ndéf\ng\nh");
         content.folds = {3, 8};
         text.setContent(content);
-        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(text.focusProxy());
         QCOMPARE(text.selectedText(), QString());
         editor->selectAll();
         QCOMPARE(text.selectedText(), u"abcdéfg\nh"_s);
@@ -268,7 +268,7 @@ private Q_SLOTS:
         text.resize(900, 200);
         text.setContent(*content);
         text.grab(); // lays it out
-        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(text.focusProxy());
         const auto xOf = [&](qsizetype position) {
             return int(editor->SendScintilla(QsciScintilla::SCI_POINTXFROMPOSITION, 0UL, long(position)));
         };
@@ -291,7 +291,7 @@ private Q_SLOTS:
         text.resize(300, 100);
         const PreviewContent content = contentOf(u"a.css"_s, QByteArray("a{}\n").repeated(200));
         text.setContent(content);
-        auto *const editor = qobject_cast<QsciScintilla *>(text.editor());
+        auto *const editor = qobject_cast<QsciScintilla *>(text.focusProxy());
         editor->setFirstVisibleLine(90);
         text.setContent(content);
         QCOMPARE(editor->firstVisibleLine(), 90);
