@@ -7,7 +7,7 @@
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
-#include "widgets/WarningSheet.h"
+#include "widgets/Dialogs.h"
 
 #include <cstdio>
 

@@ -3,7 +3,7 @@
 #include "app/SavePanel.h"
 
 #include "files/PathString.h"
-#include "widgets/FilePanel.h"
+#include "widgets/Dialogs.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>

@@ -17,10 +17,8 @@ BackgroundDrag::BackgroundDrag(QWidget *widget, std::function<bool(QPoint)> isBa
     widget->installEventFilter(this);
 }
 
-bool BackgroundDrag::eventFilter(QObject *watched, QEvent *event)
+bool BackgroundDrag::eventFilter(QObject *, QEvent *event)
 {
-    if (watched != m_widget)
-        return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
         return press(static_cast<const QMouseEvent &>(*event));
@@ -51,18 +49,14 @@ bool BackgroundDrag::press(const QMouseEvent &event)
 bool BackgroundDrag::move(QPoint pointer)
 {
     if (m_state == State::Pressed &&
-        (pointer - m_pressedAt).manhattanLength() >= QApplication::startDragDistance())
-        m_state = startSystemMove() ? State::MovedBySystem : State::MovedByUs;
+        (pointer - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+        // The window manager moves the window, with its snapping and edges, wherever it can.
+        QWindow *const window = m_widget->window()->windowHandle();
+        m_state = window && window->startSystemMove() ? State::MovedBySystem : State::MovedByUs;
+    }
     if (m_state == State::MovedByUs)
         m_widget->window()->move(pointer - m_grip);
     return m_state != State::Idle;
-}
-
-/// The window manager moves the window, with its snapping and edges, wherever it can.
-bool BackgroundDrag::startSystemMove() const
-{
-    QWindow *const window = m_widget->window()->windowHandle();
-    return window && window->startSystemMove();
 }
 
 bool BackgroundDrag::release(const QMouseEvent &event)

@@ -33,7 +33,6 @@ private:
     bool press(const QMouseEvent &event);
     bool move(QPoint pointer);
     bool release(const QMouseEvent &event);
-    [[nodiscard]] bool startSystemMove() const;
 
     QWidget *const m_widget;
     const std::function<bool(QPoint)> m_isBackground;

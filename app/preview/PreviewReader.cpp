@@ -5,7 +5,7 @@
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
 #include "settings/Encodings.h"
-#include "widgets/SizeText.h"
+#include "widgets/Dialogs.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -4,7 +4,7 @@
 
 #include "files/PathString.h"
 #include "queue/FileKind.h"
-#include "widgets/FilePanel.h"
+#include "widgets/Dialogs.h"
 
 #include <QAction>
 #include <QDialogButtonBox>

@@ -7,8 +7,7 @@
 #include "settings/SettingsStore.h"
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
-#include "widgets/FilePanel.h"
-#include "widgets/WarningSheet.h"
+#include "widgets/Dialogs.h"
 
 #include <QApplication>
 #include <QButtonGroup>

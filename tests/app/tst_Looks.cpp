@@ -5,7 +5,7 @@
 #include "app/preview/PreviewPanel.h"
 #include "tests/TestClass.h"
 #include "widgets/Contrast.h"
-#include "widgets/Hairline.h"
+#include "widgets/Lines.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/TestClass.h"
 #include "widgets/Contrast.h"
-#include "widgets/Hairline.h"
+#include "widgets/Lines.h"
 
 #include <QTest>
 

@@ -4,9 +4,17 @@
 
 #include <QString>
 
+class QFileDialog;
 class QWidget;
 
 namespace brevant {
+
+/// The size of a file in words: "1 byte", "12.3 kB", "1 MB". A kB has 1000 bytes.
+[[nodiscard]] QString sizeText(qint64 bytes);
+
+/// Makes Qt's own file panel wide enough for its columns in any font, and shows sizes as sizeText() has them.
+/// Does nothing to a panel of the desktop. Call it before connecting to the selection of the panel's list.
+void setUpFilePanel(QFileDialog &panel);
 
 /// Shows a warning on `window`, which it blocks: a headline, a text below it, one button. Returns
 /// at once; nothing happens when the user closes it.

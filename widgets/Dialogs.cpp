@@ -1,17 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "widgets/FilePanel.h"
-
-#include "widgets/SizeText.h"
+#include "widgets/Dialogs.h"
 
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QIdentityProxyModel>
+#include <QLabel>
+#include <QLocale>
+#include <QMessageBox>
 #include <QScreen>
 #include <QTreeView>
 
 namespace brevant {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,9 +41,22 @@ public:
 
 } // namespace
 
+QString sizeText(qint64 bytes)
+{
+    constexpr qint64 kilo = 1000;
+    if (bytes == 1)
+        return QCoreApplication::translate("Size", "1 byte");
+    if (bytes < kilo)
+        return QCoreApplication::translate("Size", "%1 bytes").arg(bytes);
+    // Whole numbers have no fraction: "1 MB".
+    const qint64 unit = bytes < kilo * kilo ? kilo : kilo * kilo;
+    const int digits = bytes % unit == 0 ? 0 : 1;
+    return QLocale().formattedDataSize(bytes, digits, QLocale::DataSizeSIFormat);
+}
+
 void setUpFilePanel(QFileDialog &panel)
 {
-    auto *const files = panel.findChild<QTreeView *>(QStringLiteral("treeView"));
+    auto *const files = panel.findChild<QTreeView *>(u"treeView"_s);
     if (!files)
         return;
     panel.setProxyModel(new FilesWithSizes(&panel)); // a child of the panel
@@ -51,6 +67,26 @@ void setUpFilePanel(QFileDialog &panel)
     panel.resize(QSize(letters * metrics.averageCharWidth(), lines * metrics.lineSpacing())
                      .expandedTo(panel.sizeHint())
                      .boundedTo(panel.screen()->availableSize()));
+}
+
+void showWarningSheet(QWidget *window, const QString &message, const QString &informativeText,
+                      const QString &button)
+{
+    auto *const sheet = new QMessageBox(window); // deletes itself when it is closed
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->setWindowModality(Qt::WindowModal);
+    sheet->setWindowTitle(window->windowTitle());
+    sheet->setIcon(QMessageBox::Warning);
+    sheet->setTextFormat(Qt::PlainText);
+    sheet->setText(message);
+    sheet->setInformativeText(informativeText);
+    sheet->addButton(button, QMessageBox::AcceptRole);
+    if (auto *const headline = sheet->findChild<QLabel *>(u"qt_msgbox_label"_s)) {
+        QFont bold = headline->font();
+        bold.setBold(true);
+        headline->setFont(bold);
+    }
+    sheet->open();
 }
 
 } // namespace brevant

@@ -1,11 +1,26 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "widgets/ElidedLabel.h"
+#include "widgets/Lines.h"
+
+#include "widgets/Contrast.h"
 
 #include <QPainter>
 #include <QStyle>
 
 namespace brevant {
+
+Hairline::Hairline(QWidget *parent) : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void Hairline::paintEvent(QPaintEvent *)
+{
+    constexpr double faint = 0.15;
+    const QColor colour = mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText),
+                                isHighContrast(palette()) ? 1 : faint);
+    QPainter(this).fillRect(0, height() / 2, width(), 1, colour);
+}
 
 ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent)
 {
