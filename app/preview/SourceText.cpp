@@ -81,79 +81,71 @@ qsizetype find(QByteArrayView text, QByteArrayView word, qsizetype from)
 /// Colours the style sheets within a page as CSS, which the lexer of the page takes for plain text.
 class StyleSheets final {
 public:
-    explicit StyleSheets(Sci &page);
+    explicit StyleSheets(Sci &page) : m_page(page)
+    {
+        for (int role = 0; role < roleCount; ++role)
+            send(m_page, Sci::SCI_INDICSETSTYLE, firstIndicator + role, Sci::INDIC_TEXTFORE);
+    }
+
+    void setTheme(const PreviewTheme &theme)
+    {
+        for (int role = 0; role < roleCount; ++role)
+            m_page.SendScintilla(Sci::SCI_INDICSETFORE, static_cast<unsigned long>(firstIndicator + role),
+                                 theme.color(TextRole(role)));
+    }
 
     /// `text` is what the editor shows now.
-    void colour(QByteArrayView text);
-
-    void setTheme(const PreviewTheme &theme);
+    void colour(QByteArrayView text)
+    {
+        constexpr QByteArrayView tag("<style");
+        qsizetype begin = find(text, tag, 0);
+        if (begin == text.size())
+            return;
+        send(m_page, Sci::SCI_COLOURISE, 0, -1);
+        while (begin < text.size()) {
+            qsizetype end = begin + 1;
+            // Not one in a comment or in a script, nor a tag with a longer name.
+            if (styleAt(m_page, begin) == QsciLexerHTML::Tag &&
+                styleAt(m_page, begin + tag.size() - 1) == QsciLexerHTML::Tag) {
+                const qsizetype sheet = std::min(find(text, ">", begin) + 1, text.size());
+                end = find(text, "</style", sheet);
+                colourSheet(text, sheet, end);
+            }
+            begin = find(text, tag, end);
+        }
+    }
 
 private:
-    void colourSheet(QByteArrayView text, qsizetype begin, qsizetype end);
+    void colourSheet(QByteArrayView text, qsizetype begin, qsizetype end)
+    {
+        if (!m_sheet) {
+            m_sheet = std::make_unique<QsciScintilla>();
+            m_sheet->setUtf8(true);
+            m_sheet->setLexer(new QsciLexerCSS(m_sheet.get())); // a child of the sheet
+        }
+        send(*m_sheet, Sci::SCI_CLEARALL);
+        append(*m_sheet, text.sliced(begin, end - begin));
+        send(*m_sheet, Sci::SCI_COLOURISE, 0, -1);
+        for (qsizetype at = begin; at < end;) {
+            const int style = styleAt(*m_sheet, at - begin);
+            const int pageStyle = styleAt(m_page, at);
+            qsizetype next = at + 1;
+            while (next < end && styleAt(*m_sheet, next - begin) == style &&
+                   styleAt(m_page, next) == pageStyle)
+                ++next;
+            // What is not plain to the lexer of the page is PHP.
+            if (pageStyle == QsciLexerHTML::Default) {
+                const TextRole role = roleOf(*m_sheet->lexer(), style);
+                send(m_page, Sci::SCI_SETINDICATORCURRENT, firstIndicator + qsizetype(role));
+                send(m_page, Sci::SCI_INDICATORFILLRANGE, at, next - at);
+            }
+            at = next;
+        }
+    }
 
     Sci &m_page;
     std::unique_ptr<Sci> m_sheet; ///< never shown, only asked for styles; null until there is a sheet
 };
-
-StyleSheets::StyleSheets(Sci &page) : m_page(page)
-{
-    for (int role = 0; role < roleCount; ++role)
-        send(m_page, Sci::SCI_INDICSETSTYLE, firstIndicator + role, Sci::INDIC_TEXTFORE);
-}
-
-void StyleSheets::setTheme(const PreviewTheme &theme)
-{
-    for (int role = 0; role < roleCount; ++role)
-        m_page.SendScintilla(Sci::SCI_INDICSETFORE, static_cast<unsigned long>(firstIndicator + role),
-                             theme.color(TextRole(role)));
-}
-
-void StyleSheets::colour(QByteArrayView text)
-{
-    constexpr QByteArrayView tag("<style");
-    qsizetype begin = find(text, tag, 0);
-    if (begin == text.size())
-        return;
-    send(m_page, Sci::SCI_COLOURISE, 0, -1);
-    while (begin < text.size()) {
-        const qsizetype sheet = std::min(find(text, ">", begin) + 1, text.size());
-        // Not one in a comment or in a script, nor a tag with a longer name.
-        if (styleAt(m_page, begin) != QsciLexerHTML::Tag ||
-            styleAt(m_page, begin + tag.size() - 1) != QsciLexerHTML::Tag) {
-            begin = find(text, tag, begin + 1);
-            continue;
-        }
-        const qsizetype end = find(text, "</style", sheet);
-        colourSheet(text, sheet, end);
-        begin = find(text, tag, end);
-    }
-}
-
-void StyleSheets::colourSheet(QByteArrayView text, qsizetype begin, qsizetype end)
-{
-    if (!m_sheet) {
-        m_sheet = std::make_unique<QsciScintilla>();
-        m_sheet->setUtf8(true);
-        m_sheet->setLexer(new QsciLexerCSS(m_sheet.get())); // a child of the sheet
-    }
-    send(*m_sheet, Sci::SCI_CLEARALL);
-    append(*m_sheet, text.sliced(begin, end - begin));
-    send(*m_sheet, Sci::SCI_COLOURISE, 0, -1);
-    for (qsizetype at = begin; at < end;) {
-        const int style = styleAt(*m_sheet, at - begin);
-        const int pageStyle = styleAt(m_page, at);
-        qsizetype next = at + 1;
-        while (next < end && styleAt(*m_sheet, next - begin) == style && styleAt(m_page, next) == pageStyle)
-            ++next;
-        // What is not plain to the lexer of the page is PHP.
-        if (pageStyle == QsciLexerHTML::Default) {
-            const TextRole role = roleOf(*m_sheet->lexer(), style);
-            send(m_page, Sci::SCI_SETINDICATORCURRENT, firstIndicator + qsizetype(role));
-            send(m_page, Sci::SCI_INDICATORFILLRANGE, at, next - at);
-        }
-        at = next;
-    }
-}
 
 SourceText::SourceText(QWidget *parent)
     : PreviewText(parent), m_editor(new QsciScintilla(this)), m_css(new QsciLexerCSS(this)),
