@@ -26,6 +26,11 @@ bool isDark(const QPalette &palette)
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
+QString secondLine()
+{
+    return BVImageView::tr("or folders here, or double-click to choose them");
+}
+
 } // namespace
 
 QString dropHint(const SettingsStore &settings)
@@ -45,12 +50,11 @@ BVImageView::~BVImageView() = default;
 
 void BVImageView::setImageNamed(const QString &name)
 {
-    constexpr QLatin1StringView ending(".png");
-    const QString plain = name.endsWith(ending) ? name.chopped(ending.size()) : name;
+    const QString plain = name.endsWith(".png"_L1) ? name.chopped(4) : name;
     if (plain == m_imageName)
         return;
     m_imageName = plain;
-    forget();
+    m_image.reset();
     update();
 }
 
@@ -64,18 +68,14 @@ void BVImageView::setWords(const QString &words)
     update();
 }
 
-QString BVImageView::secondLine()
-{
-    return tr("or folders here, or double-click to choose them");
-}
-
 // Read when it is first needed.
 QSvgRenderer &BVImageView::image() const
 {
     if (m_image)
         return *m_image;
-    const QString path = QStringLiteral(":/%1.svg").arg(m_imageName);
-    const QString darkPath = QStringLiteral(":/%1-dark.svg").arg(m_imageName);
+    const QString path = u":/%1.svg"_s.arg(m_imageName);
+    const QString darkPath = u":/%1-dark.svg"_s.arg(m_imageName);
+    m_drawn = QPixmap();
     m_image = std::make_unique<QSvgRenderer>();
     if (QFile::exists(path))
         m_image->load(isDark(palette()) && QFile::exists(darkPath) ? darkPath : path);
@@ -143,12 +143,6 @@ void BVImageView::drawLine(QPainter &painter, const QString &text, int pixels, i
     painter.restore();
 }
 
-void BVImageView::forget()
-{
-    m_image.reset();
-    m_drawn = QPixmap();
-}
-
 void BVImageView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
@@ -162,7 +156,7 @@ void BVImageView::showEvent(QShowEvent *event)
 void BVImageView::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        forget();
+        m_image.reset();
     QWidget::changeEvent(event);
 }
 

@@ -50,11 +50,9 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QSvgRenderer &image() const;
+    [[nodiscard]] QSvgRenderer &image() const;
     const QPixmap &drawn(QSizeF size, qreal scale) const;
     void drawLine(QPainter &painter, const QString &text, int pixels, int baseline) const;
-    void forget();
-    [[nodiscard]] static QString secondLine();
 
     QString m_imageName;
     QString m_words;

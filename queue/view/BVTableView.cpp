@@ -3,7 +3,6 @@
 #include "queue/view/BVTableView.h"
 
 #include "queue/FileQueue.h"
-#include "queue/view/BVImageView.h"
 #include "queue/view/ImageTextCell.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Contrast.h"
@@ -54,6 +53,12 @@ BVTableView::BVTableView(QWidget *parent) : QTableView(parent)
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
     setBackgroundColor(std::nullopt);
+    letWindowBeDragged();
+}
+
+/// By what is not a row.
+void BVTableView::letWindowBeDragged()
+{
     auto *const drag = new BackgroundDrag(viewport(), [this](QPoint at) {
         return mouseDownCanMoveWindow() && rowAt(at.y()) == -1;
     }); // owned by the viewport
@@ -61,16 +66,6 @@ BVTableView::BVTableView(QWidget *parent) : QTableView(parent)
         if (!(modifiers & (Qt::ShiftModifier | Qt::ControlModifier)))
             deselectAll();
     });
-}
-
-void BVTableView::setDropView(BVImageView *dropView)
-{
-    DropView = dropView;
-}
-
-BVImageView *BVTableView::dropView() const
-{
-    return DropView;
 }
 
 void BVTableView::setBackgroundColor(const std::optional<QColor> &color)

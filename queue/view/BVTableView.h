@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "queue/view/BVImageView.h"
+
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
@@ -11,8 +13,6 @@
 #include <vector>
 
 namespace brevant {
-
-class BVImageView;
 
 /// What becomes of drags over the file table. Implemented by the controller; the table asks it about drags of
 /// file names only, refuses all others by itself, and takes every drop as a whole, between no two rows.
@@ -38,8 +38,8 @@ public:
     explicit BVTableView(QWidget *parent = nullptr);
 
     /// The picture behind the table.
-    void setDropView(BVImageView *dropView);
-    [[nodiscard]] BVImageView *dropView() const;
+    void setDropView(BVImageView *dropView) { DropView = dropView; }
+    [[nodiscard]] BVImageView *dropView() const { return DropView; }
 
     /// Who is asked about drags and drops; none are taken without one. Must outlive the table.
     void setDropTarget(DropTarget *target) { m_dropTarget = target; }
@@ -94,7 +94,7 @@ Q_SIGNALS:
 
 protected:
     void draggingExited(QDragLeaveEvent *event);
-    void concludeDragOperation();
+    void concludeDragOperation() { setDragIsOver(false); }
 
     QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
     void reset() override;
@@ -105,8 +105,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override { validateDrag(event); }
+    void dragLeaveEvent(QDragLeaveEvent *event) override { draggingExited(event); }
     void dropEvent(QDropEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -117,6 +117,7 @@ private:
     [[nodiscard]] const std::vector<int> &selectedRows() const;
     void selectRows(const std::vector<int> &rows, bool byExtendingSelection);
     void setCurrentRow(int row);
+    void letWindowBeDragged();
     void moveByKey(QKeyEvent *event);
     void paintRows(QPainter &painter, const QRect &clipRect);
     void paintRing(QPainter &painter) const;

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/PathString.h"
-#include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 
 #include <QApplication>
@@ -11,6 +10,8 @@
 #include <QUrl>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -26,25 +27,10 @@ bool holdsFileNames(const QMimeData &drop)
 /// Whether the key goes to another row and selects it alone.
 bool movesCursor(const QKeyEvent &event)
 {
-    if (event.modifiers() & ~Qt::KeypadModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool isByKey(Qt::FocusReason reason)
-{
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
+    constexpr int keys[]{Qt::Key_Up,  Qt::Key_Down,   Qt::Key_Home,
+                         Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown};
+    return !(event.modifiers() & ~Qt::KeypadModifier) &&
+           std::ranges::find(keys, event.key()) != std::end(keys);
 }
 
 } // namespace
@@ -157,7 +143,8 @@ void BVTableView::keyboardSearch(const QString &search)
 
 void BVTableView::focusInEvent(QFocusEvent *event)
 {
-    m_keyboardFocus = isByKey(event->reason());
+    m_keyboardFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                      event->reason() == Qt::ShortcutFocusReason;
     QTableView::focusInEvent(event);
     // Without a selection no key would do anything.
     if (m_keyboardFocus && selectedRow() == -1 && currentIndex().isValid())
@@ -199,20 +186,10 @@ void BVTableView::dragEnterEvent(QDragEnterEvent *event)
     validateDrag(event);
 }
 
-void BVTableView::dragMoveEvent(QDragMoveEvent *event)
-{
-    validateDrag(event);
-}
-
-void BVTableView::dragLeaveEvent(QDragLeaveEvent *event)
-{
-    draggingExited(event);
-}
-
 void BVTableView::draggingExited(QDragLeaveEvent *event)
 {
     if (DropView)
-        DropView->setImageNamed(QStringLiteral("dropN.png"));
+        DropView->setImageNamed(u"dropN.png"_s);
     setDragIsOver(false);
     QTableView::dragLeaveEvent(event);
 }
@@ -225,11 +202,6 @@ void BVTableView::dropEvent(QDropEvent *event)
         event->setAccepted(m_dropTarget->tableViewAcceptDrop(*event->mimeData()));
     }
     concludeDragOperation();
-}
-
-void BVTableView::concludeDragOperation()
-{
-    setDragIsOver(false);
 }
 
 } // namespace brevant

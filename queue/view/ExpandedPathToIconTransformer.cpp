@@ -12,10 +12,11 @@
 #include <QStandardPaths>
 #include <QStyle>
 
-#include <array>
 #include <utility>
 
 namespace brevant {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,14 +24,13 @@ constexpr int iconSize = 16;
 
 QIcon folderIcon()
 {
-    return QIcon::fromTheme(QStringLiteral("folder"),
-                            QApplication::style()->standardIcon(QStyle::SP_DirIcon));
+    return QIcon::fromTheme(u"folder"_s, QApplication::style()->standardIcon(QStyle::SP_DirIcon));
 }
 
 /// The folders that themes have icons of their own for.
 QIcon iconOfFolder(const QString &path)
 {
-    static constexpr std::array<std::pair<QStandardPaths::StandardLocation, const char *>, 7> known{{
+    static constexpr std::pair<QStandardPaths::StandardLocation, const char *> known[]{
         {QStandardPaths::HomeLocation, "user-home"},
         {QStandardPaths::DesktopLocation, "user-desktop"},
         {QStandardPaths::DocumentsLocation, "folder-documents"},
@@ -38,7 +38,7 @@ QIcon iconOfFolder(const QString &path)
         {QStandardPaths::MusicLocation, "folder-music"},
         {QStandardPaths::PicturesLocation, "folder-pictures"},
         {QStandardPaths::MoviesLocation, "folder-videos"},
-    }};
+    };
     const QString clean = QDir::cleanPath(path);
     for (const auto &[location, name] : known) {
         if (clean == QStandardPaths::writableLocation(location))

@@ -12,6 +12,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qreal textIndent = 8;
@@ -41,9 +43,7 @@ QColor kindColour(const FileKind &kind, const QPalette &palette)
 
 QFont fixedFont(int pixels)
 {
-    const QString family = QStringLiteral("Menlo");
-    QFont font(family);
-    font.setFamilies({family, QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
+    QFont font({u"Menlo"_s, u"DejaVu Sans Mono"_s, u"monospace"_s});
     font.setStyleHint(QFont::Monospace);
     font.setPixelSize(pixels);
     // A painter takes unset attributes from its own font, which may be bold or slanted.

@@ -21,6 +21,8 @@
 
 namespace brevant {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The folder shown when the panel was last closed.
@@ -47,12 +49,12 @@ OpenPanel::OpenPanel(const QStringList &allowedTypes, QWidget *parent)
     setFileMode(ExistingFiles);
     QStringList patterns;
     for (const QString &type : allowedTypes)
-        patterns += QLatin1StringView("*.") + type;
+        patterns += "*."_L1 + type;
     setNameFilter(tr("Files to minify (%1)").arg(patterns.join(u' ')));
     setUpFilePanel(*this);
     // QFileDialog makes them when its own widgets are first needed, under fixed names.
-    m_list = findChild<QListView *>(QStringLiteral("listView"));
-    m_nameEdit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    m_list = findChild<QListView *>(u"listView"_s);
+    m_nameEdit = findChild<QLineEdit *>(u"fileNameEdit"_s);
     setUpChooseButton();
     setUpHiddenFiles();
 }
@@ -60,7 +62,7 @@ OpenPanel::OpenPanel(const QStringList &allowedTypes, QWidget *parent)
 /// QFileDialog's own button opens a selected folder, where this panel must choose it.
 void OpenPanel::setUpChooseButton()
 {
-    auto *const box = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
+    auto *const box = findChild<QDialogButtonBox *>(u"buttonBox"_s);
     if (QPushButton *const open = box->button(QDialogButtonBox::Open)) {
         box->removeButton(open);
         open->deleteLater();
@@ -125,7 +127,7 @@ QStringList OpenPanel::typedPaths() const
 
 QStringList OpenPanel::chosenPaths() const
 {
-    const auto &files = *findChild<QTreeView *>(QStringLiteral("treeView"));
+    const auto &files = *findChild<QTreeView *>(u"treeView"_s);
     // The list sorts itself a moment after it has been read.
     files.model()->sort(files.header()->sortIndicatorSection(), files.header()->sortIndicatorOrder());
     QModelIndexList rows = m_list->selectionModel()->selectedRows();

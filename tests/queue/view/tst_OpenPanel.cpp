@@ -80,6 +80,19 @@ struct Parts {
     QList<QAbstractButton *> accepting;
 };
 
+/// A panel that shows all of `folder`.
+struct Opened {
+    explicit Opened(const QString &folder)
+    {
+        panel.setDirectory(folder);
+        panel.show();
+        QTRY_COMPARE(parts.shownNames(), allShown);
+    }
+
+    OpenPanel panel{cssAndJs};
+    Parts parts{panel};
+};
+
 } // namespace
 
 class tst_OpenPanel : public QObject {
@@ -134,20 +147,14 @@ private Q_SLOTS:
 
     void showsFoldersAndAllowedFiles()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        const Opened opened(m_folder.path());
+        QCOMPARE(opened.parts.shownNames(), allShown);
     }
 
     void hiddenFilesCanBeShown()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         QTest::keyClick(&panel, Qt::Key_H, Qt::ControlModifier);
         QTRY_VERIFY(parts.shownNames().contains(u".hidden.css"_s));
         QTest::keyClick(&panel, Qt::Key_H, Qt::ControlModifier);
@@ -156,11 +163,8 @@ private Q_SLOTS:
 
     void filesAndFoldersTogether()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         parts.select(u"c.js"_s);
         parts.select(u"site"_s);
         parts.select(u"a.css"_s);
@@ -175,11 +179,8 @@ private Q_SLOTS:
 
     void aFolderIsChosenNotEntered()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         parts.select(u"site"_s);
         QCOMPARE(parts.choose().text(), u"Choose"_s);
         QTest::mouseClick(&parts.choose(), Qt::LeftButton);
@@ -189,11 +190,8 @@ private Q_SLOTS:
 
     void aFolderThatWasEnteredCanBeChosen()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         auto *const tree = panel.findChild<QTreeView *>(u"treeView"_s);
         Q_EMIT tree->activated(parts.indexOf(u"site"_s)); // as a double click, or Return, does
         QCOMPARE(panel.directory().absolutePath(), at(u"site"_s));
@@ -221,11 +219,8 @@ private Q_SLOTS:
         font.setPointSize(points);
         QApplication::setFont(font);
         {
-            OpenPanel panel(cssAndJs);
-            panel.setDirectory(m_folder.path());
-            panel.show();
-            const Parts parts(panel);
-            QTRY_COMPARE(parts.shownNames(), allShown);
+            Opened opened(m_folder.path());
+            auto &[panel, parts] = opened;
             auto *const tree = panel.findChild<QTreeView *>(u"treeView"_s);
             const auto wanted = [tree](int column) {
                 int width = 0;
@@ -250,11 +245,8 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(QByteArray(12345, ' '));
         file.close();
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         QTRY_COMPARE(parts.indexOf(u"c.js"_s).siblingAtColumn(1).data().toString(), u"12.3 kB"_s);
         QCOMPARE(parts.indexOf(u"site"_s).siblingAtColumn(1).data().toString(), QString());
     }
@@ -278,11 +270,8 @@ private Q_SLOTS:
     {
         QFETCH(const QString, typed);
         QFETCH(const QStringList, names);
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         parts.type(typed);
         QStringList paths;
         for (const QString &name : names)
@@ -293,11 +282,8 @@ private Q_SLOTS:
 
     void typedNameReplacesTheSelection()
     {
-        OpenPanel panel(cssAndJs);
-        panel.setDirectory(m_folder.path());
-        panel.show();
-        const Parts parts(panel);
-        QTRY_COMPARE(parts.shownNames(), allShown);
+        Opened opened(m_folder.path());
+        auto &[panel, parts] = opened;
         parts.select(u"site"_s);
         parts.type(u"c.js"_s);
         QCOMPARE(panel.chosenPaths(), QStringList{at(u"c.js"_s)});
