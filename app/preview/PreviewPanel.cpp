@@ -52,6 +52,18 @@ int nearestIndex(const PreviewPanelDataSource &source, const QUrl &item, int ind
     return std::min(index, count - 1);
 }
 
+void showPosition(const Ui::PreviewPanel &ui, int index, int count)
+{
+    const bool isOneOfSeveral = count > 1;
+    ui.previewCounter->setText(isOneOfSeveral ? PreviewPanel::tr("%1 of %2").arg(index + 1).arg(count)
+                                              : QString());
+    for (QWidget *const widget :
+         std::initializer_list<QWidget *>{ui.previewCounter, ui.previewPrevious, ui.previewNext})
+        widget->setVisible(isOneOfSeveral);
+    ui.previewPrevious->setEnabled(index > 0);
+    ui.previewNext->setEnabled(index + 1 < count);
+}
+
 /// Whether the key is no shortcut of the main window's menu while the panel is active. Without this, Return
 /// in the panel would start a run. Escape is the menu's: it closes the panel.
 bool isNoMenuKey(const QKeyEvent &event)
@@ -202,13 +214,7 @@ QRect PreviewPanel::sourceFrame() const
 void PreviewPanel::showItem(int index, int count)
 {
     m_index = index;
-    const bool isOneOfSeveral = count > 1;
-    m_ui->previewCounter->setText(isOneOfSeveral ? tr("%1 of %2").arg(index + 1).arg(count) : QString());
-    for (QWidget *const widget :
-         std::initializer_list<QWidget *>{m_ui->previewCounter, m_ui->previewPrevious, m_ui->previewNext})
-        widget->setVisible(isOneOfSeveral);
-    m_ui->previewPrevious->setEnabled(index > 0);
-    m_ui->previewNext->setEnabled(index + 1 < count);
+    showPosition(*m_ui, index, count);
     if (index == -1) {
         m_item.clear();
         m_loader->cancel();

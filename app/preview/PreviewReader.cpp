@@ -192,6 +192,19 @@ void setText(PreviewContent &content, QStringView text)
     }
 }
 
+void setBeginning(PreviewContent &content, QByteArrayView beginning, bool complete)
+{
+    if (beginning.isEmpty()) {
+        content.state = PreviewContent::State::Empty;
+    } else if (beginning.contains('\0')) {
+        content.state = PreviewContent::State::Binary;
+    } else {
+        content.state = PreviewContent::State::Text;
+        content.shown = beginning.size();
+        setText(content, decode(beginning, content.encoding, complete, content.hasInvalidBytes));
+    }
+}
+
 /// False if it was cancelled.
 bool readText(int file, PreviewContent &content, const std::function<bool()> &cancelled)
 {
@@ -215,16 +228,7 @@ bool readText(int file, PreviewContent &content, const std::function<bool()> &ca
     content.size = std::max(content.size, total);
     if (total < countedLimit)
         content.lines = count.lines();
-    if (beginning.isEmpty()) {
-        content.state = PreviewContent::State::Empty;
-    } else if (beginning.contains('\0')) {
-        content.state = PreviewContent::State::Binary;
-    } else {
-        content.state = PreviewContent::State::Text;
-        content.shown = beginning.size();
-        const bool complete = content.shown == total;
-        setText(content, decode(beginning, content.encoding, complete, content.hasInvalidBytes));
-    }
+    setBeginning(content, beginning, beginning.size() == total);
     return !cancelled();
 }
 

@@ -54,6 +54,18 @@ QByteArrayView withoutLastEnd(QByteArrayView text)
     return text.endsWith('\n') || text.endsWith('\r') ? text.chopped(1) : text;
 }
 
+/// The bytes of the text that the file has not, in their order.
+std::vector<qsizetype> bytesAdded(const PreviewContent &content)
+{
+    std::vector<qsizetype> added = content.folds;
+    for (const qsizetype mark : content.marks) {
+        for (qsizetype byte = 0; byte < leftToRightMark.size(); ++byte)
+            added.push_back(mark + byte);
+    }
+    std::ranges::sort(added);
+    return added;
+}
+
 QFont codeFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -206,12 +218,7 @@ void SourceText::setContent(const PreviewContent &content)
         return;
     m_text = content.text;
     m_isFolded = !content.folds.empty();
-    m_added = content.folds;
-    for (const qsizetype mark : content.marks) {
-        for (qsizetype byte = 0; byte < leftToRightMark.size(); ++byte)
-            m_added.push_back(mark + byte);
-    }
-    std::ranges::sort(m_added);
+    m_added = bytesAdded(content);
     m_path = content.path;
     m_editor->setAccessibleName(tr("Text of %1").arg(PathString::lastComponent(m_path)));
     m_editor->setReadOnly(false);

@@ -21,11 +21,21 @@ namespace {
 // Four tenths of it hold a line of 13 pixels with its accents and descenders.
 constexpr int rowPitch = 40;
 
-/// What can be seen of what `painter` paints.
-QRect paintableRect(const QPainter &painter)
+/// Where `row` is after a reload, which tells the new rows; -1 if it is gone.
+int rowAfter(const std::vector<int> &newRows, int row)
 {
-    const QRect device = painter.transform().inverted().mapRect(painter.viewport());
-    return painter.hasClipping() ? device & painter.clipBoundingRect().toAlignedRect() : device;
+    return row < 0 ? -1 : newRows[static_cast<std::size_t>(row)];
+}
+
+/// Where those of `rows` are that are not gone.
+std::vector<int> rowsAfter(const std::vector<int> &newRows, const std::vector<int> &rows)
+{
+    std::vector<int> after;
+    for (const int row : rows) {
+        if (const int now = rowAfter(newRows, row); now >= 0)
+            after.push_back(now);
+    }
+    return after;
 }
 
 } // namespace
@@ -97,12 +107,7 @@ void BVTableView::reloadData()
     if (newRows.empty())
         return;
 
-    const auto newRow = [&newRows](int row) { return row < 0 ? -1 : newRows[static_cast<std::size_t>(row)]; };
-    std::vector<int> selected;
-    for (const int row : selectedBefore) {
-        if (newRow(row) >= 0)
-            selected.push_back(newRow(row));
-    }
+    const std::vector<int> selected = rowsAfter(newRows, selectedBefore);
     m_reloading = true;
     if (currentBefore >= 0) {
         // A current row that is gone leaves its place to the next one.
@@ -111,8 +116,9 @@ void BVTableView::reloadData()
     }
     selectRows(selected, false);
     m_reloading = false;
-    const int last = newRow(lastBefore);
-    m_selectedRow = last >= 0 ? last : (selected.empty() ? -1 : selected.back());
+    m_selectedRow = rowAfter(newRows, lastBefore);
+    if (m_selectedRow < 0 && !selected.empty())
+        m_selectedRow = selected.back();
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(positionBefore);
     if (selected != selectedBefore)
@@ -216,18 +222,10 @@ void BVTableView::highlightSelectionInClipRect(QPainter &painter, const QRect &c
 {
     const int atBottom = rowAt(clipRect.bottom());
     const int limit = atBottom >= 0 ? atBottom + 1 : (rowAt(clipRect.top()) >= 0 ? rowCount() : 0);
-    if (limit <= 0)
-        return;
-    // Every selected row from 0 on is due; those that cannot be seen are left out, however many they are.
-    const QRect paintable = paintableRect(painter);
-    const int firstSeen = std::max((paintable.top() - frameOfCell(0).top()) / rowPitch, 0);
+    // Every selected row from 0 on is due; those above the view are left out, however many they are.
     const std::vector<int> &rows = selectedRows();
-    for (auto row = std::ranges::lower_bound(rows, firstSeen); row != rows.end() && *row < limit; ++row) {
-        const QRect rect = frameOfCell(*row);
-        if (rect.top() > paintable.bottom())
-            return;
-        painter.fillRect(rect.adjusted(2, 1, -2, -1), QColor(selectionFill));
-    }
+    for (auto row = std::ranges::lower_bound(rows, rowAt(0)); row != rows.end() && *row < limit; ++row)
+        painter.fillRect(frameOfCell(*row).adjusted(2, 1, -2, -1), QColor(selectionFill));
 }
 
 void BVTableView::initViewItemOption(QStyleOptionViewItem *option) const
