@@ -7,8 +7,6 @@
 
 #include <algorithm>
 
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 
 namespace brevant::FileBytes {
@@ -17,34 +15,21 @@ namespace {
 
 constexpr qint64 chunkSize = 1 << 18;
 
-bool share(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)
+/// Hands on up to `size` bytes from `offset` in chunks, while `take` succeeds. Returns how many there were,
+/// or nothing on failure.
+template <typename Take>
+std::optional<qint64> readChunks(int file, off_t offset, qint64 size, Take take)
 {
-    file_clone_range range{};
-    range.src_fd = source;
-    range.src_offset = static_cast<__u64>(sourceOffset);
-    range.src_length = static_cast<__u64>(size);
-    range.dest_offset = static_cast<__u64>(targetOffset);
-    if (size == 0)
-        return false;
-    if (::ioctl(target, FICLONERANGE, &range) == 0)
-        return true;
-    // A partial last block can only be shared if it becomes the end of the target.
-    return errno == EINVAL && ::ftruncate(target, targetOffset) == 0 &&
-           ::ioctl(target, FICLONERANGE, &range) == 0;
-}
-
-/// Copies inside the kernel as far as that works; returns the number of bytes copied.
-qint64 copyInKernel(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)
-{
-    qint64 copied = 0;
-    while (copied < size) {
-        const ssize_t step = ::copy_file_range(source, &sourceOffset, target, &targetOffset,
-                                               static_cast<std::size_t>(size - copied), 0);
-        if (step <= 0)
+    qint64 done = 0;
+    while (done < size) {
+        const std::optional<QByteArray> chunk = read(file, std::min(chunkSize, size - done), offset + done);
+        if (!chunk || !take(*chunk, done))
+            return std::nullopt;
+        if (chunk->isEmpty())
             break;
-        copied += step;
+        done += chunk->size();
     }
-    return copied;
+    return done;
 }
 
 } // namespace
@@ -106,34 +91,26 @@ std::optional<QByteArray> readAll(const QByteArray &path)
 std::optional<QByteArray> hash(int file, off_t offset, qint64 size)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (qint64 done = 0; done < size;) {
-        const std::optional<QByteArray> chunk = read(file, std::min(chunkSize, size - done), offset + done);
-        if (!chunk)
-            return std::nullopt;
-        if (chunk->isEmpty())
-            break;
-        hash.addData(*chunk);
-        done += chunk->size();
-    }
-    return hash.result();
+    const auto add = [&hash](const QByteArray &chunk, qint64) {
+        hash.addData(chunk);
+        return true;
+    };
+    return readChunks(file, offset, size, add) ? std::optional(hash.result()) : std::nullopt;
 }
 
 std::optional<qint64> copy(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)
 {
-    if (share(source, sourceOffset, target, targetOffset, size))
-        return size;
-    // Some file systems report success and copy nothing or too little; the loop below notices.
-    qint64 copied = copyInKernel(source, sourceOffset, target, targetOffset, size);
-    while (copied < size) {
-        const std::optional<QByteArray> chunk =
-            read(source, std::min(chunkSize, size - copied), sourceOffset + copied);
-        if (!chunk || !writeAll(target, *chunk, targetOffset + copied))
-            return std::nullopt;
-        if (chunk->isEmpty())
-            break;
-        copied += chunk->size();
-    }
-    return copied;
+    const off_t end = sourceOffset + size;
+    ssize_t step = 1;
+    while (step > 0 && sourceOffset < end) // each step moves both offsets
+        step = ::copy_file_range(source, &sourceOffset, target, &targetOffset,
+                                 static_cast<std::size_t>(end - sourceOffset), 0);
+    // Not every file system can do that, and some report success and copy nothing or too little.
+    const std::optional<qint64> rest =
+        readChunks(source, sourceOffset, end - sourceOffset, [&](const QByteArray &chunk, qint64 at) {
+            return writeAll(target, chunk, targetOffset + at);
+        });
+    return rest ? std::optional(size - (end - sourceOffset) + *rest) : std::nullopt;
 }
 
 bool copyAll(int source, off_t sourceOffset, int target, off_t targetOffset, qint64 size)

@@ -28,8 +28,8 @@ namespace brevant::FileBytes {
 /// The SHA-256 of `size` bytes at `offset`, or of fewer at the end of the file; nothing on failure.
 [[nodiscard]] std::optional<QByteArray> hash(int file, off_t offset, qint64 size);
 
-/// Copies up to `size` bytes: by sharing blocks where the file system can (ioctl_ficlonerange(2)), else
-/// inside the kernel, else by reading and writing. Returns the number copied, or nothing on failure.
+/// Copies up to `size` bytes: inside the kernel, which shares blocks where the file system can
+/// (copy_file_range(2)), else by reading and writing. Returns the number copied, or nothing on failure.
 [[nodiscard]] std::optional<qint64> copy(int source, off_t sourceOffset, int target, off_t targetOffset,
                                          qint64 size);
 
