@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Listing.h"
 
-#include "files/FileMarks.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"

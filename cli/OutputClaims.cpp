@@ -3,7 +3,7 @@
 #include "cli/OutputClaims.h"
 
 #include "engine/CompressorCommand.h"
-#include "files/FileMarks.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"

@@ -12,7 +12,7 @@
 #include "engine/MinifyJob.h"
 #include "engine/originals/PutBack.h"
 #include "files/DurableFile.h"
-#include "files/FileMarks.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryRun.h"
 
-#include "files/FileMarks.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"

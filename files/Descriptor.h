@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QScopeGuard>
 
 #include <cerrno>
 #include <utility>
@@ -22,17 +23,11 @@ auto uninterrupted(Call call)
     return result;
 }
 
-/// Restores errno when it goes out of scope, so that cleaning up after a failure does not hide its reason.
-class ErrnoKeeper final {
-public:
-    ErrnoKeeper() = default;
-    ~ErrnoKeeper() { errno = m_error; }
-    ErrnoKeeper(const ErrnoKeeper &) = delete;
-    ErrnoKeeper &operator=(const ErrnoKeeper &) = delete;
-
-private:
-    const int m_error = errno;
-};
+/// Restores errno at the end of its scope, so that cleaning up after a failure does not hide its reason.
+[[nodiscard]] inline auto keepErrno()
+{
+    return qScopeGuard([error = errno] { errno = error; });
+}
 
 /// Owns an open file.
 class Descriptor final {

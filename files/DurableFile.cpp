@@ -17,6 +17,8 @@ DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encod
 
 bool DurableFile::open()
 {
+    if (m_file.isOpen())
+        return true;
     struct stat old {};
     const bool exists = ::stat(m_target.constData(), &old) == 0;
     if (exists && !S_ISREG(old.st_mode)) {
@@ -47,7 +49,7 @@ bool DurableFile::open()
 
 bool DurableFile::write(QByteArrayView bytes)
 {
-    if ((!m_file.isOpen() && !open()) || !FileBytes::writeAll(m_file.number(), bytes, m_size))
+    if (!open() || !FileBytes::writeAll(m_file.number(), bytes, m_size))
         return fail();
     m_size += bytes.size();
     m_flushed = false;
@@ -56,7 +58,7 @@ bool DurableFile::write(QByteArrayView bytes)
 
 bool DurableFile::flush()
 {
-    if ((!m_file.isOpen() && !open()) || (!m_flushed && !flushFile(m_file.number())))
+    if (!open() || (!m_flushed && !flushFile(m_file.number())))
         return fail();
     m_flushed = true;
     return true;
@@ -66,13 +68,11 @@ bool DurableFile::commit()
 {
     if (!flush())
         return false;
-    // Naming and renaming follow each other at once: a program killed in between leaves the file behind.
-    const bool isInPlace =
-        m_temporary.isEmpty()
-            ? makeInPlaceOf(m_target,
-                            [&](const QByteArray &name) { return linkOpenFile(m_file.number(), name); })
-            : ::rename(m_temporary.constData(), m_target.constData()) == 0;
-    if (!isInPlace)
+    // Named only now: a program killed between naming and renaming leaves the file behind.
+    if (m_temporary.isEmpty())
+        m_temporary =
+            makeBeside(m_target, [&](const QByteArray &name) { return linkOpenFile(m_file.number(), name); });
+    if (m_temporary.isEmpty() || ::rename(m_temporary.constData(), m_target.constData()) != 0)
         return fail();
     m_temporary.clear();
     // The new file is complete and in place even if its folder cannot be flushed.

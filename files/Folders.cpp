@@ -3,7 +3,10 @@
 #include "files/Folders.h"
 
 #include "files/Descriptor.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 
+#include <QDir>
 #include <QRandomGenerator>
 
 #include <climits>
@@ -84,7 +87,7 @@ bool makeInPlaceOf(const QByteArray &path, const std::function<bool(const QByteA
     const QByteArray made = makeBeside(path, make);
     if (made.isEmpty() || ::rename(made.constData(), path.constData()) == 0)
         return !made.isEmpty();
-    const ErrnoKeeper keeper;
+    const auto keeper = keepErrno();
     ::unlink(made.constData());
     return false;
 }
@@ -117,3 +120,38 @@ bool renameToFree(const QByteArray &from, const QByteArray &to)
 }
 
 } // namespace brevant
+
+namespace brevant::FileMarks {
+
+QString ofPlace(const QString &path)
+{
+    const QString folder = PathString::folder(path).toString();
+    return PathString::join(ofFile(folder).value_or(QDir::cleanPath(folder)),
+                            PathString::lastComponent(path));
+}
+
+std::optional<QString> ofFile(const QString &path)
+{
+    struct stat status {};
+    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
+        return std::nullopt;
+    return ofFile(status.st_dev, status.st_ino);
+}
+
+QString ofFile(quint64 device, quint64 inode)
+{
+    return QString::number(device) + u' ' + QString::number(inode);
+}
+
+QStringList all(const QString &path)
+{
+    QStringList marks{ofPlace(path)};
+    if (const QString end = ofPlace(RawBytes::decoded(linkTarget(RawBytes::encoded(path))));
+        end != marks.first())
+        marks.append(end);
+    if (const std::optional<QString> file = ofFile(path))
+        marks.append(*file);
+    return marks;
+}
+
+} // namespace brevant::FileMarks

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QStringList>
 
 #include <functional>
+#include <optional>
 
 /// Folders, links and names on the disk. Paths are bytes, as the system has them. Failures set errno.
 namespace brevant {
@@ -45,3 +47,21 @@ namespace brevant {
 [[nodiscard]] bool renameToFree(const QByteArray &from, const QByteArray &to);
 
 } // namespace brevant
+
+/// Marks by which two paths are recognised as the same file, however they are spelt and through links. The
+/// disk is asked each time.
+namespace brevant::FileMarks {
+
+/// The folder by device and inode, and the name in it. The file need not exist.
+[[nodiscard]] QString ofPlace(const QString &path);
+
+/// The file itself, by device and inode; nothing if it does not exist.
+[[nodiscard]] std::optional<QString> ofFile(const QString &path);
+
+[[nodiscard]] QString ofFile(quint64 device, quint64 inode);
+
+/// All marks of a path: its place, the place at the end of its links, and the file. Two paths lead to the
+/// same file if they share one of them.
+[[nodiscard]] QStringList all(const QString &path);
+
+} // namespace brevant::FileMarks

@@ -5,14 +5,12 @@
 #include "files/FileBytes.h"
 
 #include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QtEndian>
 
-#include <algorithm>
-#include <memory>
 #include <utility>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 namespace brevant {
@@ -96,14 +94,9 @@ Descriptor PrivateFolder::openFile(const QByteArray &name) const
 std::vector<QByteArray> PrivateFolder::namesEndingIn(const QByteArray &suffix) const
 {
     std::vector<QByteArray> names;
-    const Descriptor again = openEntry(".", O_RDONLY | O_DIRECTORY);
-    const std::unique_ptr<DIR, int (*)(DIR *)> entries(
-        ::fdopendir(::fcntl(again.number(), F_DUPFD_CLOEXEC, 0)), &::closedir);
-    while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr) {
-        if (const QByteArray name(entry->d_name); name.endsWith(suffix))
-            names.push_back(name);
-    }
-    std::ranges::sort(names);
+    const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::CaseSensitive;
+    for (const QString &name : QDir(m_path).entryList({u'*' + QFile::decodeName(suffix)}, all, QDir::Name))
+        names.push_back(QFile::encodeName(name));
     return names;
 }
 
@@ -117,7 +110,7 @@ std::optional<QString> PrivateFolder::keep(int file, off_t offset, qint64 size, 
         return std::nullopt;
     if (FileBytes::copyAll(file, offset, target.number(), 0, size) && flushFile(target.number()) && flush())
         return pathOf(kept);
-    const ErrnoKeeper keeper;
+    const auto keeper = keepErrno();
     static_cast<void>(removeFile(kept));
     return std::nullopt;
 }

@@ -51,7 +51,7 @@ std::optional<OriginalSlot> OriginalSlot::makeIn(PrivateFolder &folder)
         return std::nullopt;
     if (FileBytes::writeAll(slot.m_file.number(), QByteArray(contentAt + firstCapacity, '\0'), 0))
         return slot;
-    const ErrnoKeeper keeper;
+    const auto keeper = keepErrno();
     slot.remove();
     return std::nullopt;
 }

@@ -6,7 +6,6 @@
 #include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
 #include "files/FileBytes.h"
-#include "files/FileMarks.h"
 #include "files/Folders.h"
 #include "files/PrivateFolder.h"
 #include "files/RawBytes.h"

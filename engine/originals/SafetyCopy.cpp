@@ -4,7 +4,7 @@
 
 #include "engine/EntryResult.h"
 #include "engine/originals/PutBack.h"
-#include "files/FileMarks.h"
+#include "files/Folders.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -139,7 +139,7 @@ bool SafetyCopy::takeTurn(PrivateFolder &folder)
             m_turn = marks;
             return true;
         }
-        const ErrnoKeeper keeper;
+        const auto keeper = keepErrno();
         for (const QString &mark : marks)
             folder.unlock(mark.toUtf8());
         if (lock == PrivateFolder::Lock::Refused)
