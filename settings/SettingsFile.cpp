@@ -35,12 +35,6 @@ void report(const QString &line)
     std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(line)));
 }
 
-void insertAll(QJsonObject &values, const QJsonObject &others)
-{
-    for (auto it = others.begin(); it != others.end(); ++it)
-        values.insert(it.key(), it.value());
-}
-
 /// Makes the programs of ours that write into one folder take turns, where locks are to be had.
 Descriptor lockFolder(const QByteArray &folder)
 {
@@ -62,60 +56,34 @@ SettingsFile::SettingsFile(const QString &path, std::function<void()> changed,
         reload(); // and no change yet
 }
 
-SettingsFile::~SettingsFile()
-{
-    {
-        const Lock lock(m_mutex);
-        m_stop = true;
-        m_hurried = true;
-    }
-    m_wake.notify_all();
-    if (m_writer.joinable())
-        m_writer.join();
-}
-
-SettingsFile::Stamp SettingsFile::stampOf(const struct stat &status)
-{
-    return {static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino),
-            status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
-}
-
 SettingsFile::Stamp SettingsFile::stampOf(const QByteArray &path)
 {
     struct stat status {};
-    return ::stat(path.constData(), &status) == 0 ? stampOf(status) : Stamp();
+    if (::stat(path.constData(), &status) != 0)
+        return {};
+    return {static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino),
+            status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
 }
 
 SettingsFile::Reading SettingsFile::read(const QByteArray &path)
 {
     Reading reading;
-    // Taken first: should the file appear, or become readable, right after the failure, its stamp must
-    // differ.
+    // Taken first: should the file change, or appear, from now on, its stamp must differ.
     reading.stamp = stampOf(path);
-    const Descriptor file = openFile(path, O_RDONLY);
-    if (!file.isOpen()) {
-        reading.content = errno == ENOENT ? Content::Missing : Content::Unreadable;
-        return reading;
-    }
-    reading.content = Content::Unreadable;
-    struct stat status {};
-    if (::fstat(file.number(), &status) != 0)
-        return reading;
-    reading.stamp = stampOf(status);
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
-    const std::int64_t age =
-        (now.tv_sec - status.st_ctim.tv_sec) * 1'000'000'000 + now.tv_nsec - status.st_ctim.tv_nsec;
+    const std::int64_t age = (now.tv_sec - reading.stamp[3]) * 1'000'000'000 + now.tv_nsec - reading.stamp[4];
     reading.fresh = age >= 0 && age < stampResolution;
-    if (!S_ISREG(status.st_mode))
+    const Descriptor file = openRegularFile(path);
+    if (!file.isOpen()) {
+        reading.content = errno == ENOENT ? Content::Values : Content::Unreadable;
         return reading;
+    }
     const std::optional<QByteArray> bytes = FileBytes::readAll(file.number());
-    if (!bytes)
-        return reading;
-    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
-    reading.content = document.isObject() ? Content::Values : Content::Bad;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes.value_or(QByteArray()));
+    reading.content = document.isObject() ? Content::Values : bytes ? Content::Bad : Content::Unreadable;
     reading.values = document.object();
-    reading.bytes = *bytes;
+    reading.bytes = bytes.value_or(QByteArray());
     return reading;
 }
 
@@ -123,8 +91,19 @@ SettingsFile::Reading SettingsFile::read(const QByteArray &path)
 QJsonObject SettingsFile::values() const
 {
     QJsonObject values = m_reading.values;
-    insertAll(values, m_pending);
+    for (auto it = m_pending.begin(); it != m_pending.end(); ++it)
+        values.insert(it.key(), it.value());
     return values;
+}
+
+/// Tells of the change if it makes a difference to readers.
+template <typename Change>
+void SettingsFile::tellOf(Change change)
+{
+    const QJsonObject before = values();
+    change();
+    if (values() != before)
+        m_changed();
 }
 
 bool SettingsFile::isBad(const QByteArray &bytes) const
@@ -152,28 +131,17 @@ void SettingsFile::reload()
     m_reading = std::move(reading);
 }
 
-void SettingsFile::refreshLocked()
+void SettingsFile::refresh(const Lock & /*held*/)
 {
-    if (!m_reading.fresh && stampOf(m_encodedPath) == m_reading.stamp)
-        return;
-    const QJsonObject before = values();
-    reload();
-    if (values() != before)
-        m_changed();
+    if (m_reading.fresh || stampOf(m_encodedPath) != m_reading.stamp)
+        tellOf([this] { reload(); });
 }
 
 QJsonValue SettingsFile::value(QLatin1StringView key)
 {
     const Lock lock(m_mutex);
-    refreshLocked();
-    const auto pending = m_pending.constFind(key);
-    return pending != m_pending.constEnd() ? *pending : m_reading.values.value(key);
-}
-
-void SettingsFile::refresh()
-{
-    const Lock lock(m_mutex);
-    refreshLocked();
+    refresh(lock);
+    return values().value(key);
 }
 
 void SettingsFile::setValue(QLatin1StringView key, const QJsonValue &value)
@@ -188,8 +156,8 @@ void SettingsFile::synchronize()
     Lock lock(m_mutex);
     m_hurried = true;
     m_wake.notify_all();
-    const std::uint64_t count = m_wantedRound; // others may go on to set values for ever
-    m_wake.wait(lock, [this, count] { return m_writtenRound >= count; });
+    const std::uint64_t round = m_wantedRound; // others may go on to set values for ever
+    m_wake.wait(lock, [this, round] { return m_writtenRound >= round; });
 }
 
 void SettingsFile::wakeWriter()
@@ -197,7 +165,7 @@ void SettingsFile::wakeWriter()
     ++m_wantedRound;
     try {
         if (!m_writer.joinable())
-            m_writer = std::thread([this] { writeBehind(); });
+            m_writer = std::jthread([this](const std::stop_token &stop) { writeBehind(stop); });
     } catch (const std::system_error &error) {
         // The next value set tries again; nobody may wait for this one.
         m_writtenRound = m_wantedRound;
@@ -212,26 +180,23 @@ void SettingsFile::reportWriteFailure(const QString &error)
         report(u"%1 cannot be written (%2); the settings hold until the program ends"_s.arg(m_path, error));
 }
 
-void SettingsFile::writeBehind()
+void SettingsFile::writeBehind(const std::stop_token &stop)
 {
     Lock lock(m_mutex);
-    while (true) {
-        m_wake.wait(lock, [this] { return m_stop || m_writtenRound != m_wantedRound; });
-        if (m_writtenRound == m_wantedRound)
-            return;
-        const std::uint64_t count = m_wantedRound;
+    while (m_wake.wait(lock, stop, [this] { return m_writtenRound != m_wantedRound; })) {
+        const std::uint64_t round = m_wantedRound;
         static_cast<void>(settleBadContent(lock));
         // Nothing is left to write if the same value was set twice, and the first write took it.
         const QString error = m_pending.isEmpty() ? QString() : write(lock);
         if (error.isEmpty()) {
             m_writeFailureReported = false;
         } else {
-            refreshLocked();
+            refresh(lock);
             // What cannot be read has been reported, and that it cannot be written either.
             if (m_reading.content != Content::Unreadable)
                 reportWriteFailure(error);
         }
-        m_writtenRound = count;
+        m_writtenRound = round;
         m_wake.notify_all();
     }
 }
@@ -241,30 +206,25 @@ void SettingsFile::writeBehind()
 bool SettingsFile::settleBadContent(Lock &lock)
 {
     while (m_reading.content == Content::Bad && !m_reading.kept) {
-        if (m_reading.judged) {
-            if (!keepBadContent(lock))
-                return false;
-            continue;
+        if (const auto due = m_reading.due; !m_reading.judged) {
+            m_wake.wait_until(lock, due, [this] { return m_hurried; });
+            refresh(lock);
+            if (m_reading.due != due) // it is other content
+                continue;
         }
-        const auto due = m_reading.due; // another one later on is that of other content
-        m_wake.wait_until(lock, due, [this] { return m_hurried; });
-        refreshLocked();
-        if (m_reading.content == Content::Bad && m_reading.due == due) {
-            const QJsonObject before = values();
-            m_reading.judged = true;
-            m_reading.values = {};
-            if (values() != before)
-                m_changed();
-        }
+        if (!keepBadContent(lock))
+            return false;
     }
     return true;
 }
 
-/// Keeps bad content beside the file, and reports it once. False if it is still there and could not be kept.
+/// Gives bad content up for the defaults and keeps it beside the file, and reports both once. False if it is
+/// still there and could not be kept.
 bool SettingsFile::keepBadContent(Lock &lock)
 {
     const QByteArray bytes = m_reading.bytes;
-    const bool reported = std::exchange(m_reading.reported, true);
+    const bool reported = std::exchange(m_reading.judged, true);
+    tellOf([this] { m_reading.values = {}; });
     lock.unlock();
     // There is nothing to keep of an empty file.
     const bool kept = !bytes.isEmpty() && DurableFile::replace(badPath(), bytes).isEmpty();
@@ -283,50 +243,49 @@ QString SettingsFile::write(Lock &lock)
 {
     lock.unlock();
     const QByteArray folder = folderOf(m_encodedPath);
-    QString noFolder = makeFolders(folder) ? QString() : qt_error_string(errno);
+    std::optional<QString> error;
+    if (!makeFolders(folder))
+        error = qt_error_string(errno);
     const Descriptor turn = lockFolder(folder);
     lock.lock();
-    if (!noFolder.isEmpty())
-        return noFolder;
-    while (true) {
-        m_reading.fresh = true; // what is merged is read anew
-        refreshLocked();
-        if (!settleBadContent(lock))
-            return u"what it holds cannot be kept as %1"_s.arg(badPath());
-        if (m_reading.content == Content::Unreadable)
-            return u"it cannot be read"_s;
-        const QJsonObject changes = m_pending;
-        const QByteArray bytes = QJsonDocument(values()).toJson();
-        const Stamp stamp = m_reading.stamp;
-        lock.unlock();
-        DurableFile file(m_path);
-        // The slow part comes before the look at the file, so that little time is left between that and the
-        // commit.
-        const bool ready = file.write(bytes) && file.flush();
-        const bool untouched = ready && stampOf(m_encodedPath) == stamp;
-        const bool written = untouched && file.commit();
-        lock.lock();
-        if (written) {
-            forget(changes);
-            return {};
-        }
-        if (!ready || untouched)
-            return file.errorText();
-        // Somebody else wrote meanwhile: once more, from what is there now.
-    }
+    while (!error)
+        error = tryToWrite(lock);
+    return *error;
+}
+
+/// As write(), but nothing if somebody else wrote meanwhile.
+std::optional<QString> SettingsFile::tryToWrite(Lock &lock)
+{
+    tellOf([this] { reload(); });
+    if (!settleBadContent(lock))
+        return u"what it holds cannot be kept as %1"_s.arg(badPath());
+    if (m_reading.content == Content::Unreadable)
+        return u"it cannot be read"_s;
+    const QJsonObject changes = m_pending;
+    const QByteArray bytes = QJsonDocument(values()).toJson();
+    const Stamp stamp = m_reading.stamp;
+    lock.unlock();
+    DurableFile file(m_path);
+    // The slow part comes first, so that little time is left between the look at the file and the commit.
+    const bool ready = file.write(bytes) && file.flush();
+    const bool untouched = stampOf(m_encodedPath) == stamp;
+    const bool written = ready && untouched && file.commit();
+    lock.lock();
+    if (ready && !untouched)
+        return std::nullopt;
+    if (written)
+        tellOf([&] { forget(changes); });
+    return file.errorText();
 }
 
 /// Drops values that have been written, but for those that were set again meanwhile.
 void SettingsFile::forget(const QJsonObject &written)
 {
-    const QJsonObject before = values();
     reload();
     for (auto it = written.begin(); it != written.end(); ++it) {
         if (m_pending.value(it.key()) == it.value())
             m_pending.remove(it.key());
     }
-    if (values() != before)
-        m_changed();
 }
 
 } // namespace brevant

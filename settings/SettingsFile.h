@@ -12,9 +12,8 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
-
-struct stat;
 
 namespace brevant {
 
@@ -31,8 +30,9 @@ public:
     SettingsFile(const QString &path, std::function<void()> changed,
                  std::chrono::milliseconds saveTime = std::chrono::milliseconds(500));
 
-    /// Waits as synchronize() does.
-    ~SettingsFile();
+    ~SettingsFile() { synchronize(); }
+    SettingsFile(const SettingsFile &) = delete;
+    SettingsFile &operator=(const SettingsFile &) = delete;
 
     [[nodiscard]] const QString &path() const { return m_path; }
 
@@ -43,7 +43,7 @@ public:
     void setValue(QLatin1StringView key, const QJsonValue &value);
 
     /// Reads the file again if it has changed.
-    void refresh();
+    void refresh() { refresh(Lock(m_mutex)); }
 
     /// Waits until every value set so far has been written, or could not be, and bad content found has been
     /// kept. From now on bad content is judged without waiting for `saveTime`.
@@ -54,9 +54,9 @@ private:
     using Stamp = std::array<std::int64_t, 5>;
     using Lock = std::unique_lock<std::mutex>;
 
-    enum class Content { Missing, Values, Bad, Unreadable };
+    enum class Content { Values, Bad, Unreadable };
     struct Reading {
-        Content content = Content::Missing;
+        Content content = Content::Values;
         QJsonObject values;
         QByteArray bytes;
         Stamp stamp{};
@@ -64,26 +64,28 @@ private:
 
         // Of bad content.
         std::chrono::steady_clock::time_point due; ///< when it will have stayed the same long enough
-        bool judged = false;                       ///< it has
-        bool reported = false;
+        bool judged = false;                       ///< it has, and has been reported
         bool kept = false;
     };
 
-    [[nodiscard]] static Stamp stampOf(const struct stat &status);
     [[nodiscard]] static Stamp stampOf(const QByteArray &path);
     [[nodiscard]] static Reading read(const QByteArray &path);
 
-    // All below are called with the lock held; those that take it release it while they wait.
-    void reload();
-    void refreshLocked();
+    // All below are called with the lock held; those that take it and may change it release it while they
+    // wait.
     [[nodiscard]] QJsonObject values() const;
+    template <typename Change>
+    void tellOf(Change change);
+    void refresh(const Lock &lock);
+    void reload();
     [[nodiscard]] bool isBad(const QByteArray &bytes) const;
     [[nodiscard]] QString badPath() const { return m_path + QLatin1StringView(".bad"); }
     [[nodiscard]] bool settleBadContent(Lock &lock);
     [[nodiscard]] bool keepBadContent(Lock &lock);
     void wakeWriter();
-    void writeBehind();
+    void writeBehind(const std::stop_token &stop);
     [[nodiscard]] QString write(Lock &lock);
+    [[nodiscard]] std::optional<QString> tryToWrite(Lock &lock);
     void forget(const QJsonObject &written);
     void reportWriteFailure(const QString &error);
 
@@ -93,15 +95,14 @@ private:
     const std::chrono::milliseconds m_saveTime;
 
     std::mutex m_mutex; ///< guards all below
-    std::condition_variable m_wake;
+    std::condition_variable_any m_wake;
     Reading m_reading;
     QJsonObject m_pending;            ///< set and not yet in the file
     std::uint64_t m_wantedRound = 0;  ///< of the writer
     std::uint64_t m_writtenRound = 0; ///< the last one done
     bool m_writeFailureReported = false;
     bool m_hurried = false;
-    bool m_stop = false;
-    std::thread m_writer; ///< started by the first value set, or bad content found
+    std::jthread m_writer; ///< started by the first value set, or bad content found
 };
 
 } // namespace brevant

@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 
 namespace brevant {
@@ -75,9 +76,21 @@ inline constexpr std::array allSettingKeys{
 };
 
 /// The setting of that name, or null if there is none.
-[[nodiscard]] const SettingKey *findSettingKey(QStringView key);
+[[nodiscard]] inline const SettingKey *findSettingKey(QStringView key)
+{
+    const auto found =
+        std::ranges::find_if(allSettingKeys, [key](const SettingKey &setting) { return key == setting.key; });
+    return found == allSettingKeys.end() ? nullptr : &*found;
+}
 
 /// The table of defaults, as SettingsStore::registerDefaults takes it.
-[[nodiscard]] QJsonObject registeredDefaults();
+[[nodiscard]] inline QJsonObject registeredDefaults()
+{
+    QJsonObject defaults;
+    for (const SettingKey &setting : allSettingKeys)
+        defaults.insert(setting.key, setting.type == SettingType::Boolean ? QJsonValue(setting.defaultState)
+                                                                          : QJsonValue(setting.defaultText));
+    return defaults;
+}
 
 } // namespace brevant
