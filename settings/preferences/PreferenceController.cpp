@@ -4,7 +4,6 @@
 
 #include "files/PathString.h"
 #include "settings/Encodings.h"
-#include "settings/SettingsStore.h"
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Dialogs.h"
@@ -99,11 +98,6 @@ void PreferenceController::showWindow()
     m_window->activateWindow();
 }
 
-QString PreferenceController::suffixFieldValue() const
-{
-    return m_store.stringForKey(suffixKeyString).value_or(QString());
-}
-
 // Loading
 
 void PreferenceController::setUpMenus()
@@ -181,7 +175,8 @@ void PreferenceController::connectActions()
     connect(m_ui->lineBreakField, &QLineEdit::textChanged, this, &PreferenceController::changeLineBreak);
     // Not currentIndexChanged: an item acts each time it is picked.
     connect(m_ui->popupButton, &QComboBox::activated, this, &PreferenceController::folderItemChosen);
-    connect(m_ui->encodingPopupButton, &QComboBox::activated, this, &PreferenceController::storeEncoding);
+    connect(m_ui->encodingPopupButton, &QComboBox::activated, this,
+            [this](int item) { storeEncoding(allEncodings.at(static_cast<std::size_t>(item)).name); });
 }
 
 /// A row acts when it is clicked, even if it is the one already chosen, and when an assistive program
@@ -287,11 +282,6 @@ void PreferenceController::folderItemChosen(int index)
         newItemClicked();
 }
 
-void PreferenceController::sameFolderItemClicked()
-{
-    m_store.setBool(true, sameFolderKeyString);
-}
-
 void PreferenceController::chooseFolderItemClicked()
 {
     const QString stored = m_store.stringForKey(selectedFolderKeyString).value_or(QString());
@@ -299,25 +289,14 @@ void PreferenceController::chooseFolderItemClicked()
     if (!path) {
         // A folder chosen earlier keeps its item, but the outputs go beside their sources again.
         m_ui->popupButton->setCurrentIndex(sameFolderItem);
-        m_store.setBool(true, sameFolderKeyString);
+        sameFolderItemClicked();
         return;
     }
     if (m_ui->popupButton->count() > newItem)
         m_ui->popupButton->removeItem(newItem);
     insertNewItem(*path);
     m_store.setObject(*path, selectedFolderKeyString);
-    m_store.setBool(false, sameFolderKeyString);
-}
-
-void PreferenceController::newItemClicked()
-{
-    m_store.setBool(false, sameFolderKeyString);
-}
-
-void PreferenceController::storeEncoding(int item)
-{
-    m_store.setObject(QString(allEncodings.at(static_cast<std::size_t>(item)).name),
-                      selectedEncodingKeyString);
+    newItemClicked();
 }
 
 void PreferenceController::close()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 #include <QIcon>
 #include <QObject>
@@ -19,8 +20,6 @@ class Preferences;
 }
 
 namespace brevant {
-
-class SettingsStore;
 
 /// Asks the user for a folder in a modal panel over `window`, beginning in `startFolder` if it exists.
 /// The absolute path of the folder, or nothing if the user did not confirm.
@@ -52,7 +51,10 @@ public:
     void showWindow();
 
     /// The stored suffix.
-    [[nodiscard]] QString suffixFieldValue() const;
+    [[nodiscard]] QString suffixFieldValue() const
+    {
+        return m_store.stringForKey(suffixKeyString).value_or(QString());
+    }
 
     // The actions of the controls.
     void changeSuffix();
@@ -60,9 +62,9 @@ public:
     void changeLineBreak();
     void lineBreakSwitcherClicked();
     void enablePHPCheckerClicked();
-    void sameFolderItemClicked();
+    void sameFolderItemClicked() { m_store.setBool(true, sameFolderKeyString); }
     void chooseFolderItemClicked();
-    void newItemClicked();
+    void newItemClicked() { m_store.setBool(false, sameFolderKeyString); }
 
     // Those of the other check boxes: each stores its state.
     void nomungeCheckerClicked() { storeChecker(nomungeSwitcherKeyString); }
@@ -77,17 +79,17 @@ public:
     void keepXMLSpaceCheckerClicked() { storeChecker(keepXMLSpaceCheckerKeyString); }
 
     // Those of the encodings' items: each stores its name.
-    void set_utf_8() { storeEncoding(enc_utf_8); }
-    void set_gb2312() { storeEncoding(enc_gb2312); }
-    void set_gbk() { storeEncoding(enc_gbk); }
-    void set_gb18030() { storeEncoding(enc_gb18030); }
-    void set_big5() { storeEncoding(enc_big5); }
-    void set_big5_hkscs() { storeEncoding(enc_big5_hkscs); }
-    void set_shift_jis() { storeEncoding(enc_shift_jis); }
-    void set_iso_2022_jp() { storeEncoding(enc_iso_2022_jp); }
-    void set_iso_2022_kr() { storeEncoding(enc_iso_2022_kr); }
-    void set_iso_8859_1() { storeEncoding(enc_iso_8859_1); }
-    void set_iso_8859_15() { storeEncoding(enc_iso_8859_15); }
+    void set_utf_8() { storeEncoding(QLatin1StringView("utf-8")); }
+    void set_gb2312() { storeEncoding(QLatin1StringView("gb2312")); }
+    void set_gbk() { storeEncoding(QLatin1StringView("gbk")); }
+    void set_gb18030() { storeEncoding(QLatin1StringView("gb18030")); }
+    void set_big5() { storeEncoding(QLatin1StringView("big5")); }
+    void set_big5_hkscs() { storeEncoding(QLatin1StringView("big5-hkscs")); }
+    void set_shift_jis() { storeEncoding(QLatin1StringView("shift-jis")); }
+    void set_iso_2022_jp() { storeEncoding(QLatin1StringView("iso-2022-jp")); }
+    void set_iso_2022_kr() { storeEncoding(QLatin1StringView("iso-2022-kr")); }
+    void set_iso_8859_1() { storeEncoding(QLatin1StringView("iso-8859-1")); }
+    void set_iso_8859_15() { storeEncoding(QLatin1StringView("iso-8859-15")); }
 
     /// Ends editing in the window, so that a text being typed is finished. The window stays open.
     void close();
@@ -101,21 +103,6 @@ private:
 
     /// The items of `popupButton`. `newItem`, the chosen folder, is there only once a folder has been chosen.
     enum FolderItem { sameFolderItem, separatorItem, chooseFolderItem, newItem };
-
-    /// The items of `encodingPopupButton`, in the order of allEncodings.
-    enum EncodingItem {
-        enc_utf_8,
-        enc_gb2312,
-        enc_gbk,
-        enc_gb18030,
-        enc_big5,
-        enc_big5_hkscs,
-        enc_shift_jis,
-        enc_iso_2022_jp,
-        enc_iso_2022_kr,
-        enc_iso_8859_1,
-        enc_iso_8859_15,
-    };
 
     void init();
     void windowDidLoad();
@@ -131,7 +118,7 @@ private:
     void insertNewItem(const QString &path);
     void enableLineBreakField();
     void storeChecker(QLatin1StringView key);
-    void storeEncoding(int item);
+    void storeEncoding(QLatin1StringView name) { m_store.setObject(name, selectedEncodingKeyString); }
 
     SettingsStore &m_store;
     const IconForPath m_iconForPath;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/preferences/PageArea.h"
+#include "settings/preferences/Controls.h"
 #include "tests/TestClass.h"
 #include "tests/settings/preferences/PreferenceBench.h"
 

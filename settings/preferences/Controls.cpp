@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/preferences/PopUpButton.h"
+#include "settings/preferences/Controls.h"
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
+#include <QScreen>
+#include <QScrollBar>
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
@@ -14,7 +16,8 @@ namespace brevant {
 
 namespace {
 
-constexpr int gapAfterIcon = 4; // as the styles draw it
+constexpr int gapAfterIcon = 4;       // as the styles draw it
+constexpr double shareOfScreen = 0.9; // the rest is for the title bar and the frame
 
 /// The keys that open the list, or would choose another item of the closed one.
 constexpr std::array openingKeys{Qt::Key_Space,  Qt::Key_F4,       Qt::Key_Up,   Qt::Key_Down,
@@ -28,8 +31,6 @@ bool searches(const QKeyEvent &event)
 }
 
 } // namespace
-
-PopUpButton::PopUpButton(QWidget *parent) : QComboBox(parent) {}
 
 void PopUpButton::initStyleOption(QStyleOptionComboBox *option) const
 {
@@ -56,6 +57,25 @@ void PopUpButton::keyPressEvent(QKeyEvent *event)
 void PopUpButton::wheelEvent(QWheelEvent *event)
 {
     event->ignore();
+}
+
+PageArea::PageArea(QWidget *parent) : QScrollArea(parent)
+{
+    setFocusPolicy(Qt::NoFocus); // the controls on the page take it
+}
+
+QSize PageArea::sizeHint() const
+{
+    if (widget() == nullptr)
+        return QScrollArea::sizeHint();
+    const QSize page = widget()->sizeHint();
+    const QSize room = screen()->availableSize() * shareOfScreen;
+    QSize hint = page;
+    if (page.height() > room.height())
+        hint.rwidth() += verticalScrollBar()->sizeHint().width();
+    if (page.width() > room.width())
+        hint.rheight() += horizontalScrollBar()->sizeHint().height();
+    return hint.boundedTo(room);
 }
 
 } // namespace brevant
