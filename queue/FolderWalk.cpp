@@ -5,19 +5,13 @@
 #include "files/Descriptor.h"
 #include "files/RawBytes.h"
 
-#include <QByteArray>
-
-#include <cerrno>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <vector>
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brevant {
 
@@ -26,7 +20,7 @@ namespace {
 // Open folders kept along one branch; those further up are opened again through ".." on the way back.
 constexpr std::size_t openLevels = 32;
 
-constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+constexpr int openFlags = O_RDONLY | O_DIRECTORY;
 
 constexpr std::size_t bufferSize = 65536; // of names at a time
 
@@ -40,7 +34,7 @@ public:
 
     void walk()
     {
-        enter(AT_FDCWD, m_top.constData(), 0);
+        enter(AT_FDCWD, m_top, 0);
         while (!m_levels.empty())
             step();
     }
@@ -57,10 +51,10 @@ private:
     };
 
     /// Reads the whole folder at m_path, so that what `visit` does to it cannot confuse the reading.
-    void enter(int parent, const char *name, int extraFlags)
+    void enter(int parent, const QByteArray &name, int extraFlags)
     {
         Level level;
-        level.folder = Descriptor(::openat(parent, name, openFlags | extraFlags));
+        level.folder = openFile(name, openFlags | extraFlags, 0, parent);
         struct stat status {};
         if (!level.folder.isOpen() || ::fstat(level.folder.number(), &status) != 0) {
             failed();
@@ -140,7 +134,7 @@ private:
         m_levels.pop_back();
         if (m_levels.empty() || m_levels.back().folder.isOpen())
             return;
-        Descriptor parent(::openat(left.folder.number(), "..", openFlags));
+        Descriptor parent = openFile("..", openFlags, 0, left.folder.number());
         if (isAt(m_levels.back(), parent))
             m_levels.back().folder = std::move(parent);
         else
@@ -152,14 +146,14 @@ private:
     void findBack()
     {
         Descriptor last;
-        Descriptor next(::open(m_top.constData(), openFlags));
+        Descriptor next = openFile(m_top, openFlags);
         std::size_t found = 0;
         while (isAt(m_levels[found], next)) {
             last = std::move(next);
             const char *name = &m_levels[found].names[m_levels[found].visited + 1];
             if (++found == m_levels.size())
                 break;
-            next = Descriptor(::openat(last.number(), name, openFlags | O_NOFOLLOW));
+            next = openFile(name, openFlags | O_NOFOLLOW, 0, last.number());
         }
         m_levels.resize(found);
         if (found > 0)

@@ -7,6 +7,8 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QStringBuilder>
+
 namespace brevant {
 
 void OutputPath::Naming::read(const SettingsStore &settings)
@@ -25,13 +27,10 @@ void OutputPath::Naming::next(const QString &entry, const std::optional<QString>
         path.reset();
         return;
     }
-    // One "/" is put between, whatever the folder ends with.
-    QString stem = sameFolder ? PathString::stem(entry).toString() : folder + u'/';
-    if (!sameFolder)
-        stem += PathString::stem(PathString::lastComponent(entry));
-    if (suffixSwitch.toBool())
-        stem += suffix;
-    path = PathString::withExtension(stem, *extension);
+    const QString before = sameFolder ? QString() : folder + u'/'; // whatever the folder ends with
+    const QStringView stem = PathString::stem(sameFolder ? entry : PathString::lastComponent(entry));
+    const QString after = suffixSwitch.toBool() ? suffix : QString();
+    path = PathString::withExtension(QString(before % stem % after), *extension);
 }
 
 OutputPath::OutputPath(const SettingsStore &settings) : m_settings(settings)
