@@ -27,7 +27,7 @@ int rowAfter(const std::vector<int> &newRows, int row)
     return row < 0 ? -1 : newRows[static_cast<std::size_t>(row)];
 }
 
-/// Where those of `rows` are that are not gone.
+/// Where `rows` are after a reload, without those that are gone.
 std::vector<int> rowsAfter(const std::vector<int> &newRows, const std::vector<int> &rows)
 {
     std::vector<int> after;
@@ -66,7 +66,7 @@ BVTableView::BVTableView(QWidget *parent) : QTableView(parent)
     letWindowBeDragged();
 }
 
-/// By what is not a row.
+/// By the empty background, on which a click deselects.
 void BVTableView::letWindowBeDragged()
 {
     auto *const drag = new BackgroundDrag(viewport(), [this](QPoint at) {
@@ -125,7 +125,7 @@ void BVTableView::reloadData()
         Q_EMIT selectionDidChange();
 }
 
-// Kept, as asking the selection model takes long while there are tens of thousands of ranges.
+// Cached, as the selection model is slow to ask with tens of thousands of ranges.
 const std::vector<int> &BVTableView::selectedRows() const
 {
     if (m_selectedRows)

@@ -128,10 +128,10 @@ private:
     DropTarget *m_dropTarget = nullptr;
     QPointer<QMenu> m_menu;
     std::optional<QColor> m_backgroundColor;
-    mutable std::optional<std::vector<int>> m_selectedRows; ///< ascending; nothing: to be asked for anew
+    mutable std::optional<std::vector<int>> m_selectedRows; ///< ascending; none: to be asked for again
     int m_selectedRow = -1;
     bool m_reloading = false;
-    bool m_dragHoldsFiles = false; ///< the drag that has come in last
+    bool m_dragHoldsFiles = false; ///< the latest drag
     bool m_dragIsOver = false;
     bool m_keyboardFocus = false; ///< the focus came by a key
     QString m_searched;

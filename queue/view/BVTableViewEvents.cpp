@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "files/PathString.h"
 #include "queue/view/BVTableView.h"
 
 #include <QApplication>
@@ -80,7 +79,7 @@ void BVTableView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void BVTableView::keyPressEvent(QKeyEvent *event)
 {
-    // Qt makes no menu key of it.
+    // Qt does not treat it as the menu key.
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
         contextMenuEvent(&menuKey);
@@ -129,16 +128,13 @@ void BVTableView::keyboardSearch(const QString &search)
     const bool goesOn = m_searched.isEmpty() || m_searched == search;
     if (m_searched != search)
         m_searched += search;
-    const int count = rowCount();
     const int start = std::max(currentIndex().row(), 0) + (goesOn ? 1 : 0);
-    for (int i = 0; i < count; ++i) {
-        const QModelIndex index = model()->index((start + i) % count, 0);
-        const QString path = index.data(Qt::DisplayRole).toString();
-        if (PathString::lastComponent(path).startsWith(m_searched, Qt::CaseInsensitive)) {
-            setCurrentIndex(index);
-            return;
-        }
-    }
+    // The accessible text begins with the name of the file.
+    const QModelIndexList found =
+        model()->match(model()->index(start < rowCount() ? start : 0, 0), Qt::AccessibleTextRole, m_searched,
+                       1, Qt::MatchStartsWith | Qt::MatchWrap);
+    if (!found.isEmpty())
+        setCurrentIndex(found.first());
 }
 
 void BVTableView::focusInEvent(QFocusEvent *event)
