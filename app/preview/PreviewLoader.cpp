@@ -59,9 +59,7 @@ PreviewLoader::~PreviewLoader()
 
 void PreviewLoader::start(const QString &path, const QString &encoding)
 {
-    m_path = path;
-    m_encoding = encoding;
-    m_loading = true;
+    m_loading.emplace(path, encoding);
     const std::lock_guard lock(m_shared->mutex);
     m_shared->pending = Request{++m_shared->wanted, path, encoding};
     if (m_shared->threads == mostThreads)
@@ -81,15 +79,10 @@ void PreviewLoader::start(const QString &path, const QString &encoding)
 
 void PreviewLoader::cancel()
 {
-    m_loading = false;
+    m_loading.reset();
     const std::lock_guard lock(m_shared->mutex);
     ++m_shared->wanted;
     m_shared->pending.reset();
-}
-
-bool PreviewLoader::isLoading(const QString &path, const QString &encoding) const
-{
-    return m_loading && path == m_path && encoding == m_encoding;
 }
 
 void PreviewLoader::work(const std::shared_ptr<Shared> &shared)
@@ -111,7 +104,7 @@ void PreviewLoader::deliver(const PreviewContent &content, quint64 number)
 {
     if (number != m_shared->wanted)
         return;
-    m_loading = false;
+    m_loading.reset();
     Q_EMIT loaded(content);
 }
 

@@ -7,6 +7,8 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace brevant {
 
@@ -26,7 +28,10 @@ public:
     void cancel();
 
     /// Whether exactly that is being read.
-    [[nodiscard]] bool isLoading(const QString &path, const QString &encoding) const;
+    [[nodiscard]] bool isLoading(const QString &path, const QString &encoding) const
+    {
+        return m_loading == std::pair(path, encoding);
+    }
 
 Q_SIGNALS:
     void loaded(const brevant::PreviewContent &content); ///< on the thread of this object
@@ -37,9 +42,7 @@ private:
     void deliver(const PreviewContent &content, quint64 number);
 
     std::shared_ptr<Shared> m_shared;
-    QString m_path;
-    QString m_encoding;
-    bool m_loading = false;
+    std::optional<std::pair<QString, QString>> m_loading; ///< path and encoding of what is being read
 };
 
 } // namespace brevant

@@ -42,7 +42,7 @@ int nearestIndex(const PreviewPanelDataSource &source, const QUrl &item, int ind
     const auto isAt = [&](int place) { return source.previewPanelPreviewItemAtIndex(place) == item; };
     if (index < 0)
         return 0;
-    // It is most often where it was.
+    // Most often it has not moved.
     if (index < count && isAt(index))
         return index;
     for (int place = 0; place < count; ++place) {
@@ -169,7 +169,7 @@ void PreviewPanel::closeEvent(QCloseEvent *event)
 bool PreviewPanel::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Asked no further: the text has shortcuts of its own.
+        // Not passed on: the text has shortcuts of its own.
         event->setAccepted(isNoMenuKey(*static_cast<QKeyEvent *>(event)));
         return true;
     }

@@ -52,7 +52,7 @@ QRect nearTo(const QRect &window, const QSize &size, const QRect &room)
     return keptWithin(frame, room);
 }
 
-/// Whether windows may move by themselves.
+/// Whether a window may be animated: the platform lets programs place windows, and the user wants motion.
 bool mayMove(const QWidget &window)
 {
     return !QGuiApplication::platformName().startsWith("wayland"_L1) &&

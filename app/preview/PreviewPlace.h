@@ -19,7 +19,7 @@ namespace brevant {
 /// Gives the panel its first place, or brings it back onto the screen from where it was left.
 void placeOnScreen(QWidget &panel, const QRect &row);
 
-/// Where the panel without its frame is, or will be.
+/// Where the panel is, or will be, without its frame.
 [[nodiscard]] QRect restingPlace(const QWidget &panel);
 
 /// The picture of a window on its way between two rectangles of the screen. Takes no input.
@@ -29,9 +29,9 @@ class ZoomWindow final : public QWidget {
 public:
     explicit ZoomWindow(QWidget *parent);
 
-    /// Starts a picture of `window` at `from`, or where a zoom that has not ended is now. It stays at `to`
-    /// when it has finished. False if it must not: a rectangle is empty, the platform lets no program place
-    /// its windows, or the user has asked for less motion.
+    /// Starts at `from`, or where a zoom that has not ended is now, with a picture of `window`, and stays at
+    /// `to` when it has finished. Does nothing and returns false if a rectangle is empty, the platform does
+    /// not let programs place their windows, or the user has asked for less motion.
     [[nodiscard]] bool zoom(QWidget &window, const QRect &from, const QRect &to);
     void setPicture(const QPixmap &picture);
     [[nodiscard]] bool isZooming() const;

@@ -39,21 +39,21 @@ constexpr int previewLongestLine = 400;
 /// The same for lines in which something reads from right to left.
 constexpr int previewLongestMixedLine = 120;
 
-/// The most columns of a line that comes of folding.
+/// The most columns of a folded line.
 constexpr int previewFoldedLine = 80;
 
 /// U+200E in UTF-8.
 constexpr QByteArrayView leftToRightMark("\xE2\x80\x8E");
 
 /// Reads `path` as text in the encoding of that name, UTF-8 if there is none. Only a regular file is opened.
-/// Asks `cancelled` now and then, and returns nothing if that is true. Safe in any thread.
+/// Calls `cancelled` now and then, and returns nothing once it is true. Safe in any thread.
 [[nodiscard]] std::optional<PreviewContent> readPreview(const QString &path, const QString &encoding,
                                                         const std::function<bool()> &cancelled);
 
 /// What is said instead of text: one plain sentence. Empty if there is text.
 [[nodiscard]] QString previewSentence(const PreviewContent &content);
 
-/// What must be known of the text that is shown, if anything: that it ends early, or differs from the file.
+/// What to know about the text that is shown, if anything: that it ends early, or differs from the file.
 [[nodiscard]] QString previewNotice(const PreviewContent &content);
 
 /// Size, lines, encoding and date of the file, as far as there are any.

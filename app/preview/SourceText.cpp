@@ -54,7 +54,7 @@ QByteArrayView withoutLastEnd(QByteArrayView text)
     return text.endsWith('\n') || text.endsWith('\r') ? text.chopped(1) : text;
 }
 
-/// The bytes of the text that the file has not, in their order.
+/// The offsets of the bytes in the text that are not in the file, ascending.
 std::vector<qsizetype> bytesAdded(const PreviewContent &content)
 {
     std::vector<qsizetype> added = content.folds;

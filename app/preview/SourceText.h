@@ -47,7 +47,7 @@ private:
     QsciLexer *m_html;
     std::unique_ptr<StyleSheets> m_styleSheets;
     QByteArray m_text;
-    std::vector<qsizetype> m_added; ///< the bytes of the text that the file has not, in their order
+    std::vector<qsizetype> m_added; ///< offsets of the bytes in the text that are not in the file, ascending
     bool m_isFolded = false;
     QString m_path;
 };
