@@ -20,30 +20,31 @@ bool DurableFile::open()
     if (m_file.isOpen())
         return true;
     struct stat old {};
-    const bool exists = ::stat(m_target.constData(), &old) == 0;
-    if (exists && !S_ISREG(old.st_mode)) {
+    if (::stat(m_target.constData(), &old) != 0)       // a loop of links is no free name
+        return errno == ENOENT && openTemporary(0666); // to which the umask applies
+    if (!S_ISREG(old.st_mode)) {
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         return false;
     }
-    if (!exists && errno != ENOENT) // such as a loop of links, which is no free name
+    if (!openTemporary(0600))
         return false;
-    // The umask applies to a new file; an existing one gets its own mode back below.
-    const mode_t mode = exists ? 0600 : 0666;
+    // Only root may change the owner; anybody else keeps the mode at least.
+    [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
+    return ::fchmod(m_file.number(), old.st_mode & 07777) == 0;
+}
+
+bool DurableFile::openTemporary(mode_t mode)
+{
     // An unnamed file leaves nothing behind when the program is killed. Naming it needs /proc.
     if (::access("/proc/self/fd", X_OK) == 0)
         m_file = openFile(folderOf(m_target), O_WRONLY | O_TMPFILE, mode);
+    if (m_file.isOpen())
+        return true;
     // Not every file system supports that.
-    if (!m_file.isOpen()) {
-        m_temporary = makeBeside(m_target, [&](const QByteArray &name) {
-            m_file = openFile(name, O_WRONLY | O_CREAT | O_EXCL, mode);
-            return m_file.isOpen();
-        });
-    }
-    if (m_file.isOpen() && exists) {
-        // Only root may change the owner; anybody else keeps the mode at least.
-        [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
-        return ::fchmod(m_file.number(), old.st_mode & 07777) == 0;
-    }
+    m_temporary = makeBeside(m_target, [&](const QByteArray &name) {
+        m_file = openFile(name, O_WRONLY | O_CREAT | O_EXCL, mode);
+        return m_file.isOpen();
+    });
     return m_file.isOpen();
 }
 

@@ -43,6 +43,7 @@ public:
 
 private:
     [[nodiscard]] bool open();
+    [[nodiscard]] bool openTemporary(mode_t mode);
     [[nodiscard]] bool fail();
     void discard();
 

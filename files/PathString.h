@@ -7,8 +7,8 @@
 #include <QStringView>
 
 /// Cuts and joins paths as texts: nothing is normalised, no "~" is expanded unless asked for, the disk is
-/// never asked. A "/" at the end is not part of the last component. A name that
-/// begins with "." and has no other "." has no extension.
+/// never asked. A "/" at the end is not part of the last component. A name that begins with "." and has no
+/// other "." has no extension.
 namespace brevant::PathString {
 
 /// "/w/site.min.css" and "/w/site.min.css/" give "site.min.css"; "/" gives "/".

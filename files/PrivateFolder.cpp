@@ -22,13 +22,6 @@ namespace {
 constexpr mode_t ownerOnly = 0700;
 constexpr mode_t others = 077;
 
-/// A second name of the file could lie where others may write, so there may be none.
-bool isOurs(const struct stat &file)
-{
-    return S_ISREG(file.st_mode) && file.st_uid == ::geteuid() && (file.st_mode & others) == 0 &&
-           file.st_nlink == 1;
-}
-
 /// A name is locked by way of one byte, chosen by its hash, of a file of ours: the source itself may be
 /// missing for a moment, and on some file systems nobody could write to it while it is locked.
 struct flock byteOf(QByteArrayView name, short type)
@@ -45,49 +38,40 @@ struct flock byteOf(QByteArrayView name, short type)
 } // namespace
 
 PrivateFolder::PrivateFolder(QString path, Descriptor folder)
-    : m_path(std::move(path)), m_folder(std::move(folder)), m_locks(openEntry("locks", O_RDWR | O_CREAT))
+    : m_path(std::move(path)), m_folder(std::move(folder)), m_locks(openOurs("locks", O_RDWR | O_CREAT))
 {
-    struct stat status {};
-    if (m_locks.isOpen() && (::fstat(m_locks.number(), &status) != 0 || !isOurs(status)))
-        m_locks = Descriptor();
 }
 
 std::optional<PrivateFolder> PrivateFolder::open(const QString &path, QString &error, bool make)
 {
     const QByteArray name = QFile::encodeName(path);
-    if (make && !makeFolders(name)) {
-        error = qt_error_string(errno);
-        return std::nullopt;
-    }
-    Descriptor folder = brevant::openFile(name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    Descriptor folder;
+    if (!make || makeFolders(name))
+        folder = brevant::openFile(name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     struct stat status {};
-    if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0) {
-        error = errno == ENOENT && !make ? QString() : qt_error_string(errno);
-        return std::nullopt;
-    }
-    if (status.st_uid != ::geteuid()) {
+    const bool isOpen = folder.isOpen() && ::fstat(folder.number(), &status) == 0;
+    if (isOpen && status.st_uid != ::geteuid()) {
         error = u"%1 belongs to another user"_s.arg(path);
         return std::nullopt;
     }
-    if ((status.st_mode & 07777) != ownerOnly && ::fchmod(folder.number(), ownerOnly) != 0) {
-        error = qt_error_string(errno);
-        return std::nullopt;
-    }
-    return PrivateFolder(path, std::move(folder));
+    if (isOpen && ((status.st_mode & 07777) == ownerOnly || ::fchmod(folder.number(), ownerOnly) == 0))
+        return PrivateFolder(path, std::move(folder));
+    error = errno == ENOENT && !make ? QString() : qt_error_string(errno);
+    return std::nullopt;
 }
 
-Descriptor PrivateFolder::openFile(const QByteArray &name) const
+Descriptor PrivateFolder::openOurs(const QByteArray &name, int flags) const
 {
-    Descriptor file = openEntry(name, O_RDWR);
-    if (!file.isOpen() && errno == EROFS)
-        file = openEntry(name, O_RDONLY);
+    Descriptor file = openEntry(name, flags);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return Descriptor();
-    if (isOurs(status))
+    const bool isRegular = S_ISREG(status.st_mode);
+    // A second name could lie where others may write.
+    if (isRegular && status.st_uid == ::geteuid() && (status.st_mode & others) == 0 && status.st_nlink == 1)
         return file;
     file = Descriptor();
-    errno = S_ISREG(status.st_mode) ? EPERM : EINVAL;
+    errno = isRegular ? EPERM : EINVAL;
     return file;
 }
 

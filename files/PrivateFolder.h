@@ -41,7 +41,11 @@ public:
 
     /// Opens an existing file, for reading at least; closed, with errno set, on failure, which is EPERM for a
     /// file that might be somebody else's.
-    [[nodiscard]] Descriptor openFile(const QByteArray &name) const;
+    [[nodiscard]] Descriptor openFile(const QByteArray &name) const
+    {
+        Descriptor file = openOurs(name, O_RDWR);
+        return !file.isOpen() && errno == EROFS ? openOurs(name, O_RDONLY) : std::move(file);
+    }
 
     /// False, with errno set, on failure.
     [[nodiscard]] bool removeFile(const QByteArray &name) const
@@ -83,6 +87,7 @@ public:
 
 private:
     PrivateFolder(QString path, Descriptor folder);
+    [[nodiscard]] Descriptor openOurs(const QByteArray &name, int flags) const;
 
     [[nodiscard]] Descriptor openEntry(const QByteArray &name, int flags) const
     {

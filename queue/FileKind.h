@@ -30,7 +30,7 @@ struct FileKind {
 [[nodiscard]] const FileKind *kindOf(QStringView path);
 
 /// Whether the application takes `path` into its queue: its kind is switched on, and it is not a file named
-/// .min while those are skipped. Asks for no file, and reads the settings anew at each call.
+/// .min while those are skipped. Never looks at the disk, and reads the settings anew at each call.
 [[nodiscard]] bool isAccepted(QStringView path, const SettingsStore &settings);
 
 } // namespace brevant

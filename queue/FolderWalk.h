@@ -12,8 +12,8 @@ namespace brevant {
 
 /// Calls `visit` with the path, relative to `top`, of every entry below it: folders before their contents,
 /// hidden entries too, unsorted. Symbolic links to folders are visited and not followed. If `top` is not a
-/// folder, nothing is visited. Entries that vanish are passed over, and so are folders that cannot be read,
-/// which `unreadable` is called with, and with the error (errno); the path of `top` itself is empty.
+/// folder, nothing is visited. Entries that vanish are passed over. `unreadable` is called with the path and
+/// the error (errno) of each folder that cannot be read; the path of `top` itself is empty.
 ///
 /// `decode` turns names, which need not be valid UTF-8, into text; `top` may hold RawBytes.
 ///
