@@ -109,25 +109,10 @@ bool SettingsStore::boolForKey(QLatin1StringView key) const
     return value.isString() && truthOf(value.toString());
 }
 
-bool SettingsStore::isTrue(QLatin1StringView key) const
-{
-    return objectForKey(key) == QJsonValue(true);
-}
-
-bool SettingsStore::isFalse(QLatin1StringView key) const
-{
-    return objectForKey(key) == QJsonValue(false);
-}
-
 void SettingsStore::setObject(const QJsonValue &value, QLatin1StringView key)
 {
     m_file->setValue(key, value);
     Q_EMIT didChange();
-}
-
-void SettingsStore::setBool(bool state, QLatin1StringView key)
-{
-    setObject(state, key);
 }
 
 void SettingsStore::synchronize()
@@ -140,24 +125,25 @@ void SettingsStore::watchFile()
     if (m_watcher != nullptr)
         return;
     m_watcher = std::make_unique<QFileSystemWatcher>();
-    // A file that is replaced, or made, is a new one to watch; its folder reports it.
-    const auto watchAgain = [this] {
-        const QFileInfo file(m_file->path());
-        // Until the folder exists, the nearest one above it that does is watched.
-        QDir folder = file.absoluteDir();
-        while (!folder.exists() && !folder.isRoot())
-            folder.setPath(QFileInfo(folder.path()).path());
-        m_watcher->addPath(folder.path());
-        if (file.exists()) {
-            m_watcher->addPath(file.absoluteFilePath());
-            m_watcher->addPath(QFileInfo(file.canonicalFilePath()).absolutePath());
-        }
-        m_file->refresh();
-    };
+    const auto watchAgain = [this] { watchWhatIsThere(); };
     connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, watchAgain);
     connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, watchAgain);
     connect(this, &SettingsStore::didChange, m_watcher.get(), watchAgain);
-    watchAgain();
+    watchWhatIsThere();
+}
+
+/// A file that is replaced, or made, is a new one to watch; its folder reports it.
+void SettingsStore::watchWhatIsThere()
+{
+    const QFileInfo file(m_file->path());
+    // Until the folder exists, the nearest one above it that does is watched.
+    QDir folder = file.absoluteDir();
+    while (!folder.exists() && !folder.isRoot())
+        folder.setPath(QFileInfo(folder.path()).path());
+    m_watcher->addPath(folder.path());
+    if (file.exists())
+        m_watcher->addPaths({file.absoluteFilePath(), QFileInfo(file.canonicalFilePath()).absolutePath()});
+    m_file->refresh();
 }
 
 } // namespace brevant

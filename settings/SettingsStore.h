@@ -54,13 +54,13 @@ public:
     [[nodiscard]] bool boolForKey(QLatin1StringView key) const;
 
     /// The strict tests: whether the stored value is the boolean true, or the boolean false, itself.
-    [[nodiscard]] bool isTrue(QLatin1StringView key) const;
-    [[nodiscard]] bool isFalse(QLatin1StringView key) const;
+    [[nodiscard]] bool isTrue(QLatin1StringView key) const { return objectForKey(key) == QJsonValue(true); }
+    [[nodiscard]] bool isFalse(QLatin1StringView key) const { return objectForKey(key) == QJsonValue(false); }
 
     /// Sets a value. It holds for the next reader at once; a thread of the store's own writes it to the disk,
     /// so the caller never waits. Sends didChange() once.
     void setObject(const QJsonValue &value, QLatin1StringView key);
-    void setBool(bool state, QLatin1StringView key);
+    void setBool(bool state, QLatin1StringView key) { setObject(state, key); }
 
     /// Waits until every value set so far has been written, or could not be.
     void synchronize();
@@ -75,6 +75,8 @@ Q_SIGNALS:
     void didChange();
 
 private:
+    void watchWhatIsThere();
+
     mutable std::mutex m_mutex; ///< guards the two tables below
     QJsonObject m_defaults;
     QJsonObject m_overrides;

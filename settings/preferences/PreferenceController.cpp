@@ -30,7 +30,7 @@ struct CheckerRow {
     void (PreferenceController::*action)() = nullptr; ///< where a click does more than store the state
 };
 
-// All there is to say of a check box, in the order in which they are loaded.
+// Every check box, in the order in which they are loaded.
 constexpr CheckerRow checkers[]{
     {&Ui::Preferences::lineBreakChecker, lineBreakSwitcherKeyString,
      &PreferenceController::lineBreakSwitcherClicked},
@@ -125,21 +125,16 @@ void PreferenceController::windowDidLoad()
 void PreferenceController::loadSuffix()
 {
     m_ui->suffixField->setText(suffixFieldValue());
-    if (m_store.isTrue(suffixSwitcherKeyString)) {
-        m_ui->addSuffixButton->setChecked(true);
-        m_ui->suffixField->setEnabled(true);
-    } else if (m_store.isFalse(suffixSwitcherKeyString)) {
-        m_ui->sameAsSourceButton->setChecked(true);
-        m_ui->suffixField->setEnabled(false);
+    if (const QJsonValue adds = m_store.objectForKey(suffixSwitcherKeyString); adds.isBool()) {
+        (adds.toBool() ? m_ui->addSuffixButton : m_ui->sameAsSourceButton)->setChecked(true);
+        m_ui->suffixField->setEnabled(adds.toBool());
     }
 }
 
 void PreferenceController::enableLineBreakField()
 {
-    if (m_store.isFalse(lineBreakSwitcherKeyString))
-        m_ui->lineBreakField->setEnabled(false);
-    else if (m_store.isTrue(lineBreakSwitcherKeyString))
-        m_ui->lineBreakField->setEnabled(true);
+    if (const QJsonValue breaks = m_store.objectForKey(lineBreakSwitcherKeyString); breaks.isBool())
+        m_ui->lineBreakField->setEnabled(breaks.toBool());
 }
 
 void PreferenceController::insertNewItem(const QString &path)
