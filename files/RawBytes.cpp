@@ -78,16 +78,11 @@ QString RawBytes::escaped(const QString &text)
 
 bool isPrintable(QChar character)
 {
-    switch (character.category()) {
-    case QChar::Other_Control:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-        return false;
-    default:
-        break;
-    }
+    const QChar::Category category = character.category();
     const char16_t code = character.unicode();
-    return code != 0x061c && code != 0x200e && code != 0x200f && !(code >= 0x202a && code <= 0x202e) &&
+    return category != QChar::Other_Control && category != QChar::Separator_Line &&
+           category != QChar::Separator_Paragraph && code != 0x061c && code != 0x200e && code != 0x200f &&
+           !(code >= 0x202a && code <= 0x202e) &&
            !(code >= 0x2066 && code <= 0x206f); // Bidi_Control and their neighbours
 }
 

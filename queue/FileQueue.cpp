@@ -45,9 +45,8 @@ int FileQueue::count() const
 std::optional<QString> FileQueue::entryAt(int index) const
 {
     const std::lock_guard lock(m_mutex);
-    if (index < 0 || static_cast<std::size_t>(index) >= m_entries.size())
-        return std::nullopt;
-    return m_entries[static_cast<std::size_t>(index)];
+    const auto at = static_cast<std::size_t>(index); // out of range if negative
+    return at < m_entries.size() ? std::optional(m_entries[at]) : std::nullopt;
 }
 
 int FileQueue::indexOf(const QString &path) const
@@ -85,8 +84,8 @@ void FileQueue::removeAt(const std::vector<int> &indexes)
     const std::lock_guard lock(m_mutex);
     std::vector<bool> removed(m_entries.size(), false);
     for (const int index : indexes) {
-        if (index >= 0 && static_cast<std::size_t>(index) < removed.size())
-            removed[static_cast<std::size_t>(index)] = true;
+        if (const auto at = static_cast<std::size_t>(index); at < removed.size())
+            removed[at] = true;
     }
     const std::vector<QString> before = std::exchange(m_entries, {});
     m_indexes.clear();

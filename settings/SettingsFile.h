@@ -71,7 +71,7 @@ private:
     [[nodiscard]] static Stamp stampOf(const QByteArray &path);
     [[nodiscard]] static Reading read(const QByteArray &path);
 
-    // All below are called with the lock held; those that take it and may change it release it while they
+    // All below are called with the lock held. Those that take it, and not as const, release it while they
     // wait.
     [[nodiscard]] QJsonObject values() const;
     template <typename Change>

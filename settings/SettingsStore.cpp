@@ -18,23 +18,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-QString numberText(const QJsonValue &value)
+std::optional<QString> textOf(const QJsonValue &value)
 {
+    if (!value.isDouble())
+        return value.isString() ? std::optional(value.toString()) : std::nullopt;
     // Integers first: a double would not keep every digit of a large one.
     const double number = value.toDouble();
     const qint64 integer = value.toInteger(); // 0 if it is none
-    if (integer != 0 || number == 0)
-        return QString::number(integer);
-    return QString::number(number, 'g', QLocale::FloatingPointShortest);
-}
-
-std::optional<QString> textOf(const QJsonValue &value)
-{
-    if (value.isString())
-        return value.toString();
-    if (value.isDouble())
-        return numberText(value);
-    return std::nullopt;
+    return integer != 0 || number == 0 ? QString::number(integer)
+                                       : QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
 bool truthOf(const QString &text)
@@ -102,11 +94,7 @@ std::optional<QString> SettingsStore::stringForKey(QLatin1StringView key) const
 bool SettingsStore::boolForKey(QLatin1StringView key) const
 {
     const QJsonValue value = objectForKey(key);
-    if (value.isBool())
-        return value.toBool();
-    if (value.isDouble())
-        return value.toDouble() != 0;
-    return value.isString() && truthOf(value.toString());
+    return value.toBool() || value.toDouble() != 0 || truthOf(value.toString());
 }
 
 void SettingsStore::setObject(const QJsonValue &value, QLatin1StringView key)
