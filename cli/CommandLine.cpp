@@ -10,97 +10,82 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 namespace {
 
-constexpr int mostJobs = 256;
-
-const QString listOption = QStringLiteral("list");
-const QString dryRunOption = QStringLiteral("dry-run");
-const QString reportOption = QStringLiteral("report");
-const QString settingsOption = QStringLiteral("settings");
-
 void addOptions(QCommandLineParser &parser)
 {
     for (const OptionHelp &option : allOptions) {
-        const QStringList words = QString(option.usage).sliced(2).split(u' ');
+        const QStringList words = option.usage.sliced(2).toString().split(u' ');
         parser.addOption(QCommandLineOption(words.first(), QString(), words.value(1)));
     }
-    parser.addOption(QCommandLineOption(QStringLiteral("h")));
+    parser.addOption(QCommandLineOption(u"h"_s));
 }
 
-QString combinationError(const QCommandLineParser &parser)
+/// What is wrong with the options; empty if nothing is.
+QString optionsError(const QCommandLineParser &parser)
 {
-    const bool isList = parser.isSet(listOption);
-    const bool isDryRun = parser.isSet(dryRunOption);
+    const bool isList = parser.isSet(u"list"_s);
+    const bool isDryRun = parser.isSet(u"dry-run"_s);
     if (isList && isDryRun)
-        return QStringLiteral("--list and --dry-run cannot be used together");
-    if (parser.isSet(reportOption) && (isList || isDryRun))
-        return QStringLiteral("--report needs a run, which --list and --dry-run are not");
-    return {};
-}
-
-/// Only the paths to minify may hold bytes that are not UTF-8; they are listed and reported as failures.
-QString encodingError(const QCommandLineParser &parser)
-{
+        return u"--list and --dry-run cannot be used together"_s;
+    if (parser.isSet(u"report"_s) && (isList || isDryRun))
+        return u"--report needs a run, which --list and --dry-run are not"_s;
+    // Only the paths to minify may hold bytes that are not UTF-8; they are listed and reported as failures.
     for (const QString &option : parser.optionNames()) {
         for (const QString &value : parser.values(option)) {
             if (RawBytes::areIn(value))
-                return QStringLiteral("--%1: \"%2\" is not valid UTF-8").arg(option, value);
+                return u"--%1: \"%2\" is not valid UTF-8"_s.arg(option, value);
         }
     }
-    return {};
-}
-
-QString fileNameError(const QCommandLineParser &parser)
-{
-    for (const QString &option : {settingsOption, reportOption}) {
+    for (const QString &option : {u"settings"_s, u"report"_s}) {
         if (parser.isSet(option) && parser.value(option).isEmpty())
-            return QStringLiteral("--%1 needs the name of a file").arg(option);
+            return u"--%1 needs the name of a file"_s.arg(option);
     }
     return {};
 }
 
 QString readJobs(const QCommandLineParser &parser, int &jobs)
 {
-    const QString option = QStringLiteral("jobs");
-    if (!parser.isSet(option))
+    constexpr int mostJobs = 256;
+    if (!parser.isSet(u"jobs"_s))
         return {};
-    const QString value = parser.value(option);
+    const QString value = parser.value(u"jobs"_s);
     // toInt() alone would accept blanks and a sign.
     const bool isNumber = std::ranges::all_of(value, [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
     jobs = isNumber ? value.toInt() : 0;
     if (jobs >= 1 && jobs <= mostJobs)
         return {};
-    return QStringLiteral("--jobs takes a number from 1 to %1, not \"%2\"").arg(mostJobs).arg(value);
+    return u"--jobs takes a number from 1 to %1, not \"%2\""_s.arg(mostJobs).arg(value);
 }
 
 /// Why a setting cannot have that value; empty if it can.
 QString valueError(const SettingKey &setting, const QString &value)
 {
     if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
-        return QStringLiteral("--set: %1 takes true or false, not \"%2\"").arg(setting.key, value);
+        return u"--set: %1 takes true or false, not \"%2\""_s.arg(setting.key, value);
     if (setting.key != selectedEncodingKeyString || isEncodingName(value))
         return {};
     QStringList names;
     for (const Encoding &encoding : allEncodings)
         names.append(encoding.name);
-    return QStringLiteral("--set: there is no encoding \"%1\"; there are %2")
-        .arg(value, names.join(QLatin1StringView(", ")));
+    return u"--set: there is no encoding \"%1\"; there are %2"_s.arg(value, names.join(u", "_s));
 }
 
 QString readSettings(const QCommandLineParser &parser, CommandLine &line)
 {
-    for (const QString &assignment : parser.values(QStringLiteral("set"))) {
+    for (const QString &assignment : parser.values(u"set"_s)) {
         const qsizetype sign = assignment.indexOf(u'=');
         if (sign < 0)
-            return QStringLiteral("--set takes KEY=VALUE, not \"%1\"").arg(assignment);
+            return u"--set takes KEY=VALUE, not \"%1\""_s.arg(assignment);
         const QString key = assignment.first(sign);
         const QString value = assignment.sliced(sign + 1);
         const SettingKey *setting = findSettingKey(key);
         if (setting == nullptr)
-            return QStringLiteral("--set: there is no setting \"%1\"").arg(key);
+            return u"--set: there is no setting \"%1\""_s.arg(key);
         if (QString error = valueError(*setting, value); !error.isEmpty())
             return error;
         const bool isBoolean = setting->type == SettingType::Boolean;
@@ -122,26 +107,25 @@ CommandLine parseCommandLine(const QStringList &arguments)
         line.error = parser.errorText();
         return line;
     }
-    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("h")))
+    if (parser.isSet(u"help"_s) || parser.isSet(u"h"_s))
         line.action = Action::Help;
-    else if (parser.isSet(QStringLiteral("version")))
+    else if (parser.isSet(u"version"_s))
         line.action = Action::Version;
     if (line.action != Action::Minify)
         return line;
 
-    if (parser.isSet(listOption))
+    if (parser.isSet(u"list"_s))
         line.action = Action::List;
-    if (parser.isSet(dryRunOption))
+    if (parser.isSet(u"dry-run"_s))
         line.action = Action::DryRun;
-    line.all = parser.isSet(QStringLiteral("all"));
-    line.quiet = parser.isSet(QStringLiteral("quiet"));
-    line.settingsFile = parser.value(settingsOption);
-    line.reportFile = parser.value(reportOption);
+    line.all = parser.isSet(u"all"_s);
+    line.quiet = parser.isSet(u"quiet"_s);
+    line.settingsFile = parser.value(u"settings"_s);
+    line.reportFile = parser.value(u"report"_s);
     line.paths = parser.positionalArguments();
     for (const QString &error :
-         {combinationError(parser), encodingError(parser), fileNameError(parser), readJobs(parser, line.jobs),
-          readSettings(parser, line),
-          line.paths.isEmpty() ? QStringLiteral("no file or folder is named") : QString()}) {
+         {optionsError(parser), readJobs(parser, line.jobs), readSettings(parser, line),
+          line.paths.isEmpty() ? u"no file or folder is named"_s : QString()}) {
         if (line.error.isEmpty())
             line.error = error;
     }
@@ -150,20 +134,17 @@ CommandLine parseCommandLine(const QStringList &arguments)
 
 QString helpText()
 {
-    QString text =
-        QStringLiteral("Usage: brevant-cli [options] PATH...\n"
-                       "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n");
+    QString text = u"Usage: brevant-cli [options] PATH...\n"
+                   "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n"_s;
     for (const OptionHelp &option : allOptions)
-        text += QStringLiteral("  %1 %2\n").arg(option.usage, -18).arg(option.meaning);
-    text += QStringLiteral("\nSettings for --set, with their defaults:\n");
+        text += u"  %1 %2\n"_s.arg(option.usage, -18).arg(option.meaning);
+    text += u"\nSettings for --set, with their defaults:\n"_s;
     for (const SettingKey &setting : allSettingKeys) {
-        const QString value = setting.type == SettingType::Text ? QString(setting.defaultText)
-                              : setting.defaultState            ? QStringLiteral("true")
-                                                                : QStringLiteral("false");
-        text += QStringLiteral("  %1=%2\n").arg(setting.key, value);
+        const QString value = registeredDefaults().value(setting.key).toVariant().toString();
+        text += u"  %1=%2\n"_s.arg(setting.key, value);
     }
-    return text + QStringLiteral("\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 no Java or no "
-                                 "compressors,\n130 ended by Ctrl+C.\n");
+    return text + u"\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 no Java or no "
+                  "compressors,\n130 ended by Ctrl+C.\n"_s;
 }
 
 QString versionText()

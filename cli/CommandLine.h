@@ -32,23 +32,22 @@ struct CommandLine {
 
 /// An option as --help shows it.
 struct OptionHelp {
-    QLatin1StringView usage; ///< with its value: "--jobs N"
-    QLatin1StringView meaning;
+    QStringView usage; ///< with its value: "--jobs N"
+    QStringView meaning;
 };
 
 /// In the order of the help text.
 inline constexpr std::array<OptionHelp, 10> allOptions{{
-    {QLatin1StringView("--set KEY=VALUE"), QLatin1StringView("a setting for this run only; repeatable")},
-    {QLatin1StringView("--settings FILE"),
-     QLatin1StringView("read the settings from FILE, not the user's own")},
-    {QLatin1StringView("--jobs N"), QLatin1StringView("run up to N compressors at once")},
-    {QLatin1StringView("--all"), QLatin1StringView("take outputs of other files in folders too")},
-    {QLatin1StringView("--list"), QLatin1StringView("print each file and its output, run nothing")},
-    {QLatin1StringView("--dry-run"), QLatin1StringView("print each command line, run nothing")},
-    {QLatin1StringView("--report FILE"), QLatin1StringView("write a JSON report of the run to FILE")},
-    {QLatin1StringView("--quiet"), QLatin1StringView("print failures only")},
-    {QLatin1StringView("--version"), QLatin1StringView("print the version")},
-    {QLatin1StringView("--help"), QLatin1StringView("print this help")},
+    {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
+    {u"--settings FILE", u"read the settings from FILE, not the user's own"},
+    {u"--jobs N", u"run up to N compressors at once"},
+    {u"--all", u"take outputs of other files in folders too"},
+    {u"--list", u"print each file and its output, run nothing"},
+    {u"--dry-run", u"print each command line, run nothing"},
+    {u"--report FILE", u"write a JSON report of the run to FILE"},
+    {u"--quiet", u"print failures only"},
+    {u"--version", u"print the version"},
+    {u"--help", u"print this help"},
 }};
 
 [[nodiscard]] QString helpText();

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Listing.h"
 
+#include "cli/CommandLine.h"
+#include "cli/OutputClaims.h"
+#include "cli/TerminalText.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
@@ -16,6 +19,8 @@
 #include <utility>
 
 #include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -36,6 +41,21 @@ QSet<QString> outputsAmong(const QStringList &files, const SettingsStore &settin
     return outputs;
 }
 
+QString whyNothingIsListed(const SettingsStore &settings)
+{
+    QStringList reasons;
+    const auto off = [&](QLatin1StringView key, const QString &kinds) {
+        if (!settings.boolForKey(key))
+            reasons.append(u"%1 files are off (%2)"_s.arg(kinds, key));
+    };
+    off(enableHTMLCheckerKeyString, u"HTML"_s);
+    off(enablePHPCheckerKeyString, u"PHP and PHTML"_s);
+    if (settings.boolForKey(filterCheckerKeyString))
+        reasons.append(u"files named .min are skipped (%1)"_s.arg(filterCheckerKeyString));
+    const QString text = u"Nothing to minify: no file of a kind that is on was found"_s;
+    return (reasons.isEmpty() ? text : text + u"; "_s + reasons.join(u", ")) + u".\n"_s;
+}
+
 } // namespace
 
 void Listing::add(const QString &path)
@@ -48,9 +68,8 @@ void Listing::add(const QString &path)
                 found.append(std::move(file));
         },
         [&](const QString &relativePath, int error) {
-            m_unreadable.append(QStringLiteral("%1 cannot be read: %2")
-                                    .arg(relativePath.isEmpty() ? path : PathString::join(path, relativePath),
-                                         qt_error_string(error)));
+            const QString folder = relativePath.isEmpty() ? path : PathString::join(path, relativePath);
+            m_unreadable.append(u"%1 cannot be read: %2"_s.arg(folder, qt_error_string(error)));
         },
         RawBytes::decoded);
     const QSet<QString> outputs = m_all ? QSet<QString>() : outputsAmong(found, m_settings);
@@ -86,7 +105,7 @@ void Listing::append(const QString &file)
         m_unnameable.append(file);
 }
 
-QStringList Listing::outputs() const
+QStringList Listing::passedOver() const
 {
     QSet<QString> told = m_taken;
     QStringList outputs;
@@ -97,6 +116,27 @@ QStringList Listing::outputs() const
         told.insert(mark);
     }
     return outputs;
+}
+
+void Listing::printWhatIsMissing(const CommandLine &line) const
+{
+    const bool isList = line.action == CommandLine::Action::List;
+    for (const QString &sentence : m_unreadable)
+        TerminalText::printError(sentence);
+    for (const QString &file : isList ? m_unnameable : QStringList())
+        TerminalText::printError(u"%1: not minified: %2"_s.arg(file, notUtf8()));
+    for (const QString &folder : line.quiet ? QStringList() : m_folders)
+        TerminalText::printError(folder + u" is a folder"_s);
+    if (const QStringList outputs = passedOver(); isList && !line.quiet && !outputs.isEmpty()) {
+        const QString one = u"1 file passed over, as the output of another (--all takes all):\n"_s;
+        const QString several = u"%1 files passed over, as outputs of others (--all takes all):\n"_s;
+        QString text = outputs.size() == 1 ? one : several.arg(outputs.size());
+        for (const QString &output : outputs)
+            text += printable(output) + u'\n';
+        TerminalText::print(stderr, text);
+    }
+    if (m_queue.isEmpty() && m_unreadable.isEmpty())
+        TerminalText::print(stderr, whyNothingIsListed(m_settings));
 }
 
 } // namespace brevant

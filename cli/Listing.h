@@ -10,6 +10,7 @@ namespace brevant {
 
 class FileQueue;
 class SettingsStore;
+struct CommandLine;
 
 /// Fills a queue from the paths of a command line: with what addTopLevelPath() would add, except for folders,
 /// for files already there in another spelling, and for outputs of other files that are found.
@@ -25,31 +26,26 @@ public:
     /// output.
     void add(const QString &path);
 
-    /// The files passed over as outputs of others.
-    [[nodiscard]] QStringList outputs() const;
+    /// Says on standard error what was found but left out of the queue, or out of --list.
+    void printWhatIsMissing(const CommandLine &line) const;
 
-    /// The folders passed over because they are named like files.
-    [[nodiscard]] const QStringList &folders() const { return m_folders; }
-
-    /// The files in the queue whose paths hold RawBytes, so that they cannot be minified.
-    [[nodiscard]] const QStringList &unnameable() const { return m_unnameable; }
-
-    /// The folders that could not be read, each with the reason.
-    [[nodiscard]] const QStringList &unreadable() const { return m_unreadable; }
+    /// Whether every folder could be read and every file can be minified.
+    [[nodiscard]] bool isComplete() const { return m_unreadable.isEmpty() && m_unnameable.isEmpty(); }
 
 private:
     /// Whether the path is accepted. A folder is not, and is noted.
     [[nodiscard]] bool isListed(const QString &path);
     void append(const QString &file);
+    [[nodiscard]] QStringList passedOver() const;
 
     FileQueue &m_queue;
     const SettingsStore &m_settings;
     const bool m_all;
-    QSet<QString> m_taken; ///< marks of the files in the queue
-    QStringList m_outputs;
-    QStringList m_folders;
-    QStringList m_unnameable;
-    QStringList m_unreadable;
+    QSet<QString> m_taken;    ///< marks of the files in the queue
+    QStringList m_outputs;    ///< files passed over as outputs of others
+    QStringList m_folders;    ///< passed over because they are named like files
+    QStringList m_unnameable; ///< files in the queue that cannot be minified, as their paths hold RawBytes
+    QStringList m_unreadable; ///< folders, each with the reason, in words
 };
 
 } // namespace brevant

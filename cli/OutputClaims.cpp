@@ -2,16 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/OutputClaims.h"
 
+#include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 #include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -44,9 +49,9 @@ QString OutputClaims::claim(const QString &source, const std::optional<QString> 
     const bool isSource = std::ranges::any_of(
         marks, [&](const QString &mark) { return m_sources.contains(mark) && !own.contains(mark); });
     if (isSource)
-        return QStringLiteral("its output %1 is the source of another file in the list").arg(*output);
+        return u"its output %1 is the source of another file in the list"_s.arg(*output);
     if (isTaken(*output, marks))
-        return QStringLiteral("its output %1 is that of another file in the list").arg(*output);
+        return u"its output %1 is that of another file in the list"_s.arg(*output);
     for (const QString &mark : marks)
         m_outputs.insert(mark);
     m_outputsInAnyCase.insert(marks.front().toCaseFolded());
@@ -62,7 +67,7 @@ bool OutputClaims::isTaken(const QString &output, const QStringList &marks) cons
 
 QString notUtf8()
 {
-    return QStringLiteral("its path is not valid UTF-8 and cannot be handed to a compressor");
+    return u"its path is not valid UTF-8 and cannot be handed to a compressor"_s;
 }
 
 Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings)
@@ -72,13 +77,55 @@ Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &set
         if (RawBytes::areIn(source))
             return notUtf8();
         if (!output)
-            return QStringLiteral("%1 is neither true nor false").arg(suffixSwitcherKeyString);
+            return u"%1 is neither true nor false"_s.arg(suffixSwitcherKeyString);
         if (command.arguments(source, output).isEmpty())
-            return QStringLiteral("a switch of its compressor is neither true nor false");
+            return u"a switch of its compressor is neither true nor false"_s;
         if (isTakenForPattern(source, *output))
-            return QStringLiteral("YUI Compressor takes an output path with a colon for a pattern");
+            return u"YUI Compressor takes an output path with a colon for a pattern"_s;
         return claims.claim(source, output);
     };
+}
+
+EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings)
+{
+    OutputPath outputPath(settings);
+    EntriesWithOutputs pairs;
+    for (const QString &entry : queue.entries())
+        pairs.emplace_back(entry, outputPath.next(entry));
+    return pairs;
+}
+
+bool printList(const FileQueue &queue, const SettingsStore &settings)
+{
+    QString text;
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
+        if (!RawBytes::areIn(entry))
+            text += printable(entry) + u'\t' + printable(output.value_or(QString())) + u'\n';
+    }
+    return TerminalText::print(stdout, text);
+}
+
+bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
+{
+    QString text;
+    const auto add = [&text](const QString &program, const QStringList &arguments) {
+        text += TerminalText::commandLine(program, arguments) + u'\n';
+    };
+    add(u"cd"_s, {tools.folder});
+    const CompressorCommand command(settings);
+    const Refusal refusal = refusalFor(queue.entries(), settings);
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
+        if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
+            text += printable(u"# %1: not minified: %2"_s.arg(entry, reason)) + u'\n';
+            continue;
+        }
+        add(tools.java, command.arguments(entry, output));
+        if (settings.boolForKey(gzipCheckerKeyString)) {
+            for (const GzipStep &step : gzipSteps(output))
+                add(step.program, step.arguments);
+        }
+    }
+    return TerminalText::print(stdout, text);
 }
 
 } // namespace brevant

@@ -8,11 +8,10 @@
 #include <QString>
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace brevant {
-
-class SettingsStore;
 
 /// Keeps the entries of a run independent: none may be written over the source or output of another. Asked
 /// for each entry, in the order of the queue.
@@ -36,5 +35,16 @@ private:
 
 /// What a run in the terminal refuses to do. Asked for each entry, in the order of the queue.
 [[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings);
+
+/// Each entry with the output that a run would give it.
+using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>>>;
+[[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings);
+
+/// Prints the path of each entry and of its output, except for entries that hold RawBytes. False, with errno
+/// set, on failure.
+[[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings);
+
+/// Prints the commands of a run as a shell script. False, with errno set, on failure.
+[[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
 
 } // namespace brevant

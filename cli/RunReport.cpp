@@ -3,6 +3,7 @@
 #include "cli/RunReport.h"
 
 #include "cli/TerminalText.h"
+#include "files/PathString.h"
 #include "files/RawBytes.h"
 
 #include <QJsonArray>
@@ -10,16 +11,36 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
 namespace {
 
+int terminalColumns()
+{
+    constexpr int usualColumns = 80;
+    winsize size{};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualColumns;
+}
+
+/// Whether Java prints the options it found on the terminal at each start.
+bool isJavaTalkative()
+{
+    constexpr std::array<const char *, 3> variables{"JAVA_TOOL_OPTIONS", "JDK_JAVA_OPTIONS", "_JAVA_OPTIONS"};
+    return ::isatty(STDERR_FILENO) != 0 && std::ranges::any_of(variables, qEnvironmentVariableIsSet);
+}
+
 QString counted(qint64 count)
 {
-    return count == 1 ? QStringLiteral("1 file")
-                      : QStringLiteral("%1 files").arg(TerminalText::grouped(count));
+    return count == 1 ? u"1 file"_s : u"%1 files"_s.arg(TerminalText::grouped(count));
 }
 
 QJsonValue orNull(std::optional<qint64> number)
@@ -31,23 +52,49 @@ QJsonObject toObject(const EntryResult &result)
 {
     const bool done = result.outcome == EntryResult::Outcome::Done;
     QJsonObject object{
-        {QStringLiteral("source"), RawBytes::escaped(result.source)},
-        {QStringLiteral("output"),
-         result.output ? QJsonValue(RawBytes::escaped(*result.output)) : QJsonValue(QJsonValue::Null)},
-        {QStringLiteral("sizeBefore"), orNull(result.sizeBefore)},
-        {QStringLiteral("sizeAfter"), orNull(result.sizeAfter)},
-        {QStringLiteral("gzipSize"), orNull(result.gzipSize)},
-        {QStringLiteral("seconds"), std::round(result.seconds * 1000) / 1000},
-        {QStringLiteral("outcome"), done ? QStringLiteral("done") : QStringLiteral("failed")},
+        {u"source"_s, RawBytes::escaped(result.source)},
+        {u"output"_s, result.output ? RawBytes::escaped(*result.output) : QJsonValue(QJsonValue::Null)},
+        {u"sizeBefore"_s, orNull(result.sizeBefore)},
+        {u"sizeAfter"_s, orNull(result.sizeAfter)},
+        {u"gzipSize"_s, orNull(result.gzipSize)},
+        {u"seconds"_s, std::round(result.seconds * 1000) / 1000},
+        {u"outcome"_s, done ? u"done"_s : u"failed"_s},
     };
     if (!done)
-        object.insert(QStringLiteral("reason"), result.reason());
+        object.insert(u"reason"_s, result.reason());
     if (!result.notes.isEmpty())
-        object.insert(QStringLiteral("notes"), QJsonArray::fromStringList(result.notes));
+        object.insert(u"notes"_s, QJsonArray::fromStringList(result.notes));
     return object;
 }
 
 } // namespace
+
+RunReport::Style RunReport::styleOfStandardOutput()
+{
+    const QString terminal = qEnvironmentVariable("TERM", u"dumb"_s);
+    return ::isatty(STDOUT_FILENO) != 0 && terminal != u"dumb" && !isJavaTalkative() ? Style::Live
+                                                                                     : Style::Lines;
+}
+
+void RunReport::entryStarted(const EntryStart &start)
+{
+    m_status = start.status;
+    if (m_style != Style::Live)
+        return;
+    // The cursor waits below the line, so that what a compressor prints begins on a line of its own.
+    TerminalText::print(stdout, takeLiveLine() + liveLine(start) + u'\n');
+    m_liveLineShown = true;
+}
+
+void RunReport::entryEnded(const EntryResult &result)
+{
+    m_results.push_back(result);
+    // A failing compressor has just printed why below the live line, which stays as a heading for it.
+    if (result.outcome != EntryResult::Outcome::Done)
+        m_liveLineShown = false;
+    if (m_style == Style::Lines)
+        TerminalText::print(stdout, lineFor(result));
+}
 
 void RunReport::runEnded(RunEnd end, const QString &status)
 {
@@ -62,6 +109,40 @@ void RunReport::runEnded(RunEnd end, const QString &status)
         else
             m_notRun.append(entry);
     }
+    if (m_style != Style::Quiet)
+        TerminalText::print(stdout, takeLiveLine() + printable(status.isEmpty() ? m_status : status) + u'\n');
+}
+
+QString RunReport::lineFor(const EntryResult &result) const
+{
+    const QString source = printable(result.source);
+    if (result.outcome != EntryResult::Outcome::Done)
+        return u"%1 %2: %3\n"_s.arg(m_status, source, printable(result.reason()));
+    return u"%1 %2 -> %3, %4 -> %5 bytes\n"_s.arg(m_status, source, printable(*result.output),
+                                                  TerminalText::grouped(result.sizeBefore.value_or(0)),
+                                                  TerminalText::grouped(result.sizeAfter.value_or(0)));
+}
+
+/// The control characters that erase the live line; empty if there is none.
+QString RunReport::takeLiveLine()
+{
+    // ECMA-48: CUU, cursor up; EL, erase to the end
+    const QString eraseLineAbove = u"\x1b[A\r\x1b[K"_s;
+    // After a stop request its message is the line above the cursor, and must stay.
+    const bool isStopping = m_stop != nullptr && *m_stop != Stop::No;
+    return std::exchange(m_liveLineShown, false) && !isStopping ? eraseLineAbove : QString();
+}
+
+QString RunReport::liveLine(const EntryStart &start) const
+{
+    const auto done = static_cast<int>(endedCount());
+    TerminalText::Progress progress{done, std::max(start.count, 1), start.status,
+                                    printable(PathString::lastComponent(start.path).toString()), QString()};
+    if (done > 0) {
+        const double passed = std::chrono::duration<double>(Clock::now() - m_start).count();
+        progress.left = u"%1 left"_s.arg(TerminalText::duration(passed / done * (progress.total - done)));
+    }
+    return TerminalText::progressLine(progress, terminalColumns() - 1);
 }
 
 qsizetype RunReport::doneCount() const
@@ -79,15 +160,15 @@ QString RunReport::summary() const
             after += result.sizeAfter.value_or(0);
         }
     }
-    QString text = QStringLiteral("%1: %2 -> %3 bytes, %4 % saved")
-                       .arg(counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
-                            TerminalText::percentSaved(before, after));
+    QString text = u"%1: %2 -> %3 bytes, %4 % saved"_s.arg(
+        counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
+        TerminalText::percentSaved(before, after));
     if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
-        text += QStringLiteral("; %1 failed").arg(TerminalText::grouped(failed));
-    text += QStringLiteral(".\n");
+        text += u"; %1 failed"_s.arg(TerminalText::grouped(failed));
+    text += u".\n"_s;
     if (!m_notRun.isEmpty())
-        text += QStringLiteral("Stopped before %1; %2 not minified.\n")
-                    .arg(printable(m_notRun.first()), counted(m_notRun.size()));
+        text += u"Stopped before %1; %2 not minified.\n"_s.arg(printable(m_notRun.first()),
+                                                               counted(m_notRun.size()));
     return text;
 }
 
@@ -96,8 +177,7 @@ QString RunReport::failures() const
     QString text;
     for (const EntryResult &result : m_results) {
         if (result.outcome != EntryResult::Outcome::Done)
-            text +=
-                QStringLiteral("Failed: %1: %2\n").arg(printable(result.source), printable(result.reason()));
+            text += u"Failed: %1: %2\n"_s.arg(printable(result.source), printable(result.reason()));
     }
     return text;
 }
@@ -110,7 +190,7 @@ QString RunReport::notes() const
     notes.removeDuplicates(); // every worker says where its copies are
     QString text;
     for (const QString &note : notes)
-        text += QStringLiteral("brevant-cli: %1\n").arg(printable(note));
+        text += u"brevant-cli: %1\n"_s.arg(printable(note));
     return text;
 }
 
@@ -120,17 +200,16 @@ QByteArray RunReport::toJson() const
     for (const EntryResult &result : m_results)
         files.append(toObject(result));
     for (const QString &entry : m_notRun)
-        files.append(QJsonObject{{QStringLiteral("source"), RawBytes::escaped(entry)},
-                                 {QStringLiteral("outcome"), QStringLiteral("not run")}});
+        files.append(QJsonObject{{u"source"_s, RawBytes::escaped(entry)}, {u"outcome"_s, u"not run"_s}});
     QJsonObject report{
-        {QStringLiteral("brevant"), QStringLiteral(BREVANT_VERSION)},
-        {QStringLiteral("done"), doneCount()},
-        {QStringLiteral("failed"), endedCount() - doneCount()},
-        {QStringLiteral("notRun"), m_notRun.size()},
-        {QStringLiteral("files"), files},
+        {u"brevant"_s, QStringLiteral(BREVANT_VERSION)},
+        {u"done"_s, doneCount()},
+        {u"failed"_s, endedCount() - doneCount()},
+        {u"notRun"_s, m_notRun.size()},
+        {u"files"_s, files},
     };
     if (!m_failure.isEmpty())
-        report.insert(QStringLiteral("reason"), m_failure);
+        report.insert(u"reason"_s, m_failure);
     return QJsonDocument(report).toJson();
 }
 

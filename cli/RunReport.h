@@ -4,24 +4,35 @@
 
 #include "engine/MinifyJob.h"
 
-#include <QByteArray>
 #include <QStringList>
 
 #include <vector>
 
 namespace brevant {
 
-/// The outcome of a run of the terminal program.
-class RunReport : public RunObserver {
+/// A run of the terminal program: printed as it goes on, and its outcome afterwards.
+class RunReport final : public RunObserver {
 public:
-    /// `entries`: the queue of the run, which does not change meanwhile.
-    explicit RunReport(std::vector<QString> entries) : m_entries(std::move(entries)) {}
+    enum class Style {
+        Live,  ///< a line with a bar that is erased for the next one
+        Lines, ///< one line for each file
+        Quiet, ///< nothing
+    };
 
-    void entryEnded(const EntryResult &result) override { m_results.push_back(result); }
+    /// Live on a terminal that can erase a line, unless Java prints on it at each start.
+    [[nodiscard]] static Style styleOfStandardOutput();
+
+    /// `entries`: the queue of the run, which does not change meanwhile. `stop`: what the run heeds.
+    explicit RunReport(std::vector<QString> entries, Style style = Style::Quiet,
+                       const std::atomic<Stop> *stop = nullptr)
+        : m_entries(std::move(entries)), m_style(style), m_stop(stop)
+    {
+    }
+
+    void entryStarted(const EntryStart &start) override;
+    void entryEnded(const EntryResult &result) override;
     void runEnded(RunEnd end, const QString &status) override;
 
-    /// How many entries have been worked on, successfully or not.
-    [[nodiscard]] qsizetype endedCount() const { return static_cast<qsizetype>(m_results.size()); }
     [[nodiscard]] qsizetype doneCount() const;
     [[nodiscard]] bool isAllDone() const { return m_end == RunEnd::Completed && doneCount() == endedCount(); }
 
@@ -31,17 +42,29 @@ public:
     /// The closing lines for a reader: files, bytes, what was saved, where it stopped.
     [[nodiscard]] QString summary() const;
 
-    /// One line for each file that was not minified; empty if there is none.
+    /// One line for each file that was not minified.
     [[nodiscard]] QString failures() const;
 
-    /// The notes of all results, one line each; empty if there are none.
+    /// The notes of all results, one line each.
     [[nodiscard]] QString notes() const;
 
-    /// The report for machines; its format is described in brevant-cli's documentation.
+    /// The report for machines; brevant-cli(1) describes its format.
     [[nodiscard]] QByteArray toJson() const;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    [[nodiscard]] qsizetype endedCount() const { return static_cast<qsizetype>(m_results.size()); }
+    [[nodiscard]] QString takeLiveLine();
+    [[nodiscard]] QString liveLine(const EntryStart &start) const;
+    [[nodiscard]] QString lineFor(const EntryResult &result) const;
+
     const std::vector<QString> m_entries;
+    const Style m_style;
+    const std::atomic<Stop> *const m_stop;
+    const Clock::time_point m_start = Clock::now();
+    QString m_status;
+    bool m_liveLineShown = false; ///< on the line above the cursor
     std::vector<EntryResult> m_results;
     QStringList m_notRun;
     QString m_failure;

@@ -12,6 +12,8 @@
 #include <cwchar>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant::TerminalText {
 
 namespace {
@@ -41,7 +43,7 @@ QString quotedWithEscapes(const QString &argument)
         for (const char byte : QString(character).toUtf8())
             quoted += QString::asprintf("\\%03o", static_cast<unsigned char>(byte));
     }
-    return QStringLiteral("$'%1'").arg(quoted);
+    return u"$'%1'"_s.arg(quoted);
 }
 
 } // namespace
@@ -53,7 +55,7 @@ QString shellQuoted(const QString &argument)
     if (!argument.isEmpty() && std::ranges::all_of(argument, isSafeInShell))
         return argument;
     QString quoted = argument;
-    quoted.replace(u'\'', QLatin1StringView("'\\''"));
+    quoted.replace(u'\'', u"'\\''"_s);
     return u'\'' + quoted + u'\'';
 }
 
@@ -73,7 +75,7 @@ QString grouped(qint64 number)
 QString percentSaved(qint64 before, qint64 after)
 {
     if (before == 0)
-        return QStringLiteral("0");
+        return u"0"_s;
     const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
     const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer has no "-0"
     return QString::number(tenths / 10, 'g', 15);
@@ -112,11 +114,10 @@ QString progressLine(const Progress &progress, int columns)
 {
     constexpr int barWidth = 20;
     constexpr int leastOfName = 12; // columns
-    const QString gap = QStringLiteral("  ");
+    const QString gap = u"  "_s;
     const int filled = barWidth * progress.done / progress.total;
-    const QString count = QStringLiteral("%1/%2").arg(progress.done).arg(progress.total);
-    const QString bar =
-        QStringLiteral("[%1%2] ").arg(QString(filled, u'#'), QString(barWidth - filled, u'-'));
+    const QString count = u"%1/%2"_s.arg(progress.done).arg(progress.total);
+    const QString bar = u"[%1%2] "_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'-'));
     const QString left = progress.left.isEmpty() ? QString() : gap + progress.left;
 
     const std::array<std::pair<QString, QString>, 4> choices{{{bar + count + gap + progress.status, left},
@@ -141,6 +142,11 @@ bool print(std::FILE *stream, const QString &text)
     const QByteArray bytes = text.toUtf8();
     const auto size = static_cast<std::size_t>(bytes.size());
     return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
+}
+
+void printError(const QString &text)
+{
+    print(stderr, u"brevant-cli: %1\n"_s.arg(printable(text)));
 }
 
 } // namespace brevant::TerminalText

@@ -49,4 +49,7 @@ struct Progress {
 /// failure.
 bool print(std::FILE *stream, const QString &text);
 
+/// Prints a sentence about what is wrong on standard error, under the program's name.
+void printError(const QString &text);
+
 } // namespace brevant::TerminalText

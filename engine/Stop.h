@@ -36,4 +36,17 @@ private:
     static_assert(std::atomic<Clock::rep>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 };
 
+/// The exit status of a program that was ended by that signal, as the shells count, bash(1).
+[[nodiscard]] constexpr int statusOfSignal(int number)
+{
+    return 128 + number;
+}
+
+/// Told, in a signal handler, how far a signal asks for a stop.
+using StopHandler = void (*)(Stop stop, int number);
+
+/// From now on that signal asks for a stop: the first request is one after the file in work, the second one
+/// at once, and the third ends the program. All signals share the handler and the count.
+void catchStopSignal(int number, StopHandler handler);
+
 } // namespace brevant

@@ -263,7 +263,7 @@ private Q_SLOTS:
                                  u"--version"_s,       u"--help"_s};
         QStringList shown;
         for (const OptionHelp &option : allOptions)
-            shown << option.usage;
+            shown << option.usage.toString();
         QCOMPARE(shown, usages);
         for (const QString &usage : usages)
             QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
@@ -279,7 +279,7 @@ private Q_SLOTS:
     void helpShowsOptionsThatExist()
     {
         for (const OptionHelp &option : allOptions) {
-            QStringList arguments = QString(option.usage).split(u' ');
+            QStringList arguments = option.usage.toString().split(u' ');
             if (arguments.size() == 2)
                 arguments[1] = arguments[1] == u"FILE" ? u"f"_s
                                : arguments[1] == u"N"  ? u"2"_s
