@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/DoneSound.h"
 
+#include "files/Descriptor.h"
+#include "files/FileBytes.h"
+
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QLibrary>
@@ -12,10 +15,11 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <system_error>
 #include <thread>
 #include <utility>
+
+#include <sys/mman.h>
 
 namespace brevant {
 
@@ -37,29 +41,6 @@ struct LateFunction {
 
 /// A sound that starts later than this is pointless.
 constexpr std::chrono::seconds latestStart(5);
-
-sf_count_t fileSize(void *file)
-{
-    return static_cast<QIODevice *>(file)->size();
-}
-
-sf_count_t filePosition(void *file)
-{
-    return static_cast<QIODevice *>(file)->pos();
-}
-
-sf_count_t seekFile(sf_count_t offset, int whence, void *file)
-{
-    const sf_count_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? filePosition(file) : fileSize(file);
-    static_cast<QIODevice *>(file)->seek(std::clamp<sf_count_t>(base + offset, 0, fileSize(file)));
-    return filePosition(file);
-}
-
-sf_count_t readFile(void *target, sf_count_t count, void *file)
-{
-    const auto length = std::max<sf_count_t>(count, 0);
-    return std::max<sf_count_t>(static_cast<QIODevice *>(file)->read(static_cast<char *>(target), length), 0);
-}
 
 /// Waits for the sound server however long it takes.
 void playToEnd(const SoundSamples &sound)
@@ -86,15 +67,18 @@ void playToEnd(const SoundSamples &sound)
 
 std::optional<SoundSamples> decodedSound(QIODevice &file)
 {
-    const decltype(&sf_open_virtual) openSound = LateFunction{"sndfile", 1, "sf_open_virtual"};
+    const decltype(&sf_open_fd) openSound = LateFunction{"sndfile", 1, "sf_open_fd"};
     const decltype(&sf_readf_float) readFrames = LateFunction{"sndfile", 1, "sf_readf_float"};
     const decltype(&sf_close) closeSound = LateFunction{"sndfile", 1, "sf_close"};
     if (!openSound || !readFrames || !closeSound)
         return std::nullopt;
-    SF_VIRTUAL_IO calls{fileSize, seekFile, readFile, nullptr, filePosition};
+    // libsndfile reads no resources, only files.
+    const Descriptor copy(::memfd_create("sound", MFD_CLOEXEC));
+    if (!copy.isOpen() || !FileBytes::writeAll(copy.number(), file.readAll(), 0))
+        return std::nullopt;
     SF_INFO info{};
-    const std::unique_ptr<SNDFILE, decltype(closeSound)> sound(openSound(&calls, SFM_READ, &info, &file),
-                                                               closeSound);
+    const std::unique_ptr<SNDFILE, decltype(closeSound)> sound(
+        openSound(copy.number(), SFM_READ, &info, SF_FALSE), closeSound);
     if (!sound || info.samplerate <= 0 || info.channels <= 0 || info.channels > int(PA_CHANNELS_MAX))
         return std::nullopt;
 
