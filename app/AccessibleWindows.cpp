@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QMenu>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 namespace {
@@ -41,8 +43,7 @@ public:
 private:
     [[nodiscard]] QMenu *openMenu() const
     {
-        auto *const menu =
-            widget()->findChild<QMenu *>(QStringLiteral("contextMenu"), Qt::FindDirectChildrenOnly);
+        auto *const menu = widget()->findChild<QMenu *>(u"contextMenu"_s, Qt::FindDirectChildrenOnly);
         return menu && menu->isVisible() ? menu : nullptr;
     }
 };
@@ -52,7 +53,7 @@ class ApplicationInterface final : public QAccessibleApplication {
 public:
     [[nodiscard]] QString text(QAccessible::Text what) const override
     {
-        return what == QAccessible::Name ? QStringLiteral("Brevant") : QAccessibleApplication::text(what);
+        return what == QAccessible::Name ? u"Brevant"_s : QAccessibleApplication::text(what);
     }
 };
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppController.h"
 
-#include "app/AppContext.h"
+#include "app/Application.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"
@@ -24,8 +24,8 @@ using namespace Qt::StringLiterals;
 
 namespace brevant {
 
-AppController::AppController(AppContext &context, QObject *parent)
-    : QObject(parent), m_app(context), m_runOpenPanel(&OpenPanel::run), m_combining(context)
+AppController::AppController(Application &app, QObject *parent)
+    : QObject(parent), m_app(app), m_runOpenPanel(&OpenPanel::run)
 {
 }
 
@@ -66,8 +66,6 @@ void AppController::awakeFromNib()
     filesTable->setDropTarget(this);
     filesTable->setItemDelegateForColumn(0, new ImageTextCell(filesTable)); // a child of the table
     connect(filesTable, &BVTableView::doubleAction, this, &AppController::addFile);
-    connect(&m_combining, &Combining::didCombine, this, &AppController::refreshPreview);
-    m_combining.watchJobs();
     connectMenu();
     updateDropHint();
 }
@@ -91,6 +89,8 @@ void AppController::connectMenu()
         connect(item, &QAction::triggered, this, action);
     connect(ui.minifyButton, &QPushButton::clicked, this, &AppController::minify);
     connect(ui.clearButton, &QPushButton::clicked, this, &AppController::clear);
+    connect(&m_app.jobs, &JobRunner::started, ui.combineMenu, [&ui] { ui.combineMenu->setEnabled(false); });
+    connect(&m_app.jobs, &JobRunner::allEnded, ui.combineMenu, [&ui] { ui.combineMenu->setEnabled(true); });
     ui.feedbackMenu->setVisible(!m_app.supportMail.isEmpty());
 }
 
@@ -143,11 +143,6 @@ void AppController::revealInFinder()
 {
     if (const std::optional<QString> entry = m_app.queue.entryAt(m_app.window.ui().filesTable->selectedRow()))
         m_app.workspace.selectFile(*entry);
-}
-
-void AppController::combine()
-{
-    m_combining.combine();
 }
 
 void AppController::showPreferencePanel()
@@ -213,12 +208,7 @@ Qt::DropAction AppController::tableViewValidateDrop([[maybe_unused]] const QMime
 bool AppController::tableViewAcceptDrop(const QMimeData &drop)
 {
     m_app.window.ui().DropView->setImageNamed(u"dropN"_s);
-    QStringList paths;
-    for (const QUrl &url : drop.urls()) {
-        if (const std::optional<QString> path = localPath(url))
-            paths.append(*path);
-    }
-    if (m_app.window.addFiles(paths) && m_app.settings.isTrue(autoMinifyCheckerKeyString))
+    if (m_app.window.addFiles(localPaths(drop.urls())) && m_app.settings.isTrue(autoMinifyCheckerKeyString))
         minify();
     return true;
 }

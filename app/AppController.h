@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Combining.h"
 #include "app/preview/PreviewPanel.h"
 #include "engine/Stop.h"
 #include "queue/view/BVTableView.h"
@@ -14,7 +13,7 @@
 
 namespace brevant {
 
-struct AppContext;
+class Application;
 class PreferenceController;
 class SettingsStore;
 
@@ -31,7 +30,7 @@ public:
     using RunOpenPanel =
         std::function<std::optional<QStringList>(QWidget *window, const QStringList &allowedTypes)>;
 
-    explicit AppController(AppContext &context, QObject *parent = nullptr);
+    explicit AppController(Application &app, QObject *parent = nullptr);
     ~AppController() override;
 
     /// Registers the settings' defaults. To be called before there is a controller.
@@ -53,7 +52,7 @@ public:
     void selectAll();
     void removeRow();
     void revealInFinder();
-    void combine();
+    void combine(); ///< in Combining.cpp
     void showPreferencePanel();
     void mainPage();
     void feedback();
@@ -88,9 +87,8 @@ public:
 private:
     void connectMenu();
 
-    AppContext &m_app;
+    Application &m_app;
     RunOpenPanel m_runOpenPanel;
-    Combining m_combining;
     std::unique_ptr<PreferenceController> preferenceController; ///< from the first request on
     PreviewPanel *previewPanel = nullptr;                       ///< while it shows our selection
     std::vector<int> m_previewRows; ///< the selected rows, as the panel counts them

@@ -2,16 +2,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 
-#include "app/ApplicationService.h"
 #include "app/platform/Activation.h"
 #include "engine/originals/PutBack.h"
+#include "ui_MainWindow.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QSettings>
+#include <QSocketNotifier>
 #include <QTimer>
 
+#include <array>
 #include <chrono>
+#include <csignal>
 #include <utility>
+
+#include <fontconfig/fontconfig.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -19,10 +28,24 @@ namespace brevant {
 
 namespace {
 
+// Slow work waits for the first painting, but that does not come while the window is minimised.
 constexpr std::chrono::milliseconds longestWait(500);
 
 // When the bus starts the program, the call it does so for follows at once.
 constexpr std::chrono::seconds serviceWait(5);
+
+// How long the program stays after a run, for the sound.
+constexpr std::chrono::milliseconds soundLength(1000);
+
+// The signal handler writes to one end, and the main loop reads from the other.
+std::array<int, 2> signalPipe{-1, -1};
+
+/// Writes the signal's number if it asks for a stop at once, else 0.
+void tellMainLoop(Stop stop, int number)
+{
+    const auto byte = static_cast<char>(stop == Stop::AtOnce ? number : 0);
+    [[maybe_unused]] const ssize_t written = ::write(signalPipe[0], &byte, 1);
+}
 
 void loadApplicationIcon()
 {
@@ -34,13 +57,12 @@ void loadApplicationIcon()
 
 } // namespace
 
-Application::Application(const QString &settingsFile, const std::optional<QDBusConnection> &bus,
+Application::Application(const QString &settingsFile, const QDBusConnection &bus,
                          const Workspace::UrlOpener &opener)
-    : AppContext(settingsFile, bus, opener)
+    : settings(settingsFile), tools(Tools::inResources(findResourceFolder())),
+      homePage(QStringLiteral(BREVANT_HOME_PAGE)), supportMail(QStringLiteral(BREVANT_SUPPORT_MAIL)),
+      dockTile(bus), workspace(bus, opener), desktopReport(window, dockTile, bus)
 {
-    tools = Tools::inResources(findResourceFolder());
-    homePage = QStringLiteral(BREVANT_HOME_PAGE);
-    supportMail = QStringLiteral(BREVANT_SUPPORT_MAIL);
 }
 
 Application::~Application()
@@ -55,32 +77,27 @@ void Application::setUp()
     controller.init();
     controller.awakeFromNib();
     delegate.awakeFromNib();
-    lifetime.awakeFromNib();
-    for (Notification *const shown : {&notification, &notificationOfSources}) {
-        QObject::connect(shown, &Notification::clicked, &delegate, [this](const QString &token) {
-            bringToFront({{u"activation-token"_s, token}});
-        });
-    }
-    // The other notification stays: what became of sources is said nowhere else.
-    QObject::connect(&lifetime, &Lifetime::quitting, &notification, &Notification::withdraw);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    connect(window.ui().quitMenu, &QAction::triggered, this, &Application::quit);
+    connect(&window, &MainWindow::closed, this, &Application::windowClosed);
+    connect(&jobs, &JobRunner::allEnded, this, &Application::runsEnded);
+    connect(&desktopReport, &DesktopReport::clicked, this, [this](const QString &token) {
+        bringToFront({{u"activation-token"_s, token}});
+    });
 }
 
 void Application::serve(ApplicationService &service)
 {
     using Service = ApplicationService;
-    QObject::connect(&lifetime, &Lifetime::ending, &service, &Service::release);
-    QObject::connect(&service, &Service::activateRequested, &delegate,
-                     [this](const QVariantMap &platformData) { bringToFront(platformData); });
-    QObject::connect(&service, &Service::openRequested, &delegate,
-                     [this](const QStringList &paths, const QVariantMap &platformData) {
-                         bringToFront(platformData);
-                         if (!paths.isEmpty())
-                             delegate.applicationOpenFiles(paths);
-                     });
-    QObject::connect(&service, &Service::actionRequested, &delegate,
-                     [this](const QString &name, const QStringList &paths, const QVariantMap &platformData) {
-                         act(name, paths, platformData);
-                     });
+    connect(this, &Application::ending, &service, &Service::release);
+    connect(&service, &Service::activateRequested, this, &Application::bringToFront);
+    connect(&service, &Service::openRequested, this,
+            [this](const QStringList &paths, const QVariantMap &platformData) {
+                bringToFront(platformData);
+                if (!paths.isEmpty())
+                    delegate.applicationOpenFiles(paths);
+            });
+    connect(&service, &Service::actionRequested, this, &Application::act);
 }
 
 void Application::bringToFront(const QVariantMap &platformData)
@@ -108,17 +125,16 @@ void Application::act(const QString &name, const QStringList &paths, const QVari
 void Application::start(const Launch &launch)
 {
     m_launch = launch;
-    lifetime.catchSignals();
+    catchSignals();
     if (launch.asService) {
         putBackOriginals(); // files may arrive at once, and there is no window to paint
-        QTimer::singleShot(serviceWait, &lifetime, &Lifetime::quitIfUnseen);
+        QTimer::singleShot(serviceWait, this, &Application::quitIfUnseen);
     } else {
         window.show();
     }
     delegate.applicationDidFinishLaunching();
-    // Slow work waits for the first painting, which does not come while the window is minimised.
-    QObject::connect(&window, &MainWindow::painted, &delegate, [this] { finishStart(); });
-    QTimer::singleShot(longestWait, &delegate, [this] { finishStart(); });
+    connect(&window, &MainWindow::painted, this, &Application::finishStart);
+    QTimer::singleShot(longestWait, this, &Application::finishStart);
 }
 
 void Application::putBackOriginals()
@@ -137,6 +153,79 @@ void Application::finishStart()
         delegate.minifyFiles(m_launch.paths);
     else if (!m_launch.paths.isEmpty())
         delegate.applicationOpenFiles(m_launch.paths);
+}
+
+void Application::catchSignals()
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, signalPipe.data()) != 0)
+        return;
+    auto *const notifier = new QSocketNotifier(signalPipe[1], QSocketNotifier::Read, this); // a child of this
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        char number = 0;
+        if (::read(signalPipe[1], &number, 1) != 1)
+            return;
+        if (number == 0) {
+            quit();
+        } else {
+            m_exitStatus = statusOfSignal(number);
+            jobs.requestStop(Stop::AtOnce);
+        }
+    });
+    for (const int number : {SIGINT, SIGTERM})
+        catchStopSignal(number, tellMainLoop);
+}
+
+void Application::quit()
+{
+    m_quitting = true;
+    Q_EMIT ending();
+    jobs.requestStop(Stop::AfterFile);
+    window.hide();
+    desktopReport.withdraw();
+    if (!jobs.isRunning())
+        QCoreApplication::exit(0);
+}
+
+/// Ends the program if its window is hidden and no run is under way.
+void Application::quitIfUnseen()
+{
+    if (!window.isHidden() || jobs.isRunning())
+        return;
+    m_quitting = true;
+    Q_EMIT ending();
+    QCoreApplication::exit(0);
+}
+
+void Application::windowClosed()
+{
+    if (!jobs.isRunning())
+        quit();
+}
+
+void Application::runsEnded()
+{
+    if (m_quitting)
+        QCoreApplication::exit(m_exitStatus);
+    else if (window.isHidden())
+        QTimer::singleShot(soundLength, this, &Application::quitIfUnseen);
+}
+
+std::future<void> loadFonts()
+{
+    return std::async(std::launch::async, [] {
+        // Must not slow the display server. On Linux each thread has its own nice value: sched(7).
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
+        FcInit();
+    });
+}
+
+void setUpApplication()
+{
+    // No display name: Qt would append it to the titles of windows.
+    QGuiApplication::setDesktopFileName(u"org.brevant.Brevant"_s);
+    QIcon::setFallbackThemeName(u"breeze"_s);
+    // Keeps Qt's file panels from storing the folders shown in a file shared by all Qt programs.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s);
 }
 
 } // namespace brevant

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationService.h"
 
-#include "app/StartUp.h"
 #include "app/platform/Workspace.h"
 
 #include <QDBusConnectionInterface>
@@ -22,16 +21,6 @@ namespace {
 // Each further attempt means that another instance has just ended.
 constexpr int attempts = 20;
 
-QStringList localPaths(const QStringList &uris)
-{
-    QStringList paths;
-    for (const QString &uri : uris) {
-        if (const std::optional<QString> path = localPath(QUrl(uri)))
-            paths.append(*path);
-    }
-    return paths;
-}
-
 QStringList uris(const QStringList &paths)
 {
     QStringList uris;
@@ -43,8 +32,7 @@ QStringList uris(const QStringList &paths)
 QDBusMessage request(const QString &owner, const Launch &launch, const QVariantMap &platformData)
 {
     const auto call = [&owner](const char *method) {
-        return QDBusMessage::createMethodCall(owner, QString::fromLatin1(servicePath),
-                                              QString::fromLatin1(serviceInterface),
+        return QDBusMessage::createMethodCall(owner, servicePath, serviceInterface,
                                               QString::fromLatin1(method));
     };
     if (launch.minify)
@@ -59,7 +47,7 @@ QDBusMessage request(const QString &owner, const Launch &launch, const QVariantM
 ApplicationService::~ApplicationService()
 {
     if (m_bus)
-        m_bus->unregisterObject(QString::fromLatin1(servicePath));
+        m_bus->unregisterObject(servicePath);
 }
 
 ApplicationService::Claim ApplicationService::claim(const QDBusConnection &bus)
@@ -69,11 +57,10 @@ ApplicationService::Claim ApplicationService::claim(const QDBusConnection &bus)
     // The object comes before the name, so that whoever finds the name gets an answer.
     if (!m_bus) {
         m_bus = bus;
-        m_bus->registerObject(QString::fromLatin1(servicePath), this,
-                              QDBusConnection::ExportScriptableInvokables);
+        m_bus->registerObject(servicePath, this, QDBusConnection::ExportScriptableInvokables);
     }
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        m_bus->interface()->registerService(QString::fromLatin1(serviceName));
+        m_bus->interface()->registerService(serviceName);
     if (!reply.isValid())
         return Claim::Alone;
     return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::First : Claim::Taken;
@@ -107,7 +94,7 @@ void ApplicationService::release()
 {
     m_released = true;
     if (m_bus) // sent before any refusal
-        m_bus->interface()->asyncCall(u"ReleaseName"_s, QString::fromLatin1(serviceName));
+        m_bus->interface()->asyncCall(u"ReleaseName"_s, serviceName);
 }
 
 bool ApplicationService::accept(const QDBusMessage &call)
@@ -131,7 +118,7 @@ void ApplicationService::Open(const QStringList &uris, const QVariantMap &platfo
                               const QDBusMessage &call)
 {
     if (accept(call))
-        Q_EMIT openRequested(localPaths(uris), platform_data);
+        Q_EMIT openRequested(localPaths(QUrl::fromStringList(uris)), platform_data);
 }
 
 void ApplicationService::ActivateAction(const QString &action_name, const QVariantList &parameter,
@@ -141,13 +128,14 @@ void ApplicationService::ActivateAction(const QString &action_name, const QVaria
     const QVariant uris = parameter.value(0);
     const bool areUris = uris.typeId() == QMetaType::QStringList;
     if (accept(call))
-        Q_EMIT actionRequested(action_name, areUris ? localPaths(uris.toStringList()) : QStringList(),
-                               platform_data);
+        Q_EMIT actionRequested(
+            action_name, areUris ? localPaths(QUrl::fromStringList(uris.toStringList())) : QStringList(),
+            platform_data);
 }
 
 QString serviceOwner(const QDBusConnection &bus)
 {
-    return bus.interface()->serviceOwner(QString::fromLatin1(serviceName)).value();
+    return bus.interface()->serviceOwner(serviceName).value();
 }
 
 QString sessionBusAddress()

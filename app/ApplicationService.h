@@ -13,12 +13,17 @@
 
 namespace brevant {
 
-struct Launch;
+/// What a launch of the program was asked for.
+struct Launch {
+    QStringList paths;      ///< files and folders to be listed, from the root
+    bool minify = false;    ///< minify the list afterwards
+    bool asService = false; ///< started by the bus, which calls later
+};
 
 /// The name and the object of the running program on the session bus.
-inline constexpr auto serviceName = "org.brevant.Brevant";
-inline constexpr auto servicePath = "/org/brevant/Brevant";
-inline constexpr auto serviceInterface = "org.freedesktop.Application";
+inline constexpr QLatin1StringView serviceName("org.brevant.Brevant");
+inline constexpr QLatin1StringView servicePath("/org/brevant/Brevant");
+inline constexpr QLatin1StringView serviceInterface("org.freedesktop.Application");
 
 /// What the session bus asks of the running program: to come to the front, to open files, to carry out an
 /// action. Calls that come before the main loop runs wait for it.

@@ -2,22 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/BrevantAppDelegate.h"
 
-#include "app/AppContext.h"
-#include "app/AppController.h"
+#include "app/Application.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
 
 namespace brevant {
 
-BrevantAppDelegate::BrevantAppDelegate(AppContext &context, AppController &controller, QObject *parent)
-    : QObject(parent), m_app(context), m_controller(controller)
-{
-}
+BrevantAppDelegate::BrevantAppDelegate(Application &app, QObject *parent) : QObject(parent), m_app(app) {}
 
 BrevantAppDelegate::~BrevantAppDelegate()
 {
     if (m_sharedPreviewPanel && m_sharedPreviewPanel->isOpen())
-        m_controller.endPreviewPanelControl();
+        m_app.controller.endPreviewPanelControl();
 }
 
 void BrevantAppDelegate::awakeFromNib()
@@ -70,12 +66,12 @@ void BrevantAppDelegate::makePreviewPanel()
         [this] { return m_app.settings.stringForKey(selectedEncodingKeyString).value_or(QString()); },
         &m_app.window);
     connect(m_sharedPreviewPanel.get(), &PreviewPanel::willOpen, this, [this] {
-        if (m_controller.acceptsPreviewPanelControl())
-            m_controller.beginPreviewPanelControl(m_sharedPreviewPanel.get());
+        if (m_app.controller.acceptsPreviewPanelControl())
+            m_app.controller.beginPreviewPanelControl(m_sharedPreviewPanel.get());
         m_app.window.setPreviewOpen(true);
     });
     connect(m_sharedPreviewPanel.get(), &PreviewPanel::didClose, this, [this] {
-        m_controller.endPreviewPanelControl();
+        m_app.controller.endPreviewPanelControl();
         m_app.window.setPreviewOpen(false);
     });
 }

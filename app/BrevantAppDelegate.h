@@ -11,8 +11,7 @@
 
 namespace brevant {
 
-struct AppContext;
-class AppController;
+class Application;
 class PreviewPanel;
 
 /// Answers the application's own events: opened again, files opened with it, the preview asked for. Works on
@@ -21,8 +20,7 @@ class BrevantAppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    /// The preview is handed to `controller` to be filled.
-    BrevantAppDelegate(AppContext &context, AppController &controller, QObject *parent = nullptr);
+    explicit BrevantAppDelegate(Application &app, QObject *parent = nullptr);
     ~BrevantAppDelegate() override;
 
     /// Connects the preview's menu item and key. To be called once the layout is loaded.
@@ -52,8 +50,7 @@ private:
     void startRun();
     void makePreviewPanel();
 
-    AppContext &m_app;
-    AppController &m_controller;
+    Application &m_app;
     std::unique_ptr<PreviewPanel> m_sharedPreviewPanel;
 };
 

@@ -1,13 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/Combining.h"
-
-#include "app/AppContext.h"
-#include "app/SavePanel.h"
+#include "app/Application.h"
+#include "engine/CombineFiles.h"
+#include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
 #include "widgets/Dialogs.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
 
 #include <cstdio>
 
@@ -15,69 +19,119 @@ using namespace Qt::StringLiterals;
 
 namespace brevant {
 
-Combining::Combining(AppContext &context, QObject *parent) : QObject(parent), m_app(context) {}
+namespace {
 
-void Combining::watchJobs()
-{
-    QAction *const action = m_app.window.ui().combineMenu;
-    connect(&m_app.jobs, &JobRunner::started, action, [action] { action->setEnabled(false); });
-    connect(&m_app.jobs, &JobRunner::allEnded, action, [action] { action->setEnabled(true); });
-}
+/// Asks where to save a file of one kind. The name shown ends in the kind, and so does the name chosen,
+/// whatever is typed; a file that is there already is replaced only after the user has agreed. While saving
+/// is not allowed, the panel stays open and cannot be confirmed.
+class SavePanel final : public QFileDialog {
+public:
+    /// `kind` is an extension without its dot.
+    SavePanel(const QString &kind, QWidget *parent)
+        : QFileDialog(parent, tr("Save Combined File")), m_kind(kind)
+    {
+        // Only Qt's own panel lets us correct the extension before it asks whether to replace a file.
+        setOption(DontUseNativeDialog);
+        setAcceptMode(AcceptSave);
+        setFileMode(AnyFile);
+        setUpFilePanel(*this);
+        setNameFilter(tr("%1 files (*.%2)").arg(kind.toUpper(), kind));
+        selectFile(PathString::withExtension(u"combined", kind));
+        m_nameEdit = findChild<QLineEdit *>(u"fileNameEdit"_s);
+        connect(m_nameEdit, &QLineEdit::textChanged, this, &SavePanel::updateSaveButton);
+    }
 
-std::vector<QString> Combining::selectedEntries() const
+    void setSavingAllowed(bool allowed)
+    {
+        m_savingAllowed = allowed;
+        updateSaveButton();
+    }
+
+    void accept() override
+    {
+        QString name = m_nameEdit->text();
+        while (name.endsWith(u'.'))
+            name.chop(1);
+        if (!name.isEmpty() && !name.endsWith(u'/') && PathString::extension(name) != m_kind)
+            m_nameEdit->setText(PathString::withExtension(name, m_kind));
+        QFileDialog::accept();
+    }
+
+    void done(int result) override
+    {
+        // Checked last: the question whether to replace a file can stay open for long.
+        if (result != Accepted || m_savingAllowed)
+            QFileDialog::done(result);
+    }
+
+private:
+    /// The dialog itself enables it when a name is typed.
+    void updateSaveButton()
+    {
+        auto *const buttons = findChild<QDialogButtonBox *>();
+        buttons->button(QDialogButtonBox::Save)->setEnabled(m_savingAllowed && !m_nameEdit->text().isEmpty());
+    }
+
+    const QString m_kind;
+    bool m_savingAllowed = true;
+    QLineEdit *m_nameEdit; ///< the dialog's own
+};
+
+std::vector<QString> selectedEntries(const Application &app)
 {
     std::vector<QString> entries;
-    for (const int row : m_app.window.ui().filesTable->selectedRowIndexes()) {
-        if (std::optional<QString> entry = m_app.queue.entryAt(row))
+    for (const int row : app.window.ui().filesTable->selectedRowIndexes()) {
+        if (std::optional<QString> entry = app.queue.entryAt(row))
             entries.push_back(*std::move(entry));
     }
     return entries;
 }
 
-void Combining::combine()
+/// Selects the row of the combined file, and only that, and scrolls to it.
+void selectCombined(const Application &app, const QString &target)
 {
-    const TextEncoding encoding = textEncodingNamed(m_app.settings.stringForKey(selectedEncodingKeyString));
-    const std::vector<QString> entries = selectedEntries();
-    if (const std::optional<CombineAlert> refusal = combineRefusal(entries))
-        showWarningSheet(&m_app.window, refusal->title, refusal->message, tr("OK"));
-    else
-        runSavePanel(combineKind(entries), encoding);
+    BVTableView &filesTable = *app.window.ui().filesTable;
+    const int found = app.queue.indexOf(target);
+    const int row = found >= 0 ? found : app.queue.count() - 1;
+    filesTable.deselectAll();
+    filesTable.selectRowIndexes({row}, false);
+    filesTable.scrollRowToVisible(row);
 }
 
-void Combining::runSavePanel(const QString &kind, TextEncoding encoding)
+void writeCombined(Application &app, const QString &target, TextEncoding encoding)
 {
-    auto *const panel = new SavePanel(kind, u"combined"_s, &m_app.window); // deletes itself
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    // A run can still be started over the session bus.
-    connect(m_app.window.ui().combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
-    connect(panel, &SavePanel::accepted, this,
-            [this, panel, encoding] { write(panel->chosenPath(), encoding); });
-    panel->open();
-}
-
-void Combining::write(const QString &target, TextEncoding encoding)
-{
-    const CombineResult result = brevant::combine(selectedEntries(), target, encoding);
+    const CombineResult result = combine(selectedEntries(app), target, encoding);
     if (!result.errorText.isEmpty())
         std::fprintf(stderr, "brevant: %s\n", qUtf8Printable(printable(result.errorText)));
     if (result.outcome == CombineResult::Outcome::Aborted)
         return;
-    m_app.queue.removeAt(m_app.window.ui().filesTable->selectedRowIndexes());
-    m_app.queue.append(target);
-    m_app.window.ui().filesTable->reloadData();
-    Q_EMIT didCombine();
-    select(target);
-    m_app.window.showCount();
+    app.queue.removeAt(app.window.ui().filesTable->selectedRowIndexes());
+    app.queue.append(target);
+    app.window.ui().filesTable->reloadData();
+    app.controller.refreshPreview();
+    selectCombined(app, target);
+    app.window.showCount();
 }
 
-/// Selects the row of the combined file, and only that, and scrolls to it.
-void Combining::select(const QString &target)
+} // namespace
+
+/// Asks where to save the combined file, or says why the selection cannot be combined. Once the user has
+/// confirmed, nothing else in the window can come between the reading and the new list.
+void AppController::combine()
 {
-    const int found = m_app.queue.indexOf(target);
-    const int row = found >= 0 ? found : m_app.queue.count() - 1;
-    m_app.window.ui().filesTable->deselectAll();
-    m_app.window.ui().filesTable->selectRowIndexes({row}, false);
-    m_app.window.ui().filesTable->scrollRowToVisible(row);
+    const TextEncoding encoding = textEncodingNamed(m_app.settings.stringForKey(selectedEncodingKeyString));
+    const std::vector<QString> entries = selectedEntries(m_app);
+    if (const std::optional<CombineAlert> refusal = combineRefusal(entries)) {
+        showWarningSheet(&m_app.window, refusal->title, refusal->message, tr("OK"));
+        return;
+    }
+    auto *const panel = new SavePanel(combineKind(entries), &m_app.window); // deletes itself
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    // A run can still be started over the session bus.
+    connect(m_app.window.ui().combineMenu, &QAction::enabledChanged, panel, &SavePanel::setSavingAllowed);
+    connect(panel, &QDialog::accepted, this,
+            [this, panel, encoding] { writeCombined(m_app, panel->selectedFiles().value(0), encoding); });
+    panel->open();
 }
 
 } // namespace brevant

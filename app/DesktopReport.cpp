@@ -3,7 +3,6 @@
 #include "app/DesktopReport.h"
 
 #include "app/platform/DockTile.h"
-#include "app/platform/Notification.h"
 #include "files/RawBytes.h"
 
 #include <QDir>
@@ -16,6 +15,8 @@
 #include <cstdio>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 namespace {
@@ -25,11 +26,10 @@ constexpr qsizetype mostSentences = 10; // that a notification has room for
 QString summaryOf(const RunOutcome &outcome)
 {
     if (outcome.minified == 0)
-        return QStringLiteral("Nothing was minified");
+        return u"Nothing was minified"_s;
     if (outcome.minified < outcome.count)
-        return QStringLiteral("Minified %1 of %2 files").arg(outcome.minified).arg(outcome.count);
-    return outcome.count == 1 ? QStringLiteral("Minified 1 file")
-                              : QStringLiteral("Minified %1 files").arg(outcome.count);
+        return u"Minified %1 of %2 files"_s.arg(outcome.minified).arg(outcome.count);
+    return outcome.count == 1 ? u"Minified 1 file"_s : u"Minified %1 files"_s.arg(outcome.count);
 }
 
 /// With "~" for the home folder.
@@ -42,14 +42,15 @@ QString withTilde(const QString &folder)
 
 } // namespace
 
-DesktopReport::DesktopReport(QWidget &window, DockTile &dockTile, Notification &ofRuns,
-                             Notification &ofSources, QObject *parent)
-    : QObject(parent), m_window(window), m_dockTile(dockTile), m_ofRuns(ofRuns), m_ofSources(ofSources)
+DesktopReport::DesktopReport(QWidget &window, DockTile &dockTile, const QDBusConnection &bus)
+    : m_window(window), m_dockTile(dockTile), m_ofRuns(bus), m_ofSources(bus)
 {
     m_ofSources.stayUntilClosed();
     const auto forget = [this] { m_sentences.clear(); };
     connect(&m_ofSources, &Notification::dismissed, this, forget);
     connect(&m_ofSources, &Notification::clicked, this, forget);
+    for (const Notification *const notification : {&m_ofRuns, &m_ofSources})
+        connect(notification, &Notification::clicked, this, &DesktopReport::clicked);
     // A window may get the focus before it hears that it is no longer minimised.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &DesktopReport::withdrawIfLookedAt);
     m_window.installEventFilter(this);
@@ -109,8 +110,8 @@ void DesktopReport::tell(const QStringList &sentences)
         return;
     QString body = m_sentences.first(std::min(m_sentences.size(), mostSentences)).join(u'\n');
     if (const qsizetype more = m_sentences.size() - mostSentences; more > 0)
-        body += QStringLiteral("\nand %1 more, on standard error").arg(more);
-    m_ofSources.show(QStringLiteral("About your source files"), body);
+        body += u"\nand %1 more, on standard error"_s.arg(more);
+    m_ofSources.show(u"About your source files"_s, body);
 }
 
 bool DesktopReport::eventFilter(QObject *watched, QEvent *event)
@@ -123,7 +124,7 @@ bool DesktopReport::eventFilter(QObject *watched, QEvent *event)
 void DesktopReport::withdrawIfLookedAt()
 {
     if (isLookedAt())
-        m_ofRuns.withdraw();
+        withdraw();
 }
 
 /// Includes the window's dialogs and panels.

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/platform/Notification.h"
 #include "engine/MinifyJob.h"
 
 #include <QObject>
-#include <QString>
 #include <QStringList>
 
 #include <map>
@@ -16,7 +16,6 @@ class QWidget;
 namespace brevant {
 
 class DockTile;
-class Notification;
 
 /// What a run came to.
 struct RunOutcome {
@@ -34,9 +33,7 @@ class DesktopReport final : public QObject {
     Q_OBJECT
 
 public:
-    /// `ofRuns` is the notification of ended runs, `ofSources` that of the sources.
-    DesktopReport(QWidget &window, DockTile &dockTile, Notification &ofRuns, Notification &ofSources,
-                  QObject *parent = nullptr);
+    DesktopReport(QWidget &window, DockTile &dockTile, const QDBusConnection &bus);
 
     /// How many files the run with this number has worked on. Numbers are unique.
     void setProgress(int run, int done, int count);
@@ -47,7 +44,15 @@ public:
     /// the window has the focus, as the window does not show them. Prints them on standard error too.
     void tell(const QStringList &sentences);
 
+    /// Takes the notification of ended runs away. The other stays: what became of sources is said nowhere
+    /// else.
+    void withdraw() { m_ofRuns.withdraw(); }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// The user has clicked a notification; see there.
+    void clicked(const QString &token);
 
 private:
     struct Progress {
@@ -63,8 +68,8 @@ private:
 
     QWidget &m_window;
     DockTile &m_dockTile;
-    Notification &m_ofRuns;
-    Notification &m_ofSources;
+    Notification m_ofRuns;
+    Notification m_ofSources;
     QStringList m_sentences;        ///< that the user has not closed
     std::map<int, Progress> m_runs; ///< since there last was none under way
     std::optional<int> m_percent;   ///< as it is shown

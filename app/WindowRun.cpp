@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowRun.h"
 
-#include "app/AppContext.h"
+#include "app/Application.h"
 #include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -29,7 +31,7 @@ QStringList sentencesAbout(const EntryResult &result)
     QStringList sentences = result.notes;
     if (result.sourceState != EntryResult::Source::Safe || result.outcome == NotSafe ||
         result.outcome == Refused)
-        sentences.append(QStringLiteral("%1: %2").arg(result.source, result.reason()));
+        sentences.append(u"%1: %2"_s.arg(result.source, result.reason()));
     return sentences;
 }
 
@@ -75,8 +77,8 @@ void JobRunner::threadEnded(std::list<std::thread>::iterator thread)
         Q_EMIT allEnded();
 }
 
-WindowRun::WindowRun(AppContext &context, const std::atomic<Stop> &stop)
-    : m_app(context), m_stop(stop), m_run(nextNumber())
+WindowRun::WindowRun(Application &app, const std::atomic<Stop> &stop)
+    : m_app(app), m_stop(stop), m_run(nextNumber())
 {
 }
 
@@ -141,10 +143,10 @@ void WindowRun::runEnded(RunEnd end, const QString &status)
     });
 }
 
-void runMinifyJob(AppContext &context, const std::atomic<Stop> &stop)
+void runMinifyJob(Application &app, const std::atomic<Stop> &stop)
 {
-    WindowRun window(context, stop);
-    MinifyJob(context.queue, context.settings, context.tools, window, stop).run();
+    WindowRun window(app, stop);
+    MinifyJob(app.queue, app.settings, app.tools, window, stop).run();
 }
 
 } // namespace brevant

@@ -15,7 +15,7 @@
 
 namespace brevant {
 
-struct AppContext;
+class Application;
 
 /// Runs minify jobs, each on a thread of its own, and knows when none is left. Destroyed, it stops and waits.
 class JobRunner final : public QObject {
@@ -54,10 +54,10 @@ private:
 };
 
 /// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is
-/// handed to the main thread, in order, and never waited for. The context must outlive that.
+/// handed to the main thread, in order, and never waited for. The application must outlive that.
 class WindowRun final : public RunObserver {
 public:
-    WindowRun(AppContext &context, const std::atomic<Stop> &stop);
+    WindowRun(Application &app, const std::atomic<Stop> &stop);
 
     void runStarted() override;
     void entryStarted(const EntryStart &start) override;
@@ -67,7 +67,7 @@ public:
 private:
     void onMainThread(std::function<void()> step);
 
-    AppContext &m_app;
+    Application &m_app;
     const std::atomic<Stop> &m_stop;
     const int m_run; ///< its number
     int m_done = 0;
@@ -77,6 +77,6 @@ private:
 };
 
 /// One whole run over the queue, shown in the window, on the calling thread.
-void runMinifyJob(AppContext &context, const std::atomic<Stop> &stop);
+void runMinifyJob(Application &app, const std::atomic<Stop> &stop);
 
 } // namespace brevant

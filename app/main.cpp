@@ -1,36 +1,111 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
-#include "app/ApplicationService.h"
-#include "app/StartUp.h"
 #include "app/platform/Activation.h"
 #include "files/Descriptor.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
 
 #include <QApplication>
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+/// What the command line asks for. Answers --help and --version, and ends the process with 2 for an unknown
+/// option.
+Launch launchOnCommandLine()
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Minifies CSS, JavaScript, HTML and PHP files."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption minify(u"minify"_s, u"Minify the list once the files are on it."_s);
+    parser.addOption(minify);
+    // The same name as in the programs of the desktop.
+    QCommandLineOption service(u"gapplication-service"_s);
+    service.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(service);
+    parser.addPositionalArgument(u"PATH"_s,
+                                 u"Files and folders to list, in the window that is open if there is one."_s,
+                                 u"[PATH...]"_s);
+    if (!parser.parse(QCoreApplication::arguments())) {
+        std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n",
+                     qUtf8Printable(printable(parser.errorText())));
+        std::exit(2);
+    }
+    if (parser.isSet(u"help"_s))
+        parser.showHelp();
+    if (parser.isSet(u"version"_s))
+        parser.showVersion();
+    Launch launch{{}, parser.isSet(minify), parser.isSet(service)};
+    for (const QString &path : parser.positionalArguments())
+        launch.paths.append(PathString::absolute(path));
+    return launch;
+}
+
+/// Prints the help or the version, which need no display, if the arguments ask for one of them.
+bool printedHelpOrVersion(int &argc, char *argv[])
+{
+    constexpr std::array<std::string_view, 4> words{"-h", "--help", "-v", "--version"};
+    if (std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) == argv + argc)
+        return false;
+    const QCoreApplication application(argc, argv);
+    static_cast<void>(launchOnCommandLine());
+    return true;
+}
+
+/// Whether a display is named, or a Qt platform that needs none.
+bool mayHaveDisplay(int argc, char *argv[])
+{
+    constexpr std::array<const char *, 3> variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    constexpr std::array<std::string_view, 2> words{"-platform", "--platform"};
+    return std::any_of(variables.begin(), variables.end(),
+                       [](const char *name) { return !qEnvironmentVariableIsEmpty(name); }) ||
+           std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) != argv + argc;
+}
+
+} // namespace
+
+} // namespace brevant
 
 int main(int argc, char *argv[])
 {
-    brevant::openClosedStandardStreams();
-    if (brevant::printedHelpOrVersion(argc, argv))
+    using namespace brevant;
+
+    openClosedStandardStreams();
+    QCoreApplication::setApplicationName(u"brevant"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(BREVANT_VERSION));
+    if (printedHelpOrVersion(argc, argv))
         return 0;
-    const QVariantMap activation = brevant::activationFromEnvironment();
-    brevant::ApplicationService service;
-    const auto handedOver = [&](const brevant::Launch &launch) {
-        return service.claimOrHandOver(brevant::sessionBus(), launch, activation);
+    const QVariantMap activation = activationFromEnvironment();
+    ApplicationService service;
+    const auto handedOver = [&](const Launch &launch) {
+        return service.claimOrHandOver(sessionBus(), launch, activation);
     };
-    if (!brevant::mayHaveDisplay(argc, argv)) {
+    if (!mayHaveDisplay(argc, argv)) {
         const QCoreApplication qtApplication(argc, argv); // a Brevant that runs may have one
-        if (const std::optional<int> status = handedOver(brevant::launchOnCommandLine()))
+        if (const std::optional<int> status = handedOver(launchOnCommandLine()))
             return *status;
     }
-    const std::future<void> fonts = brevant::loadFonts();
+    const std::future<void> fonts = loadFonts();
     const QApplication qtApplication(argc, argv);
-    brevant::setUpApplication();
+    setUpApplication();
     fonts.wait();
-    const brevant::Launch launch = brevant::launchOnCommandLine();
+    const Launch launch = launchOnCommandLine();
     if (const std::optional<int> status = handedOver(launch))
         return *status;
-    brevant::Application application(brevant::SettingsStore::defaultFilePath());
+    Application application(SettingsStore::defaultFilePath(), sessionBus());
     application.setUp();
     application.serve(service);
     application.start(launch);

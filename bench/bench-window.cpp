@@ -13,8 +13,6 @@
 //
 // The settings are those of the user: name another XDG_CONFIG_HOME.
 #include "app/Application.h"
-#include "app/ApplicationService.h"
-#include "app/StartUp.h"
 #include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
@@ -124,7 +122,7 @@ int main(int argc, char *argv[])
     setUpApplication();
     fonts.wait();
     static_cast<void>(service.claimOrHandOver(sessionBus(), {}, {}));
-    Application application(SettingsStore::defaultFilePath());
+    Application application(SettingsStore::defaultFilePath(), sessionBus());
     application.setUp();
     application.serve(service);
     if (mode == "start")

@@ -6,11 +6,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
-
-DockTile::DockTile(std::optional<QDBusConnection> bus) : m_bus(std::move(bus)) {}
 
 void DockTile::setBadgeLabel(const QString &label)
 {
@@ -18,8 +17,8 @@ void DockTile::setBadgeLabel(const QString &label)
     bool isNumber = false;
     const qlonglong count = label.toLongLong(&isNumber);
     // Listeners expect exactly these types: an int64 and a boolean.
-    update({{QStringLiteral("count"), QVariant::fromValue<qlonglong>(isNumber ? count : 0)},
-            {QStringLiteral("count-visible"), isNumber}});
+    update(
+        {{u"count"_s, QVariant::fromValue<qlonglong>(isNumber ? count : 0)}, {u"count-visible"_s, isNumber}});
 }
 
 void DockTile::setProgress(std::optional<double> progress)
@@ -27,20 +26,17 @@ void DockTile::setProgress(std::optional<double> progress)
     if (progress && std::isnan(*progress))
         progress.reset();
     m_progress = progress ? std::optional(std::clamp(*progress, 0.0, 1.0)) : std::nullopt;
-    update({{QStringLiteral("progress"), m_progress.value_or(0.0)},
-            {QStringLiteral("progress-visible"), m_progress.has_value()}});
+    update({{u"progress"_s, m_progress.value_or(0.0)}, {u"progress-visible"_s, m_progress.has_value()}});
 }
 
 void DockTile::update(const QVariantMap &properties) const
 {
-    const QDBusConnection bus = m_bus ? *m_bus : QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    if (!m_bus.isConnected())
         return;
-    QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/brevant/Brevant/LauncherEntry"),
-                                                     QStringLiteral("com.canonical.Unity.LauncherEntry"),
-                                                     QStringLiteral("Update"));
-    signal << QStringLiteral("application://org.brevant.Brevant.desktop") << properties;
-    bus.send(signal);
+    QDBusMessage signal = QDBusMessage::createSignal(u"/org/brevant/Brevant/LauncherEntry"_s,
+                                                     u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s);
+    signal << u"application://org.brevant.Brevant.desktop"_s << properties;
+    m_bus.send(signal);
 }
 
 } // namespace brevant

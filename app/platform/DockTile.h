@@ -12,12 +12,11 @@ namespace brevant {
 
 /// The application's icon in the dock or task bar: the number on it and the progress under it.
 ///
-/// Both are broadcast on the session bus. Listeners forget them when this program leaves the bus. Without a
+/// Both are broadcast on the bus. Listeners forget them when this program leaves the bus. Without a
 /// bus nothing happens.
 class DockTile final {
 public:
-    /// Without a connection the session bus is used, connected when first needed.
-    explicit DockTile(std::optional<QDBusConnection> bus = {});
+    explicit DockTile(const QDBusConnection &bus) : m_bus(bus) {}
 
     /// Shows a number, written in decimal digits. "" removes it, as does any other text: a dock shows numbers
     /// only.
@@ -34,7 +33,7 @@ public:
 private:
     void update(const QVariantMap &properties) const;
 
-    std::optional<QDBusConnection> m_bus;
+    QDBusConnection m_bus;
     QString m_badgeLabel;
     std::optional<double> m_progress;
 };

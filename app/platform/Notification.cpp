@@ -9,6 +9,8 @@
 #include <chrono>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brevant {
 
 namespace {
@@ -25,11 +27,6 @@ QDBusMessage callOf(const QString &method)
 }
 
 } // namespace
-
-Notification::Notification(std::optional<QDBusConnection> bus, QObject *parent)
-    : QObject(parent), m_bus(std::move(bus))
-{
-}
 
 Notification::~Notification()
 {
@@ -70,46 +67,44 @@ void Notification::proceed()
 
 void Notification::askForCapabilities()
 {
-    if (!bus().isConnected())
+    if (!m_bus.isConnected())
         return;
     listen();
-    await(
-        bus().asyncCall(callOf(QStringLiteral("GetCapabilities")), static_cast<int>(answerTimeout.count())));
+    await(m_bus.asyncCall(callOf(u"GetCapabilities"_s), static_cast<int>(answerTimeout.count())));
 }
 
 void Notification::send()
 {
     const QString body = *m_understandsMarkup ? m_wanted->body.toHtmlEscaped() : m_wanted->body;
-    const QStringList actions{QStringLiteral("default"), tr("Show Brevant")};
-    const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("org.brevant.Brevant")}};
+    const QStringList actions{u"default"_s, tr("Show Brevant")};
+    const QVariantMap hints{{u"desktop-entry"_s, u"org.brevant.Brevant"_s}};
     constexpr int asLongAsTheServiceLikes = -1;
     constexpr int untilClosed = 0;
     m_id = m_id.value_or(0);
-    QDBusMessage call = callOf(QStringLiteral("Notify"));
-    call << QStringLiteral("Brevant") << *m_id << QStringLiteral("org.brevant.Brevant") << m_wanted->summary
-         << body << actions << hints << (m_stays ? untilClosed : asLongAsTheServiceLikes);
-    await(bus().asyncCall(call, static_cast<int>(answerTimeout.count())));
+    QDBusMessage call = callOf(u"Notify"_s);
+    call << u"Brevant"_s << *m_id << u"org.brevant.Brevant"_s << m_wanted->summary << body << actions << hints
+         << (m_stays ? untilClosed : asLongAsTheServiceLikes);
+    await(m_bus.asyncCall(call, static_cast<int>(answerTimeout.count())));
 }
 
 void Notification::close()
 {
     if (!m_id)
         return;
-    QDBusMessage call = callOf(QStringLiteral("CloseNotification"));
+    QDBusMessage call = callOf(u"CloseNotification"_s);
     call << *std::exchange(m_id, {});
-    bus().send(call);
+    m_bus.send(call);
 }
 
 /// The signals come for the notifications of all programs; the number identifies ours.
 void Notification::listen()
 {
-    QDBusConnection connection = bus();
-    connection.connect(QString(), servicePath, serviceName, QStringLiteral("ActionInvoked"), this,
-                       SLOT(ActionInvoked(uint, QString)));
-    connection.connect(QString(), servicePath, serviceName, QStringLiteral("ActivationToken"), this,
-                       SLOT(ActivationToken(uint, QString)));
-    connection.connect(QString(), servicePath, serviceName, QStringLiteral("NotificationClosed"), this,
-                       SLOT(NotificationClosed(uint, uint)));
+    m_bus.connect(QString(), servicePath, serviceName, u"ActionInvoked"_s, this,
+                  SLOT(ActionInvoked(uint, QString)));
+    m_bus.connect(QString(), servicePath, serviceName, u"ActivationToken"_s, this,
+                  SLOT(ActivationToken(uint, QString)));
+    m_bus.connect(QString(), servicePath, serviceName, u"NotificationClosed"_s, this,
+                  SLOT(NotificationClosed(uint, uint)));
 }
 
 void Notification::await(const QDBusPendingCall &call)
@@ -131,7 +126,7 @@ void Notification::answered()
     if (m_id) {
         m_id = isAnswer ? std::optional(value.toUInt()) : std::nullopt;
     } else if (isAnswer) {
-        m_understandsMarkup = value.toStringList().contains(QStringLiteral("body-markup"));
+        m_understandsMarkup = value.toStringList().contains(u"body-markup"_s);
         m_isTold = false;
     } else {
         m_wanted.reset();
@@ -159,11 +154,6 @@ void Notification::NotificationClosed(uint id, uint reason)
     m_id.reset();
     if (reason == byTheUser)
         Q_EMIT dismissed();
-}
-
-QDBusConnection Notification::bus() const
-{
-    return m_bus ? *m_bus : QDBusConnection::sessionBus();
 }
 
 } // namespace brevant

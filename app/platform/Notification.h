@@ -22,8 +22,7 @@ class Notification final : public QObject {
     Q_OBJECT
 
 public:
-    /// Without a connection the session bus is used, connected when first needed.
-    explicit Notification(std::optional<QDBusConnection> bus = {}, QObject *parent = nullptr);
+    explicit Notification(const QDBusConnection &bus) : m_bus(bus) {}
 
     /// Waits, but not for long, until the service has shown what was asked for last: one that has to be
     /// started first would drop a notification whose sender has left the bus.
@@ -64,9 +63,8 @@ private:
     void listen();
     void await(const QDBusPendingCall &call);
     void answered();
-    [[nodiscard]] QDBusConnection bus() const;
 
-    std::optional<QDBusConnection> m_bus;
+    QDBusConnection m_bus;
     std::optional<Text> m_wanted;              ///< what is to be shown
     bool m_isTold = true;                      ///< whether the service knows
     std::optional<uint> m_id;                  ///< of what is shown; 0 while the service has not told

@@ -61,6 +61,16 @@ std::optional<QString> localPath(const QUrl &url)
     return url.path(QUrl::FullyDecoded);
 }
 
+QStringList localPaths(const QList<QUrl> &urls)
+{
+    QStringList paths;
+    for (const QUrl &url : urls) {
+        if (const std::optional<QString> path = localPath(url))
+            paths.append(*path);
+    }
+    return paths;
+}
+
 QByteArray percentEscaped(const QString &text)
 {
     return text.toUtf8().toPercentEncoding("!*'();/?:@&=+$,");
@@ -80,8 +90,8 @@ QString operatingSystemVersionString()
                               QSysInfo::kernelVersion());
 }
 
-Workspace::Workspace(std::optional<QDBusConnection> bus, UrlOpener opener)
-    : m_bus(std::move(bus)), m_opener(opener ? std::move(opener) : &QDesktopServices::openUrl)
+Workspace::Workspace(const QDBusConnection &bus, UrlOpener opener)
+    : m_bus(bus), m_opener(opener ? std::move(opener) : &QDesktopServices::openUrl)
 {
 }
 
@@ -92,8 +102,7 @@ bool Workspace::openUrl(const QUrl &url) const
 
 void Workspace::selectFile(const QString &path)
 {
-    const QDBusConnection bus = m_bus ? *m_bus : QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    if (!m_bus.isConnected()) {
         openFolderOf(path);
         return;
     }
@@ -104,7 +113,7 @@ void Workspace::selectFile(const QString &path)
     question << QStringList{fileUrl(path).toString(QUrl::FullyEncoded)} << startupId;
 
     auto *watcher = new QDBusPendingCallWatcher(
-        bus.asyncCall(question, static_cast<int>(m_answerTimeout.count())), &m_questions);
+        m_bus.asyncCall(question, static_cast<int>(m_answerTimeout.count())), &m_questions);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, path] {
         if (QDBusPendingReply<>(*watcher).isError())
             openFolderOf(path);

@@ -20,6 +20,9 @@ namespace brevant {
 /// The path that the address of a file of this machine stands for; nothing for any other address.
 [[nodiscard]] std::optional<QString> localPath(const QUrl &url);
 
+/// The paths of those among the addresses that have one.
+[[nodiscard]] QStringList localPaths(const QList<QUrl> &urls);
+
 /// Escapes what no address may hold: blanks, control characters, the characters of "<>#%{}|\^[]` and all that
 /// is not ASCII, each byte of its UTF-8 as a percent sign and two hexadecimal digits. The characters with a
 /// meaning in addresses, the ampersand and the comma among them, stay.
@@ -38,9 +41,8 @@ public:
     /// Opens an address and tells whether somebody took it.
     using UrlOpener = std::function<bool(const QUrl &)>;
 
-    /// Without a connection the session bus is used, connected when first needed; without an opener, the
-    /// desktop's own programs open addresses.
-    explicit Workspace(std::optional<QDBusConnection> bus = {}, UrlOpener opener = {});
+    /// The file manager is asked on `bus`. Without an opener, the desktop's own programs open addresses.
+    explicit Workspace(const QDBusConnection &bus, UrlOpener opener = {});
 
     /// Opens an address in the program the user has chosen for it. False if there is none.
     [[nodiscard]] bool openUrl(const QUrl &url) const;
@@ -55,7 +57,7 @@ public:
 private:
     void openFolderOf(const QString &path) const;
 
-    std::optional<QDBusConnection> m_bus;
+    QDBusConnection m_bus;
     UrlOpener m_opener;
     std::chrono::milliseconds m_answerTimeout = std::chrono::seconds(5);
     QObject m_questions; ///< parent of what waits for an answer

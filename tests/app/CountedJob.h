@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/AppContext.h"
+#include "app/Application.h"
 #include "engine/EntryResult.h"
 #include "engine/MinifyJob.h"
 
@@ -19,11 +19,11 @@ public:
     explicit CountedJob(std::atomic<int> &worked) : m_worked(worked) {}
 
     /// The whole job, on the calling thread.
-    void run(AppContext &context, const std::atomic<Stop> &stop)
+    void run(Application &app, const std::atomic<Stop> &stop)
     {
-        WindowRun shown(context, stop);
+        WindowRun shown(app, stop);
         m_shown = &shown;
-        MinifyJob(context.queue, context.settings, context.tools, *this, stop).run();
+        MinifyJob(app.queue, app.settings, app.tools, *this, stop).run();
     }
 
     void runStarted() override

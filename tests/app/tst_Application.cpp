@@ -14,7 +14,7 @@ using namespace brevant;
 using namespace Qt::StringLiterals;
 
 /// What the window does of that which the bus asks for.
-class tst_ServiceRequests final : public QObject {
+class tst_Application final : public QObject {
     Q_OBJECT
 
 private:
@@ -160,7 +160,7 @@ private Q_SLOTS:
     void theNameGoesWhenTheEndIsCertain()
     {
         Served app;
-        const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
+        const QSignalSpy ending(&app, &Application::ending);
         app.window.show();
         app.drop({app.file(u"a.css"_s)});
         app.controller.minify();
@@ -177,7 +177,7 @@ private Q_SLOTS:
     void theNameGoesAfterTheLastRun()
     {
         Served app;
-        const QSignalSpy ending(&app.lifetime, &Lifetime::ending);
+        const QSignalSpy ending(&app, &Application::ending);
         app.window.show();
         app.drop({app.file(u"a.css"_s)});
         app.controller.minify();
@@ -187,5 +187,5 @@ private Q_SLOTS:
     }
 };
 
-BREVANT_TEST(tst_ServiceRequests, QApplication)
-#include "tst_ServiceRequests.moc"
+BREVANT_TEST(tst_Application, QApplication)
+#include "tst_Application.moc"

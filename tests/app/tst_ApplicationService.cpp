@@ -31,9 +31,8 @@ private:
 
     static QDBusMessage call(const char *method, const QVariantList &arguments)
     {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            QString::fromLatin1(serviceName), QString::fromLatin1(servicePath),
-            QString::fromLatin1(serviceInterface), QString::fromLatin1(method));
+        QDBusMessage message = QDBusMessage::createMethodCall(serviceName, servicePath, serviceInterface,
+                                                              QString::fromLatin1(method));
         message.setArguments(arguments);
         return message;
     }

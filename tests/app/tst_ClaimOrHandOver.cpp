@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationService.h"
-#include "app/StartUp.h"
 #include "tests/TestClass.h"
 #include "tests/app/platform/PrivateBus.h"
 
@@ -31,7 +30,7 @@ public:
         : m_answer(std::move(answer)), m_bus(QDBusConnection::connectToBus(address, u"owner"_s))
     {
         if (m_answer)
-            m_bus.registerVirtualObject(QString::fromLatin1(servicePath), this);
+            m_bus.registerVirtualObject(servicePath, this);
         m_bus.call(busCall("RequestName") << 4U);
     }
 
@@ -49,7 +48,7 @@ public:
     {
         return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                               u"org.freedesktop.DBus"_s, QString::fromLatin1(method))
-               << QString::fromLatin1(serviceName);
+               << serviceName;
     }
 
     QString introspect(const QString &) const override { return {}; }
@@ -69,7 +68,7 @@ private:
 };
 
 /// The second launch of the program, and the first.
-class tst_Instance final : public QObject {
+class tst_ClaimOrHandOver final : public QObject {
     Q_OBJECT
 
 private:
@@ -233,5 +232,5 @@ private Q_SLOTS:
     }
 };
 
-BREVANT_TEST(tst_Instance, QCoreApplication)
-#include "tst_Instance.moc"
+BREVANT_TEST(tst_ClaimOrHandOver, QCoreApplication)
+#include "tst_ClaimOrHandOver.moc"

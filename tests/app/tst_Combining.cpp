@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 
-#include "app/SavePanel.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
@@ -25,14 +25,14 @@ class tst_Combining final : public QObject {
 
 private:
     /// Runs Combine… on the selection; the save panel that comes up.
-    static SavePanel *panelOf(AppFixture &app)
+    static QFileDialog *panelOf(AppFixture &app)
     {
         app.window.ui().combineMenu->trigger();
-        return app.window.findChild<SavePanel *>();
+        return app.window.findChild<QFileDialog *>();
     }
 
     /// Types a name and confirms.
-    static void save(SavePanel *panel, const QString &path)
+    static void save(QDialog *panel, const QString &path)
     {
         panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
         panel->accept();
@@ -79,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(box->icon(), QMessageBox::Warning);
         QCOMPARE(box->windowModality(), Qt::WindowModal);
         QCOMPARE(box->buttons().size(), 1);
-        QVERIFY(app.window.findChild<SavePanel *>() == nullptr);
+        QVERIFY(app.window.findChild<QFileDialog *>() == nullptr);
         QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
         QTRY_VERIFY(app.window.findChild<QMessageBox *>() == nullptr);
         QCOMPARE(app.queue.count(), static_cast<int>(names.size()));
@@ -99,7 +99,7 @@ private Q_SLOTS:
         AppFixture app;
         app.drop({app.file(names.first()), app.file(names.last())});
         app.controller.selectAll();
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         QVERIFY(panel != nullptr);
         QTEST(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), "proposed");
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
@@ -144,7 +144,7 @@ private Q_SLOTS:
         app.drop({app.file(u"a.css"_s, text), app.file(u"b.css"_s, text)});
         app.controller.selectAll();
         app.settings.setOverride(u"gbk"_s, selectedEncodingKeyString);
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         app.settings.setOverride(u"utf-8"_s, selectedEncodingKeyString);
         const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
@@ -158,7 +158,7 @@ private Q_SLOTS:
         const QString first = app.file(u"a.css"_s, "a");
         app.drop({first, app.file(u"b.css"_s, "b"), app.file(u"c.css"_s, "c")});
         app.table->selectRowIndexes({0, 1}, false);
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         app.table->selectRowIndexes({1, 2}, false);
         const QString target = app.folder.filePath(u"combined.css"_s);
         save(panel, target);
@@ -203,7 +203,7 @@ private Q_SLOTS:
         const QString other = app.file(u"d.css"_s);
         app.drop({listed, app.file(u"a.css"_s, "a"), app.file(u"b.css"_s, "b"), other});
         app.table->selectRowIndexes({1, 2}, false);
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
         save(panel, listed);
         QCOMPARE(app.queue.entries(), std::vector<QString>({listed, other})); // in its place
@@ -217,7 +217,7 @@ private Q_SLOTS:
         const QString first = app.file(u"a.css"_s, "a");
         app.drop({first, app.file(u"b.css"_s, "b"), app.file(u"c.css"_s, "c")});
         app.table->selectRowIndexes({0, 1}, false);
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
         save(panel, first);
         QCOMPARE(app.queue.count(), 2);
@@ -231,7 +231,7 @@ private Q_SLOTS:
         app.file(u"there.css"_s, "precious");
         app.drop({app.file(u"a.css"_s), app.file(u"b.css"_s)});
         app.controller.selectAll();
-        SavePanel *const panel = panelOf(app);
+        QFileDialog *const panel = panelOf(app);
         bool asked = false;
         QTimer looking; // the question is a loop of its own
         connect(&looking, &QTimer::timeout, panel, [&] {
@@ -314,7 +314,7 @@ private Q_SLOTS:
         app.drop({app.file(u"a.css"_s, "wait " + gate.toUtf8()), app.file(u"b.css"_s)});
         app.window.show();
         app.controller.selectAll();
-        const QPointer<SavePanel> panel = panelOf(app);
+        const QPointer<QFileDialog> panel = panelOf(app);
         panel->setOption(QFileDialog::DontConfirmOverwrite);
         const auto *const button = panel->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save);
         QVERIFY(button->isEnabled());
@@ -327,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(panel && panel->isVisible() && !button->isEnabled());
         QFile::remove(gate);
         QTRY_VERIFY(button->isEnabled());
-        panel->accept();
+        static_cast<QDialog *>(panel)->accept();
         QVERIFY(!panel->isVisible());
         QCOMPARE(readFile(target), after);
         QCOMPARE(app.queue.count(), 3);

@@ -173,7 +173,7 @@ private Q_SLOTS:
         app.file(u"f%1.css"_s.arg(heldAt), "wait " + gate.toUtf8());
         app.controller.minify();
         QTRY_COMPARE(app.status(), u"Minified %1 of 2 items."_s.arg(heldAt + 1));
-        app.lifetime.quit();
+        app.quit();
         QFile::remove(gate);
         QTRY_VERIFY(!app.jobs.isRunning());
         letAllArrive();
@@ -188,7 +188,7 @@ private Q_SLOTS:
         run();
         QTRY_COMPARE(m_service->shown.size(), 1);
         letAllArrive();
-        app.lifetime.quit();
+        app.quit();
         QTRY_COMPARE(m_service->asked.value(m_service->asked.size() - 1), u"close 1"_s);
     }
 
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!app.jobs.isRunning());
         QCOMPARE(m_service->shown.constFirst().timeout, 0);
         letAllArrive();
-        app.lifetime.quit(); // which takes back the other
+        app.quit(); // which takes back the other
         letAllArrive();
         QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
     }

@@ -257,7 +257,7 @@ private Q_SLOTS:
         const QString gate = holdAt(*app, 1);
         app->controller.minify();
         QTRY_COMPARE(app->status(), u"Minified 2 of 5 items."_s);
-        app->lifetime.quit();
+        app->quit();
         QVERIFY(app->window.isHidden());
         QVERIFY(app->jobs.isRunning());
         QFile::remove(gate);

@@ -25,7 +25,7 @@ void say(const char *word)
 /// badge: sets and removes the badge.
 void badge()
 {
-    DockTile tile;
+    DockTile tile(QDBusConnection::sessionBus());
     tile.setBadgeLabel(u"3"_s);
     tile.setProgress(0.5);
     tile.setBadgeLabel(QString());
@@ -35,7 +35,7 @@ void badge()
 /// mail: opens the feedback mail in whatever the desktop has for it.
 void mail()
 {
-    const Workspace workspace;
+    const Workspace workspace(QDBusConnection::sessionBus());
     const bool opened =
         workspace.openUrl(feedbackMailUrl(u"support@brevant.example"_s, u"1.0"_s, u"Größe (a, b) #1 50%"_s));
     say(opened ? "opened" : "not opened");

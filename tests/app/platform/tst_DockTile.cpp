@@ -162,7 +162,7 @@ private Q_SLOTS:
 
     void usesTheSessionBus()
     {
-        DockTile().setBadgeLabel(u"4"_s);
+        DockTile(QDBusConnection::sessionBus()).setBadgeLabel(u"4"_s);
         QTRY_COMPARE(m_dock->heard.size(), 1);
         QCOMPARE(m_dock->heard.constFirst().service(), QDBusConnection::sessionBus().baseService());
     }
