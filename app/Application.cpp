@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 
-#include "app/platform/Activation.h"
 #include "engine/originals/PutBack.h"
 #include "ui_MainWindow.h"
 

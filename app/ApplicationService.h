@@ -67,7 +67,7 @@ public:
                                      const QVariantMap &platform_data, const QDBusMessage &call);
 
 Q_SIGNALS:
-    /// `platformData` is what activate() of app/platform/Activation takes.
+    /// `platformData` is what activate() of app/platform/Workspace takes.
     void activateRequested(const QVariantMap &platformData);
 
     /// `paths` are those of the local files among what is to be opened.

@@ -50,7 +50,7 @@ void JobRunner::requestStop(Stop stop)
 void JobRunner::stopAndWait()
 {
     requestStop(Stop::AfterFile);
-    for (std::thread &thread : m_threads) {
+    for (std::jthread &thread : m_threads) {
         if (thread.joinable())
             thread.join();
     }
@@ -59,7 +59,7 @@ void JobRunner::stopAndWait()
 void JobRunner::detachNewThread(Job job)
 {
     const auto thread = m_threads.emplace(m_threads.end());
-    *thread = std::thread([this, thread, job = std::move(job)] {
+    *thread = std::jthread([this, thread, job = std::move(job)] {
         job(m_stop);
         // Queued behind everything that the job has queued.
         QMetaObject::invokeMethod(
@@ -68,11 +68,9 @@ void JobRunner::detachNewThread(Job job)
     Q_EMIT started();
 }
 
-void JobRunner::threadEnded(std::list<std::thread>::iterator thread)
+void JobRunner::threadEnded(std::list<std::jthread>::iterator thread)
 {
-    if (thread->joinable())
-        thread->join();
-    m_threads.erase(thread);
+    m_threads.erase(thread); // which waits for its end
     if (m_threads.empty())
         Q_EMIT allEnded();
 }

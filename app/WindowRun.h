@@ -47,10 +47,10 @@ Q_SIGNALS:
     void allEnded();
 
 private:
-    void threadEnded(std::list<std::thread>::iterator thread);
+    void threadEnded(std::list<std::jthread>::iterator thread);
 
     std::atomic<Stop> m_stop = Stop::No;
-    std::list<std::thread> m_threads;
+    std::list<std::jthread> m_threads;
 };
 
 /// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is

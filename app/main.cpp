@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
-#include "app/platform/Activation.h"
 #include "files/Descriptor.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
 #include <QApplication>
-#include <QCommandLineOption>
 #include <QCommandLineParser>
 
 #include <algorithm>
@@ -30,10 +28,8 @@ Launch launchOnCommandLine()
     parser.setApplicationDescription(u"Minifies CSS, JavaScript, HTML and PHP files."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption minify(u"minify"_s, u"Minify the list once the files are on it."_s);
-    parser.addOption(minify);
-    // The same name as in the programs of the desktop.
-    QCommandLineOption service(u"gapplication-service"_s);
+    parser.addOption({u"minify"_s, u"Minify the list once the files are on it."_s});
+    QCommandLineOption service(u"gapplication-service"_s); // as the programs of the desktop call it
     service.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(service);
     parser.addPositionalArgument(u"PATH"_s,
@@ -48,31 +44,25 @@ Launch launchOnCommandLine()
         parser.showHelp();
     if (parser.isSet(u"version"_s))
         parser.showVersion();
-    Launch launch{{}, parser.isSet(minify), parser.isSet(service)};
+    Launch launch{{}, parser.isSet(u"minify"_s), parser.isSet(service)};
     for (const QString &path : parser.positionalArguments())
         launch.paths.append(PathString::absolute(path));
     return launch;
 }
 
-/// Prints the help or the version, which need no display, if the arguments ask for one of them.
-bool printedHelpOrVersion(int &argc, char *argv[])
+/// Whether one of the words is among the arguments.
+bool isGiven(int argc, char *argv[], std::initializer_list<std::string_view> words)
 {
-    constexpr std::array<std::string_view, 4> words{"-h", "--help", "-v", "--version"};
-    if (std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) == argv + argc)
-        return false;
-    const QCoreApplication application(argc, argv);
-    static_cast<void>(launchOnCommandLine());
-    return true;
+    return std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) != argv + argc;
 }
 
 /// Whether a display is named, or a Qt platform that needs none.
 bool mayHaveDisplay(int argc, char *argv[])
 {
     constexpr std::array<const char *, 3> variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
-    constexpr std::array<std::string_view, 2> words{"-platform", "--platform"};
-    return std::any_of(variables.begin(), variables.end(),
-                       [](const char *name) { return !qEnvironmentVariableIsEmpty(name); }) ||
-           std::find_first_of(argv + 1, argv + argc, words.begin(), words.end()) != argv + argc;
+    return std::ranges::any_of(variables,
+                               [](const char *name) { return !qEnvironmentVariableIsEmpty(name); }) ||
+           isGiven(argc, argv, {"-platform", "--platform"});
 }
 
 } // namespace
@@ -86,15 +76,14 @@ int main(int argc, char *argv[])
     openClosedStandardStreams();
     QCoreApplication::setApplicationName(u"brevant"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVANT_VERSION));
-    if (printedHelpOrVersion(argc, argv))
-        return 0;
     const QVariantMap activation = activationFromEnvironment();
     ApplicationService service;
     const auto handedOver = [&](const Launch &launch) {
         return service.claimOrHandOver(sessionBus(), launch, activation);
     };
-    if (!mayHaveDisplay(argc, argv)) {
-        const QCoreApplication qtApplication(argc, argv); // a Brevant that runs may have one
+    // To print the help or the version no display is needed, and a Brevant that runs may have one.
+    if (isGiven(argc, argv, {"-h", "--help", "-v", "--version"}) || !mayHaveDisplay(argc, argv)) {
+        const QCoreApplication qtApplication(argc, argv);
         if (const std::optional<int> status = handedOver(launchOnCommandLine()))
             return *status;
     }

@@ -25,6 +25,18 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption(QCommandLineOption(u"h"_s));
 }
 
+CommandLine::Action actionOf(const QCommandLineParser &parser)
+{
+    using enum CommandLine::Action;
+    if (parser.isSet(u"help"_s) || parser.isSet(u"h"_s))
+        return Help;
+    if (parser.isSet(u"version"_s))
+        return Version;
+    if (parser.isSet(u"list"_s))
+        return List;
+    return parser.isSet(u"dry-run"_s) ? DryRun : Minify;
+}
+
 /// What is wrong with the options; empty if nothing is.
 QString optionsError(const QCommandLineParser &parser)
 {
@@ -99,7 +111,6 @@ QString readSettings(const QCommandLineParser &parser, CommandLine &line)
 
 CommandLine parseCommandLine(const QStringList &arguments)
 {
-    using Action = CommandLine::Action;
     CommandLine line;
     QCommandLineParser parser;
     addOptions(parser);
@@ -107,28 +118,21 @@ CommandLine parseCommandLine(const QStringList &arguments)
         line.error = parser.errorText();
         return line;
     }
-    if (parser.isSet(u"help"_s) || parser.isSet(u"h"_s))
-        line.action = Action::Help;
-    else if (parser.isSet(u"version"_s))
-        line.action = Action::Version;
-    if (line.action != Action::Minify)
+    line.action = actionOf(parser);
+    if (line.action == CommandLine::Action::Help || line.action == CommandLine::Action::Version)
         return line;
-
-    if (parser.isSet(u"list"_s))
-        line.action = Action::List;
-    if (parser.isSet(u"dry-run"_s))
-        line.action = Action::DryRun;
     line.all = parser.isSet(u"all"_s);
     line.quiet = parser.isSet(u"quiet"_s);
     line.settingsFile = parser.value(u"settings"_s);
     line.reportFile = parser.value(u"report"_s);
     line.paths = parser.positionalArguments();
-    for (const QString &error :
-         {optionsError(parser), readJobs(parser, line.jobs), readSettings(parser, line),
-          line.paths.isEmpty() ? u"no file or folder is named"_s : QString()}) {
-        if (line.error.isEmpty())
-            line.error = error;
-    }
+    line.error = optionsError(parser);
+    if (line.error.isEmpty())
+        line.error = readJobs(parser, line.jobs);
+    if (line.error.isEmpty())
+        line.error = readSettings(parser, line);
+    if (line.error.isEmpty() && line.paths.isEmpty())
+        line.error = u"no file or folder is named"_s;
     return line;
 }
 

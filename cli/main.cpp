@@ -194,15 +194,8 @@ void catchStopSignals(bool severalFiles)
 
 int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
 {
-    using Style = RunReport::Style;
-    if (const QString missing = tools.missing(); !missing.isEmpty()) {
-        printError(missing);
-        RunReport report(queue.entries());
-        report.runEnded(RunEnd::JavaNotStarted, missing);
-        static_cast<void>(writeReport(line, report));
-        return NoTools;
-    }
-    RunReport report(queue.entries(), line.quiet ? Style::Quiet : RunReport::styleOfStandardOutput(),
+    RunReport report(queue.entries(),
+                     line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
                      &stopRequested);
     catchStopSignals(line.jobs > 1);
     const RunEnd end =
@@ -230,6 +223,13 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
         return statusOfPrinting(printList(queue, settings));
     if (line.action == CommandLine::Action::DryRun)
         return statusOfPrinting(printCommands(queue, settings, tools));
+    if (const QString missing = tools.missing(); !missing.isEmpty()) {
+        printError(missing);
+        RunReport report(queue.entries());
+        report.runEnded(RunEnd::JavaNotStarted, missing);
+        static_cast<void>(writeReport(line, report));
+        return NoTools;
+    }
     return minify(line, tools, queue, settings);
 }
 

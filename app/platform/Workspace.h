@@ -6,10 +6,13 @@
 #include <QObject>
 #include <QString>
 #include <QUrl>
+#include <QVariantMap>
 
 #include <chrono>
 #include <functional>
 #include <optional>
+
+class QWindow;
 
 namespace brevant {
 
@@ -67,5 +70,14 @@ private:
 /// speed at "instant", as the desktop portal tells them. False if the portal is not running or does not
 /// answer at once.
 [[nodiscard]] bool isMotionReduced(const QDBusConnection &bus = QDBusConnection::sessionBus());
+
+/// The right to come to the front that this process was started with: "activation-token" (Wayland) and
+/// "desktop-startup-id" (X11), each if there is one. To be called before there is a QApplication, which takes
+/// both out of the environment. The keys are those of the interface in app/ApplicationService.h.
+[[nodiscard]] QVariantMap activationFromEnvironment();
+
+/// Makes a visible window the active one with the right that another process was given. Does nothing without
+/// it, or on another display.
+void activate(QWindow &window, const QVariantMap &platformData);
 
 } // namespace brevant

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/platform/Activation.h"
+#include "app/platform/Workspace.h"
 #include "tests/TestClass.h"
 
 #include <QGuiApplication>
