@@ -3,7 +3,9 @@
 #pragma once
 
 #include "engine/TextCodec.h"
+#include "files/DurableFile.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -26,6 +28,45 @@ struct CombineAlert {
 
 /// Why the selected `entries`, in the order of their rows, may not be combined; nothing if they may.
 [[nodiscard]] std::optional<CombineAlert> combineRefusal(const std::vector<QString> &entries);
+
+/// Why the text of a file could not be read.
+struct TextFileError {
+    QString path;
+    qint64 position; ///< of the byte, counted from 0, at which reading stopped
+    QString reason;
+
+    /// In one line, without control characters.
+    [[nodiscard]] QString message() const;
+};
+
+/// Builds a text file from other texts and replaces the target as a whole on commit(); without it, nothing
+/// changes.
+///
+/// At most one file is in memory at a time. Write failures are reported at the end;
+/// the texts that follow are still read and checked.
+class TextFile final {
+public:
+    TextFile(const QString &path, TextEncoding encoding);
+
+    void append(QStringView text);
+
+    /// Appends the text of the regular file `path`, in the same encoding and without a byte-order mark. After
+    /// an error the text is incomplete and must not be committed.
+    [[nodiscard]] std::optional<TextFileError> appendFile(const QString &path);
+
+    /// Replaces the target, as DurableFile does. Returns the reason of a failure, or an empty text.
+    [[nodiscard]] QString commit();
+
+private:
+    void encode(QStringView text, bool last);
+    void put(QByteArrayView bytes);
+
+    DurableFile m_file;
+    TextEncoding m_encoding;
+    TextCodec m_codec;
+    QByteArray m_output; ///< encoded, and not yet in the file
+    QString m_failure;   ///< why the text cannot be written
+};
 
 /// How a combine ended.
 struct CombineResult {

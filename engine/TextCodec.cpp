@@ -6,14 +6,14 @@
 
 #include <unicode/ucnv.h>
 #include <unicode/uset.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string_view>
 
 namespace brevant {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,28 +22,28 @@ constexpr std::size_t pieceSize = 8192; // of the output of one conversion call
 
 struct NamedEncoding {
     QLatin1StringView choice; ///< as the setting holds it
-    TextEncoding encoding;
-    const char *converter; ///< its name in ICU
+    const char *converter;    ///< its name in ICU
     QLatin1StringView name;
+    /// What ICU's table accepts and the encoding does not have, as a pattern: vendor characters and stray
+    /// single bytes. Texts that contain them are not valid.
+    QStringView foreign = {};
 };
 
 // In the order of the enumeration. Files in GBK, Big5 and Shift JIS really use the code pages 936, 950 and
 // 932.
 constexpr std::array<NamedEncoding, 9> encodings{{
-    {QLatin1StringView("utf-8"), TextEncoding::Utf8, "UTF-8", QLatin1StringView("UTF-8")},
-    {QLatin1StringView("gb2312"), TextEncoding::Gb2312, "ibm-1383_P110-1999",
-     QLatin1StringView("GB 2312-80")},
-    {QLatin1StringView("gbk"), TextEncoding::Gbk, "windows-936-2000", QLatin1StringView("GBK")},
-    {QLatin1StringView("gb18030"), TextEncoding::Gb18030, "gb18030", QLatin1StringView("GB 18030-2000")},
-    {QLatin1StringView("big5"), TextEncoding::Big5, "windows-950-2000", QLatin1StringView("Big5")},
-    {QLatin1StringView("big5-hkscs"), TextEncoding::Big5Hkscs, "ibm-1375_P100-2008",
-     QLatin1StringView("Big5-HKSCS")},
-    {QLatin1StringView("shift-jis"), TextEncoding::ShiftJis, "ibm-943_P15A-2003",
-     QLatin1StringView("Shift JIS")},
-    {QLatin1StringView("iso-2022-jp"), TextEncoding::Iso2022Jp, "ISO-2022-JP",
-     QLatin1StringView("ISO-2022-JP")},
-    {QLatin1StringView("iso-2022-kr"), TextEncoding::Iso2022Kr, "ISO_2022,locale=ko,version=1",
-     QLatin1StringView("ISO-2022-KR")},
+    {"utf-8"_L1, "UTF-8", "UTF-8"_L1},
+    // The last ones are row 94 of the vendor's table of GB 2312, which ends with row 87.
+    {"gb2312"_L1, "ibm-1383_P110-1999", "GB 2312-80"_L1,
+     u"[\\u0080-\\u009F\\uE000-\\uF8FF\\u2010\\u2025\\u2121\\u2170-\\u2179\\u25BC\\u25BD\\u3006\\u3007\\u3012"
+     "\\u309B-\\u309E\\u30FC-\\u30FE\\u3231\\uFF07\\uFFE2\\uFFE4]"},
+    {"gbk"_L1, "windows-936-2000", "GBK"_L1, u"[\\uE000-\\uF8FF]"},
+    {"gb18030"_L1, "gb18030", "GB 18030-2000"_L1},
+    {"big5"_L1, "windows-950-2000", "Big5"_L1, u"[\\uE000-\\uF6B0\\uF849-\\uF8FF]"}, // all but C6A1 to C8FE
+    {"big5-hkscs"_L1, "ibm-1375_P100-2008", "Big5-HKSCS"_L1, u"[\\uEEB8-\\uF12B]"},  // 8140 to 84FE
+    {"shift-jis"_L1, "ibm-943_P15A-2003", "Shift JIS"_L1},
+    {"iso-2022-jp"_L1, "ISO-2022-JP", "ISO-2022-JP"_L1, u"[]"}, // all that cannot be written
+    {"iso-2022-kr"_L1, "ISO_2022,locale=ko,version=1", "ISO-2022-KR"_L1, u"[\\uE000-\\uF8FF]"},
 }};
 
 const NamedEncoding &entryOf(TextEncoding encoding)
@@ -76,52 +76,20 @@ UConverter *openConverter(TextEncoding encoding)
     return converter;
 }
 
-/// What ICU's table accepts and the encoding does not have: vendor characters and stray single bytes. Texts
-/// that contain them are not valid. Null if there are none.
 USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
 {
-    using namespace std::string_view_literals;
-    // Row 94 of the vendor's table of GB 2312, which ends with row 87.
-    constexpr auto rowOfVendor =
-        u"\u2010\u2025\u2121\u2170\u2171\u2172\u2173\u2174\u2175\u2176\u2177\u2178\u2179"
-        u"\u25BC\u25BD\u3006\u3007\u3012\u309B\u309C\u309D\u309E\u30FC\u30FD\u30FE"
-        u"\u3231\uFF07\uFFE2\uFFE4"sv;
-    constexpr UChar32 privateUse = 0xE000;
-    constexpr UChar32 privateUseEnd = 0xF8FF;
-
-    const auto set = [](std::initializer_list<std::array<UChar32, 2>> ranges) {
-        USet *characters = uset_openEmpty();
-        for (const auto &range : ranges)
-            uset_addRange(characters, range[0], range[1]);
-        return characters;
-    };
-    switch (encoding) {
-    case TextEncoding::Gb2312: {
-        USet *characters = set({{0x80, 0x9F}, {privateUse, privateUseEnd}});
-        uset_addAllCodePoints(characters, rowOfVendor.data(), static_cast<int32_t>(rowOfVendor.size()));
-        return characters;
-    }
-    case TextEncoding::Gbk:
-    case TextEncoding::Iso2022Kr:
-        return set({{privateUse, privateUseEnd}});
-    case TextEncoding::Big5:
-        return set({{privateUse, 0xF6B0}, {0xF849, privateUseEnd}}); // between the two: C6A1 to C8FE
-    case TextEncoding::Big5Hkscs:
-        return set({{0xEEB8, 0xF12B}}); // 8140 to 84FE
-    case TextEncoding::Iso2022Jp: {
+    const QStringView pattern = entryOf(encoding).foreign;
+    if (pattern.isEmpty())
+        return nullptr;
+    UErrorCode status = U_ZERO_ERROR;
+    USet *characters = uset_openPattern(pattern.utf16(), static_cast<int32_t>(pattern.size()), &status);
+    if (encoding == TextEncoding::Iso2022Jp) {
         // Half-width kana and some kanji can be read, but not written.
-        USet *characters = uset_openEmpty();
-        UErrorCode status = U_ZERO_ERROR;
         ucnv_getUnicodeSet(converter, characters, UCNV_ROUNDTRIP_SET, &status);
         uset_complement(characters);
-        return characters;
     }
-    case TextEncoding::Utf8:
-    case TextEncoding::Gb18030:
-    case TextEncoding::ShiftJis:
-        break;
-    }
-    return nullptr;
+    uset_freeze(characters);
+    return characters;
 }
 
 } // namespace
@@ -132,7 +100,7 @@ TextEncoding textEncodingNamed(const std::optional<QString> &name)
         const auto found = std::ranges::find_if(
             encodings, [&](const NamedEncoding &entry) { return *name == entry.choice; });
         if (found != encodings.end())
-            return found->encoding;
+            return static_cast<TextEncoding>(found - encodings.begin());
     }
     return TextEncoding::Utf8;
 }
@@ -142,33 +110,14 @@ QLatin1StringView nameOf(TextEncoding encoding)
     return entryOf(encoding).name;
 }
 
-Utf8Prefix validUtf8Prefix(QByteArrayView bytes)
-{
-    const auto *const data = reinterpret_cast<const std::uint8_t *>(bytes.data());
-    qsizetype whole = bytes.size();
-    U8_TRUNCATE_IF_INCOMPLETE(data, 0, whole);
-    if (bytes.first(whole).isValidUtf8()) // much faster than going character by character
-        return {whole, whole < bytes.size()};
-    qsizetype good = 0;
-    UChar32 character = 0;
-    for (qsizetype next = 0; character >= 0 && next < whole;) {
-        good = next;
-        U8_NEXT(data, next, whole, character);
-    }
-    return {good, false};
-}
-
-TextDecoder::TextDecoder(TextEncoding encoding)
+TextCodec::TextCodec(TextEncoding encoding)
     : m_converter(openConverter(encoding), ucnv_close),
       m_foreign(foreignCharacters(encoding, m_converter.get()), uset_close), m_units(pieceSize),
       m_offsets(m_foreign ? pieceSize : 0)
 {
-    if (m_foreign)
-        uset_freeze(m_foreign.get());
 }
 
-std::optional<TextFault> TextDecoder::decode(QByteArrayView bytes,
-                                             const std::function<void(QStringView)> &take)
+std::optional<TextFault> TextCodec::decode(QByteArrayView bytes, const std::function<void(QStringView)> &take)
 {
     UConverter *const converter = m_converter.get();
     ucnv_resetToUnicode(converter);
@@ -201,9 +150,7 @@ std::optional<TextFault> TextDecoder::decode(QByteArrayView bytes,
                                                          : TextFault::Kind::Invalid};
 }
 
-TextEncoder::TextEncoder(TextEncoding encoding) : m_converter(openConverter(encoding), ucnv_close) {}
-
-bool TextEncoder::encode(QStringView text, bool last, QByteArray &bytes)
+bool TextCodec::encode(QStringView text, bool last, QByteArray &bytes)
 {
     const char16_t *source = text.utf16();
     const char16_t *const end = source + text.size();

@@ -36,28 +36,21 @@ struct TextFault {
     bool operator==(const TextFault &) const = default;
 };
 
-/// How far bytes are valid UTF-8.
-struct Utf8Prefix {
-    qsizetype size;  ///< of the whole, valid characters at the beginning
-    bool unfinished; ///< whether all that follows is a character cut off by the end of the bytes
-
-    bool operator==(const Utf8Prefix &) const = default;
-};
-
-/// Checks UTF-8 without converting it: no overlong form, no surrogate, nothing above U+10FFFF.
-[[nodiscard]] Utf8Prefix validUtf8Prefix(QByteArrayView bytes);
-
-/// Turns the bytes of a text into characters, up to the first byte that is not valid. A byte-order mark at
-/// the start is dropped.
-///
-/// It needs the bytes as a whole, because ICU loses track of where a bad sequence began in an earlier piece.
-class TextDecoder final {
+/// Reads and writes texts in one character set.
+class TextCodec final {
 public:
-    explicit TextDecoder(TextEncoding encoding);
+    explicit TextCodec(TextEncoding encoding);
 
-    /// Passes the characters on to `take`, piece by piece; returns the fault that ended the text, if any.
+    /// Turns the bytes of a text into characters, up to the first byte that is not valid, without a
+    /// byte-order mark at the start. Passes them on to `take`, piece by piece; returns the fault that ended
+    /// the text, if any. The bytes are needed as a whole, because ICU loses track of where a bad sequence
+    /// began in an earlier piece.
     [[nodiscard]] std::optional<TextFault> decode(QByteArrayView bytes,
                                                   const std::function<void(QStringView)> &take);
+
+    /// Appends the encoded `text`, the next piece of one text, to `bytes`; `last` ends the text, with the
+    /// closing shift if one is due. False if a character cannot be encoded; nothing may follow then.
+    [[nodiscard]] bool encode(QStringView text, bool last, QByteArray &bytes);
 
 private:
     std::unique_ptr<UConverter, void (*)(UConverter *)> m_converter;
@@ -65,19 +58,6 @@ private:
     std::unique_ptr<USet, void (*)(USet *)> m_foreign;
     std::vector<char16_t> m_units;
     std::vector<int32_t> m_offsets; ///< of the bytes that the units came from
-};
-
-/// Turns characters into the bytes of one text, piece by piece.
-class TextEncoder final {
-public:
-    explicit TextEncoder(TextEncoding encoding);
-
-    /// Appends the encoded `text` to `bytes`; `last` ends the text, with the closing shift if one is due.
-    /// False if a character cannot be encoded; nothing may follow then.
-    [[nodiscard]] bool encode(QStringView text, bool last, QByteArray &bytes);
-
-private:
-    std::unique_ptr<UConverter, void (*)(UConverter *)> m_converter;
 };
 
 } // namespace brevant

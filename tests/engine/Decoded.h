@@ -12,7 +12,7 @@ struct Decoded {
     std::optional<TextFault> fault;
 };
 
-inline Decoded decoded(TextDecoder &decoder, QByteArrayView bytes)
+inline Decoded decoded(TextCodec &decoder, QByteArrayView bytes)
 {
     Decoded result;
     result.fault = decoder.decode(bytes, [&](QStringView piece) { result.text.append(piece); });
@@ -20,7 +20,7 @@ inline Decoded decoded(TextDecoder &decoder, QByteArrayView bytes)
 }
 
 /// Empty for a text that is not valid.
-inline QString decodedWhole(TextDecoder &decoder, QByteArrayView bytes)
+inline QString decodedWhole(TextCodec &decoder, QByteArrayView bytes)
 {
     const Decoded result = decoded(decoder, bytes);
     return result.fault ? QString() : result.text;

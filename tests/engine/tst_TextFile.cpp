@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/TextFile.h"
+#include "engine/CombineFiles.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 #include "tests/engine/Decoded.h"
@@ -51,7 +51,7 @@ private Q_SLOTS:
         const QString target = m_folder.filePath(u"target"_s);
         QVERIFY(writeFile(source, bytes));
         QFile::remove(target);
-        TextDecoder decoder(encoding);
+        TextCodec decoder(encoding);
         TextFile file(target, encoding);
         const Decoded whole = decoded(decoder, bytes);
         const auto error = file.appendFile(source);
@@ -60,7 +60,7 @@ private Q_SLOTS:
             QVERIFY(!whole.fault);
             QCOMPARE(whole.text, QString::fromUtf8(QByteArray::fromHex(expected)));
             QByteArray encoded;
-            TextEncoder encoder(encoding);
+            TextCodec encoder(encoding);
             QVERIFY(encoder.encode(whole.text, true, encoded));
             QCOMPARE(encoded, bytes);
             QVERIFY(!error);
@@ -87,7 +87,7 @@ private Q_SLOTS:
 
         // Bytes changed at random places are good or bad alike wherever they stand in a long text.
         QRandomGenerator random(2026);
-        TextDecoder decoder(encoding);
+        TextCodec decoder(encoding);
         for (int round = 0; round < 20; ++round) {
             QByteArray changed = bytes;
             for (int changes = round % 3; changes > 0; --changes)
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
 
         QByteArray bytes;
-        QVERIFY(!TextEncoder(encoding).encode(text, true, bytes));
+        QVERIFY(!TextCodec(encoding).encode(text, true, bytes));
 
         const QString target = m_folder.filePath(u"refused"_s);
         QVERIFY(writeFile(target, "old"));
@@ -178,14 +178,14 @@ private Q_SLOTS:
     void shiftsAndHeader()
     {
         QByteArray bytes;
-        TextEncoder korean(TextEncoding::Iso2022Kr);
+        TextCodec korean(TextEncoding::Iso2022Kr);
         QVERIFY(korean.encode(u"a", false, bytes));
         QVERIFY(korean.encode(u"가", false, bytes));
         QVERIFY(korean.encode(u"\n가", true, bytes));
         QCOMPARE(bytes, "\x1b$)Ca\x0e\x30\x21\x0f\n\x0e\x30\x21\x0f"_ba);
 
         bytes.clear();
-        TextEncoder japanese(TextEncoding::Iso2022Jp);
+        TextCodec japanese(TextEncoding::Iso2022Jp);
         QVERIFY(japanese.encode(u"あ", false, bytes));
         QVERIFY(!bytes.endsWith("\x1b(B"));
         QVERIFY(japanese.encode({}, true, bytes));
@@ -221,7 +221,7 @@ private Q_SLOTS:
         for (int shift = 0; shift < 12; ++shift) {
             QByteArray bytes;
             const QString text = QString(shift, u'x') + unit.repeated(250000);
-            QVERIFY(TextEncoder(encoding).encode(text, true, bytes));
+            QVERIFY(TextCodec(encoding).encode(text, true, bytes));
             QVERIFY(bytes.size() > 2 * 256 * 1024);
             QVERIFY(writeFile(source, bytes));
             TextFile file(target, encoding);
@@ -232,7 +232,7 @@ private Q_SLOTS:
             const qsizetype bad = bytes.size() - 7 - shift;
             bytes = bytes.first(bad).append('\xff').append("tail");
             QVERIFY(writeFile(source, bytes));
-            TextDecoder decoder(encoding);
+            TextCodec decoder(encoding);
             const std::optional<TextFault> fault = decoded(decoder, bytes).fault;
             const auto error = TextFile(target, encoding).appendFile(source);
             QVERIFY(fault && error);
