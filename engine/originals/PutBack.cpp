@@ -10,7 +10,9 @@
 #include "files/PrivateFolder.h"
 #include "files/RawBytes.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <functional>
@@ -94,20 +96,12 @@ bool linkAgain(int held, const QByteArray &path, bool replaces)
     return replaces ? makeInPlaceOf(path, link) && flushFolder(folderOf(path)) : link(path);
 }
 
-bool isSameFile(const struct stat &a, const struct stat &b)
-{
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
-
 /// Whether the file is younger than the record, so that it can only have got the inode of a deleted one.
 bool isYounger(const QString &path, const OriginalRecord &original)
 {
-    struct statx status {};
-    const bool isKnown =
-        ::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_BTIME, &status) == 0 &&
-        (status.stx_mask & STATX_BTIME) != 0;
-    return isKnown && std::pair<qint64, qint64>(status.stx_btime.tv_sec, status.stx_btime.tv_nsec) >
-                          std::pair<qint64, qint64>(original.changed.tv_sec, original.changed.tv_nsec);
+    const QDateTime birth = QFileInfo(path).birthTime();
+    return birth.isValid() && birth > QDateTime::fromMSecsSinceEpoch(original.changed.tv_sec * 1000 +
+                                                                     original.changed.tv_nsec / 1'000'000);
 }
 
 bool isOf(const OriginalRecord &original, const QString &source)
@@ -127,7 +121,7 @@ PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int he
     struct stat before {};
     const bool isThere = ::lstat(original.file.constData(), &there) == 0;
     const bool hasOtherNames = held >= 0 && ::fstat(held, &before) == 0 && before.st_nlink > 0 &&
-                               (!isThere || !isSameFile(there, before));
+                               !(isThere && original.isSameFile(there));
     if (hasOtherNames) {
         PutBackResult result = overwriteAt(pathOfOpen(held), 0, original, copy);
         if (!result.error.isEmpty() || (isThere && !replaces) || linkAgain(held, original.file, replaces))
@@ -148,12 +142,10 @@ QString restoreAttributes(const OriginalRecord &original)
 
 QString putFileBack(const OriginalRecord &original, int held)
 {
-    struct stat there {};
-    struct stat before {};
-    if (::fstat(held, &before) != 0)
-        return qt_error_string(errno);
-    const bool isInPlace = ::lstat(original.file.constData(), &there) == 0 && isSameFile(there, before);
-    if (isInPlace || (before.st_nlink > 0 && linkAgain(held, original.file, true)))
+    struct stat status {};
+    if (::lstat(original.file.constData(), &status) == 0 && original.isSameFile(status))
+        return {};
+    if (::fstat(held, &status) == 0 && status.st_nlink > 0 && linkAgain(held, original.file, true))
         return {};
     return makeAnew(original, true,
                     [&](int file) { return FileBytes::copyAll(held, 0, file, 0, original.size); })
@@ -183,158 +175,114 @@ std::optional<QString> keepContent(const OriginalRecord &original, const Private
 
 namespace {
 
-/// Deals with the slots that programs have left, and tells what became of them.
-class LeftSlots final {
-public:
-    /// Deals with those of `source` alone, if given, and waits for one in use until `stop` says otherwise.
-    explicit LeftSlots(QString source = {}, const std::atomic<Stop> *stop = nullptr)
-        : m_source(std::move(source)), m_stop(stop)
-    {
-    }
-
-    void takeUpIn(const QString &path);
-
-    [[nodiscard]] const QStringList &sentences() const { return m_sentences; }
-    [[nodiscard]] bool isLost() const { return m_isLost; }
-
-private:
-    void takeUp(OriginalSlot &slot);
-    void takeUpSource(OriginalSlot &slot, const OriginalRecord &original);
-    void putBackSource(OriginalSlot &slot, const OriginalRecord &original);
-    void keepAsFile(const OriginalSlot &slot, const OriginalRecord &original);
-
-    const QString m_source;
-    const std::atomic<Stop> *const m_stop;
-    QStringList m_sentences;
-    bool m_isLost = false; ///< whether a source is lost, and cannot be put back now
-};
-
-void LeftSlots::takeUpIn(const QString &path)
-{
-    QString error;
-    std::optional<PrivateFolder> folder = PrivateFolder::open(path, error);
-    if (!folder) {
-        if (m_source.isEmpty() && !error.isEmpty())
-            m_sentences.append(u"The safety copies in %1 are not looked at: %2."_s.arg(path, error));
-        return;
-    }
-    const auto waitsFor = [this](const OriginalRecord &original) {
-        return m_stop != nullptr && *m_stop == Stop::No && isOf(original, m_source);
-    };
-    QStringList refused;
-    for (OriginalSlot &slot : OriginalSlot::leftIn(*folder, refused, waitsFor))
-        takeUp(slot);
-    for (const QString &file : m_source.isEmpty() ? refused : QStringList())
-        m_sentences.append(u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file));
-}
-
-void LeftSlots::takeUp(OriginalSlot &slot)
-{
-    const auto [content, original] = slot.read();
-    if (!m_source.isEmpty() && (!original || !isOf(*original, m_source)))
-        return;
-    switch (content) {
-    case OriginalSlot::Content::Nothing:
-        slot.remove();
-        break;
-    case OriginalSlot::Content::Source:
-        takeUpSource(slot, *original);
-        break;
-    case OriginalSlot::Content::Damaged:
-        // Either it was never completed, and no compressor was started, or the disk has a fault.
-        if (slot.stateOf(*original) == SourceState::Same)
-            slot.remove();
-        else
-            m_sentences.append(u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
-                QFile::decodeName(original->path), slot.setAside()));
-        break;
-    case OriginalSlot::Content::Unknown:
-        m_sentences.append(
-            u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside()));
-        break;
-    case OriginalSlot::Content::Unreadable:
-        m_sentences.append(
-            u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path()));
-        break;
-    }
-}
-
-void LeftSlots::takeUpSource(OriginalSlot &slot, const OriginalRecord &original)
-{
-    switch (slot.stateOf(original)) {
-    case SourceState::Same:
-        slot.remove();
-        return;
-    case SourceState::Missing:
-    case SourceState::Empty:
-        putBackSource(slot, original);
-        return;
-    case SourceState::Beginning:
-        if (slot.isPuttingBack())
-            putBackSource(slot, original);
-        else
-            keepAsFile(slot, original);
-        return;
-    case SourceState::Changed:
-    case SourceState::Replaced:
-        keepAsFile(slot, original);
-        return;
-    case SourceState::Unknown:
-        m_sentences.append(
-            u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
-                QFile::decodeName(original.path), slot.path()));
-    }
-}
-
-void LeftSlots::putBackSource(OriginalSlot &slot, const OriginalRecord &original)
+/// Writes a lost source back. Returns what is to be said of that.
+QString putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
 {
     const QString source = QFile::decodeName(original.path);
     const PutBackResult done = putBack(original, slot);
     const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
-    m_isLost = !error.isEmpty();
-    if (m_isLost) {
-        m_sentences.append(u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next "
-                           "start tries again, with the copy %3."_s.arg(source, error, slot.path()));
-        return;
-    }
+    isLost = !error.isEmpty();
+    if (isLost)
+        return u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next start tries "
+               "again, with the copy %3."_s.arg(source, error, slot.path());
     slot.remove();
     const QString lacks = done.lacks.isEmpty() ? QString() : u", but not its "_s + done.lacks;
-    m_sentences.append(
-        u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks));
+    return u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks);
 }
 
-void LeftSlots::keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
+/// Keeps the copy of a source that has other content now. Returns what is to be said of that.
+QString keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
 {
     const QString source = QFile::decodeName(original.path);
     if (const std::optional<QString> path = slot.keep(original)) {
         slot.remove();
-        m_sentences.append(
-            u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path));
-        return;
+        return u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path);
     }
-    m_sentences.append(
-        u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
-            source, slot.path(), qt_error_string(errno)));
+    return u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
+        source, slot.path(), qt_error_string(errno));
+}
+
+QString takeUpSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
+{
+    switch (slot.stateOf(original)) {
+    case SourceState::Same:
+        slot.remove();
+        return {};
+    case SourceState::Missing:
+    case SourceState::Empty:
+        return putBackSource(slot, original, isLost);
+    case SourceState::Beginning:
+        return slot.isPuttingBack() ? putBackSource(slot, original, isLost) : keepAsFile(slot, original);
+    case SourceState::Changed:
+    case SourceState::Replaced:
+        return keepAsFile(slot, original);
+    case SourceState::Unknown:
+        break;
+    }
+    return u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
+        QFile::decodeName(original.path), slot.path());
+}
+
+/// Deals with a slot that a program has left, if it may be of `source` or that is empty. Returns what is to
+/// be said of it, or an empty text. `isLost` tells of a source that cannot be put back now.
+QString takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
+{
+    const auto [content, original] = slot.read();
+    if (!source.isEmpty() && (!original || !isOf(*original, source)))
+        return {};
+    switch (content) {
+    case OriginalSlot::Content::Nothing:
+        slot.remove();
+        return {};
+    case OriginalSlot::Content::Source:
+        return takeUpSource(slot, *original, isLost);
+    case OriginalSlot::Content::Damaged:
+        // Either it was never completed, and no compressor was started, or the disk has a fault.
+        if (slot.stateOf(*original) != SourceState::Same)
+            return u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
+                QFile::decodeName(original->path), slot.setAside());
+        slot.remove();
+        return {};
+    case OriginalSlot::Content::Unknown:
+        return u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside());
+    case OriginalSlot::Content::Unreadable:
+        break;
+    }
+    return u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path());
 }
 
 } // namespace
 
 QStringList putBackAfterInterruption(const QStringList &originals)
 {
-    LeftSlots left;
-    for (const QString &folder : originals)
-        left.takeUpIn(folder);
-    return left.sentences();
+    QStringList sentences;
+    static_cast<void>(putBackLeftOf({}, originals, Stop::AtOnce, sentences));
+    return sentences;
 }
 
 bool putBackLeftOf(const QString &source, const QStringList &originals, const std::atomic<Stop> &stop,
                    QStringList &sentences)
 {
-    LeftSlots left(source, &stop);
-    for (const QString &folder : originals)
-        left.takeUpIn(folder);
-    sentences += left.sentences();
-    return !left.isLost();
+    const auto waitsFor = [&](const OriginalRecord &original) {
+        return stop == Stop::No && isOf(original, source);
+    };
+    bool isLost = false;
+    for (const QString &path : originals) {
+        QString error;
+        QStringList refused;
+        if (std::optional<PrivateFolder> folder = PrivateFolder::open(path, error)) {
+            for (OriginalSlot &slot : OriginalSlot::leftIn(*folder, refused, waitsFor))
+                sentences.append(takeUp(slot, source, isLost));
+        }
+        if (!source.isEmpty())
+            continue;
+        if (!error.isEmpty())
+            sentences.append(u"The safety copies in %1 are not looked at: %2."_s.arg(path, error));
+        for (const QString &file : refused)
+            sentences.append(u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file));
+    }
+    sentences.removeAll(QString());
+    return !isLost;
 }
 
 } // namespace brevant

@@ -164,34 +164,24 @@ void SafetyCopy::end()
     m_gzipCopy = Held();
 }
 
-bool SafetyCopy::isLost(const EntryResult &result) const
+/// Whether a source in that state is lost. If the compressor succeeded, other content is its output, or
+/// somebody else's work.
+bool SafetyCopy::isLost(SourceState state, bool isDone) const
 {
-    // If the compressor succeeded, other content is its output, or somebody else's work.
-    if (result.outcome == Outcome::Done)
-        return glanceAtSource(*m_source.record) == SourceState::Missing;
-    switch (m_slot->stateOf(*m_source.record)) {
+    switch (state) {
     case SourceState::Missing:
+        return true;
     case SourceState::Empty:
     case SourceState::Beginning:
     case SourceState::Changed:
-        return true;
+        return !isDone;
     case SourceState::Replaced:
-        return m_isGzipped; // compressors write in place
+        return !isDone && m_isGzipped; // compressors write in place
     case SourceState::Same:
     case SourceState::Unknown:
         break;
     }
     return false;
-}
-
-/// Not only a failing compressor may have written to the source, but also somebody who edited it meanwhile.
-bool SafetyCopy::mayBeNewer(const EntryResult &result) const
-{
-    if (!isOutput() ||
-        (result.outcome != Outcome::CompressorFailed && result.outcome != Outcome::CompressorKilled))
-        return false;
-    const SourceState state = m_slot->stateOf(*m_source.record);
-    return state == SourceState::Changed || state == SourceState::Replaced;
 }
 
 void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
@@ -201,12 +191,15 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
     if (m_source.record) {
         if (isOutput() && result.outcome == Outcome::Done && !isOnDisk(m_source.record->file))
             result.outcome = Outcome::NotWritten;
-        if (isLost(result))
-            putBackFile(result);
-        else if (isOutput() && result.outcome == Outcome::Done)
+        const bool isDone = result.outcome == Outcome::Done;
+        const SourceState state =
+            isDone ? glanceAtSource(*m_source.record) : m_slot->stateOf(*m_source.record);
+        if (isLost(state, isDone))
+            putBackFile(result, state);
+        else if (isOutput() && isDone)
             finishReplaced(result);
         else if (m_isGzipped)
-            undoGzipSteps(result);
+            undoGzipSteps(result, state);
         if (m_isGzipped && result.outcome != Outcome::Done)
             putBackGzipCopy(result);
         if (m_slot)
@@ -237,10 +230,10 @@ void SafetyCopy::finishReplaced(EntryResult &result)
 }
 
 /// The content is as before, but gzip may have moved it into another file, or into the place of a link.
-void SafetyCopy::undoGzipSteps(EntryResult &result)
+void SafetyCopy::undoGzipSteps(EntryResult &result, SourceState state)
 {
     const OriginalRecord &original = *m_source.record;
-    if (m_slot->stateOf(original) == SourceState::Same)
+    if (state == SourceState::Same)
         tellOf(putBack(original, *m_slot, m_source.file.number(), true), result);
     static_cast<void>(putBackLink(original, true));
 }
@@ -251,10 +244,14 @@ void SafetyCopy::tellOf(const PutBackResult &done, EntryResult &result) const
         result.notes.append(u"%1 was put back, but not its %2."_s.arg(m_file, done.lacks));
 }
 
-void SafetyCopy::putBackFile(EntryResult &result)
+void SafetyCopy::putBackFile(EntryResult &result, SourceState state)
 {
     const OriginalRecord &original = *m_source.record;
-    if (mayBeNewer(result))
+    const bool hasFailed =
+        result.outcome == Outcome::CompressorFailed || result.outcome == Outcome::CompressorKilled;
+    // Not only a failing compressor may have written to the source, but also somebody who edited it
+    // meanwhile.
+    if (isOutput() && hasFailed && (state == SourceState::Changed || state == SourceState::Replaced))
         result.kept = keepContent(original, *m_folder).value_or(QString());
     const PutBackResult done = putBack(original, *m_slot, m_source.file.number(), m_isGzipped);
     const QString error = done.error.isEmpty() ? putBackLink(original, m_isGzipped) : done.error;

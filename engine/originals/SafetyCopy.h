@@ -89,11 +89,10 @@ private:
     }
 
     [[nodiscard]] bool isOutput() const { return m_danger != Danger::Pattern; }
-    [[nodiscard]] bool isLost(const EntryResult &result) const;
-    [[nodiscard]] bool mayBeNewer(const EntryResult &result) const;
+    [[nodiscard]] bool isLost(SourceState state, bool isDone) const;
     void finishReplaced(EntryResult &result);
-    void putBackFile(EntryResult &result);
-    void undoGzipSteps(EntryResult &result);
+    void putBackFile(EntryResult &result, SourceState state);
+    void undoGzipSteps(EntryResult &result, SourceState state);
     void tellOf(const PutBackResult &done, EntryResult &result) const;
     void putBackGzipCopy(EntryResult &result);
 
