@@ -75,7 +75,7 @@ QStringList CompressorCommand::yuiArguments(bool isScript, const QString &entry,
         isDecided = isDecided && value.isBool();
         return value.toBool();
     };
-    QList<std::optional<QString>> arguments{u"-jar"_s, Tools::yuiCompressor()};
+    QList<std::optional<QString>> arguments{u"-jar"_s, Tools::yuiCompressor};
     if (isOn(lineBreakSwitcherKeyString))
         arguments << u"--line-break"_s << m_lineBreakColumn;
     for (const auto &[key, argument] : scriptSwitches) {
@@ -90,7 +90,7 @@ QStringList CompressorCommand::yuiArguments(bool isScript, const QString &entry,
 QStringList CompressorCommand::htmlArguments(const QString &entry, const std::optional<QString> &output) const
 {
     const bool keepsSpace = m_settings.boolForKey(keepXMLSpaceCheckerKeyString);
-    return upToAbsent({u"-jar"_s, Tools::htmlCompressor(), u"--charset"_s, m_encoding, u"--type"_s, u"html"_s,
+    return upToAbsent({u"-jar"_s, Tools::htmlCompressor, u"--charset"_s, m_encoding, u"--type"_s, u"html"_s,
                        u"--compress-js"_s, u"--compress-css"_s,
                        keepsSpace ? u"--preserve-intertag-spaces"_s : u"--remove-intertag-spaces"_s, entry,
                        u"-o"_s, output});

@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 #include <cerrno>
 
@@ -136,11 +137,12 @@ std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
                  status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
 }
 
-void EntryWatch::compressorEnded(const ChildExit &exit)
+void EntryWatch::compressorEnded(const QProcess &compressor)
 {
-    m_result.status = exit.code;
-    if (exit.crashed || exit.code != 0) {
-        m_result.outcome = exit.crashed ? Outcome::CompressorKilled : Outcome::CompressorFailed;
+    const bool isKilled = compressor.exitStatus() == QProcess::CrashExit;
+    m_result.status = compressor.exitCode();
+    if (isKilled || m_result.status != 0) {
+        m_result.outcome = isKilled ? Outcome::CompressorKilled : Outcome::CompressorFailed;
         return;
     }
     const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/ChildProcess.h"
-
 #include <QString>
 #include <QStringList>
 
@@ -11,6 +9,8 @@
 
 #include <cstdint>
 #include <optional>
+
+class QProcess;
 
 namespace brevant {
 
@@ -65,7 +65,7 @@ public:
     EntryWatch(const QString &source, const std::optional<QString> &output);
 
     /// To be called between the compressor and the gzip copy.
-    void compressorEnded(const ChildExit &exit);
+    void compressorEnded(const QProcess &compressor);
 
     /// The result of an entry that is not worked on: `outcome` is NotSafe or Refused.
     [[nodiscard]] EntryResult notRun(EntryResult::Outcome outcome, const QString &reason);

@@ -12,7 +12,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <utility>
+#include <csignal>
+
+#include <unistd.h>
 
 namespace brevant {
 
@@ -26,6 +28,43 @@ bool isSameFile(const QString &a, const QString &b)
     return a == b || (file && file == FileMarks::ofFile(b));
 }
 
+/// A child process, which inherits the environment and all three streams. `folder` is its working folder;
+/// empty for our own. It has a process group of its own: what is sent to ours, as Ctrl+C is, does not reach
+/// it, so that it finishes what it writes.
+std::unique_ptr<QProcess> childProcess(const QString &program, const QString &folder,
+                                       const QStringList &arguments)
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProgram(program);
+    process->setArguments(arguments);
+    process->setWorkingDirectory(folder);
+    process->setInputChannelMode(QProcess::ForwardedInputChannel);
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->setChildProcessModifier([] {
+        ::setpgid(0, 0);
+        // In the background of the terminal, reading there, or "stty tostop", would halt it for good.
+        std::signal(SIGTTIN, SIG_IGN);
+        std::signal(SIGTTOU, SIG_IGN);
+    });
+    return process;
+}
+
+bool launch(QProcess &process)
+{
+    process.start(QIODevice::ReadOnly); // the channels are forwarded all the same
+    return process.waitForStarted(-1);
+}
+
+/// Waits without a time limit; the child's group is killed where a stop at once is asked for.
+void waitUntilExit(QProcess &process, const std::atomic<Stop> &stop)
+{
+    constexpr int lookAgain = 50; // milliseconds
+    while (!process.waitForFinished(lookAgain) && process.state() != QProcess::NotRunning) {
+        if (stop == Stop::AtOnce)
+            ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
+    }
+}
+
 } // namespace
 
 void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop)
@@ -33,9 +72,9 @@ void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> 
     for (const GzipStep &step : gzipSteps(output)) {
         if (stop == Stop::AtOnce)
             return;
-        ChildProcess process(step.program, QString(), step.arguments);
-        process.launch();
-        static_cast<void>(process.waitUntilExit(stop));
+        const std::unique_ptr<QProcess> process = childProcess(step.program, {}, step.arguments);
+        if (launch(*process))
+            waitUntilExit(*process, stop);
     }
 }
 
@@ -105,10 +144,11 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
         return result;
     }
 
-    java = std::make_unique<ChildProcess>(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
-    if (const auto inherited = m_safetyCopy.inherited(); !java->launch())
+    java = childProcess(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
+    if (const auto inherited = m_safetyCopy.inherited(); !launch(*java))
         return std::nullopt;
-    watch.compressorEnded(java->waitUntilExit(m_stop));
+    waitUntilExit(*java, m_stop);
+    watch.compressorEnded(*java);
     const bool gzipWanted = m_settings.boolForKey(gzipCheckerKeyString);
     if (gzipWanted) {
         const auto inherited = m_safetyCopy.inherited();
@@ -126,7 +166,7 @@ QString EntryRun::startFailure() const
         return u"Java was not found at %1."_s.arg(m_tools.java);
     if (!QFileInfo(m_tools.folder).isDir())
         return u"The compressors were not found in %1."_s.arg(m_tools.folder);
-    return u"Java could not be started: %1"_s.arg(java->startFailure());
+    return u"Java could not be started: %1"_s.arg(java->errorString());
 }
 
 } // namespace brevant

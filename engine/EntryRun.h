@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/ChildProcess.h"
 #include "engine/CompressorCommand.h"
 #include "engine/EntryResult.h"
+#include "engine/Stop.h"
 #include "engine/Tools.h"
 #include "engine/originals/SafetyCopy.h"
 
+#include <QProcess>
 #include <QSet>
 #include <QString>
 
@@ -57,9 +58,9 @@ private:
     const CompressorCommand &m_command;
     const std::atomic<Stop> &m_stop;
     SafetyCopy m_safetyCopy;
-    QSet<QString> m_listed;             ///< marks of the files in the queue
-    quint64 m_listedRevision = 0;       ///< of the queue, when they were taken
-    std::unique_ptr<ChildProcess> java; ///< of the file being worked on; the last one stays
+    QSet<QString> m_listed;         ///< marks of the files in the queue
+    quint64 m_listedRevision = 0;   ///< of the queue, when they were taken
+    std::unique_ptr<QProcess> java; ///< of the file being worked on; the last one stays
 };
 
 } // namespace brevant

@@ -33,23 +33,13 @@ Tools Tools::inResources(const QString &resourceFolder)
     return tools;
 }
 
-QString Tools::yuiCompressor()
-{
-    return u"yuicompressor-2.4.8.jar"_s;
-}
-
-QString Tools::htmlCompressor()
-{
-    return u"htmlcompressor-1.5.3.jar"_s;
-}
-
 QString Tools::missing() const
 {
     if (!QFileInfo(java).isExecutable())
         return u"Java was not found at %1. Install it, on Debian with: sudo apt install "
                "default-jre-headless"_s.arg(java);
-    for (const QString &archive : {yuiCompressor(), htmlCompressor()}) {
-        const QString path = PathString::join(folder, archive);
+    for (const QLatin1StringView archive : {yuiCompressor, htmlCompressor}) {
+        const QString path = PathString::join(folder, QString(archive));
         if (!QFileInfo(path).isFile())
             return u"The compressor %1 is missing. Install Brevant again, or fetch it into that "
                    "folder with: scripts/fetch-compressors"_s.arg(path);

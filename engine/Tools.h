@@ -28,8 +28,8 @@ struct Tools {
     [[nodiscard]] static Tools inResources(const QString &resourceFolder);
 
     /// File names of the two compressors in the tools folder.
-    [[nodiscard]] static QString yuiCompressor();
-    [[nodiscard]] static QString htmlCompressor();
+    static constexpr QLatin1StringView yuiCompressor{"yuicompressor-2.4.8.jar"};
+    static constexpr QLatin1StringView htmlCompressor{"htmlcompressor-1.5.3.jar"};
 
     /// What is missing for a run, and what to do about it; empty if nothing is.
     [[nodiscard]] QString missing() const;

@@ -30,9 +30,7 @@ constexpr quint32 permissions = 0777;
 
 QByteArray sha256(QByteArrayView bytes)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(bytes);
-    return hash.result();
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
 }
 
 bool isSameTime(const timespec &a, const timespec &b)

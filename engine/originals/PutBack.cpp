@@ -132,14 +132,6 @@ PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int he
     return makeAnew(original, false, [&](int file) { return copy.copyTo(file, original.size); });
 }
 
-QString restoreAttributes(const OriginalRecord &original)
-{
-    Descriptor file = openFile(original.path, O_RDONLY | O_NOFOLLOW);
-    if (!file.isOpen() && errno == ELOOP)
-        file = openFile(original.file, O_RDONLY | O_NOFOLLOW);
-    return file.isOpen() ? original.restoreOn(file.number(), false) : qt_error_string(errno);
-}
-
 QString putFileBack(const OriginalRecord &original, int held)
 {
     struct stat status {};
@@ -162,15 +154,6 @@ QString putBackLink(const OriginalRecord &original, bool replacesFile)
         return ::symlink(original.linkText.constData(), name.constData()) == 0;
     });
     return isMade ? QString() : qt_error_string(errno);
-}
-
-std::optional<QString> keepContent(const OriginalRecord &original, const PrivateFolder &folder)
-{
-    const Descriptor source = openFile(original.file, O_RDONLY | O_NOFOLLOW);
-    struct stat status {};
-    if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
-        return std::nullopt;
-    return folder.keep(source.number(), 0, status.st_size, original.path);
 }
 
 namespace {

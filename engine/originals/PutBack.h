@@ -12,7 +12,6 @@ namespace brevant {
 
 struct OriginalRecord;
 class OriginalSlot;
-class PrivateFolder;
 enum class Stop;
 
 /// How putting a source back went.
@@ -34,17 +33,9 @@ struct PutBackResult {
 /// regular file. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putBackLink(const OriginalRecord &original, bool replacesFile);
 
-/// Restores owner, mode and extended attributes on the file that is there now, even if gzip has put it into
-/// the place of a link. Returns what could not be restored, or an empty text.
-[[nodiscard]] QString restoreAttributes(const OriginalRecord &original);
-
 /// Gives the open file `held`, which `original` is the record of, its name back if another file has taken it:
 /// by a hard link if it has a name left, else by a copy. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putFileBack(const OriginalRecord &original, int held);
-
-/// Copies the present content of the source to a file for the user. Its path, or nothing, with errno set, on
-/// failure.
-[[nodiscard]] std::optional<QString> keepContent(const OriginalRecord &original, const PrivateFolder &folder);
 
 /// Puts back the sources that interrupted runs have left missing or empty. To be called when a program
 /// starts, before it touches any file. `originals` are the folders of the safety copies; slots in use are

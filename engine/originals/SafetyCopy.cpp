@@ -28,6 +28,26 @@ bool isOnDisk(const QByteArray &path)
     return !file.isOpen() || uninterrupted([&] { return ::fdatasync(file.number()); }) == 0;
 }
 
+/// Restores owner, mode and extended attributes on the file that is there now, even if gzip has put it into
+/// the place of a link. Returns what could not be restored, or an empty text.
+QString restoreAttributes(const OriginalRecord &original)
+{
+    Descriptor file = openFile(original.path, O_RDONLY | O_NOFOLLOW);
+    if (!file.isOpen() && errno == ELOOP)
+        file = openFile(original.file, O_RDONLY | O_NOFOLLOW);
+    return file.isOpen() ? original.restoreOn(file.number(), false) : qt_error_string(errno);
+}
+
+/// Copies the present content of the source to a file for the user. Its path, or an empty text on failure.
+QString keepContent(const OriginalRecord &original, const PrivateFolder &folder)
+{
+    const Descriptor source = openFile(original.file, O_RDONLY | O_NOFOLLOW);
+    struct stat status {};
+    if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
+        return {};
+    return folder.keep(source.number(), 0, status.st_size, original.path).value_or(QString());
+}
+
 const QString inTurn = u"another run is at work on it"_s;
 const QString stillLost = u"it was lost when a run was cut short, and cannot be put back now"_s;
 
@@ -252,7 +272,7 @@ void SafetyCopy::putBackFile(EntryResult &result, SourceState state)
     // Not only a failing compressor may have written to the source, but also somebody who edited it
     // meanwhile.
     if (isOutput() && hasFailed && (state == SourceState::Changed || state == SourceState::Replaced))
-        result.kept = keepContent(original, *m_folder).value_or(QString());
+        result.kept = keepContent(original, *m_folder);
     const PutBackResult done = putBack(original, *m_slot, m_source.file.number(), m_isGzipped);
     const QString error = done.error.isEmpty() ? putBackLink(original, m_isGzipped) : done.error;
     if (isOutput() && result.outcome == Outcome::Done)
