@@ -121,8 +121,8 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         }
         add(tools.java, command.arguments(entry, output));
         if (settings.boolForKey(gzipCheckerKeyString)) {
-            for (const GzipStep &step : gzipSteps(output))
-                add(step.program, step.arguments);
+            for (const auto &[program, arguments] : gzipSteps(output))
+                add(program, arguments);
         }
     }
     return TerminalText::print(stdout, text);

@@ -19,7 +19,7 @@ namespace {
 
 constexpr QLatin1StringView mixedKinds("NO");
 constexpr qsizetype bufferSize = 256 * qsizetype(1024);
-constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+constexpr QByteArrayView byteOrderMarkBytes("\xEF\xBB\xBF");
 
 } // namespace
 
@@ -80,7 +80,8 @@ std::optional<TextFileError> TextFile::appendFile(const QString &path)
         return TextFileError{path, 0, errno == EINVAL ? u"Not a regular file"_s : qt_error_string(errno)};
     // Much faster than from character to character.
     if (m_encoding == TextEncoding::Utf8 && bytes->isValidUtf8()) {
-        put(QByteArrayView(*bytes).sliced(bytes->startsWith(byteOrderMark) ? byteOrderMark.size() : 0));
+        put(QByteArrayView(*bytes).sliced(bytes->startsWith(byteOrderMarkBytes) ? byteOrderMarkBytes.size()
+                                                                                : 0));
         return std::nullopt;
     }
     const auto fault = m_codec.decode(*bytes, [this](QStringView text) { encode(text, false); });

@@ -5,12 +5,6 @@
 #include "engine/TextCodec.h"
 #include "files/DurableFile.h"
 
-#include <QByteArray>
-#include <QString>
-
-#include <optional>
-#include <vector>
-
 namespace brevant {
 
 /// What a refused combine tells the user.
@@ -40,10 +34,8 @@ struct TextFileError {
 };
 
 /// Builds a text file from other texts and replaces the target as a whole on commit(); without it, nothing
-/// changes.
-///
-/// At most one file is in memory at a time. Write failures are reported at the end;
-/// the texts that follow are still read and checked.
+/// changes. At most one file is in memory at a time. Write failures are reported at the end; the texts that
+/// follow are still read and checked.
 class TextFile final {
 public:
     TextFile(const QString &path, TextEncoding encoding);

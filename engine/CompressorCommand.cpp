@@ -9,7 +9,6 @@
 #include "settings/SettingsStore.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace brevant {
 

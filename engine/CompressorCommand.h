@@ -8,6 +8,7 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace brevant {
 
@@ -46,12 +47,8 @@ private:
 /// Whether it does so and either part holds special characters, so that the output may be any file.
 [[nodiscard]] bool isDangerousPattern(const QString &entry, const QString &output);
 
-/// One child process of the gzip copy.
-struct GzipStep {
-    QString program;
-    QStringList arguments;
-    bool operator==(const GzipStep &) const = default;
-};
+/// One child process of the gzip copy: program and arguments.
+using GzipStep = std::pair<QString, QStringList>;
 
 /// The four steps that make a compressed copy of `output` and leave `output` itself as it was, by way of a
 /// temporary copy. Without an output path each list ends where that would stand.

@@ -24,7 +24,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
 
-constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
 
 QString gzipPath(const QString &output)
 {
@@ -69,7 +69,7 @@ bool isDiskFull(const QString &output)
     return !takesMore && (errno == ENOSPC || errno == EDQUOT);
 }
 
-/// How a comment begins and ends; empty for a language whose compressor never leaves nothing of a file.
+/// How a comment begins and ends; empty for a language whose compressor never leaves an empty output.
 std::pair<QByteArrayView, QByteArrayView> commentOf(KindFamily family)
 {
     switch (family) {

@@ -5,17 +5,15 @@
 #include <QString>
 #include <QStringList>
 
-#include <sys/types.h>
-
-#include <cstdint>
 #include <optional>
+
+#include <sys/types.h>
 
 class QProcess;
 
 namespace brevant {
 
-/// What became of one entry. The run itself never looks at it: its end does not depend on what becomes of the
-/// entries.
+/// What became of one entry. The run goes on whatever it is.
 struct EntryResult {
     enum class Outcome {
         Done,
@@ -54,9 +52,8 @@ struct EntryResult {
     [[nodiscard]] QString reason() const;
 };
 
-/// Whether a source holds nothing but comments and white space, as its kind has them, so that nothing is left
-/// of it when it is minified. Never so for JavaScript, of which the compressor makes an error, nor for what
-/// is no file or cannot be read.
+/// Whether a source holds nothing but comments and white space, so that nothing is left of it when it is
+/// minified. Never true of JavaScript, for which the compressor fails, nor of what cannot be read.
 [[nodiscard]] bool isBlankSource(const QString &source);
 
 /// Finds out what becomes of one entry: made before its compressor starts, asked afterwards.
@@ -76,9 +73,9 @@ public:
 private:
     /// One state of a file; its change time tells a file written again from the one before.
     struct State {
-        ino_t inode = 0;
-        qint64 size = 0;
-        std::int64_t changedAt = 0;
+        ino_t inode;
+        qint64 size;
+        qint64 changedAt;
         bool operator==(const State &) const = default;
     };
     [[nodiscard]] static std::optional<State> stateOf(const QString &path);

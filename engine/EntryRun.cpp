@@ -8,10 +8,10 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 
 #include <unistd.h>
@@ -26,6 +26,14 @@ bool isSameFile(const QString &a, const QString &b)
 {
     const std::optional<QString> file = FileMarks::ofFile(a);
     return a == b || (file && file == FileMarks::ofFile(b));
+}
+
+/// Why the entry must not be worked on; empty if it may be.
+QString whyRefused(const EntryTask &task)
+{
+    if (!task.refusal.isEmpty() || !task.output || !isDangerousPattern(task.entry, *task.output))
+        return task.refusal;
+    return u"YUI Compressor takes its output path for a pattern, which may lead to any file"_s;
 }
 
 /// A child process, which inherits the environment and all three streams. `folder` is its working folder;
@@ -69,10 +77,10 @@ void waitUntilExit(QProcess &process, const std::atomic<Stop> &stop)
 
 void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> &stop)
 {
-    for (const GzipStep &step : gzipSteps(output)) {
+    for (const auto &[program, arguments] : gzipSteps(output)) {
         if (stop == Stop::AtOnce)
             return;
-        const std::unique_ptr<QProcess> process = childProcess(step.program, {}, step.arguments);
+        const std::unique_ptr<QProcess> process = childProcess(program, {}, arguments);
         if (launch(*process))
             waitUntilExit(*process, stop);
     }
@@ -125,15 +133,11 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
 
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
-    using Clock = std::chrono::steady_clock;
     const auto &[entry, output, outputAtStart, refusal] = task;
-    const QString danger =
-        output && isDangerousPattern(entry, *output)
-            ? u"YUI Compressor takes its output path for a pattern, which may lead to any file"_s
-            : QString();
-    if (const QString &reason = refusal.isEmpty() ? danger : refusal; !reason.isEmpty())
+    if (const QString reason = whyRefused(task); !reason.isEmpty())
         return EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, reason);
-    const Clock::time_point start = Clock::now();
+    QElapsedTimer timer;
+    timer.start();
     const QString source = seenByCompressor(entry);
     const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
     const QString error = keepSafe(source, target, outputAtStart);
@@ -154,8 +158,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
         const auto inherited = m_safetyCopy.inherited();
         makeGzipCopy(output, m_stop);
     }
-    EntryResult result =
-        watch.finish(gzipWanted, std::chrono::duration<double>(Clock::now() - start).count());
+    EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
     m_safetyCopy.finish(result, gzipWanted);
     return result;
 }

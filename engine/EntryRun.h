@@ -4,16 +4,13 @@
 
 #include "engine/CompressorCommand.h"
 #include "engine/EntryResult.h"
-#include "engine/Stop.h"
 #include "engine/Tools.h"
 #include "engine/originals/SafetyCopy.h"
 
 #include <QProcess>
 #include <QSet>
-#include <QString>
 
 #include <memory>
-#include <optional>
 
 namespace brevant {
 
@@ -38,8 +35,8 @@ public:
     EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
              const CompressorCommand &command, const std::atomic<Stop> &stop);
 
-    /// Does everything for one entry, on the calling thread. The switches are read here; nothing is returned
-    /// if the Java runtime could not be started.
+    /// Does everything for one entry, on the calling thread. Nothing is returned if the Java runtime could
+    /// not be started.
     [[nodiscard]] std::optional<EntryResult> run(const EntryTask &task);
 
     /// Why the Java runtime could not be started, in words.

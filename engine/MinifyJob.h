@@ -3,8 +3,6 @@
 #pragma once
 
 #include "engine/EntryRun.h"
-#include "engine/Stop.h"
-#include "engine/Tools.h"
 #include "queue/OutputPath.h"
 
 #include <deque>
@@ -12,9 +10,6 @@
 #include <mutex>
 
 namespace brevant {
-
-class FileQueue;
-class SettingsStore;
 
 /// What is known of an entry when work on it begins.
 struct EntryStart {

@@ -96,13 +96,10 @@ USet *foreignCharacters(TextEncoding encoding, const UConverter *converter)
 
 TextEncoding textEncodingNamed(const std::optional<QString> &name)
 {
-    if (name) {
-        const auto found = std::ranges::find_if(
-            encodings, [&](const NamedEncoding &entry) { return *name == entry.choice; });
-        if (found != encodings.end())
-            return static_cast<TextEncoding>(found - encodings.begin());
-    }
-    return TextEncoding::Utf8;
+    const auto found = std::ranges::find_if(
+        encodings, [&](const NamedEncoding &entry) { return name && *name == entry.choice; });
+    return found == encodings.end() ? TextEncoding::Utf8
+                                    : static_cast<TextEncoding>(found - encodings.begin());
 }
 
 QLatin1StringView nameOf(TextEncoding encoding)

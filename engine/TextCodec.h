@@ -32,8 +32,6 @@ struct TextFault {
 
     qint64 position; ///< of the first byte of the bad sequence, counted from 0
     Kind kind;
-
-    bool operator==(const TextFault &) const = default;
 };
 
 /// Reads and writes texts in one character set.

@@ -43,7 +43,7 @@ bool isPath(const QByteArray &bytes)
     return bytes.startsWith('/') && !bytes.contains('\0');
 }
 
-/// The record, if it can be one.
+/// The record, if its paths and its size are possible.
 std::optional<OriginalRecord> checked(OriginalRecord record)
 {
     record.mode &= permissions;
@@ -154,6 +154,24 @@ std::map<QByteArray, QByteArray> attributesOf(int file)
     return attributes;
 }
 
+/// Gives an open file these extended attributes alone. Calls `report` with each that had to be set, and
+/// whether it could be.
+template <typename Report>
+void setAttributes(int file, const std::map<QByteArray, QByteArray> &attributes, Report report)
+{
+    const std::map<QByteArray, QByteArray> present = attributesOf(file);
+    for (const auto &[name, value] : present) {
+        if (!attributes.contains(name))
+            ::fremovexattr(file, name.constData());
+    }
+    for (const auto &[name, value] : attributes) {
+        const auto found = present.find(name);
+        if (found == present.end() || found->second != value)
+            report(QString::fromUtf8(name), ::fsetxattr(file, name.constData(), value.constData(),
+                                                        static_cast<std::size_t>(value.size()), 0) == 0);
+    }
+}
+
 } // namespace
 
 std::optional<OriginalRecord> OriginalRecord::of(const QByteArray &path, int source)
@@ -242,17 +260,7 @@ QString OriginalRecord::restoreOn(int target, bool times) const
     // After the owner, as changing that clears special bits of the mode.
     if (::fstat(target, &now) != 0 || (now.st_mode & allBits) != mode)
         restored(u"mode"_s, ::fchmod(target, mode) == 0);
-    const std::map<QByteArray, QByteArray> present = attributesOf(target);
-    for (const auto &[name, value] : present) {
-        if (!attributes.contains(name))
-            ::fremovexattr(target, name.constData());
-    }
-    for (const auto &[name, value] : attributes) {
-        const auto found = present.find(name);
-        if (found == present.end() || found->second != value)
-            restored(QString::fromUtf8(name), ::fsetxattr(target, name.constData(), value.constData(),
-                                                          static_cast<std::size_t>(value.size()), 0) == 0);
-    }
+    setAttributes(target, attributes, restored);
     const std::array<timespec, 2> before{accessed, modified};
     if (times)
         restored(u"times"_s, ::futimens(target, before.data()) == 0);

@@ -2,16 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/originals/OriginalSlot.h"
 
-#include "files/Folders.h"
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
-#include <utility>
 
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace brevant {
 
@@ -28,7 +24,7 @@ constexpr char puttingBack = 1;
 /// Whether the program that made the slot is alive, by the number in the name.
 bool isProgramAlive(const QByteArray &name)
 {
-    const int program = name.first(name.indexOf('-')).toInt();
+    const int program = name.left(name.indexOf('-')).toInt();
     return program > 0 && (::kill(program, 0) == 0 || errno == EPERM);
 }
 

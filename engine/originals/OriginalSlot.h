@@ -3,15 +3,12 @@
 #pragma once
 
 #include "engine/originals/OriginalRecord.h"
-#include "files/Descriptor.h"
 #include "files/FileBytes.h"
 #include "files/PrivateFolder.h"
 
-#include <QByteArray>
 #include <QStringList>
 
 #include <functional>
-#include <optional>
 #include <utility>
 #include <vector>
 

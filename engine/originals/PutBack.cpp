@@ -3,22 +3,12 @@
 #include "engine/originals/PutBack.h"
 
 #include "engine/Stop.h"
-#include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
-#include "files/FileBytes.h"
-#include "files/Folders.h"
-#include "files/PrivateFolder.h"
 #include "files/RawBytes.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-
-#include <cstdio>
-#include <functional>
-#include <utility>
-
-#include <sys/stat.h>
 
 namespace brevant {
 
@@ -113,51 +103,6 @@ bool isOf(const OriginalRecord &original, const QString &source)
             !isYounger(source, original));
 }
 
-} // namespace
-
-PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held, bool replaces)
-{
-    struct stat there {};
-    struct stat before {};
-    const bool isThere = ::lstat(original.file.constData(), &there) == 0;
-    const bool hasOtherNames = held >= 0 && ::fstat(held, &before) == 0 && before.st_nlink > 0 &&
-                               !(isThere && original.isSameFile(there));
-    if (hasOtherNames) {
-        PutBackResult result = overwriteAt(pathOfOpen(held), 0, original, copy);
-        if (!result.error.isEmpty() || (isThere && !replaces) || linkAgain(held, original.file, replaces))
-            return result;
-    }
-    if (isThere)
-        return overwriteAt(original.file, O_NOFOLLOW, original, copy);
-    return makeAnew(original, false, [&](int file) { return copy.copyTo(file, original.size); });
-}
-
-QString putFileBack(const OriginalRecord &original, int held)
-{
-    struct stat status {};
-    if (::lstat(original.file.constData(), &status) == 0 && original.isSameFile(status))
-        return {};
-    if (::fstat(held, &status) == 0 && status.st_nlink > 0 && linkAgain(held, original.file, true))
-        return {};
-    return makeAnew(original, true,
-                    [&](int file) { return FileBytes::copyAll(held, 0, file, 0, original.size); })
-        .error;
-}
-
-QString putBackLink(const OriginalRecord &original, bool replacesFile)
-{
-    struct stat status {};
-    const bool isThere = ::lstat(original.path.constData(), &status) == 0;
-    if (original.linkText.isEmpty() || (isThere && !(replacesFile && S_ISREG(status.st_mode))))
-        return {};
-    const bool isMade = makeInPlaceOf(original.path, [&](const QByteArray &name) {
-        return ::symlink(original.linkText.constData(), name.constData()) == 0;
-    });
-    return isMade ? QString() : qt_error_string(errno);
-}
-
-namespace {
-
 /// Writes a lost source back. Returns what is to be said of that.
 QString putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
 {
@@ -235,6 +180,47 @@ QString takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
 }
 
 } // namespace
+
+PutBackResult putBack(const OriginalRecord &original, OriginalSlot &copy, int held, bool replaces)
+{
+    struct stat there {};
+    struct stat before {};
+    const bool isThere = ::lstat(original.file.constData(), &there) == 0;
+    const bool hasOtherNames = held >= 0 && ::fstat(held, &before) == 0 && before.st_nlink > 0 &&
+                               !(isThere && original.isSameFile(there));
+    if (hasOtherNames) {
+        PutBackResult result = overwriteAt(pathOfOpen(held), 0, original, copy);
+        if (!result.error.isEmpty() || (isThere && !replaces) || linkAgain(held, original.file, replaces))
+            return result;
+    }
+    if (isThere)
+        return overwriteAt(original.file, O_NOFOLLOW, original, copy);
+    return makeAnew(original, false, [&](int file) { return copy.copyTo(file, original.size); });
+}
+
+QString putFileBack(const OriginalRecord &original, int held)
+{
+    struct stat status {};
+    if (::lstat(original.file.constData(), &status) == 0 && original.isSameFile(status))
+        return {};
+    if (::fstat(held, &status) == 0 && status.st_nlink > 0 && linkAgain(held, original.file, true))
+        return {};
+    return makeAnew(original, true,
+                    [&](int file) { return FileBytes::copyAll(held, 0, file, 0, original.size); })
+        .error;
+}
+
+QString putBackLink(const OriginalRecord &original, bool replacesFile)
+{
+    struct stat status {};
+    const bool isThere = ::lstat(original.path.constData(), &status) == 0;
+    if (original.linkText.isEmpty() || (isThere && !(replacesFile && S_ISREG(status.st_mode))))
+        return {};
+    const bool isMade = makeInPlaceOf(original.path, [&](const QByteArray &name) {
+        return ::symlink(original.linkText.constData(), name.constData()) == 0;
+    });
+    return isMade ? QString() : qt_error_string(errno);
+}
 
 QStringList putBackAfterInterruption(const QStringList &originals)
 {

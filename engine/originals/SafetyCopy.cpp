@@ -73,12 +73,8 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         if (!putBackLeftOf(m_file, m_folders, m_stop, m_notes))
             return stillLost;
         m_source = held(m_file);
-        if (!m_source.record) {
-            const int why = errno;
-            const bool isNoFile = !m_source.file.isOpen() && (why == ENOENT || why == ENOTDIR ||
-                                                              (why == EINVAL && !QFileInfo(m_file).isFile()));
-            return isNoFile ? QString() : noCopy(qt_error_string(why));
-        }
+        if (!m_source.record)
+            return whyNotHeld(errno);
         if (isOutput())
             m_gzipCopy = held(m_file + ".gz"_L1);
         if (!m_slot)
@@ -93,6 +89,14 @@ QString SafetyCopy::make(const QString &file, Danger danger)
     }
     m_folderIndex = 0;
     return isThere ? noCopy(error) : QString();
+}
+
+/// Why the source is not held; empty if there is no file that could be lost.
+QString SafetyCopy::whyNotHeld(int error) const
+{
+    const bool isNoFile =
+        error == ENOENT || error == ENOTDIR || (error == EINVAL && !QFileInfo(m_file).isFile());
+    return isNoFile && !m_source.file.isOpen() ? QString() : noCopy(qt_error_string(error));
 }
 
 /// Opens and records a file; without a record, and with errno set, on failure.
@@ -188,20 +192,10 @@ void SafetyCopy::end()
 /// somebody else's work.
 bool SafetyCopy::isLost(SourceState state, bool isDone) const
 {
-    switch (state) {
-    case SourceState::Missing:
-        return true;
-    case SourceState::Empty:
-    case SourceState::Beginning:
-    case SourceState::Changed:
-        return !isDone;
-    case SourceState::Replaced:
-        return !isDone && m_isGzipped; // compressors write in place
-    case SourceState::Same:
-    case SourceState::Unknown:
-        break;
-    }
-    return false;
+    const bool isOther = state == SourceState::Empty || state == SourceState::Beginning ||
+                         state == SourceState::Changed ||
+                         (state == SourceState::Replaced && m_isGzipped); // compressors write in place
+    return state == SourceState::Missing || (isOther && !isDone);
 }
 
 void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
@@ -236,17 +230,16 @@ void SafetyCopy::finishReplaced(EntryResult &result)
         result.notes.append(u"%1 has another %2."_s.arg(m_file, lacks));
     if (m_danger == Danger::Replaced || m_slot->stateOf(original) == SourceState::Same)
         return;
+    const std::optional<QString> kept = m_slot->keep(original);
+    const QString where =
+        kept ? u"kept as "_s + *kept : u"in %1 (%2)"_s.arg(m_slot->path(), qt_error_string(errno));
     const QString why =
         m_danger == Danger::AnotherEntry
             ? u"%1, which is in the list too, was replaced by the output of %2"_s.arg(m_file, result.source)
             : u"%1 was replaced by its output, as the settings were changed during the run"_s.arg(m_file);
-    if (const std::optional<QString> kept = m_slot->keep(original)) {
-        result.notes.append(u"%1; what it was before is kept as %2."_s.arg(why, *kept));
-        return;
-    }
-    result.notes.append(
-        u"%1; what it was before is in %2 (%3)."_s.arg(why, m_slot->path(), qt_error_string(errno)));
-    leaveSlot();
+    result.notes.append(u"%1; what it was before is %2."_s.arg(why, where));
+    if (!kept)
+        leaveSlot();
 }
 
 /// The content is as before, but gzip may have moved it into another file, or into the place of a link.
@@ -269,8 +262,7 @@ void SafetyCopy::putBackFile(EntryResult &result, SourceState state)
     const OriginalRecord &original = *m_source.record;
     const bool hasFailed =
         result.outcome == Outcome::CompressorFailed || result.outcome == Outcome::CompressorKilled;
-    // Not only a failing compressor may have written to the source, but also somebody who edited it
-    // meanwhile.
+    // Somebody may have edited the source while the compressor failed.
     if (isOutput() && hasFailed && (state == SourceState::Changed || state == SourceState::Replaced))
         result.kept = keepContent(original, *m_folder);
     const PutBackResult done = putBack(original, *m_slot, m_source.file.number(), m_isGzipped);

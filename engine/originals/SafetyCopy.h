@@ -3,17 +3,10 @@
 #pragma once
 
 #include "engine/Stop.h"
-#include "engine/originals/OriginalRecord.h"
 #include "engine/originals/OriginalSlot.h"
-#include "files/Descriptor.h"
-#include "files/PrivateFolder.h"
 
 #include <QScopeGuard>
-#include <QString>
 #include <QStringList>
-
-#include <atomic>
-#include <optional>
 
 namespace brevant {
 
@@ -60,10 +53,14 @@ public:
 
     /// While the result lives, child processes are started so that they keep copy and turn if this process is
     /// killed.
-    [[nodiscard]] auto inherited()
+    [[nodiscard]] auto inherited() const
     {
-        setInherited(true);
-        return qScopeGuard([this] { setInherited(false); });
+        const auto set = [this](bool isOn) {
+            if (m_folder)
+                m_folder->setInherited(isOn && (m_source.record || !m_turn.isEmpty()));
+        };
+        set(true);
+        return qScopeGuard([set] { set(false); });
     }
 
     /// To be called last for an entry: puts the file back if it is lost, and completes the result.
@@ -76,17 +73,13 @@ private:
         std::optional<OriginalRecord> record;
     };
     [[nodiscard]] static Held held(const QString &path);
+    [[nodiscard]] QString whyNotHeld(int error) const;
 
     [[nodiscard]] bool openFolder(bool make, QString &error);
     void leaveFolder(QString &error);
     [[nodiscard]] QString waitForOthers();
     [[nodiscard]] bool takeTurn(PrivateFolder &folder);
     void end();
-    void setInherited(bool inherited) const
-    {
-        if (m_folder)
-            m_folder->setInherited(inherited && (m_source.record || !m_turn.isEmpty()));
-    }
 
     [[nodiscard]] bool isOutput() const { return m_danger != Danger::Pattern; }
     [[nodiscard]] bool isLost(SourceState state, bool isDone) const;
