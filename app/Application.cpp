@@ -105,7 +105,7 @@ void Application::bringToFront(const QVariantMap &platformData)
     activate(*window.windowHandle(), platformData);
 }
 
-/// The actions are those of the desktop entry; any other is passed over.
+/// The actions are those of the desktop entry; any other is ignored.
 void Application::act(const QString &name, const QStringList &paths, const QVariantMap &platformData)
 {
     if (name != u"add-files" && name != u"minify" && name != u"preferences")

@@ -39,7 +39,7 @@ public:
     /// Loads the layout and connects everything, in its order. To be called once, before what follows.
     void setUp();
 
-    /// Does from now on what the session bus asks for. The service must outlive this object.
+    /// Carries out what the session bus asks for from now on. The service must outlive this object.
     void serve(ApplicationService &service);
 
     /// Shows the window and does what the launch asks for. A launch as service shows none before it is asked

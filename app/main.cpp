@@ -81,7 +81,8 @@ int main(int argc, char *argv[])
     const auto handedOver = [&](const Launch &launch) {
         return service.claimOrHandOver(sessionBus(), launch, activation);
     };
-    // To print the help or the version no display is needed, and a Brevant that runs may have one.
+    // Printing the help or the version needs no display, and an instance that is already running may have
+    // one.
     if (isGiven(argc, argv, {"-h", "--help", "-v", "--version"}) || !mayHaveDisplay(argc, argv)) {
         const QCoreApplication qtApplication(argc, argv);
         if (const std::optional<int> status = handedOver(launchOnCommandLine()))

@@ -69,7 +69,13 @@ void Notification::askForCapabilities()
 {
     if (!m_bus.isConnected())
         return;
-    listen();
+    // The signals come for the notifications of all programs; the number identifies ours.
+    const auto hear = [this](const QString &signal, const char *slot) {
+        m_bus.connect(QString(), servicePath, serviceName, signal, this, slot);
+    };
+    hear(u"ActionInvoked"_s, SLOT(ActionInvoked(uint, QString)));
+    hear(u"ActivationToken"_s, SLOT(ActivationToken(uint, QString)));
+    hear(u"NotificationClosed"_s, SLOT(NotificationClosed(uint, uint)));
     await(m_bus.asyncCall(callOf(u"GetCapabilities"_s), static_cast<int>(answerTimeout.count())));
 }
 
@@ -94,17 +100,6 @@ void Notification::close()
     QDBusMessage call = callOf(u"CloseNotification"_s);
     call << *std::exchange(m_id, {});
     m_bus.send(call);
-}
-
-/// The signals come for the notifications of all programs; the number identifies ours.
-void Notification::listen()
-{
-    m_bus.connect(QString(), servicePath, serviceName, u"ActionInvoked"_s, this,
-                  SLOT(ActionInvoked(uint, QString)));
-    m_bus.connect(QString(), servicePath, serviceName, u"ActivationToken"_s, this,
-                  SLOT(ActivationToken(uint, QString)));
-    m_bus.connect(QString(), servicePath, serviceName, u"NotificationClosed"_s, this,
-                  SLOT(NotificationClosed(uint, uint)));
 }
 
 void Notification::await(const QDBusPendingCall &call)

@@ -60,7 +60,6 @@ private:
     void askForCapabilities();
     void send();
     void close();
-    void listen();
     void await(const QDBusPendingCall &call);
     void answered();
 
