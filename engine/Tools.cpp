@@ -33,6 +33,16 @@ Tools Tools::inResources(const QString &resourceFolder)
     return tools;
 }
 
+QString Tools::esbuild() const
+{
+    return PathString::join(programs, u"esbuild");
+}
+
+QString Tools::markup() const
+{
+    return PathString::join(programs, u"brevant-markup");
+}
+
 QString Tools::missing() const
 {
     if (!QFileInfo(java).isExecutable())
@@ -43,6 +53,16 @@ QString Tools::missing() const
         if (!QFileInfo(path).isFile())
             return u"The compressor %1 is missing. Install Brevant again, or fetch it into that "
                    "folder with: scripts/fetch-compressors"_s.arg(path);
+    }
+    return {};
+}
+
+QString Tools::missingModern() const
+{
+    for (const QString &path : {esbuild(), markup(), PathString::join(programs, u"minify.so")}) {
+        if (!QFileInfo(path).isFile())
+            return u"The modern compressor %1 is missing. Install Brevant again, or fetch it with: "
+                   "scripts/fetch-compressors"_s.arg(path);
     }
     return {};
 }

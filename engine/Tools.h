@@ -15,6 +15,9 @@ struct Tools {
     /// The folder of the compressors, which is their working folder too.
     QString folder;
 
+    /// The folder of the modern compressors.
+    QString programs;
+
     /// The folders for safety copies, the best first. Empty for no copies at all, which only measurements
     /// want.
     QStringList originals = standardOriginals();
@@ -31,8 +34,15 @@ struct Tools {
     static constexpr QLatin1StringView yuiCompressor{"yuicompressor-2.4.8.jar"};
     static constexpr QLatin1StringView htmlCompressor{"htmlcompressor-1.5.3.jar"};
 
+    /// The modern compressors, by their absolute paths.
+    [[nodiscard]] QString esbuild() const;
+    [[nodiscard]] QString markup() const;
+
     /// What is missing for a run, and what to do about it; empty if nothing is.
     [[nodiscard]] QString missing() const;
+
+    /// What of the modern compressors is missing; empty if nothing is.
+    [[nodiscard]] QString missingModern() const;
 };
 
 /// The resource folder of the running program: `resources` beside it in a build folder, `share/brevant` below

@@ -15,11 +15,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kinds{
-    FileKind{u"css", KindFamily::StyleSheet, "CSS"_L1, {}},
-    FileKind{u"js", KindFamily::Script, "JavaScript"_L1, {}},
-    FileKind{u"html", KindFamily::Markup, "HTML"_L1, enableHTMLCheckerKeyString},
-    FileKind{u"phtml", KindFamily::Markup, "PHP"_L1, enablePHPCheckerKeyString},
-    FileKind{u"php", KindFamily::Markup, "PHP"_L1, enablePHPCheckerKeyString},
+    FileKind{u"css", KindFamily::StyleSheet, "text/css"_L1, "CSS"_L1, {}},
+    FileKind{u"js", KindFamily::Script, "text/javascript"_L1, "JavaScript"_L1, {}},
+    FileKind{u"html", KindFamily::Markup, "text/html"_L1, "HTML"_L1, enableHTMLCheckerKeyString},
+    FileKind{u"phtml", KindFamily::Markup, "application/x-httpd-php"_L1, "PHP"_L1, enablePHPCheckerKeyString},
+    FileKind{u"php", KindFamily::Markup, "application/x-httpd-php"_L1, "PHP"_L1, enablePHPCheckerKeyString},
 };
 
 // Fixed on purpose: it does not follow the suffix of the outputs.

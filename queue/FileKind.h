@@ -17,6 +17,7 @@ enum class KindFamily { StyleSheet, Script, Markup };
 struct FileKind {
     QStringView extension; ///< in lower case and without a dot
     KindFamily family;
+    QLatin1StringView mediaType;
     QLatin1StringView name;      ///< what people call it
     QLatin1StringView switchKey; ///< the setting that accepts it; empty if it is always accepted
 

@@ -68,15 +68,21 @@ forget_coverage() {
     find "$(build_folder asan)" -name '*.gcda' -delete
 }
 
-# Both archives into the build folder. Where neither npm nor the downloads give them, npm is
-# installed and asked.
+# The compressors into the build folder. npm is installed where only that gives them: the modern ones, and the archives
+# where they cannot be downloaded.
 fetch_compressors() {
     local status=0
     "$root/scripts/fetch-compressors" || status=$?
-    if [[ $status -eq 3 ]] && ! command -v npm >/dev/null; then
-        say "the archives could not be downloaded; trying with npm"
-        "$root/scripts/setup" fetch && "$root/scripts/fetch-compressors"
-        return
+    command -v npm >/dev/null && return "$status"
+    case $status-$(uname -m) in
+    3-*) ;;
+    0-x86_64 | 0-aarch64) [[ ! -e $root/build/libexec/esbuild ]] || return 0 ;;
+    *) return "$status" ;;
+    esac
+    say "trying with npm"
+    if "$root/scripts/setup" fetch; then
+        status=0
+        "$root/scripts/fetch-compressors" || status=$?
     fi
     return "$status"
 }

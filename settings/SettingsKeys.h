@@ -31,6 +31,12 @@ inline constexpr QLatin1StringView badgeCheckerKeyString{"badgeCheckerKeyString"
 inline constexpr QLatin1StringView gzipCheckerKeyString{"gzipCheckerKeyString"};
 inline constexpr QLatin1StringView keepXMLSpaceCheckerKeyString{"keepXMLSpaceCheckerKeyString"};
 
+inline constexpr QLatin1StringView compressorsKeyString{"compressorsKeyString"};
+inline constexpr QLatin1StringView keepCommentsCheckerKeyString{"keepCommentsCheckerKeyString"};
+inline constexpr QLatin1StringView sourceMapCheckerKeyString{"sourceMapCheckerKeyString"};
+inline constexpr QLatin1StringView brotliCheckerKeyString{"brotliCheckerKeyString"};
+inline constexpr QLatin1StringView esbuildPathKeyString{"esbuildPathKeyString"};
+
 /// What a setting holds when the application wrote it.
 enum class SettingType { Boolean, Text };
 

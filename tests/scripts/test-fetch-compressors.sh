@@ -3,26 +3,32 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
 # test-fetch-compressors.sh [FOLDER]   tests scripts/fetch-compressors without a network, with an
-# npm of its own and downloads from file:// addresses. FOLDER holds the two real archives
-# (default: build/resources/lib of this checkout).
+# npm of its own and downloads from file:// addresses. FOLDER is a build folder with the real
+# compressors (default: build of this checkout). Where it has no modern ones, those stand for them
+# that the cases without them would have, and what needs them is skipped.
 set -uo pipefail
 
 checkout=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd -P)
-real=${1-$checkout/build/resources/lib}
+build=${1-$checkout/build}
+lib=resources/lib
 yui=yuicompressor-2.4.8.jar
 html=htmlcompressor-1.5.3.jar
 for file in "$yui" "$html"; do
-    if [[ ! -f $real/$file ]]; then
-        echo "$real/$file is needed for this test; run scripts/fetch-compressors" >&2
+    if [[ ! -f $build/$lib/$file ]]; then
+        echo "$build/$lib/$file is needed for this test; run scripts/fetch-compressors" >&2
         exit 2
     fi
 done
-real=$(cd -- "$real" && pwd -P)
+build=$(cd -- "$build" && pwd -P)
+real=$build/$lib
+modern=$build/libexec
+have_modern=0
+[[ ! -f $modern/esbuild || ! -f $modern/minify.so ]] || have_modern=1
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/fetch test.XXXXXX")
 trap 'rm -rf -- "$work"' EXIT
 copy="$work/a checkout"
-mkdir -p "$copy/resources/lib" "$work/tools" "$work/npm bin" "$work/bad"
+mkdir -p "$copy/resources/lib" "$work/tools" "$work/npm bin" "$work/bad/$lib"
 cp -R "$checkout/scripts" "$copy/scripts"
 cp -R "$checkout/resources/lib/licences" "$copy/resources/lib/licences"
 fetch="$copy/scripts/fetch-compressors"
@@ -34,8 +40,8 @@ cp -R --no-dereference "$work/tools" "$work/tools without curl"
 rm -f "$work/tools without curl/curl"
 
 # An npm that packs what NPM_MODE says and writes down what it was asked for. The modes:
-# real (the right archives), wrong (both spoilt), half (the second spoilt), empty (a package that
-# lacks the archive), fail, hang.
+# real (the right files), wrong (all spoilt), half (the second archive spoilt), empty (packages that
+# lack the files), fail, hang, classic (fails for the modern ones), spoilt (esbuild spoilt).
 cat >"$work/npm bin/npm" <<'NPM'
 #!/usr/bin/env bash
 set -e
@@ -43,14 +49,18 @@ echo "$*" >>"$NPM_ASKED"
 case $* in
 *grunt-htmlcompressor@0.1.10*) name=grunt-htmlcompressor-0.1.10 member=package/ext/htmlcompressor-1.5.3.jar ;;
 *yuicompressor@2.4.8*) name=yuicompressor-2.4.8 member=package/build/yuicompressor-2.4.8.jar ;;
+*@esbuild/linux-*@0.28.2*) name=esbuild-linux member=package/bin/esbuild ;;
+*@tdewolff/minify@2.24.8*) name=tdewolff-minify member=package/build/$NPM_PLATFORM/minify.so ;;
 *) exit 9 ;;
 esac
+[[ $NPM_MODE-$name != classic-*esbuild* && $NPM_MODE-$name != classic-*minify ]] || exit 1
 [[ $NPM_MODE != fail ]] || { echo "npm says no" >&2; exit 1; }
 mkdir -p "$(dirname "$member")"
 echo '{}' >package/package.json
-[[ $NPM_MODE == empty ]] || cp "$NPM_REAL/${member##*/}" "$member"
+[[ $NPM_MODE == empty ]] || cp "$NPM_REAL/${member##*/}" "$member" 2>/dev/null ||
+    cp "$NPM_MODERN/${member##*/}" "$member"
 case $NPM_MODE-$name in
-wrong-* | half-grunt*) echo spoilt >>"$member" ;;
+wrong-* | half-grunt* | spoilt-esbuild*) echo spoilt >>"$member" ;;
 hang-*) touch "$NPM_ASKED.hangs"; sleep 60 ;;
 esac
 tar -czf "$name.tgz" package
@@ -58,9 +68,14 @@ rm -r package
 echo "$name.tgz"
 NPM
 chmod +x "$work/npm bin/npm"
-export NPM_ASKED="$work/asked" NPM_REAL="$real" NPM_MODE
+export NPM_ASKED="$work/asked" NPM_REAL="$real" NPM_MODERN="$modern" NPM_MODE
+case $(uname -m) in
+x86_64) export NPM_PLATFORM=linux-amd64 ;;
+*) export NPM_PLATFORM=linux-arm64 ;;
+esac
 for file in "$yui" "$html"; do
     { cat "$real/$file" && echo spoilt; } >"$work/bad/$file"
+    cp "$work/bad/$file" "$work/bad/$lib/$file"
 done
 address_of() {
     printf 'file://%s' "${1// /%20}"
@@ -103,10 +118,15 @@ run() {
 ended_with() { [[ $status -eq $1 ]]; }
 says() { grep -qF -- "$1" "$work/output"; }
 same() { cmp -s -- "$1" "$2"; }
-placed() { same "$real/$yui" "$1/$yui" && same "$real/$html" "$1/$html"; }
-nothing_placed() { [[ ! -e $target/$yui && ! -e $target/$html ]]; }
+placed() { same "$real/$yui" "$1/$lib/$yui" && same "$real/$html" "$1/$lib/$html"; }
+modern_placed() {
+    same "$modern/esbuild" "$1/libexec/esbuild" && same "$modern/minify.so" "$1/libexec/minify.so" && [[ -x $1/libexec/esbuild ]]
+}
+no_modern_placed() { [[ ! -e $target/libexec/esbuild && ! -e $target/libexec/minify.so ]]; }
+nothing_placed() { [[ ! -e $target/$lib/$yui && ! -e $target/$lib/$html ]]; }
 no_remains() { [[ -z $(find "$work" -name '.fetch*') ]]; }
-asked_npm() { [[ $(wc -l <"$NPM_ASKED") -eq $1 ]]; }
+# For the archives.
+asked_npm() { [[ $(grep -c -e yuicompressor -e grunt "$NPM_ASKED") -eq $1 ]]; }
 inode() { stat -c '%i %y' -- "$1"; }
 sum_of() { sha256sum <"$1" | cut -d ' ' -f 1; }
 
@@ -118,36 +138,36 @@ check "npm asked once for each" asked_npm 2
 check "npm asked for yuicompressor" grep -q '^pack .*yuicompressor@2\.4\.8$' "$NPM_ASKED"
 check "npm asked for htmlcompressor" grep -q '^pack .*grunt-htmlcompressor@0\.1\.10$' "$NPM_ASKED"
 for text in "$checkout"/resources/lib/licences/*.txt; do
-    check "licence ${text##*/} beside them" same "$text" "$target/licences/${text##*/}"
+    check "licence ${text##*/} beside them" same "$text" "$target/$lib/licences/${text##*/}"
 done
 check "no temporary files" no_remains
 
 title="both are there already"
-before=$(inode "$target/$yui")$(inode "$target/$html")
+before=$(inode "$target/$lib/$yui")$(inode "$target/$lib/$html")
 : >"$NPM_ASKED"
 run "$target"
 check "exit status 0" ended_with 0
 check "npm not asked" asked_npm 0
-check "the files untouched" [ "$before" = "$(inode "$target/$yui")$(inode "$target/$html")" ]
+check "the files untouched" [ "$before" = "$(inode "$target/$lib/$yui")$(inode "$target/$lib/$html")" ]
 
 title="a wrong one in place is replaced"
-cp "$work/bad/$yui" "$target/$yui"
-before=$(inode "$target/$html")
+cp "$work/bad/$yui" "$target/$lib/$yui"
+before=$(inode "$target/$lib/$html")
 : >"$NPM_ASKED"
 run "$target"
 check "exit status 0" ended_with 0
 check "says that it replaces it" says "replacing $yui"
 check "only that one fetched" asked_npm 1
 check "both right" placed "$target"
-check "the right one untouched" [ "$before" = "$(inode "$target/$html")" ]
+check "the right one untouched" [ "$before" = "$(inode "$target/$lib/$html")" ]
 
 title="a wrong one in place stays when the new one is wrong too"
-cp "$work/bad/$yui" "$target/$yui"
+cp "$work/bad/$yui" "$target/$lib/$yui"
 NPM_MODE=wrong
 run "$target"
 check "exit status 1" ended_with 1
-check "the old one still there" same "$work/bad/$yui" "$target/$yui"
-check "the other still there" same "$real/$html" "$target/$html"
+check "the old one still there" same "$work/bad/$yui" "$target/$lib/$yui"
+check "the other still there" same "$real/$html" "$target/$lib/$html"
 
 begin "npm delivers a wrong archive"
 NPM_MODE=wrong
@@ -204,7 +224,7 @@ begin "neither npm nor the download"
 tools="$work/tools"
 run "$target"
 check "exit status 3" ended_with 3
-check "the error names the file" says "$yui could not be got"
+check "the error names the file" says "$yui (yuicompressor@2.4.8) could not be got"
 check "the error says what to do" says "apt-get install npm"
 check "nothing put in place" nothing_placed
 check "no temporary files" no_remains
@@ -220,19 +240,19 @@ check "nothing put in place" nothing_placed
 begin "the default folder, in a checkout with a space"
 run
 check "exit status 0" ended_with 0
-check "both archives in place" placed "$copy/build/resources/lib"
+check "both archives in place" placed "$copy/build"
 check "no temporary files" no_remains
 
 begin "a folder relative to where it is called from"
 mkdir -p "$target"
-(cd "$target" && run "a b/lib" && exit "$status")
+(cd "$target" && run "a b" && exit "$status")
 status=$?
 check "exit status 0" ended_with 0
-check "both archives in place" placed "$target/a b/lib"
+check "both archives in place" placed "$target/a b"
 
 begin "copies from another folder"
 NPM_MODE=fail
-run --from "$real" "$target"
+run --from "$build" "$target"
 check "exit status 0" ended_with 0
 check "npm not asked" asked_npm 0
 check "both archives in place" placed "$target"
@@ -242,6 +262,62 @@ run --from "$work/bad" "$target"
 check "exit status 0" ended_with 0
 check "npm asked" asked_npm 2
 check "both archives in place" placed "$target"
+
+if [[ $have_modern -eq 1 ]]; then
+    begin "npm delivers the modern ones too"
+    run "$target"
+    check "exit status 0" ended_with 0
+    check "both archives in place" placed "$target"
+    check "both modern ones in place" modern_placed "$target"
+    check "no warning" [ "$(grep -c warning "$work/output")" -eq 0 ]
+    check "no temporary files" no_remains
+
+    title="they are there already"
+    before=$(inode "$target/libexec/esbuild")$(inode "$target/libexec/minify.so")
+    : >"$NPM_ASKED"
+    run "$target"
+    check "exit status 0" ended_with 0
+    check "npm not asked" [ ! -s "$NPM_ASKED" ]
+    check "the files untouched" [ "$before" = "$(inode "$target/libexec/esbuild")$(inode "$target/libexec/minify.so")" ]
+
+    begin "the modern ones from another folder"
+    NPM_MODE=fail
+    run --from "$build" "$target"
+    check "exit status 0" ended_with 0
+    check "both modern ones in place" modern_placed "$target"
+
+    begin "a wrong modern one"
+    NPM_MODE=spoilt
+    run "$target"
+    check "exit status 1" ended_with 1
+    check "the error names the file" says "esbuild is refused"
+    check "both archives in place" placed "$target"
+    check "no modern one in place" no_modern_placed
+    check "no temporary files" no_remains
+else
+    echo "skipped: the modern compressors are not in $modern"
+fi
+
+begin "no modern ones to be had"
+NPM_MODE=classic
+run "$target"
+check "exit status 0" ended_with 0
+check "both archives in place" placed "$target"
+check "no modern one in place" no_modern_placed
+check "one warning" [ "$(grep -c "warning: " "$work/output")" -eq 1 ]
+check "the warning says what is missing" says "esbuild"
+check "no temporary files" no_remains
+
+begin "no modern ones for the processor"
+mkdir -p "$work/other processor"
+printf '#!/bin/sh\necho riscv64\n' >"$work/other processor/uname"
+chmod +x "$work/other processor/uname"
+tools="$work/other processor:$tools"
+run "$target"
+check "exit status 0" ended_with 0
+check "both archives in place" placed "$target"
+check "one warning" says "warning: there are no modern compressors for riscv64"
+check "no modern one in place" no_modern_placed
 
 begin "wrong usage"
 run one two

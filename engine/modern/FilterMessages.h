@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+namespace brevant {
+
+/// One thing that a compressor has said about a source.
+struct CompressorMessage {
+    enum class Kind { Error, Warning, Information };
+
+    Kind kind = Kind::Error;
+    QString text;
+    qint64 line = 0;   ///< in the source, from 1; 0 if it is about no place
+    qint64 column = 0; ///< in characters, from 1
+
+    /// "line 3, column 5: Unexpected ";"".
+    [[nodiscard]] QString inWords() const;
+
+    bool operator==(const CompressorMessage &) const = default;
+};
+
+/// What it has said about one source.
+struct CompressorMessages {
+    std::vector<CompressorMessage> shown;
+    int more = 0; ///< that were said, or left unsaid, after those
+
+    /// The first error, or else the first message, and how many more there are; empty if there is none.
+    [[nodiscard]] QString inWords() const;
+};
+
+/// Reads what esbuild 0.28.2 prints at --log-level=warning about UTF-8 `source`.
+[[nodiscard]] CompressorMessages esbuildMessages(const QByteArray &messages, const QByteArray &source);
+
+/// Reads what brevant-markup prints.
+[[nodiscard]] CompressorMessages markupMessages(const QByteArray &messages);
+
+} // namespace brevant

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/Files.h"
+#include "tests/TestClass.h"
+#include "tests/engine/modern/ModernFixture.h"
+
+#include <QTest>
+
+using namespace brevant;
+using namespace brevant::test;
+
+/// What the modern compressors make of one construct at a time: the tables lie in tests/engine/data/modern.
+class tst_ModernSources final : public QObject, ModernFixture {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { BREVANT_SKIP_WITHOUT_MODERN(tools); }
+
+    void constructsKeepTheirMeaning_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("source");
+        QTest::addColumn<QByteArray>("result");
+        QTest::addColumn<bool>("isRefused");
+
+        addRows(u"style-sheets.txt"_s, u"a.css"_s, 60);
+        addRows(u"scripts.txt"_s, u"a.js"_s, 40);
+        addRows(u"pages.html.txt"_s, u"a.html"_s, 30);
+        addRows(u"pages.php.txt"_s, u"a.php"_s, 15);
+    }
+
+    void constructsKeepTheirMeaning()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, source);
+        QFETCH(const QByteArray, result);
+        QFETCH(const bool, isRefused);
+        const ModernResult minified = minify(name, source);
+        if (isRefused) {
+            const QByteArray error = minified.error.toUtf8();
+            QCOMPARE(error.first(std::max<qsizetype>(error.indexOf(" (and "),
+                                                     error.size() * !error.contains(" (and "))),
+                     result);
+        } else {
+            QCOMPARE(minified.error, QString());
+            QCOMPARE(minified.output, result);
+            QVERIFY(!minified.isSource);
+        }
+    }
+
+private:
+    /// Adds the cases of a table, which has at least so many: "=== NAME", the source, "---" or "--- refused",
+    /// and the result or the first message.
+    static void addRows(const QString &table, const QString &name, int least)
+    {
+        const QList<QByteArray> cases = splitAt("\n=== ", readFile(QStringLiteral(TEST_DATA "/") + table));
+        QVERIFY2(cases.size() > least, qPrintable(table));
+        for (const QByteArray &text : cases.sliced(1)) {
+            const qsizetype start = text.indexOf('\n') + 1;
+            const qsizetype line = text.indexOf("\n---", start - 1);
+            const qsizetype lineEnd = text.indexOf('\n', line + 1);
+            QVERIFY2(line >= 0 && lineEnd >= 0, text.constData());
+            const QByteArray source = text.sliced(start, std::max<qsizetype>(line - start, 0));
+            QTest::addRow("%s: %s", qPrintable(table), text.first(start - 1).constData())
+                << name << source << text.sliced(lineEnd + 1)
+                << (text.sliced(line + 1, lineEnd - line - 1) == "--- refused");
+        }
+    }
+
+    static QList<QByteArray> splitAt(const QByteArray &separator, QByteArray text)
+    {
+        if (text.endsWith('\n'))
+            text.chop(1);
+        QList<QByteArray> parts;
+        qsizetype start = 0;
+        for (qsizetype next = text.indexOf(separator); next >= 0; next = text.indexOf(separator, start)) {
+            parts.append(text.sliced(start, next - start));
+            start = next + separator.size();
+        }
+        return parts << text.sliced(start);
+    }
+};
+
+BREVANT_TEST(tst_ModernSources, QCoreApplication)
+#include "tst_ModernSources.moc"
