@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/modern/ModernCompressor.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -29,6 +31,12 @@ public:
     ///
     /// Options of YUI Compressor 2.4.8 (its --help) and of htmlcompressor 1.5.3 (its --help).
     [[nodiscard]] QStringList arguments(const QString &entry, const std::optional<QString> &output) const;
+
+    /// What a modern compressor does for a kind instead. The switches are read here.
+    [[nodiscard]] ModernOptions modernOptions(const FileKind &kind) const
+    {
+        return ModernOptions::forKind(kind, m_settings, m_lineBreakColumn, m_encoding);
+    }
 
 private:
     [[nodiscard]] QStringList yuiArguments(bool isScript, const QString &entry,

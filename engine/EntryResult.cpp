@@ -100,6 +100,10 @@ QString wordsFor(const EntryResult &result)
         return u"the compressor left an empty output"_s;
     case NoGzipCopy:
         return u"the gzip copy could not be made"_s;
+    case NoBrotliCopy:
+        return u"the Brotli copy could not be made"_s;
+    case NotMinified:
+        return result.obstacle;
     case DiskFull:
         return u"the disk is full"_s;
     case NotWritten:

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/modern/FilterMessages.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -22,6 +24,8 @@ struct EntryResult {
         NoOutput,         ///< there is none, or only one from before
         EmptyOutput,      ///< of a source that is not blank
         NoGzipCopy,       ///< minified, but the copy was not made
+        NoBrotliCopy,     ///< likewise
+        NotMinified,      ///< by a modern compressor; `obstacle` says why
         DiskFull,         ///< written, but the output may be cut off
         NotWritten,       ///< written over the source, but not to be flushed to the disk
         NotSafe,          ///< not worked on: no safety copy, or another run is at work on the source
@@ -41,12 +45,14 @@ struct EntryResult {
     QString kept;      ///< where the content that a put-back source had is kept, as it may be newer work
     QString detail;    ///< why there is no safety copy, why it was refused, or why the source is not put back
     QStringList notes; ///< whole sentences about other things that became of the user's files
-    QString obstacle;  ///< what was in the compressor's way before it started; empty if nothing was in sight
+    QString obstacle;  ///< what was in the compressor's way; empty if nothing was in sight
     int status = 0;    ///< the compressor's exit status, or the signal that ended it
     double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
+    std::optional<qint64> brotliSize; ///< likewise
+    CompressorMessages messages;      ///< of a modern compressor
 
     /// The outcome in words, as the end of "FILE: …"; empty if all went well.
     [[nodiscard]] QString reason() const;

@@ -38,6 +38,9 @@ struct Tools {
     [[nodiscard]] QString esbuild() const;
     [[nodiscard]] QString markup() const;
 
+    /// What makes Brotli copies.
+    [[nodiscard]] static QString brotli() { return QStringLiteral("/usr/bin/brotli"); }
+
     /// What is missing for a run, and what to do about it; empty if nothing is.
     [[nodiscard]] QString missing() const;
 

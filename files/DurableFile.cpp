@@ -15,13 +15,20 @@ namespace brevant {
 
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
+DurableFile::DurableFile(const QString &path, const struct stat &like)
+    : m_target(QFile::encodeName(path)), m_modeOfNew(like.st_mode & 0777), m_time(like.st_mtim)
+{
+}
+
 bool DurableFile::open()
 {
     if (m_file.isOpen())
         return true;
     struct stat old {};
-    if (::stat(m_target.constData(), &old) != 0)       // a loop of links is no free name
-        return errno == ENOENT && openTemporary(0666); // to which the umask applies
+    if (m_time)
+        return openNew();
+    if (::stat(m_target.constData(), &old) != 0)
+        return errno == ENOENT && openNew(); // a loop of links is no free name
     if (!S_ISREG(old.st_mode)) {
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         return false;
@@ -31,6 +38,12 @@ bool DurableFile::open()
     // Only root may change the owner; anybody else keeps the mode at least.
     [[maybe_unused]] const int owned = ::fchown(m_file.number(), old.st_uid, old.st_gid);
     return ::fchmod(m_file.number(), old.st_mode & 07777) == 0;
+}
+
+bool DurableFile::openNew()
+{
+    return openTemporary(0666) && // to which the umask applies
+           (!m_modeOfNew || ::fchmod(m_file.number(), *m_modeOfNew) == 0);
 }
 
 bool DurableFile::openTemporary(mode_t mode)
@@ -59,7 +72,14 @@ bool DurableFile::write(QByteArrayView bytes)
 
 bool DurableFile::flush()
 {
-    if (!open() || (!m_flushed && !flushFile(m_file.number())))
+    if (!open())
+        return fail();
+    if (m_time) {
+        const timespec times[]{*m_time, *m_time};
+        if (::futimens(m_file.number(), times) != 0)
+            return fail();
+    }
+    if (!m_flushed && !flushFile(m_file.number()))
         return fail();
     m_flushed = true;
     return true;

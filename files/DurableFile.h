@@ -7,6 +7,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
+#include <sys/stat.h>
+
 namespace brevant {
 
 /// Replaces a file as a whole: readers, and whoever looks after a crash or a power cut, find either the old
@@ -20,11 +24,18 @@ class DurableFile final {
 public:
     explicit DurableFile(const QString &path);
 
+    /// Makes the target anew, with the mode and the times of `like`: a link there is replaced, and nothing of
+    /// an older file remains.
+    DurableFile(const QString &path, const struct stat &like);
+
     /// Drops what has not been committed.
     ~DurableFile() { discard(); }
 
     DurableFile(const DurableFile &) = delete;
     DurableFile &operator=(const DurableFile &) = delete;
+
+    /// The mode of a target that does not exist; without this, what the umask leaves of 0666.
+    void setModeOfNew(mode_t mode) { m_modeOfNew = mode; }
 
     /// Appends `bytes` to the temporary file, which the first call makes. False on failure.
     [[nodiscard]] bool write(QByteArrayView bytes);
@@ -43,6 +54,7 @@ public:
 
 private:
     [[nodiscard]] bool open();
+    [[nodiscard]] bool openNew();
     [[nodiscard]] bool openTemporary(mode_t mode);
     [[nodiscard]] bool fail();
     void discard();
@@ -50,6 +62,8 @@ private:
     QByteArray m_target;
     QByteArray m_temporary; ///< its path; empty for a file without a name
     QString m_errorText;
+    std::optional<mode_t> m_modeOfNew;
+    std::optional<timespec> m_time; ///< of the last change and access
     Descriptor m_file;
     qint64 m_size = 0;
     bool m_flushed = false;

@@ -79,6 +79,11 @@ inline constexpr std::array allSettingKeys{
     SettingKey::boolean(gzipCheckerKeyString, false),
     SettingKey::boolean(keepXMLSpaceCheckerKeyString, false),
     // Newer settings follow here.
+    SettingKey::text(compressorsKeyString, "classic"),
+    SettingKey::boolean(keepCommentsCheckerKeyString, false),
+    SettingKey::boolean(sourceMapCheckerKeyString, false),
+    SettingKey::boolean(brotliCheckerKeyString, false),
+    SettingKey::text(esbuildPathKeyString, ""),
 };
 
 /// The setting of that name, or null if there is none.

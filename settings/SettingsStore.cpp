@@ -3,6 +3,7 @@
 #include "settings/SettingsStore.h"
 
 #include "settings/SettingsFile.h"
+#include "settings/SettingsKeys.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -95,6 +96,11 @@ bool SettingsStore::boolForKey(QLatin1StringView key) const
 {
     const QJsonValue value = objectForKey(key);
     return value.toBool() || value.toDouble() != 0 || truthOf(value.toString());
+}
+
+bool isModernChosen(const SettingsStore &settings)
+{
+    return settings.objectForKey(compressorsKeyString) == QJsonValue("modern"_L1);
 }
 
 void SettingsStore::setObject(const QJsonValue &value, QLatin1StringView key)

@@ -84,4 +84,7 @@ private:
     std::unique_ptr<QFileSystemWatcher> m_watcher;
 };
 
+/// Whether the modern compressors are to work, and not the classic ones.
+[[nodiscard]] bool isModernChosen(const SettingsStore &settings);
+
 } // namespace brevant

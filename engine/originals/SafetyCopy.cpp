@@ -228,7 +228,7 @@ void SafetyCopy::finishReplaced(EntryResult &result)
     const OriginalRecord &original = *m_source.record;
     if (const QString lacks = m_isGzipped ? restoreAttributes(original) : QString(); !lacks.isEmpty())
         result.notes.append(u"%1 has another %2."_s.arg(m_file, lacks));
-    if (m_danger == Danger::Replaced || m_slot->stateOf(original) == SourceState::Same)
+    if (m_danger == Danger::Replaced || m_danger == Danger::Output || m_slot->stateOf(original) == SourceState::Same)
         return;
     const std::optional<QString> kept = m_slot->keep(original);
     const QString where =
@@ -275,6 +275,11 @@ void SafetyCopy::putBackFile(EntryResult &result, SourceState state)
             error.isEmpty() ? u"was put back"_s
                             : u"could not be put back (%1); the next start tries again"_s.arg(error);
         result.notes.append(u"%1, which is in the list too, %2."_s.arg(m_file, whatBecame));
+    } else if (m_danger == Danger::Output) {
+        result.sizeAfter = original.size;
+        if (!error.isEmpty())
+            result.notes.append(
+                u"%1 could not be put back (%2); the next start tries again."_s.arg(m_file, error));
     } else if (error.isEmpty()) {
         result.sourceState = EntryResult::Source::PutBack;
         if (isOutput())

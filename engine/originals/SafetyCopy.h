@@ -20,6 +20,7 @@ enum class Danger {
     Surprise,     ///< the source became its own output by a setting changed during the run
     Pattern,      ///< YUI Compressor takes the output path for a pattern, and may write to the source
     AnotherEntry, ///< the output is another entry's source
+    Output,       ///< an output, no source, is written into
 };
 
 /// Keeps sources safe while their entries are worked on, one after the other. A source that a compressor
