@@ -9,6 +9,9 @@
 // the text, or its own result; the reason is on standard error then. Exit status: 0 done, 1 refused, 2 wrong
 // usage, 3 the library cannot be used.
 
+#include "engine/markup/PhpPage.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -21,6 +24,9 @@
 
 #include <dlfcn.h>
 #include <unistd.h>
+
+using brevant::markup::PhpPage;
+using brevant::markup::Place;
 
 namespace {
 
@@ -95,9 +101,11 @@ bool readOption(std::string_view word, MinifyOptions &options)
     return true;
 }
 
+constexpr std::string_view phpType = "application/x-httpd-php";
+
 std::optional<MinifyOptions> optionsFrom(int argc, char *argv[])
 {
-    constexpr std::string_view types[] = {"text/html", "application/x-httpd-php", "image/svg+xml"};
+    constexpr std::string_view types[] = {"text/html", phpType, "image/svg+xml"};
     MinifyOptions options{};
     // What may be left out by the standard is kept: style sheets, scripts and other programs look for it.
     options.htmlKeepSpecialComments = true;
@@ -114,6 +122,17 @@ std::optional<MinifyOptions> optionsFrom(int argc, char *argv[])
             return std::nullopt;
     }
     return options;
+}
+
+/// Where the first NUL is, or a reference to one, which the library resolves.
+std::size_t firstNul(const std::string &text)
+{
+    static const std::regex reference("&#[xX]?0+([^0-9a-fA-F]|$)");
+    std::smatch match;
+    const std::size_t sign = text.find('\0');
+    if (text.find("&#") == std::string::npos || !std::regex_search(text, match, reference))
+        return sign;
+    return std::min(sign, static_cast<std::size_t>(match.position()));
 }
 
 /// All of standard input; nothing if it cannot be read.
@@ -141,7 +160,7 @@ std::optional<std::string> readAll()
 /// followed by an excerpt with a mark. Of an error in an inline script or style the library adds up the
 /// columns even if it is not on the first line there; the mark is right, unless the excerpt is cut at its
 /// beginning.
-void complainOf(const std::string &error)
+void complainOf(const std::string &error, const PhpPage *page)
 {
     static const std::regex form(R"(^(.*) on line (\d+) and column (\d+)\n *(\d+): (\.\.\.)?[^\n]*\n( *)\^)");
     constexpr std::size_t margin = 7; // of the excerpt: "    1: "
@@ -151,13 +170,16 @@ void complainOf(const std::string &error)
         return;
     }
     const bool isMarkRight = match[4] != "1" && !match[5].matched;
-    const std::size_t marked = static_cast<std::size_t>(match[6].length()) + 1;
-    complain(match[2].str() + ':' + (isMarkRight ? std::to_string(marked - margin) : match[3].str()) + ": " +
-             match[1].str());
+    const std::size_t marked = static_cast<std::size_t>(match[6].length()) + 1 - margin;
+    Place place{std::stoul(match[2].str()), isMarkRight ? marked : std::stoul(match[3].str())};
+    if (page != nullptr)
+        place = page->inSource(place);
+    complain(std::to_string(place.line) + ':' + std::to_string(place.column) + ": " + match[1].str());
 }
 
 /// The minified text; nothing, with the reason on standard error, if the library refuses it.
-std::optional<std::string> minified(const Library &library, MinifyOptions options, const std::string &text)
+std::optional<std::string> minified(const Library &library, MinifyOptions options, const std::string &text,
+                                    const PhpPage *page = nullptr)
 {
     if (text.empty())
         return text; // which the library takes for an error
@@ -166,7 +188,7 @@ std::optional<std::string> minified(const Library &library, MinifyOptions option
     library.minify(&options, &result);
     std::optional<std::string> output;
     if (result.error != nullptr)
-        complainOf(result.error);
+        complainOf(result.error, page);
     else if (result.data != nullptr)
         output = result.data;
     library.freeText(result.error);
@@ -190,18 +212,27 @@ int main(int argc, char *argv[])
         return Refused;
     }
     // The library would take it for the end of the text.
-    if (const std::size_t at = text->find('\0'); at != std::string::npos) {
+    if (const std::size_t at = firstNul(*text); at != std::string::npos) {
         complain("the text holds a NUL at byte " + std::to_string(at));
         return Refused;
     }
     const std::optional<Library> library = loadLibrary();
     if (!library)
         return NoLibrary;
-    const std::optional<std::string> output = minified(*library, *options, *text);
+    const bool isPhp = options->mediatype == phpType;
+    const PhpPage page(isPhp ? *text : std::string());
+    std::optional<std::string> output =
+        isPhp ? minified(*library, *options, page.text(), &page) : minified(*library, *options, *text);
     if (!output)
         return Refused;
     if (!minified(*library, *options, *output)) {
         complain("the result is not valid, which would break the page");
+        return Refused;
+    }
+    if (isPhp)
+        output = page.restored(*output);
+    if (!output) {
+        complain("PHP code would not stay as it is, which may break the page");
         return Refused;
     }
     const bool isWritten = std::fwrite(output->data(), 1, output->size(), stdout) == output->size();
