@@ -3,7 +3,9 @@
 #include "engine/EntryRun.h"
 
 #include "files/Folders.h"
+#include "engine/modern/ModernEntry.h"
 #include "files/PathString.h"
+#include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
@@ -117,23 +119,63 @@ bool EntryRun::isListed(const QString &path)
                                [this](const QString &mark) { return m_listed.contains(mark); });
 }
 
+/// What the output means for source and list, whatever the compressor.
+Danger EntryRun::dangerOf(const QString &source, const QString &target, const std::optional<QString> &outputAtStart)
+{
+    if (isSameFile(source, target)) {
+        const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
+        return isMeant ? Danger::Replaced : Danger::Surprise;
+    }
+    return isListed(target) ? Danger::AnotherEntry : Danger::None;
+}
+
 QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &target,
                            const std::optional<QString> &outputAtStart)
 {
-    if (!target)
-        return m_safetyCopy.make(source, Danger::None);
-    if (isSameFile(source, *target)) {
-        const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
-        return m_safetyCopy.make(source, isMeant ? Danger::Replaced : Danger::Surprise);
-    }
-    if (isListed(*target))
-        return m_safetyCopy.make(*target, Danger::AnotherEntry);
-    return m_safetyCopy.make(source, isTakenForPattern(source, *target) ? Danger::Pattern : Danger::None);
+    Danger danger = target ? dangerOf(source, *target, outputAtStart) : Danger::None;
+    if (danger == Danger::AnotherEntry)
+        return m_safetyCopy.make(*target, danger);
+    if (danger == Danger::None && target && isTakenForPattern(source, *target))
+        danger = Danger::Pattern;
+    return m_safetyCopy.make(source, danger);
+}
+
+/// Modern compressors write no file, so that a source can be lost only where their output is meant to replace one, or
+/// is written into a file.
+QString EntryRun::keepSafeFromModern(const QString &source, const QString &target, bool isInto,
+                                     const std::optional<QString> &outputAtStart)
+{
+    const Danger danger = dangerOf(source, target, outputAtStart);
+    if (danger == Danger::AnotherEntry || (danger == Danger::None && isInto))
+        return m_safetyCopy.make(target, danger == Danger::None ? Danger::Output : danger);
+    const bool isKept = danger == Danger::Surprise || (danger == Danger::Replaced && isInto);
+    return m_safetyCopy.make(source, isKept ? danger : Danger::None);
+}
+
+EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const bool isInto = task.output && isWrittenInto(*task.output);
+    const QString error = task.output ? keepSafeFromModern(task.entry, *task.output, isInto, task.outputAtStart)
+                                      : m_safetyCopy.make(task.entry, Danger::None);
+    EntryResult result = EntryWatch(task.entry, task.output).notRun(EntryResult::Outcome::NotSafe, error);
+    if (error.isEmpty())
+        runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
+    m_safetyCopy.finish(result, false);
+    makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString), m_settings.isTrue(brotliCheckerKeyString),
+                         m_stop, result);
+    result.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    return result;
 }
 
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
     const auto &[entry, output, outputAtStart, refusal] = task;
+    const FileKind *const kind = kindOf(entry);
+    if (kind && isModernChosen(m_settings))
+        return task.refusal.isEmpty() ? runModern(task, *kind)
+                                      : EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, refusal);
     if (const QString reason = whyRefused(task); !reason.isEmpty())
         return EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, reason);
     QElapsedTimer timer;
@@ -160,6 +202,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
     m_safetyCopy.finish(result, gzipWanted);
+    makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), m_stop, result);
     return result;
 }
 

@@ -47,7 +47,12 @@ private:
     [[nodiscard]] QString keepSafe(const QString &source, const std::optional<QString> &target,
                                    const std::optional<QString> &outputAtStart);
 
+    [[nodiscard]] QString keepSafeFromModern(const QString &source, const QString &target, bool isInto,
+                                             const std::optional<QString> &outputAtStart);
+    [[nodiscard]] Danger dangerOf(const QString &source, const QString &target,
+                                  const std::optional<QString> &outputAtStart);
     [[nodiscard]] bool isListed(const QString &path);
+    [[nodiscard]] EntryResult runModern(const EntryTask &task, const FileKind &kind);
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
