@@ -79,6 +79,8 @@ QString valueError(const SettingKey &setting, const QString &value)
 {
     if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
         return u"--set: %1 takes true or false, not \"%2\""_s.arg(setting.key, value);
+    if (setting.key == compressorsKeyString && value != u"classic" && value != u"modern")
+        return u"--set: %1 takes classic or modern, not \"%2\""_s.arg(setting.key, value);
     if (setting.key != selectedEncodingKeyString || isEncodingName(value))
         return {};
     QStringList names;

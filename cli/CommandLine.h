@@ -21,8 +21,8 @@ struct CommandLine {
     std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< --set, in their order
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
-    int jobs = 1;                                                   ///< compressors at once
-    bool all = false;                                               ///< take outputs of other files too
+    int jobs = 0;     ///< compressors at once; 0 for as many as suit them
+    bool all = false; ///< take outputs of other files too
     bool quiet = false;
     QString error; ///< what is wrong with the arguments, in words; empty if nothing is
 };
@@ -40,7 +40,7 @@ struct OptionHelp {
 inline constexpr std::array<OptionHelp, 10> allOptions{{
     {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
     {u"--settings FILE", u"read the settings from FILE, not the user's own"},
-    {u"--jobs N", u"run up to N compressors at once"},
+    {u"--jobs N", u"run up to N compressors at once; else modern ones on all processors, or one"},
     {u"--all", u"take outputs of other files in folders too"},
     {u"--list", u"print each file and its output, run nothing"},
     {u"--dry-run", u"print each command line, run nothing"},

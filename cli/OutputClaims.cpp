@@ -7,6 +7,7 @@
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
@@ -78,9 +79,10 @@ Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &set
             return notUtf8();
         if (!output)
             return u"%1 is neither true nor false"_s.arg(suffixSwitcherKeyString);
-        if (command.arguments(source, output).isEmpty())
+        const bool isModern = isModernChosen(settings); // which says itself what is wrong with its switches
+        if (!isModern && command.arguments(source, output).isEmpty())
             return u"a switch of its compressor is neither true nor false"_s;
-        if (isTakenForPattern(source, *output))
+        if (!isModern && isTakenForPattern(source, *output))
             return u"YUI Compressor takes an output path with a colon for a pattern"_s;
         return claims.claim(source, output);
     };
@@ -111,12 +113,22 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
     const auto add = [&text](const QString &program, const QStringList &arguments) {
         text += TerminalText::commandLine(program, arguments) + u'\n';
     };
-    add(u"cd"_s, {tools.folder});
+    const bool isModern = isModernChosen(settings);
+    if (!isModern)
+        add(u"cd"_s, {tools.folder});
     const CompressorCommand command(settings);
     const Refusal refusal = refusalFor(queue.entries(), settings);
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
             text += printable(u"# %1: not minified: %2"_s.arg(entry, reason)) + u'\n';
+            continue;
+        }
+        if (isModern) {
+            const FileKind &kind = *kindOf(entry);
+            const auto &[program, arguments] = modernFilter(kind, command.modernOptions(kind), tools);
+            text += u"%1 < %2 > %3\n"_s.arg(TerminalText::commandLine(program, arguments),
+                                            TerminalText::commandLine(entry, {}),
+                                            TerminalText::commandLine(*output, {}));
             continue;
         }
         add(tools.java, command.arguments(entry, output));

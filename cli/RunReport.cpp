@@ -48,6 +48,24 @@ QJsonValue orNull(std::optional<qint64> number)
     return number ? QJsonValue(*number) : QJsonValue(QJsonValue::Null);
 }
 
+QJsonArray messagesOf(const EntryResult &result)
+{
+    using Kind = CompressorMessage::Kind;
+    QJsonArray messages;
+    for (const CompressorMessage &message : result.messages.shown) {
+        const QString kind = message.kind == Kind::Error     ? u"error"_s
+                             : message.kind == Kind::Warning ? u"warning"_s
+                                                             : u"information"_s;
+        QJsonObject object{{u"kind"_s, kind}, {u"text"_s, message.text}};
+        if (message.line > 0) {
+            object.insert(u"line"_s, message.line);
+            object.insert(u"column"_s, message.column);
+        }
+        messages.append(object);
+    }
+    return messages;
+}
+
 QJsonObject toObject(const EntryResult &result)
 {
     const bool done = result.outcome == EntryResult::Outcome::Done;
@@ -62,6 +80,10 @@ QJsonObject toObject(const EntryResult &result)
     };
     if (!done)
         object.insert(u"reason"_s, result.reason());
+    if (result.brotliSize)
+        object.insert(u"brotliSize"_s, *result.brotliSize);
+    if (!result.messages.shown.empty())
+        object.insert(u"messages"_s, messagesOf(result));
     if (!result.notes.isEmpty())
         object.insert(u"notes"_s, QJsonArray::fromStringList(result.notes));
     return object;
@@ -118,9 +140,10 @@ QString RunReport::lineFor(const EntryResult &result) const
     const QString source = printable(result.source);
     if (result.outcome != EntryResult::Outcome::Done)
         return u"%1 %2: %3\n"_s.arg(m_status, source, printable(result.reason()));
-    return u"%1 %2 -> %3, %4 -> %5 bytes\n"_s.arg(m_status, source, printable(*result.output),
-                                                  TerminalText::grouped(result.sizeBefore.value_or(0)),
-                                                  TerminalText::grouped(result.sizeAfter.value_or(0)));
+    const QString said = printable(result.messages.inWords());
+    return u"%1 %2 -> %3, %4 -> %5 bytes%6\n"_s.arg(
+        m_status, source, printable(*result.output), TerminalText::grouped(result.sizeBefore.value_or(0)),
+        TerminalText::grouped(result.sizeAfter.value_or(0)), said.isEmpty() ? said : u"; "_s + said);
 }
 
 /// The control characters that erase the live line; empty if there is none.

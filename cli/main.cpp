@@ -22,6 +22,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
 
 #include <cerrno>
 #include <clocale>
@@ -140,7 +141,8 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         files.append(entry);
         if (output)
-            files << *output << PathString::withExtension(*output, u"gz");
+            files << *output << PathString::withExtension(*output, u"gz")
+                  << PathString::withExtension(*output, u"br") << PathString::withExtension(*output, u"map");
     }
     for (const QString &file : files) {
         for (const QString &mark : FileMarks::all(file)) {
@@ -197,10 +199,12 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     RunReport report(queue.entries(),
                      line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
                      &stopRequested);
-    catchStopSignals(line.jobs > 1);
+    const int suited = isModernChosen(settings) ? QThread::idealThreadCount() : 1;
+    const int jobs = line.jobs > 0 ? line.jobs : suited;
+    catchStopSignals(jobs > 1);
     const RunEnd end =
         MinifyJob(queue, settings, tools, report, stopRequested, refusalFor(queue.entries(), settings))
-            .run(line.jobs);
+            .run(jobs);
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());
     else if (end == RunEnd::JavaNotStarted)
@@ -223,7 +227,7 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
         return statusOfPrinting(printList(queue, settings));
     if (line.action == CommandLine::Action::DryRun)
         return statusOfPrinting(printCommands(queue, settings, tools));
-    if (const QString missing = tools.missing(); !missing.isEmpty()) {
+    if (const QString missing = tools.missing(settings); !missing.isEmpty()) {
         printError(missing);
         RunReport report(queue.entries());
         report.runEnded(RunEnd::JavaNotStarted, missing);

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/EntryRun.h"
 
-#include "files/Folders.h"
 #include "engine/modern/ModernEntry.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
@@ -120,7 +120,8 @@ bool EntryRun::isListed(const QString &path)
 }
 
 /// What the output means for source and list, whatever the compressor.
-Danger EntryRun::dangerOf(const QString &source, const QString &target, const std::optional<QString> &outputAtStart)
+Danger EntryRun::dangerOf(const QString &source, const QString &target,
+                          const std::optional<QString> &outputAtStart)
 {
     if (isSameFile(source, target)) {
         const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
@@ -140,8 +141,8 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
     return m_safetyCopy.make(source, danger);
 }
 
-/// Modern compressors write no file, so that a source can be lost only where their output is meant to replace one, or
-/// is written into a file.
+/// Modern compressors write no file, so that a source can be lost only where their output is meant to replace
+/// one, or is written into a file.
 QString EntryRun::keepSafeFromModern(const QString &source, const QString &target, bool isInto,
                                      const std::optional<QString> &outputAtStart)
 {
@@ -157,14 +158,15 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
     QElapsedTimer timer;
     timer.start();
     const bool isInto = task.output && isWrittenInto(*task.output);
-    const QString error = task.output ? keepSafeFromModern(task.entry, *task.output, isInto, task.outputAtStart)
-                                      : m_safetyCopy.make(task.entry, Danger::None);
+    const QString error = task.output
+                              ? keepSafeFromModern(task.entry, *task.output, isInto, task.outputAtStart)
+                              : m_safetyCopy.make(task.entry, Danger::None);
     EntryResult result = EntryWatch(task.entry, task.output).notRun(EntryResult::Outcome::NotSafe, error);
     if (error.isEmpty())
         runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
     m_safetyCopy.finish(result, false);
-    makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString), m_settings.isTrue(brotliCheckerKeyString),
-                         m_stop, result);
+    makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString),
+                         m_settings.isTrue(brotliCheckerKeyString), m_stop, result);
     result.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     return result;
 }
@@ -174,8 +176,9 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     const auto &[entry, output, outputAtStart, refusal] = task;
     const FileKind *const kind = kindOf(entry);
     if (kind && isModernChosen(m_settings))
-        return task.refusal.isEmpty() ? runModern(task, *kind)
-                                      : EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, refusal);
+        return task.refusal.isEmpty()
+                   ? runModern(task, *kind)
+                   : EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, refusal);
     if (const QString reason = whyRefused(task); !reason.isEmpty())
         return EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, reason);
     QElapsedTimer timer;

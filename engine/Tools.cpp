@@ -3,6 +3,8 @@
 #include "engine/Tools.h"
 
 #include "files/PathString.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -30,6 +32,7 @@ Tools Tools::inResources(const QString &resourceFolder)
 {
     Tools tools;
     tools.folder = resourceFolder + "/lib"_L1;
+    tools.programs = findProgramFolder();
     return tools;
 }
 
@@ -43,7 +46,7 @@ QString Tools::markup() const
     return PathString::join(programs, u"brevant-markup");
 }
 
-QString Tools::missing() const
+QString Tools::missingClassic() const
 {
     if (!QFileInfo(java).isExecutable())
         return u"Java was not found at %1. Install it, on Debian with: sudo apt install "
@@ -57,9 +60,10 @@ QString Tools::missing() const
     return {};
 }
 
-QString Tools::missingModern() const
+QString Tools::missingModern(const QString &esbuild) const
 {
-    for (const QString &path : {esbuild(), markup(), PathString::join(programs, u"minify.so")}) {
+    for (const QString &path : {esbuild.isEmpty() ? this->esbuild() : esbuild, markup(),
+                                PathString::join(programs, u"minify.so")}) {
         if (!QFileInfo(path).isFile())
             return u"The modern compressor %1 is missing. Install Brevant again, or fetch it with: "
                    "scripts/fetch-compressors"_s.arg(path);
@@ -67,14 +71,31 @@ QString Tools::missingModern() const
     return {};
 }
 
+QString Tools::missing(const SettingsStore &settings) const
+{
+    if (settings.isTrue(brotliCheckerKeyString) && !QFileInfo(brotli()).isExecutable())
+        return u"Brotli copies need %1. Install it, on Debian with: sudo apt install brotli"_s.arg(brotli());
+    return isModernChosen(settings)
+               ? missingModern(settings.stringForKey(esbuildPathKeyString).value_or(QString()))
+               : missingClassic();
+}
+
+/// What is beside the running program in a build folder, else what is installed, seen from the program.
+static QString besideProgram(const QString &name, const QString &installed)
+{
+    const QDir folder = QFileInfo(QFileInfo(u"/proc/self/exe"_s).canonicalFilePath()).dir();
+    const QString beside = folder.filePath(name);
+    return QFileInfo(beside).isDir() ? beside : QDir::cleanPath(folder.filePath(installed));
+}
+
 QString findResourceFolder()
 {
-    const QString program = QFileInfo(u"/proc/self/exe"_s).canonicalFilePath();
-    const QDir folder = QFileInfo(program).dir();
-    QString beside = folder.filePath(u"resources"_s);
-    if (QFileInfo(beside).isDir())
-        return beside;
-    return QDir::cleanPath(folder.filePath(QStringLiteral(BREVANT_INSTALLED_RESOURCES)));
+    return besideProgram(u"resources"_s, QStringLiteral(BREVANT_INSTALLED_RESOURCES));
+}
+
+QString findProgramFolder()
+{
+    return besideProgram(u"libexec"_s, QStringLiteral(BREVANT_INSTALLED_PROGRAMS));
 }
 
 } // namespace brevant

@@ -7,6 +7,8 @@
 
 namespace brevant {
 
+class SettingsStore;
+
 /// Where the external programs of a run are, and where its safety copies go.
 struct Tools {
     /// The Java runtime; always this one, whatever the search path says.
@@ -27,7 +29,7 @@ struct Tools {
     /// written.
     [[nodiscard]] static QStringList standardOriginals();
 
-    /// The tools in `lib` of a resource folder.
+    /// The tools in `lib` of a resource folder, with the modern compressors of the running program.
     [[nodiscard]] static Tools inResources(const QString &resourceFolder);
 
     /// File names of the two compressors in the tools folder.
@@ -41,15 +43,20 @@ struct Tools {
     /// What makes Brotli copies.
     [[nodiscard]] static QString brotli() { return QStringLiteral("/usr/bin/brotli"); }
 
-    /// What is missing for a run, and what to do about it; empty if nothing is.
-    [[nodiscard]] QString missing() const;
+    /// What is missing for a run with these settings, and what to do about it; empty if nothing is.
+    [[nodiscard]] QString missing(const SettingsStore &settings) const;
 
-    /// What of the modern compressors is missing; empty if nothing is.
-    [[nodiscard]] QString missingModern() const;
+    /// What of one family of compressors is missing; empty if nothing is. An `esbuild` of the user's own, by
+    /// its path, stands for ours.
+    [[nodiscard]] QString missingClassic() const;
+    [[nodiscard]] QString missingModern(const QString &esbuild = {}) const;
 };
 
 /// The resource folder of the running program: `resources` beside it in a build folder, `share/brevant` below
 /// the same prefix when installed.
 [[nodiscard]] QString findResourceFolder();
+
+/// The folder of the modern compressors: `libexec` beside it, or `libexec/brevant` below the same prefix.
+[[nodiscard]] QString findProgramFolder();
 
 } // namespace brevant
