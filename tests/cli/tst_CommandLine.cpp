@@ -78,7 +78,7 @@ private Q_SLOTS:
 
     void jobs()
     {
-        QCOMPARE(parseCommandLine({u"a"_s}).jobs, 1);
+        QCOMPARE(parseCommandLine({u"a"_s}).jobs, 0);
         QCOMPARE(parseCommandLine({u"--jobs"_s, u"1"_s, u"a"_s}).jobs, 1);
         QCOMPARE(parseCommandLine({u"--jobs=256"_s, u"a"_s}).jobs, 256);
     }
@@ -231,7 +231,11 @@ private Q_SLOTS:
         QStringList expected;
         for (const SettingKey &setting : allSettingKeys) {
             const bool isBoolean = setting.type == SettingType::Boolean;
-            arguments << u"--set"_s << setting.key + (isBoolean ? u"=true"_s : u"=gbk"_s);
+            const bool isFamily = setting.key == compressorsKeyString;
+            arguments << u"--set"_s
+                      << setting.key + (isBoolean  ? u"=true"_s
+                                        : isFamily ? u"=modern"_s
+                                                   : u"=gbk"_s);
             expected << setting.key;
         }
         QStringList actual;
