@@ -40,7 +40,7 @@ struct OptionHelp {
 inline constexpr std::array<OptionHelp, 10> allOptions{{
     {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
     {u"--settings FILE", u"read the settings from FILE, not the user's own"},
-    {u"--jobs N", u"run up to N compressors at once; else modern ones on all processors, or one"},
+    {u"--jobs N", u"run up to N compressors at once"},
     {u"--all", u"take outputs of other files in folders too"},
     {u"--list", u"print each file and its output, run nothing"},
     {u"--dry-run", u"print each command line, run nothing"},

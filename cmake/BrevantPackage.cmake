@@ -10,6 +10,7 @@ add_custom_command(OUTPUT "${changelog}"
     DEPENDS CHANGELOG.md packages/debian/make-changelog
     VERBATIM)
 add_custom_target(changelog ALL DEPENDS "${changelog}")
+install(FILES packages/debian/lintian-overrides DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME brevant)
 install(FILES packages/debian/copyright "${changelog}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/brevant")
 
 set(CPACK_GENERATOR DEB)
@@ -28,7 +29,8 @@ shows the files of its list, and knows eleven character sets.
 .
 brevant-cli does the same in terminals and build scripts.
 .
-The work is done by YUI Compressor and htmlcompressor, which are included.")
+The work is done by YUI Compressor and htmlcompressor or, for sources of
+today, by esbuild and minify; all of them are included.")
 # Files that name the prefix must name the one of the installed package, not of the folder it is put together in.
 set(CPACK_SET_DESTDIR ON)
 
@@ -43,7 +45,7 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 # works, but: no window in a pure Wayland session, no icons of file kinds outside a desktop that has some, no links.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "default-jre-headless | java-runtime-headless, fonts-dejavu-core, libpulse0, libsndfile1")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "breeze-icon-theme, qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "breeze-icon-theme, brotli, qt6-wayland, xdg-utils")
 # The context menu of Nautilus; the actions of the menu entry where the desktop does not start them over the bus.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libglib2.0-bin, python3-nautilus")
 

@@ -7,7 +7,7 @@ set(usr "${CPACK_TEMPORARY_DIRECTORY}/usr")
 file(GLOB_RECURSE modules "${usr}/lib/*.so")
 execute_process(COMMAND_ERROR_IS_FATAL ANY
     COMMAND strip --strip-unneeded --remove-section=.comment --remove-section=.note
-        "${usr}/bin/brevant" "${usr}/bin/brevant-cli" ${modules})
+        "${usr}/bin/brevant" "${usr}/bin/brevant-cli" "${usr}/libexec/brevant/brevant-markup" ${modules})
 
 file(GLOB_RECURSE pages "${usr}/share/man/*.[1-9]")
 if(pages)

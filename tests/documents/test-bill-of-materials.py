@@ -32,7 +32,8 @@ class BillOfMaterials(unittest.TestCase):
         bill = json.loads((SOURCE / "docs/bill-of-materials.spdx.json").read_text(encoding="utf-8"))
         cls.bill, cls.packages = bill, {package["SPDXID"]: package for package in bill["packages"]}
         cls.table = rows((SOURCE / "docs/bill-of-materials.md").read_text(encoding="utf-8"))
-        cls.binaries = [BUILD / "brevant", BUILD / "brevant-cli", *(BUILD / "modules").glob("*.so")]
+        cls.binaries = [BUILD / "brevant", BUILD / "brevant-cli", BUILD / "libexec/brevant-markup",
+                        *(BUILD / "modules").glob("*.so")]
 
     def own(self):
         described = [relation["relatedSpdxElement"] for relation in self.bill["relationships"]
@@ -94,14 +95,16 @@ class BillOfMaterials(unittest.TestCase):
         wanted = {line for line in lines if line and not line.startswith("#")}
         self.assertEqual(wanted - set(self.debian_names()), set())
 
-    def test_archives(self):
-        sums = {package["packageFileName"]: package["checksums"][0]["checksumValue"]
+    def test_compressors(self):
+        sums = {(package["checksums"][0]["checksumValue"], package["packageFileName"])
                 for package in self.packages.values() if "checksums" in package}
-        built = {path.name: hashlib.sha256(path.read_bytes()).hexdigest()
-                 for path in (BUILD / "resources/lib").glob("*.jar")}
-        self.assertEqual(sums, built)
-        checked = re.findall(r'"(\S+\.jar)\|([0-9a-f]{64})\|', (SOURCE / "scripts/fetch-compressors").read_text())
-        self.assertEqual(sums, dict(checked))
+        checked = re.findall(r'"(\S+?)\|([0-9a-f]{64})\|', (SOURCE / "scripts/fetch-compressors").read_text())
+        self.assertEqual(sums, {(value, name) for name, value in checked})
+        archives = [*(BUILD / "resources/lib").glob("*.jar")]
+        self.assertEqual(len(archives), 2)
+        modern = [path for name in ("esbuild", "minify.so") if (path := BUILD / "libexec" / name).exists()]
+        for path in archives + modern:
+            self.assertIn((hashlib.sha256(path.read_bytes()).hexdigest(), path.name), sums)
 
     def test_table(self):
         self.assertEqual(set(self.table), {package["name"] for package in self.others()})

@@ -14,7 +14,8 @@ from in_use import SHORT, SOURCE, use_in_window
 from session import Session, equal
 
 HERE = Path(__file__).resolve().parent
-EXECUTABLE = {"bin/brevant", "bin/brevant-cli", "share/kio/servicemenus/org.brevant.Brevant-minify.desktop"}
+EXECUTABLE = {"bin/brevant", "bin/brevant-cli", "libexec/brevant/brevant-markup", "libexec/brevant/esbuild",
+              "share/kio/servicemenus/org.brevant.Brevant-minify.desktop"}
 
 
 def check_modes(top):
@@ -45,7 +46,7 @@ def main():
     (folder / "first").rename(prefix)
     check_modes(prefix)
 
-    programs = [prefix / "bin/brevant", prefix / "bin/brevant-cli"]
+    programs = [prefix / "bin/brevant", prefix / "bin/brevant-cli", prefix / "libexec/brevant/brevant-markup"]
     modules = sorted(prefix.glob("lib/**/brevant/*.so"))
     equal([module.name for module in modules], ["brevant-preview.so"], "modules")
     subprocess.run([HERE / "test-hardening.sh", "--installed", *programs, *modules], check=True)

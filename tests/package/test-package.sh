@@ -2,14 +2,20 @@
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# test-package.sh ARCHIVES FOLDER   builds the Debian package from two copies of the checkout in FOLDER, and looks at
-# it. ARCHIVES is the folder of the two compressors. The package is left in FOLDER/brevant.deb.
+# test-package.sh BUILD FOLDER   builds the Debian package from two copies of the checkout in FOLDER, and looks at it.
+# BUILD is a build folder with the compressors; without the modern ones in it, the package is one without them. The
+# package is left in FOLDER/brevant.deb.
 set -euo pipefail
 
 checkout=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd -P)
 # shellcheck source=scripts/lib.sh
 source "$checkout/scripts/lib.sh"
-archives=$(realpath -- "$1")
+build=$(realpath -- "$1")
+classic_only=
+if [[ ! -f $build/libexec/esbuild ]]; then
+    classic_only=--classic-only
+    echo "skipped: the modern compressors are not in $build/libexec"
+fi
 mkdir -p -- "$2"
 work=$(realpath -- "$2")
 failures=0
@@ -25,11 +31,12 @@ build() {
     local copy=$work/$1
     umask "$2"
     rm -rf -- "$copy"
-    mkdir -p -- "$copy/build/resources/lib"
+    mkdir -p -- "$copy/build/resources/lib" "$copy/build/libexec"
     list_files '*' | (cd -- "$checkout" && tar -c --null --no-recursion -T - --ignore-failed-read) | tar -x -C "$copy"
-    cp -- "$archives"/*.jar "$copy/build/resources/lib/"
+    cp -- "$build"/resources/lib/*.jar "$copy/build/resources/lib/"
+    [[ -n $classic_only ]] || cp -- "$build"/libexec/{esbuild,minify.so} "$copy/build/libexec/"
     env CCACHE_BASEDIR="$work" CCACHE_NOHASHDIR=1 SOURCE_DATE_EPOCH=1795000000 "${@:3}" \
-        "$copy/scripts/package" >"$work/$1.log" 2>&1 || {
+        "$copy/scripts/package" $classic_only >"$work/$1.log" 2>&1 || {
         tail -n 40 -- "$work/$1.log" >&2
         die 1 "the package could not be built in $copy"
     }
@@ -57,6 +64,7 @@ icons=(16x16 22x22 24x24 32x32 48x48 64x64 128x128 256x256 512x512)
 expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries/brevant-preview.so"
     usr/share/brevant/lib/{yuicompressor-2.4.8,htmlcompressor-1.5.3}.jar
     usr/share/brevant/lib/licences/{htmlcompressor-Apache-2.0,jargs-BSD,yuicompressor-BSD,yuicompressor-rhino-MPL-1.1}.txt
+    usr/share/brevant/lib/licences/{esbuild-MIT,minify-MIT,go-BSD}.txt usr/libexec/brevant/brevant-markup
     usr/share/doc/brevant/{copyright,changelog.gz,manual.css}
     usr/share/doc/brevant/{brevant.1,brevant-cli.1,brevant-settings.5}.html
     usr/share/applications/org.brevant.Brevant.desktop usr/share/metainfo/org.brevant.Brevant.metainfo.xml
@@ -65,11 +73,12 @@ expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries/brevant-preview.so"
     usr/share/kio/servicemenus/org.brevant.Brevant-minify.desktop
     usr/share/nemo/actions/org.brevant.Brevant.nemo_action
     usr/share/nautilus-python/extensions/brevant-nautilus.py)
+[[ -n $classic_only ]] || expected+=(usr/libexec/brevant/{esbuild,minify.so})
 for file in "${expected[@]}"; do
     [[ $file == usr/* ]] || file=usr/share/icons/hicolor/$file
     [[ -s $tree/$file ]] || fail "$file is missing"
 done
-known="^usr/(bin/brevant|${libraries#usr/}/|share/(brevant|applications|bash-completion|dbus-1/services|doc/brevant|fish"
+known="^usr/(bin/brevant|libexec/brevant/|${libraries#usr/}/|share/(lintian/overrides|brevant|applications|bash-completion|dbus-1/services|doc/brevant|fish"
 known+="|icons/hicolor|kio/servicemenus|man|metainfo|mime/packages|nautilus-python/extensions|nemo/actions|zsh)/)"
 while IFS= read -r file; do
     [[ $file =~ $known ]] || fail "$file has no business there"
@@ -80,7 +89,8 @@ done
 owners=$(dpkg-deb -c "$deb" | awk '{ print $2 }' | sort -u)
 [[ $owners == root/root ]] || fail "owners: $owners"
 ! grep -rqaF -e "$work" -- "$tree" || fail "names the folder it was built in: $(grep -rlaF -e "$work" -- "$tree")"
-"$checkout/tests/package/test-hardening.sh" --installed "$tree"/usr/bin/* "$tree/$libraries"/*.so ||
+"$checkout/tests/package/test-hardening.sh" --installed "$tree"/usr/bin/* "$tree/$libraries"/*.so \
+    "$tree/usr/libexec/brevant/brevant-markup" ||
     fail "not hardened"
 
 # What it says of itself, and what it needs: no more, no less.
