@@ -228,7 +228,8 @@ void SafetyCopy::finishReplaced(EntryResult &result)
     const OriginalRecord &original = *m_source.record;
     if (const QString lacks = m_isGzipped ? restoreAttributes(original) : QString(); !lacks.isEmpty())
         result.notes.append(u"%1 has another %2."_s.arg(m_file, lacks));
-    if (m_danger == Danger::Replaced || m_danger == Danger::Output || m_slot->stateOf(original) == SourceState::Same)
+    if (m_danger == Danger::Replaced || m_danger == Danger::Output ||
+        m_slot->stateOf(original) == SourceState::Same)
         return;
     const std::optional<QString> kept = m_slot->keep(original);
     const QString where =

@@ -190,10 +190,10 @@ private Q_SLOTS:
                     return false;
             }
             const QByteArray rest = bytes.sliced(fault->position);
-            const bool isBeginning = std::ranges::any_of(
-                QByteArrayList{"\x80", "\x90", "\xA0", "\x80\x80", "\x90\x80", "\xA0\x80", "\x90\x80\x80",
-                               "\x80\x80\x80"},
-                [&](const QByteArray &end) { return (rest + end).isValidUtf8(); });
+            const bool isBeginning =
+                std::ranges::any_of(QByteArrayList{"\x80", "\x90", "\xA0", "\x80\x80", "\x90\x80", "\xA0\x80",
+                                                   "\x90\x80\x80", "\x80\x80\x80"},
+                                    [&](const QByteArray &end) { return (rest + end).isValidUtf8(); });
             return QByteArrayView(bytes).first(fault->position).isValidUtf8() &&
                    isBeginning == (fault->kind == TextFault::Kind::Truncated);
         };
