@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qsizetype mostMessages = 64 * 1024;
+constexpr qsizetype mostMessages = 65536;
 
 // Far above what escaping can make of a text, or a source map add to it.
 constexpr qsizetype longestOutput(qsizetype inputSize)
