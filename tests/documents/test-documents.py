@@ -129,24 +129,34 @@ class ManualPages(unittest.TestCase):
         heads = re.findall(r"^ {5}(\d[\d, ]*)", self.pages["brevant-cli"].sections["EXIT STATUS"], re.MULTILINE)
         self.assertEqual(set(re.findall(r"\d+", told)) - set(re.findall(r"\d+", " ".join(heads))), set())
 
-    def test_report(self):
+    def report(self, settings):
+        """The names in the report of a run, with a note and a failure in it."""
         with tempfile.TemporaryDirectory() as folder:
-            (Path(folder) / "good.css").write_text("a { color: red }\n")
+            (Path(folder) / "good.css").write_text("a { colr: red }\n")
             (Path(folder) / "bad.js").write_text("var = ;\n")
-            settings = Path(folder) / "settings.json"
-            settings.write_text('{"suffixSwitcherKeyString": false}')
+            (Path(folder) / "settings.json").write_text(json.dumps({"suffixSwitcherKeyString": False, **settings}))
             state = Path(folder) / "state"
             state.write_text("no folder, so that the safety copies are elsewhere, which a note tells")
             report = Path(folder) / "report.json"
-            ended = subprocess.run([BUILD / "brevant-cli", "--settings", settings, "--report", report, folder],
+            ended = subprocess.run([BUILD / "brevant-cli", "--settings", Path(folder) / "settings.json", "--report",
+                                    report, folder],
                                    env={**os.environ, "XDG_STATE_HOME": str(state), "TMPDIR": folder},
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
             self.assertEqual(ended.returncode, 1, ended.stdout)
             report = json.loads(report.read_text())
-        members = set(report).union(*report["files"])
+        return set(report).union(*report["files"])
+
+    def test_report(self):
+        members = self.report({})
         self.assertIn("reason", members)
-        heads = [item for item in self.pages["brevant-cli"].items("JSON REPORT") if "(" in item]
-        self.assertEqual({head.split()[0] for head in heads}, members)
+        heads = {item.split()[0] for item in self.pages["brevant-cli"].items("JSON REPORT") if "(" in item}
+        for key, settings, needed in (("messages", {"compressorsKeyString": "modern"}, BUILD / "libexec/esbuild"),
+                                      ("brotliSize", {"brotliCheckerKeyString": True}, Path("/usr/bin/brotli"))):
+            self.assertNotIn(key, members)
+            if needed.exists():
+                self.assertIn(key, self.report(settings))
+            members.add(key)
+        self.assertEqual(heads, members)
 
 
 class Examples(unittest.TestCase):
