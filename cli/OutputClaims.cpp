@@ -107,6 +107,16 @@ bool printList(const FileQueue &queue, const SettingsStore &settings)
     return TerminalText::print(stdout, text);
 }
 
+/// The output may be the source, which a shell would empty before it is read.
+static QString filterLine(const Filter &filter, const QString &source, const QString &output)
+{
+    const QString temporary = PathString::withExtension(output, u"brevanttemp");
+    return u"%1 < %2 > %3 && %4\n"_s.arg(TerminalText::commandLine(filter.program, filter.arguments),
+                                         TerminalText::commandLine(source, {}),
+                                         TerminalText::commandLine(temporary, {}),
+                                         TerminalText::commandLine(u"mv"_s, {u"-f"_s, temporary, output}));
+}
+
 bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
 {
     QString text;
@@ -125,10 +135,10 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         }
         if (isModern) {
             const FileKind &kind = *kindOf(entry);
-            const auto &[program, arguments] = modernFilter(kind, command.modernOptions(kind), tools);
-            text += u"%1 < %2 > %3\n"_s.arg(TerminalText::commandLine(program, arguments),
-                                            TerminalText::commandLine(entry, {}),
-                                            TerminalText::commandLine(*output, {}));
+            const ModernOptions options = command.modernOptions(kind);
+            text += options.error.isEmpty()
+                        ? filterLine(modernFilter(kind, options, tools), entry, *output)
+                        : printable(u"# %1: not minified: %2"_s.arg(entry, options.error)) + u'\n';
             continue;
         }
         add(tools.java, command.arguments(entry, output));

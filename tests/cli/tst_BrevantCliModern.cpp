@@ -79,6 +79,37 @@ private Q_SLOTS:
         QCOMPARE(sandbox.read(u"a.min.css"_s), "a{width:calc(100% + 30px)}\n"_ba);
     }
 
+    void whatADryRunPrintsKeepsSources()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a b.css"_s, "a { b : c }");
+        sandbox.add(u"c.css"_s, "a { b : c");
+        const Ended ended =
+            run(sandbox, {u"--set"_s, u"suffixSwitcherKeyString=false"_s, u"--dry-run"_s, u"."_s});
+        static_cast<void>(sandbox.runShell(QString::fromUtf8(ended.out)));
+        QCOMPARE(sandbox.read(u"a b.css"_s), "a{b:c}\n"_ba);
+        QCOMPARE(sandbox.read(u"c.css"_s), "a { b : c"_ba);
+        QVERIFY(run(sandbox, {u"--set"_s, u"lineBreakSwitcherKeyString=true"_s, u"--set"_s,
+                              u"lineBreakKeyString=x"_s, u"--dry-run"_s, u"c.css"_s})
+                    .out.startsWith('#'));
+    }
+
+    /// What is written into, as it has two names, and finds no room is put back.
+    void anOutputThatDoesNotFitIsPutBack()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "a { b: \"" + QByteArray(1'000'000, 'x') + "\" }");
+        sandbox.add(u"a.min.css"_s, "old");
+        const QByteArray name = QFile::encodeName(sandbox.path(u"a.min.css"_s));
+        QVERIFY(::link(name.constData(), (name + ".other").constData()) == 0);
+        const Ended ended =
+            sandbox.runShell(u"ulimit -f 512; exec \"$CLI\" --set compressorsKeyString=modern a.css"_s);
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(ended.err.contains("the output could not be written: File too large"), ended.err);
+        QCOMPARE(sandbox.read(u"a.min.css"_s), "old"_ba);
+        QCOMPARE(sandbox.read(u"a.min.css.other"_s), "old"_ba);
+    }
+
     void saysWhatIsMissing()
     {
         const Sandbox sandbox;
