@@ -3,16 +3,12 @@
 #include "cli/RunReport.h"
 
 #include "cli/TerminalText.h"
+#include "engine/ResultRow.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 #include <sys/ioctl.h>
@@ -41,52 +37,6 @@ bool isJavaTalkative()
 QString counted(qint64 count)
 {
     return count == 1 ? u"1 file"_s : u"%1 files"_s.arg(TerminalText::grouped(count));
-}
-
-QJsonValue orNull(std::optional<qint64> number)
-{
-    return number ? QJsonValue(*number) : QJsonValue(QJsonValue::Null);
-}
-
-QJsonArray messagesOf(const EntryResult &result)
-{
-    using Kind = CompressorMessage::Kind;
-    QJsonArray messages;
-    for (const CompressorMessage &message : result.messages.shown) {
-        const QString kind = message.kind == Kind::Error     ? u"error"_s
-                             : message.kind == Kind::Warning ? u"warning"_s
-                                                             : u"information"_s;
-        QJsonObject object{{u"kind"_s, kind}, {u"text"_s, message.text}};
-        if (message.line > 0) {
-            object.insert(u"line"_s, message.line);
-            object.insert(u"column"_s, message.column);
-        }
-        messages.append(object);
-    }
-    return messages;
-}
-
-QJsonObject toObject(const EntryResult &result)
-{
-    const bool done = result.outcome == EntryResult::Outcome::Done;
-    QJsonObject object{
-        {u"source"_s, RawBytes::escaped(result.source)},
-        {u"output"_s, result.output ? RawBytes::escaped(*result.output) : QJsonValue(QJsonValue::Null)},
-        {u"sizeBefore"_s, orNull(result.sizeBefore)},
-        {u"sizeAfter"_s, orNull(result.sizeAfter)},
-        {u"gzipSize"_s, orNull(result.gzipSize)},
-        {u"seconds"_s, std::round(result.seconds * 1000) / 1000},
-        {u"outcome"_s, done ? u"done"_s : u"failed"_s},
-    };
-    if (!done)
-        object.insert(u"reason"_s, result.reason());
-    if (result.brotliSize)
-        object.insert(u"brotliSize"_s, *result.brotliSize);
-    if (!result.messages.shown.empty())
-        object.insert(u"messages"_s, messagesOf(result));
-    if (!result.notes.isEmpty())
-        object.insert(u"notes"_s, QJsonArray::fromStringList(result.notes));
-    return object;
 }
 
 } // namespace
@@ -183,9 +133,9 @@ QString RunReport::summary() const
             after += result.sizeAfter.value_or(0);
         }
     }
-    QString text = u"%1: %2 -> %3 bytes, %4 % saved"_s.arg(
-        counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
-        TerminalText::percentSaved(before, after));
+    QString text =
+        u"%1: %2 -> %3 bytes, %4 % saved"_s.arg(counted(doneCount()), TerminalText::grouped(before),
+                                                TerminalText::grouped(after), percentSaved(before, after));
     if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
         text += u"; %1 failed"_s.arg(TerminalText::grouped(failed));
     text += u".\n"_s;
@@ -219,21 +169,10 @@ QString RunReport::notes() const
 
 QByteArray RunReport::toJson() const
 {
-    QJsonArray files;
-    for (const EntryResult &result : m_results)
-        files.append(toObject(result));
+    std::vector<ResultRow> rows(m_results.begin(), m_results.end());
     for (const QString &entry : m_notRun)
-        files.append(QJsonObject{{u"source"_s, RawBytes::escaped(entry)}, {u"outcome"_s, u"not run"_s}});
-    QJsonObject report{
-        {u"brevant"_s, QStringLiteral(BREVANT_VERSION)},
-        {u"done"_s, doneCount()},
-        {u"failed"_s, endedCount() - doneCount()},
-        {u"notRun"_s, m_notRun.size()},
-        {u"files"_s, files},
-    };
-    if (!m_failure.isEmpty())
-        report.insert(u"reason"_s, m_failure);
-    return QJsonDocument(report).toJson();
+        rows.emplace_back(ResultRow::State::NotRun, entry);
+    return reportAsJson(rows, m_failure);
 }
 
 } // namespace brevant

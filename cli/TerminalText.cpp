@@ -72,15 +72,6 @@ QString grouped(qint64 number)
     return QLocale(QLocale::English).toString(number);
 }
 
-QString percentSaved(qint64 before, qint64 after)
-{
-    if (before == 0)
-        return u"0"_s;
-    const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
-    const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer has no "-0"
-    return QString::number(tenths / 10, 'g', 15);
-}
-
 QString duration(double seconds)
 {
     const auto whole = static_cast<long long>(std::ceil(seconds));

@@ -20,9 +20,6 @@ namespace brevant::TerminalText {
 /// A number of bytes with its digits in groups: "12,345".
 [[nodiscard]] QString grouped(qint64 number);
 
-/// "2.5" percent saved from `before` to `after` bytes, negative if it grew; "0" if there was nothing.
-[[nodiscard]] QString percentSaved(qint64 before, qint64 after);
-
 /// A time as "0:09", "12:05" or "1:02:03".
 [[nodiscard]] QString duration(double seconds);
 

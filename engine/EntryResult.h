@@ -54,6 +54,12 @@ struct EntryResult {
     std::optional<qint64> brotliSize; ///< likewise
     CompressorMessages messages;      ///< of a modern compressor
 
+    /// Whether it has an output that counts, whatever became of its copies.
+    [[nodiscard]] bool isMinified() const
+    {
+        return outcome == Outcome::Done || outcome == Outcome::NoGzipCopy || outcome == Outcome::NoBrotliCopy;
+    }
+
     /// The outcome in words, as the end of "FILE: …"; empty if all went well.
     [[nodiscard]] QString reason() const;
 };

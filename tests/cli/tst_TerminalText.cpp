@@ -146,32 +146,6 @@ private Q_SLOTS:
         QTEST(TerminalText::grouped(number), "expected");
     }
 
-    void percentSaved_data()
-    {
-        QTest::addColumn<qint64>("before");
-        QTest::addColumn<qint64>("after");
-        QTest::addColumn<QString>("expected");
-
-        QTest::newRow("half") << qint64(200) << qint64(100) << u"50"_s;
-        QTest::newRow("broken") << qint64(1000) << qint64(975) << u"2.5"_s;
-        QTest::newRow("rounded") << qint64(3) << qint64(1) << u"66.7"_s;
-        QTest::newRow("everything") << qint64(7) << qint64(0) << u"100"_s;
-        QTest::newRow("nothing saved") << qint64(7) << qint64(7) << u"0"_s;
-        QTest::newRow("grown") << qint64(10) << qint64(11) << u"-10"_s;
-        QTest::newRow("hardly grown") << qint64(10000) << qint64(10001) << u"0"_s;
-        QTest::newRow("grown enormously") << qint64(1) << qint64(2'000'001) << u"-200000000"_s;
-        QTest::newRow("there was nothing") << qint64(0) << qint64(0) << u"0"_s;
-        QTest::newRow("something from nothing") << qint64(0) << qint64(5) << u"0"_s;
-        QTest::newRow("large") << qint64(3'000'000'000'000) << qint64(1'500'000'000'000) << u"50"_s;
-    }
-
-    void percentSaved()
-    {
-        QFETCH(qint64, before);
-        QFETCH(qint64, after);
-        QTEST(TerminalText::percentSaved(before, after), "expected");
-    }
-
     void duration_data()
     {
         QTest::addColumn<double>("seconds");

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/ResultRow.h"
+
+#include "files/RawBytes.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+using State = ResultRow::State;
+
+State stateOf(const EntryResult &result)
+{
+    using enum EntryResult::Outcome;
+    if (result.outcome == Done)
+        return State::Done;
+    if (result.sourceState == EntryResult::Source::PutBack)
+        return State::PutBack;
+    if (result.outcome == NotSafe || result.outcome == Refused)
+        return State::Skipped;
+    return result.isMinified() ? State::Warned : State::Failed;
+}
+
+QJsonValue orNull(qint64 size)
+{
+    return size == ResultRow::noSize ? QJsonValue(QJsonValue::Null) : QJsonValue(size);
+}
+
+QJsonArray toArray(const std::vector<CompressorMessage> &messages)
+{
+    using Kind = CompressorMessage::Kind;
+    QJsonArray array;
+    for (const CompressorMessage &message : messages) {
+        const QString kind = message.kind == Kind::Error     ? u"error"_s
+                             : message.kind == Kind::Warning ? u"warning"_s
+                                                             : u"information"_s;
+        QJsonObject object{{u"kind"_s, kind}, {u"text"_s, message.text}};
+        if (message.line > 0) {
+            object.insert(u"line"_s, message.line);
+            object.insert(u"column"_s, message.column);
+        }
+        array.append(object);
+    }
+    return array;
+}
+
+QString outcomeOf(const ResultRow &row)
+{
+    if (row.state == State::NotRun)
+        return u"not run"_s;
+    return row.reason().isEmpty() ? u"done"_s : u"failed"_s;
+}
+
+QJsonObject toObject(const ResultRow &row)
+{
+    QJsonObject object{{u"source"_s, RawBytes::escaped(row.source)}, {u"outcome"_s, outcomeOf(row)}};
+    if (row.state == State::NotRun)
+        return object;
+    object.insert(u"output"_s,
+                  row.output.isNull() ? QJsonValue(QJsonValue::Null) : RawBytes::escaped(row.output));
+    object.insert(u"sizeBefore"_s, orNull(row.sizeBefore));
+    object.insert(u"sizeAfter"_s, orNull(row.sizeAfter));
+    object.insert(u"gzipSize"_s, orNull(row.gzipSize));
+    object.insert(u"seconds"_s, std::round(row.seconds * 1000) / 1000);
+    if (row.brotliSize != ResultRow::noSize)
+        object.insert(u"brotliSize"_s, row.brotliSize);
+    if (!row.remarks)
+        return object;
+    if (!row.remarks->reason.isEmpty())
+        object.insert(u"reason"_s, row.remarks->reason);
+    if (!row.remarks->messages.shown.empty())
+        object.insert(u"messages"_s, toArray(row.remarks->messages.shown));
+    if (!row.remarks->notes.isEmpty())
+        object.insert(u"notes"_s, QJsonArray::fromStringList(row.remarks->notes));
+    return object;
+}
+
+} // namespace
+
+ResultRow::ResultRow(const EntryResult &result)
+    : state(stateOf(result)), source(result.source), output(result.output.value_or(QString())),
+      sizeBefore(result.sizeBefore.value_or(noSize)), sizeAfter(result.sizeAfter.value_or(noSize)),
+      gzipSize(result.gzipSize.value_or(noSize)), brotliSize(result.brotliSize.value_or(noSize)),
+      seconds(result.seconds)
+{
+    const QString why = result.reason();
+    if (!why.isEmpty() || !result.messages.shown.empty() || !result.notes.isEmpty())
+        remarks = std::make_shared<ResultRemarks>(ResultRemarks{why, result.messages, result.notes});
+}
+
+QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason)
+{
+    QJsonArray files;
+    qint64 done = 0;
+    qint64 notRun = 0;
+    for (const ResultRow &row : rows) {
+        files.append(toObject(row));
+        const QString outcome = outcomeOf(row);
+        done += outcome == u"done" ? 1 : 0;
+        notRun += outcome == u"not run" ? 1 : 0;
+    }
+    QJsonObject report{
+        {u"brevant"_s, QStringLiteral(BREVANT_VERSION)},
+        {u"done"_s, done},
+        {u"failed"_s, files.size() - done - notRun},
+        {u"notRun"_s, notRun},
+        {u"files"_s, files},
+    };
+    if (!reason.isEmpty())
+        report.insert(u"reason"_s, reason);
+    return QJsonDocument(report).toJson();
+}
+
+QString percentSaved(qint64 before, qint64 after)
+{
+    if (before == 0)
+        return u"0"_s;
+    const double percent = 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
+    const auto tenths = static_cast<double>(std::llround(percent * 10)); // an integer has no "-0"
+    return QString::number(tenths / 10, 'g', 15);
+}
+
+} // namespace brevant

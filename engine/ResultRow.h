@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/EntryResult.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace brevant {
+
+/// What there is to say of a file besides sizes and time.
+struct ResultRemarks {
+    QString reason; ///< EntryResult::reason(), or another whole sentence
+    CompressorMessages messages;
+    QStringList notes;
+};
+
+/// What became of one file of a run, as it is reported. Kept small, as a run may have 100,000 of them; most
+/// of those have no remarks.
+struct ResultRow {
+    /// The worst first.
+    enum class State : quint8 {
+        Failed,
+        PutBack, ///< it failed, and the source, which was lost, is as before again
+        Skipped, ///< not worked on, as a file might have been lost
+        NotRun,  ///< the run ended before
+        Running,
+        Warned, ///< minified, but not all is well
+        Done,
+    };
+    static constexpr qint64 noSize = -1;
+
+    State state = State::NotRun;
+    QString source;
+    QString output; ///< null if there is none
+    qint64 sizeBefore = noSize;
+    qint64 sizeAfter = noSize;
+    qint64 gzipSize = noSize;
+    qint64 brotliSize = noSize;
+    double seconds = 0;
+    std::shared_ptr<const ResultRemarks> remarks; ///< null if there are none
+
+    ResultRow() = default;
+    ResultRow(State itsState, const QString &itsSource) : state(itsState), source(itsSource) {}
+    explicit ResultRow(const EntryResult &result);
+
+    /// Whether it has an output that counts, whatever became of its copies.
+    [[nodiscard]] bool isMinified() const { return state >= State::Warned; }
+
+    [[nodiscard]] QString reason() const { return remarks ? remarks->reason : QString(); }
+};
+
+/// The report for machines; brevant-cli(1) describes its format. `reason`: why nothing could be run.
+[[nodiscard]] QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason);
+
+/// "2.5" percent saved from `before` to `after` bytes, negative if it grew; "0" if there was nothing.
+[[nodiscard]] QString percentSaved(qint64 before, qint64 after);
+
+} // namespace brevant
