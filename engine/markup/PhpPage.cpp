@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/markup/PhpPage.h"
 
+#include "engine/markup/Tags.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -11,13 +13,6 @@ namespace {
 
 using std::string_view;
 constexpr auto npos = string_view::npos;
-
-/// Behind the next `end`, or at the end of the text.
-std::size_t behind(string_view text, string_view end, std::size_t from)
-{
-    const std::size_t found = text.find(end, from);
-    return found == npos ? text.size() : found + end.size();
-}
 
 std::size_t behindString(string_view text, std::size_t from)
 {
@@ -30,11 +25,6 @@ std::size_t behindString(string_view text, std::size_t from)
 std::size_t behindLineComment(string_view text, std::size_t from)
 {
     return std::min({text.find('\n', from), text.find("?>", from), text.size()});
-}
-
-bool isWord(char sign)
-{
-    return std::isalnum(static_cast<unsigned char>(sign)) != 0 || sign == '_' || (sign & 0x80) != 0;
 }
 
 /// Behind a here document that begins with "<<<" at `from`; behind that if none does.
@@ -75,34 +65,6 @@ std::size_t behindBlock(string_view text, std::size_t from)
             ++from;
     }
     return text.size();
-}
-
-/// Whether a tag begins here: `open` is "<" or "</".
-bool isTag(string_view text, string_view open, string_view name)
-{
-    const auto isSame = [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; };
-    return text.starts_with(open) && text.size() > open.size() + name.size() &&
-           std::ranges::equal(text.substr(open.size(), name.size()), name, isSame) &&
-           !isWord(text[open.size() + name.size()]);
-}
-
-/// Behind the ">" of the tag at `from`.
-std::size_t behindTag(string_view text, std::size_t from)
-{
-    for (; from < text.size() && text[from] != '>'; ++from) {
-        if (text[from] == '"' || text[from] == '\'')
-            from = std::min(text.find(text[from], from + 1), text.size() - 1);
-    }
-    return std::min(from + 1, text.size());
-}
-
-/// Where the end tag of an element begins.
-std::size_t endTag(string_view text, string_view name, std::size_t from)
-{
-    do
-        from = text.find("</", from);
-    while (from != npos && !isTag(text.substr(from), "</", name) && ++from != npos);
-    return std::min(from, text.size());
 }
 
 /// The page with all code as \1.

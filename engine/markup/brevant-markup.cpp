@@ -9,6 +9,7 @@
 // the text, or its own result; the reason is on standard error then. Exit status: 0 done, 1 refused, 2 wrong
 // usage, 3 the library cannot be used.
 
+#include "engine/markup/Drawing.h"
 #include "engine/markup/PhpPage.h"
 
 #include <algorithm>
@@ -25,6 +26,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+using brevant::markup::Drawing;
 using brevant::markup::PhpPage;
 using brevant::markup::Place;
 
@@ -102,10 +104,11 @@ bool readOption(std::string_view word, MinifyOptions &options)
 }
 
 constexpr std::string_view phpType = "application/x-httpd-php";
+constexpr std::string_view drawingType = "image/svg+xml";
 
 std::optional<MinifyOptions> optionsFrom(int argc, char *argv[])
 {
-    constexpr std::string_view types[] = {"text/html", phpType, "image/svg+xml"};
+    constexpr std::string_view types[] = {"text/html", phpType, drawingType};
     MinifyOptions options{};
     // What may be left out by the standard is kept: style sheets, scripts and other programs look for it.
     options.htmlKeepSpecialComments = true;
@@ -196,6 +199,43 @@ std::optional<std::string> minified(const Library &library, MinifyOptions option
     return output;
 }
 
+/// The minified text, which the library does not refuse either.
+std::optional<std::string> minifiedTwice(const Library &library, const MinifyOptions &options,
+                                         const std::string &text, const PhpPage *page = nullptr)
+{
+    std::optional<std::string> output = minified(library, options, text, page);
+    if (!output || minified(library, options, *output))
+        return output;
+    complain("the result is not valid, which would break the page");
+    return std::nullopt;
+}
+
+/// Each gives the result for the text of its type; nothing, with the reason on standard error, if the text is
+/// refused.
+std::optional<std::string> minifiedPhp(const Library &library, const MinifyOptions &options,
+                                       const std::string &text)
+{
+    const PhpPage page(text);
+    std::optional<std::string> output = minifiedTwice(library, options, page.text(), &page);
+    if (output && !(output = page.restored(*output)))
+        complain("PHP code would not stay as it is, which may break the page");
+    return output;
+}
+
+std::optional<std::string> minifiedDrawing(const Library &library, const MinifyOptions &options,
+                                           const std::string &text)
+{
+    const Drawing drawing(text);
+    if (const std::string_view reason = drawing.refusal(); !reason.empty()) {
+        complain(reason);
+        return std::nullopt;
+    }
+    std::optional<std::string> output = minifiedTwice(library, options, drawing.text());
+    if (output && !(output = drawing.restored(*output)))
+        complain("a text or script would not stay as it is, which may break the drawing");
+    return output;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -219,22 +259,12 @@ int main(int argc, char *argv[])
     const std::optional<Library> library = loadLibrary();
     if (!library)
         return NoLibrary;
-    const bool isPhp = options->mediatype == phpType;
-    const PhpPage page(isPhp ? *text : std::string());
-    std::optional<std::string> output =
-        isPhp ? minified(*library, *options, page.text(), &page) : minified(*library, *options, *text);
+    const std::optional<std::string> output =
+        options->mediatype == phpType       ? minifiedPhp(*library, *options, *text)
+        : options->mediatype == drawingType ? minifiedDrawing(*library, *options, *text)
+                                            : minifiedTwice(*library, *options, *text);
     if (!output)
         return Refused;
-    if (!minified(*library, *options, *output)) {
-        complain("the result is not valid, which would break the page");
-        return Refused;
-    }
-    if (isPhp)
-        output = page.restored(*output);
-    if (!output) {
-        complain("PHP code would not stay as it is, which may break the page");
-        return Refused;
-    }
     const bool isWritten = std::fwrite(output->data(), 1, output->size(), stdout) == output->size();
     if (!isWritten || std::fflush(stdout) != 0) {
         complain(std::strerror(errno));
