@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "engine/Tools.h"
 #include "files/RawBytes.h"
+#include "queue/FileKind.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -74,6 +77,25 @@ QString readJobs(const QCommandLineParser &parser, int &jobs)
     return u"--jobs takes a number from 1 to %1, not \"%2\""_s.arg(mostJobs).arg(value);
 }
 
+/// Reads lists of extensions of extra kinds: mjs,svg.
+QString readAlso(const QCommandLineParser &parser, QStringList &also)
+{
+    QStringList extras;
+    for (const FileKind &kind : allFileKinds()) {
+        if (kind.isExtra)
+            extras.append(kind.extension.toString());
+    }
+    const QStringList values = parser.values(u"also"_s);
+    if (values.isEmpty())
+        return {};
+    also = values.join(u',').split(u',');
+    for (const QString &extension : std::as_const(also)) {
+        if (!extras.contains(extension))
+            return u"--also takes some of %1, not \"%2\""_s.arg(extras.join(u','), extension);
+    }
+    return {};
+}
+
 /// Why a setting cannot have that value; empty if it can.
 QString valueError(const SettingKey &setting, const QString &value)
 {
@@ -132,6 +154,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
     if (line.error.isEmpty())
         line.error = readJobs(parser, line.jobs);
     if (line.error.isEmpty())
+        line.error = readAlso(parser, line.also);
+    if (line.error.isEmpty())
         line.error = readSettings(parser, line);
     if (line.error.isEmpty() && line.paths.isEmpty())
         line.error = u"no file or folder is named"_s;
@@ -149,13 +173,21 @@ QString helpText()
         const QString value = registeredDefaults().value(setting.key).toVariant().toString();
         text += u"  %1=%2\n"_s.arg(setting.key, value);
     }
-    return text + u"\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 no Java or no "
-                  "compressors,\n130 ended by Ctrl+C.\n"_s;
+    return text + u"\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 Java (classic), a compressor\n"
+                  "or brotli is missing, 130 ended by Ctrl+C.\n"_s;
 }
 
 QString versionText()
 {
     return QStringLiteral("brevant-cli " BREVANT_VERSION "\n");
+}
+
+QString compressorsText(const Tools &tools)
+{
+    QString text;
+    for (const auto &[name, path] : tools.compressors())
+        text += QFileInfo(path).isFile() ? name + u'\n' : name + u" (missing)\n"_s;
+    return text;
 }
 
 } // namespace brevant

@@ -12,6 +12,8 @@
 
 namespace brevant {
 
+struct Tools;
+
 /// What a user of the terminal asked for.
 struct CommandLine {
     enum class Action { Minify, List, DryRun, Help, Version };
@@ -19,6 +21,7 @@ struct CommandLine {
     Action action = Action::Minify;
     QStringList paths;
     std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< --set, in their order
+    QStringList also;                                               ///< extensions of extra kinds
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
     int jobs = 0;     ///< compressors at once; 0 for as many as suit them
@@ -37,20 +40,24 @@ struct OptionHelp {
 };
 
 /// In the order of the help text.
-inline constexpr std::array<OptionHelp, 10> allOptions{{
+inline constexpr std::array<OptionHelp, 11> allOptions{{
     {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
     {u"--settings FILE", u"read the settings from FILE, not the user's own"},
     {u"--jobs N", u"run up to N compressors at once"},
+    {u"--also KINDS", u"take mjs, cjs, htm, svg files too; modern compressors only"},
     {u"--all", u"take outputs of other files in folders too"},
     {u"--list", u"print each file and its output, run nothing"},
     {u"--dry-run", u"print each command line, run nothing"},
     {u"--report FILE", u"write a JSON report of the run to FILE"},
     {u"--quiet", u"print failures only"},
-    {u"--version", u"print the version"},
+    {u"--version", u"print the versions of it and of the compressors"},
     {u"--help", u"print this help"},
 }};
 
 [[nodiscard]] QString helpText();
 [[nodiscard]] QString versionText();
+
+/// The compressors with their versions, one on each line, and whether they are missing.
+[[nodiscard]] QString compressorsText(const Tools &tools);
 
 } // namespace brevant

@@ -72,7 +72,7 @@ void Listing::add(const QString &path)
             m_unreadable.append(u"%1 cannot be read: %2"_s.arg(folder, qt_error_string(error)));
         },
         RawBytes::decoded);
-    const QSet<QString> outputs = m_all ? QSet<QString>() : outputsAmong(found, m_settings);
+    const QSet<QString> outputs = m_line.all ? QSet<QString>() : outputsAmong(found, m_settings);
     for (const QString &file : std::as_const(found)) {
         if (outputs.contains(file))
             m_outputs.append(file);
@@ -85,7 +85,7 @@ void Listing::add(const QString &path)
 
 bool Listing::isListed(const QString &path)
 {
-    if (!isAccepted(path, m_settings))
+    if (!isAccepted(path, m_settings, m_line.also))
         return false;
     struct stat status {};
     if (::stat(RawBytes::encoded(path).constData(), &status) != 0 || !S_ISDIR(status.st_mode))
@@ -118,16 +118,16 @@ QStringList Listing::passedOver() const
     return outputs;
 }
 
-void Listing::printWhatIsMissing(const CommandLine &line) const
+void Listing::printWhatIsMissing() const
 {
-    const bool isList = line.action == CommandLine::Action::List;
+    const bool isList = m_line.action == CommandLine::Action::List;
     for (const QString &sentence : m_unreadable)
         TerminalText::printError(sentence);
     for (const QString &file : isList ? m_unnameable : QStringList())
         TerminalText::printError(u"%1: not minified: %2"_s.arg(file, notUtf8()));
-    for (const QString &folder : line.quiet ? QStringList() : m_folders)
+    for (const QString &folder : m_line.quiet ? QStringList() : m_folders)
         TerminalText::printError(folder + u" is a folder"_s);
-    if (const QStringList outputs = passedOver(); isList && !line.quiet && !outputs.isEmpty()) {
+    if (const QStringList outputs = passedOver(); isList && !m_line.quiet && !outputs.isEmpty()) {
         const QString one = u"1 file passed over, as the output of another (--all takes all):\n"_s;
         const QString several = u"%1 files passed over, as outputs of others (--all takes all):\n"_s;
         QString text = outputs.size() == 1 ? one : several.arg(outputs.size());

@@ -16,9 +16,8 @@ struct CommandLine;
 /// for files already there in another spelling, and for outputs of other files that are found.
 class Listing final {
 public:
-    /// With `all`, outputs of other files are taken too.
-    Listing(FileQueue &queue, const SettingsStore &settings, bool all)
-        : m_queue(queue), m_settings(settings), m_all(all)
+    Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line)
+        : m_queue(queue), m_settings(settings), m_line(line)
     {
     }
 
@@ -27,7 +26,7 @@ public:
     void add(const QString &path);
 
     /// Says on standard error what was found but left out of the queue, or out of --list.
-    void printWhatIsMissing(const CommandLine &line) const;
+    void printWhatIsMissing() const;
 
     /// Whether every folder could be read and every file can be minified.
     [[nodiscard]] bool isComplete() const { return m_unreadable.isEmpty() && m_unnameable.isEmpty(); }
@@ -40,7 +39,7 @@ private:
 
     FileQueue &m_queue;
     const SettingsStore &m_settings;
-    const bool m_all;
+    const CommandLine &m_line;
     QSet<QString> m_taken;    ///< marks of the files in the queue
     QStringList m_outputs;    ///< files passed over as outputs of others
     QStringList m_folders;    ///< passed over because they are named like files

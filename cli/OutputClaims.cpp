@@ -134,7 +134,7 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
             continue;
         }
         if (isModern) {
-            const FileKind &kind = *kindOf(entry);
+            const FileKind &kind = *anyKindOf(entry);
             const ModernOptions options = command.modernOptions(kind);
             text += options.error.isEmpty()
                         ? filterLine(modernFilter(kind, options, tools), entry, *output)

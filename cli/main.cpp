@@ -112,9 +112,11 @@ QString inputError(const CommandLine &line)
     return {};
 }
 
-/// Why the settings name no place for the outputs; empty if they do.
-QString settingsError(const SettingsStore &settings)
+/// Why no run is possible with these settings; empty if one is.
+QString settingsError(const CommandLine &line, const SettingsStore &settings)
 {
+    if (!line.also.isEmpty() && !isModernChosen(settings))
+        return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
     if (settings.isTrue(sameFolderKeyString) ||
         !settings.stringForKey(selectedFolderKeyString).value_or(QString()).isEmpty())
         return {};
@@ -242,7 +244,7 @@ int run(const CommandLine &line, const Tools &tools)
     if (line.action == CommandLine::Action::Help)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
     if (line.action == CommandLine::Action::Version)
-        return statusOfPrinting(TerminalText::print(stdout, versionText()));
+        return statusOfPrinting(TerminalText::print(stdout, versionText() + compressorsText(tools)));
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
     if (const QString error = inputError(line); !error.isEmpty())
@@ -251,16 +253,19 @@ int run(const CommandLine &line, const Tools &tools)
     SettingsStore settings(settingsFile(line));
     settings.registerDefaults(registeredDefaults());
     overrideSettings(settings, line);
-    if (const QString error = settingsError(settings); !error.isEmpty())
+    if (const QString error = settingsError(line, settings); !error.isEmpty())
         return wrongUsage(error);
 
+    if (!line.also.isEmpty()) // whatever the settings file says during the run
+        settings.setOverride(u"modern"_s, compressorsKeyString);
+
     FileQueue queue;
-    Listing listing(queue, settings, line.all);
+    Listing listing(queue, settings, line);
     for (const QString &path : line.paths)
         listing.add(PathString::absolute(path));
     if (const QString error = reportPlaceError(line, queue, settings); !error.isEmpty())
         return wrongUsage(error);
-    listing.printWhatIsMissing(line);
+    listing.printWhatIsMissing();
     const int status = act(line, tools, queue, settings);
     return status == 0 ? statusOf(listing.isComplete()) : status;
 }

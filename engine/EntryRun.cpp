@@ -174,7 +174,7 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
     const auto &[entry, output, outputAtStart, refusal] = task;
-    const FileKind *const kind = kindOf(entry);
+    const FileKind *const kind = anyKindOf(entry);
     if (kind && isModernChosen(m_settings))
         return task.refusal.isEmpty()
                    ? runModern(task, *kind)

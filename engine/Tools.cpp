@@ -46,6 +46,19 @@ QString Tools::markup() const
     return PathString::join(programs, u"brevant-markup");
 }
 
+QString Tools::minify() const
+{
+    return PathString::join(programs, u"minify.so");
+}
+
+std::array<std::pair<QString, QString>, 4> Tools::compressors() const
+{
+    return {{{u"YUI Compressor 2.4.8"_s, PathString::join(folder, QString(yuiCompressor))},
+             {u"htmlcompressor 1.5.3"_s, PathString::join(folder, QString(htmlCompressor))},
+             {u"esbuild 0.28.2"_s, esbuild()},
+             {u"minify 2.24.8"_s, minify()}}};
+}
+
 QString Tools::missingClassic() const
 {
     if (!QFileInfo(java).isExecutable())
@@ -62,8 +75,7 @@ QString Tools::missingClassic() const
 
 QString Tools::missingModern(const QString &esbuild) const
 {
-    for (const QString &path : {esbuild.isEmpty() ? this->esbuild() : esbuild, markup(),
-                                PathString::join(programs, u"minify.so")}) {
+    for (const QString &path : {esbuild.isEmpty() ? this->esbuild() : esbuild, markup(), minify()}) {
         if (!QFileInfo(path).isFile())
             return u"The modern compressor %1 is missing. Install Brevant again, or fetch it with: "
                    "scripts/fetch-compressors"_s.arg(path);

@@ -5,6 +5,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
+#include <utility>
+
 namespace brevant {
 
 class SettingsStore;
@@ -39,6 +42,10 @@ struct Tools {
     /// The modern compressors, by their absolute paths.
     [[nodiscard]] QString esbuild() const;
     [[nodiscard]] QString markup() const;
+    [[nodiscard]] QString minify() const; ///< the library within it
+
+    /// All four with the versions that `scripts/fetch-compressors` brings, and their absolute paths.
+    [[nodiscard]] std::array<std::pair<QString, QString>, 4> compressors() const;
 
     /// What makes Brotli copies.
     [[nodiscard]] static QString brotli() { return QStringLiteral("/usr/bin/brotli"); }

@@ -40,7 +40,8 @@ OutputPath::OutputPath(const SettingsStore &settings) : m_settings(settings)
 
 std::optional<QString> OutputPath::next(const QString &entry)
 {
-    if (const FileKind *const kind = kindOf(entry))
+    const FileKind *const kind = isModernChosen(m_settings) ? anyKindOf(entry) : kindOf(entry);
+    if (kind)
         m_extension = kind->extension.toString();
     m_now.read(m_settings);
     m_now.next(entry, m_extension);

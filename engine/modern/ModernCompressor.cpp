@@ -9,6 +9,7 @@
 #include "settings/SettingsStore.h"
 
 #include <QFileInfo>
+#include <QXmlStreamReader>
 
 #include <utility>
 
@@ -74,6 +75,23 @@ bool encode(const QByteArray &utf8, TextEncoding encoding, QByteArray &bytes)
 bool isMarkup(const FileKind &kind)
 {
     return kind.family == KindFamily::Markup;
+}
+
+/// Why a text of that kind is no XML, which minify does not tell; empty if it is, or need not be.
+QString xmlError(const FileKind &kind, const QByteArray &utf8)
+{
+    if (!kind.mediaType.endsWith("+xml"_L1))
+        return {};
+    QXmlStreamReader reader(QString::fromUtf8(utf8)); // whatever character set it declares
+    while (!reader.atEnd())
+        reader.readNext();
+    if (!reader.hasError())
+        return {};
+    QString text = reader.errorString();
+    if (text.endsWith(u'.'))
+        text.chop(1);
+    return CompressorMessage{CompressorMessage::Kind::Error, text, reader.lineNumber(), reader.columnNumber()}
+        .inWords();
 }
 
 /// Reads a switch by the strict test; what is neither true nor false becomes an error.
@@ -146,6 +164,10 @@ ModernResult runOnce(const FileKind &kind, const Filter &filter, const QByteArra
     if (!run.isSuccess()) {
         const QString said = run.end == FilterRun::End::Exited ? result.messages.inWords() : QString();
         result.error = said.isEmpty() ? run.words(filter) : said;
+    } else if (const QString error = xmlError(kind, text); !error.isEmpty()) {
+        result.error = error;
+    } else if (!xmlError(kind, run.output).isEmpty()) {
+        result.error = u"the result is not valid, which would break the drawing"_s;
     }
     result.output = std::move(run.output);
     if (!isMarkup(kind) && result.output.endsWith('\n'))

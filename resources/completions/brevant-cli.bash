@@ -43,11 +43,16 @@ _brevant_cli() {
     --set) _brevant_cli_setting ;;
     --settings) _filedir '@([jJ][sS][oO][nN])' ;;
     --report) _filedir ;;
+    --also)
+        local before=
+        [[ $cur != *,* ]] || before=${cur%,*},
+        mapfile -t COMPREPLY < <(compgen -P "$before" -W '@BREVANT_EXTRA_KINDS@' -- "${cur##*,}")
+        ;;
     --jobs) mapfile -t COMPREPLY < <(compgen -W "$(seq "$(nproc)")" -- "$cur") ;;
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--set --settings --jobs --all --list --dry-run --report --quiet --version --help -h' -- "$cur")
+                '--set --settings --jobs --also --all --list --dry-run --report --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both
             _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"

@@ -49,6 +49,60 @@ private Q_SLOTS:
         QCOMPARE(QDir(sandbox.path()).entryList(QDir::Files | QDir::Hidden).size(), 10);
     }
 
+    void minifiesMoreKindsWhereAsked()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.mjs"_s, "export const  a = 1 ;\n");
+        sandbox.add(u"b.cjs"_s, "exports.b  =  1 ;\n");
+        sandbox.add(u"c.htm"_s, "<p>  x\n");
+        sandbox.add(u"d.svg"_s, "<svg xmlns=\"http://www.w3.org/2000/svg\">\n <path d=\"M 0 0\"/> </svg>\n");
+        sandbox.add(u"e.css"_s, "a { b : c }\n");
+        QCOMPARE(run(sandbox, {u"--also"_s, u"mjs,cjs,svg"_s, u"--also=htm"_s, u"."_s}).status, 0);
+        QCOMPARE(sandbox.read(u"a.min.mjs"_s), "export const a=1;"_ba);
+        QCOMPARE(sandbox.read(u"b.min.cjs"_s), "exports.b=1;"_ba);
+        QCOMPARE(sandbox.read(u"c.min.htm"_s), "<p>x"_ba);
+        QCOMPARE(sandbox.read(u"d.min.svg"_s),
+                 "<svg xmlns=\"http://www.w3.org/2000/svg\"><path d=\"M0 0\"/></svg>"_ba);
+        QVERIFY(sandbox.has(u"e.min.css"_s));
+        // A second run passes their outputs over, and without the option they are of no kind.
+        const auto listed = [&sandbox](const QStringList &also) {
+            return run(sandbox, also + QStringList{u"--list"_s, u"."_s}).out.count('\n');
+        };
+        QCOMPARE(listed({u"--also"_s, u"mjs,cjs,htm,svg"_s}), 5);
+        QCOMPARE(listed({}), 1);
+    }
+
+    void moreKindsAreForModern()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.mjs"_s, "export const  a = 1 ;\n");
+        const Ended ended = sandbox.run({u"--also"_s, u"mjs"_s, u"a.mjs"_s});
+        QCOMPARE(ended.err, "brevant-cli: --also needs the modern compressors: add --set "
+                            "compressorsKeyString=modern\n"_ba);
+        QCOMPARE(ended.status, 2);
+        QVERIFY(!sandbox.has(u"a.min.mjs"_s));
+        sandbox.add(u"s.json"_s, "{\"compressorsKeyString\": \"modern\"}");
+        QCOMPARE(sandbox.run({u"--settings"_s, u"s.json"_s, u"--also"_s, u"mjs"_s, u"a.mjs"_s}).status, 0);
+        QCOMPARE(sandbox.read(u"a.min.mjs"_s), "export const a=1;"_ba);
+    }
+
+    /// The settings file may be changed during the run, here by the compressor of the first file.
+    void moreKindsStayWithModern()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "a { b : c }");
+        sandbox.add(u"b.svg"_s, "<svg>  </svg>");
+        const QString program = addScript(
+            sandbox, u"esbuild"_s, "#!/bin/sh\ncat; echo '{}' >"_ba + sandbox.path(u"s.json"_s).toUtf8());
+        sandbox.add(u"s.json"_s, "{\"compressorsKeyString\": \"modern\", \"esbuildPathKeyString\": \"" +
+                                     program.toUtf8() + "\"}");
+        const QStringList also{u"--also"_s, u"svg"_s, u"--jobs"_s, u"1"_s};
+        QCOMPARE(sandbox.run(QStringList{u"--settings"_s, u"s.json"_s} + also + QStringList(u"."_s)).status,
+                 0);
+        QCOMPARE(sandbox.read(u"s.json"_s), "{}\n"_ba);
+        QCOMPARE(sandbox.read(u"b.min.svg"_s), "<svg/>"_ba);
+    }
+
     void needsNoJava()
     {
         if (const QString why = noMountNamespace(); !why.isEmpty())

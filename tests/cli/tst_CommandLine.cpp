@@ -2,15 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "engine/Tools.h"
 #include "files/RawBytes.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 
 #include <QRegularExpression>
 #include <QTest>
 
 using namespace brevant;
+using namespace brevant::test;
 using namespace Qt::StringLiterals;
 using Action = CommandLine::Action;
 
@@ -83,6 +86,13 @@ private Q_SLOTS:
         QCOMPARE(parseCommandLine({u"--jobs=256"_s, u"a"_s}).jobs, 256);
     }
 
+    void also()
+    {
+        QCOMPARE(parseCommandLine({u"a"_s}).also, QStringList());
+        QCOMPARE(parseCommandLine({u"--also"_s, u"mjs,svg"_s, u"--also=htm"_s, u"a"_s}).also,
+                 QStringList({u"mjs"_s, u"svg"_s, u"htm"_s}));
+    }
+
     void wrongUses_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -108,6 +118,11 @@ private Q_SLOTS:
             QTest::addRow("jobs \"%s\"", qPrintable(number))
                 << QStringList{u"--jobs="_s + number, u"a"_s}
                 << u"--jobs takes a number from 1 to 256, not \"%1\""_s.arg(number);
+        for (const auto &[value, unknown] : {std::pair(u""_s, u""_s), std::pair(u"svg,ts"_s, u"ts"_s),
+                                             std::pair(u"mjs,"_s, u""_s), std::pair(u"css"_s, u"css"_s)})
+            QTest::addRow("also \"%s\"", qPrintable(value))
+                << QStringList{u"--also="_s + value, u"a"_s}
+                << u"--also takes some of mjs,cjs,htm,svg, not \"%1\""_s.arg(unknown);
         QTest::newRow("empty report file")
             << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
     }
@@ -262,8 +277,9 @@ private Q_SLOTS:
     void helpNamesEverything()
     {
         const QString help = helpText();
-        const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,      u"--all"_s,
-                                 u"--list"_s,          u"--dry-run"_s,       u"--report FILE"_s, u"--quiet"_s,
+        const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,
+                                 u"--also KINDS"_s,    u"--all"_s,           u"--list"_s,
+                                 u"--dry-run"_s,       u"--report FILE"_s,   u"--quiet"_s,
                                  u"--version"_s,       u"--help"_s};
         QStringList shown;
         for (const OptionHelp &option : allOptions)
@@ -285,9 +301,10 @@ private Q_SLOTS:
         for (const OptionHelp &option : allOptions) {
             QStringList arguments = option.usage.toString().split(u' ');
             if (arguments.size() == 2)
-                arguments[1] = arguments[1] == u"FILE" ? u"f"_s
-                               : arguments[1] == u"N"  ? u"2"_s
-                                                       : u"suffixKeyString=x"_s;
+                arguments[1] = arguments[1] == u"FILE"    ? u"f"_s
+                               : arguments[1] == u"N"     ? u"2"_s
+                               : arguments[1] == u"KINDS" ? u"mjs"_s
+                                                          : u"suffixKeyString=x"_s;
             QCOMPARE(parseCommandLine(arguments + QStringList{u"a"_s}).error, QString());
         }
     }
@@ -296,6 +313,13 @@ private Q_SLOTS:
     {
         QVERIFY2(QRegularExpression(u"^brevant-cli \\d+\\.\\d+\\.\\d+\n$"_s).match(versionText()).hasMatch(),
                  qPrintable(versionText()));
+        const QTemporaryDir folder;
+        Tools tools;
+        tools.folder = tools.programs = folder.path();
+        QVERIFY(writeFile(folder.filePath(u"esbuild"_s), ""));
+        QVERIFY(writeFile(folder.filePath(u"htmlcompressor-1.5.3.jar"_s), ""));
+        QCOMPARE(compressorsText(tools), u"YUI Compressor 2.4.8 (missing)\nhtmlcompressor 1.5.3\n"
+                                         "esbuild 0.28.2\nminify 2.24.8 (missing)\n"_s);
     }
 };
 

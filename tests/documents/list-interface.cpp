@@ -49,10 +49,12 @@ QJsonArray encodings()
 }
 
 /// With the media type that this system knows for each; empty if it knows none.
-QJsonArray kinds()
+QJsonArray kinds(bool extra)
 {
     QJsonArray list;
     for (const FileKind &kind : allFileKinds()) {
+        if (kind.isExtra != extra)
+            continue;
         const QMimeType type = QMimeDatabase().mimeTypeForFile(u"a."_s + kind.extension.toString(),
                                                                QMimeDatabase::MatchExtension);
         list.append(QJsonObject{{u"extension"_s, kind.extension.toString()},
@@ -104,11 +106,9 @@ int main(int argc, char *argv[])
     const AppFixture fixture;
     QJsonArray items;
     listMenu(fixture.window.menuBar()->actions(), {}, items);
-    const QJsonObject all{{u"settings"_s, settings()},
-                          {u"encodings"_s, encodings()},
-                          {u"kinds"_s, kinds()},
-                          {u"items"_s, items},
-                          {u"keys"_s, otherKeys(fixture.window)}};
+    const QJsonObject all{{u"settings"_s, settings()}, {u"encodings"_s, encodings()},
+                          {u"kinds"_s, kinds(false)},  {u"extraKinds"_s, kinds(true)},
+                          {u"items"_s, items},         {u"keys"_s, otherKeys(fixture.window)}};
     const QByteArray text = QJsonDocument(all).toJson();
     return std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout) ==
                    static_cast<std::size_t>(text.size())

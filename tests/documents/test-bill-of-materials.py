@@ -65,7 +65,7 @@ class BillOfMaterials(unittest.TestCase):
         self.assertEqual(len(self.packages), len(self.bill["packages"]))
 
     def test_own_version(self):
-        version = output(BUILD / "brevant-cli", "--version").split()[-1]
+        version = output(BUILD / "brevant-cli", "--version").split()[1]
         for identifier in self.own().values():
             self.assertEqual(self.packages[identifier]["versionInfo"], version)
         self.assertTrue(self.bill["name"].endswith(version) and self.bill["documentNamespace"].endswith(version))
@@ -105,6 +105,14 @@ class BillOfMaterials(unittest.TestCase):
         modern = [path for name in ("esbuild", "minify.so") if (path := BUILD / "libexec" / name).exists()]
         for path in archives + modern:
             self.assertIn((hashlib.sha256(path.read_bytes()).hexdigest(), path.name), sums)
+
+    def test_versions_of_compressors(self):
+        """Those that --version names."""
+        told = {line.removesuffix(" (missing)") for line in output(BUILD / "brevant-cli", "--version").splitlines()[1:]}
+        self.assertEqual(told, {f"{package['name'].split(',')[0]} {package['versionInfo']}"
+                                for package in self.packages.values() if "checksums" in package})
+        if (esbuild := BUILD / "libexec/esbuild").exists():
+            self.assertIn("esbuild " + output(esbuild, "--version").strip(), told)
 
     def test_table(self):
         self.assertEqual(set(self.table), {package["name"] for package in self.others()})

@@ -86,6 +86,14 @@ class Completions(unittest.TestCase):
     def test_beginning_of_a_value(self):
         self.assertEqual(self.values("selectedEncodingKeyString", "big5"), {"big5", "big5-hkscs"})
 
+    def test_kinds(self):
+        extra = {kind["extension"] for kind in self.interface["extraKinds"]}
+        self.assertIn("svg", extra)
+        self.assertEqual(self.hits("brevant-cli --also "), extra)
+        more = {hit.removeprefix("svg,") for hit in self.hits("brevant-cli --also svg,")}
+        self.assertLessEqual(extra - {"svg"}, more)
+        self.assertLessEqual(more, extra)
+
     def test_files(self):
         for program in ("brevant", "brevant-cli"):
             with self.subTest(program=program):

@@ -43,7 +43,7 @@ class ManualPages(unittest.TestCase):
         cls.settings_page = cls.pages["brevant-settings"]
 
     def test_pages(self):
-        version = output(BUILD / "brevant-cli", "--version").split()[-1]
+        version = output(BUILD / "brevant-cli", "--version").split()[1]
         sources = sorted(path.name.removesuffix(".in") for path in (SOURCE / "docs/man").glob("*.in"))
         self.assertEqual(sources, ["brevant-cli.1", "brevant-settings.5", "brevant.1"])
         for name, page in self.pages.items():
@@ -97,6 +97,15 @@ class ManualPages(unittest.TestCase):
                 self.assertIn(kind["name"], pages["brevant"])
                 self.assertIn(kind["name"], README.split("\n## ")[0])
                 self.assertIn(kind["type"] or own.get(f"*.{kind['extension']}"), types)
+
+    def test_extra_kinds(self):
+        """Each is named in the manual page and the help of the terminal program."""
+        helped = re.search("--also.*", output(BUILD / "brevant-cli", "--help"))[0]
+        described = re.search("--also.*?--", self.pages["brevant-cli"].sections["OPTIONS"], re.DOTALL)[0]
+        self.assertGreater(len(self.interface["extraKinds"]), 0)
+        for kind in self.interface["extraKinds"]:
+            self.assertRegex(helped, rf"\b{kind['extension']}\b")
+            self.assertRegex(described, rf"\b{kind['extension']}\b")
 
     def test_preferences(self):
         text = " ".join(self.settings_page.text.split())

@@ -95,7 +95,7 @@ owners=$(dpkg-deb -c "$deb" | awk '{ print $2 }' | sort -u)
 
 # What it says of itself, and what it needs: no more, no less.
 version=$(dpkg-deb -f "$deb" Version)
-[[ $("$tree/usr/bin/brevant-cli" --version) == *" $version" ]] || fail "its version is not the program's"
+[[ $("$tree/usr/bin/brevant-cli" --version | head -n 1) == *" $version" ]] || fail "its version is not the program's"
 [[ $(zcat "$share/doc/brevant/changelog.gz" | dpkg-parsechangelog -l - -S Version) == "$version" ]] ||
     fail "its version is not the newest of the changes"
 grep -qF "<release version=\"$version\"" "$share/metainfo/org.brevant.Brevant.metainfo.xml" ||

@@ -19,7 +19,8 @@ private Q_SLOTS:
     {
         QVERIFY(!allFileKinds().empty());
         for (const FileKind &kind : allFileKinds()) {
-            QCOMPARE(kindOf(u"/x/a."_s + kind.extension.toString()), &kind);
+            QCOMPARE(anyKindOf(u"/x/a."_s + kind.extension.toString()), &kind);
+            QCOMPARE(kindOf(u"/x/a."_s + kind.extension.toString()), kind.isExtra ? nullptr : &kind);
             QCOMPARE(kind.extension.toString().toLower(), kind.extension.toString());
             QVERIFY(!kind.name.isEmpty());
             const SettingKey *const key = findSettingKey(QString(kind.switchKey));
@@ -108,6 +109,27 @@ private Q_SLOTS:
         for (const char *path :
              {"/x/Style.CSS", "/x/script.JS", "/x/theme.css", "relative.css", "/no/such/file.js"})
             QVERIFY2(isAccepted(QString::fromLatin1(path), settings.store()), path);
+    }
+
+    /// No setting accepts them, only those who ask for them, and the filter holds for them too.
+    void extraKinds()
+    {
+        QueueSettings settings{{enableHTMLCheckerKeyString, true}, {enablePHPCheckerKeyString, true}};
+        QStringList extra;
+        for (const FileKind &kind : allFileKinds()) {
+            if (kind.isExtra)
+                extra.append(kind.extension.toString());
+            QCOMPARE(isAccepted(u"/x/a."_s + kind.extension.toString(), settings.store()), !kind.isExtra);
+        }
+        QCOMPARE(extra, QStringList({u"mjs"_s, u"cjs"_s, u"htm"_s, u"svg"_s}));
+        for (const QString &extension : std::as_const(extra)) {
+            QVERIFY(isAccepted(u"/x/a."_s + extension.toUpper(), settings.store(), {u"x"_s, extension}));
+            QVERIFY(!isAccepted(u"/x/a."_s + extension, settings.store(), {u"x"_s}));
+        }
+        settings.set(filterCheckerKeyString, true);
+        QVERIFY(!isAccepted(u"/x/a.min.mjs", settings.store(), extra));
+        settings.set(enableHTMLCheckerKeyString, false);
+        QVERIFY(!isAccepted(u"/x/a.html", settings.store(), {u"html"_s}));
     }
 
     void minifiedNames_data()

@@ -17,7 +17,7 @@ struct ModernFixture {
     [[nodiscard]] ModernResult minify(const QString &name, const QByteArray &source,
                                       const ModernOptions &options = {}) const
     {
-        return minifyModern(*kindOf(name), source, options, tools, u"/site/src/"_s + name,
+        return minifyModern(*anyKindOf(name), source, options, tools, u"/site/src/"_s + name,
                             u"/site/out/"_s + name, stop);
     }
 

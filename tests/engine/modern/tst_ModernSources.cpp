@@ -27,6 +27,7 @@ private Q_SLOTS:
         addRows(u"scripts.txt"_s, u"a.js"_s, 40);
         addRows(u"pages.html.txt"_s, u"a.html"_s, 30);
         addRows(u"pages.php.txt"_s, u"a.php"_s, 15);
+        addRows(u"drawings.txt"_s, u"a.svg"_s, 40);
     }
 
     void constructsKeepTheirMeaning()
