@@ -7,6 +7,7 @@ import html
 import json
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -211,6 +212,38 @@ class Examples(unittest.TestCase):
         self.add("src/a.js", "var a = 1;\n")
         self.add("src/gone.min.js", "var b = 1;\n")  # its source was deleted since
         self.assertEqual(self.run_twice("sh", "-c", script), ([0, 0], [["a.js", "a.min.js", "gone.min.js"]] * 2))
+
+
+class Families(unittest.TestCase):
+    """The table in the README of what the compressors make of the modern example."""
+
+    def minified(self, family):
+        """The entries of the report by their names, and the outputs."""
+        with tempfile.TemporaryDirectory() as folder:
+            site = Path(folder) / "site"
+            shutil.copytree(SOURCE / "examples/torten", site)
+            report = Path(folder) / "report.json"
+            subprocess.run([BUILD / "brevant-cli", "--set", f"compressorsKeyString={family}", "--report", report, site],
+                           env=os.environ | {"XDG_CONFIG_HOME": folder, "XDG_STATE_HOME": folder},
+                           stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+            entries = {Path(entry["source"]).name: entry for entry in json.loads(report.read_text())["files"]}
+            outputs = {path.name: path.read_text(encoding="utf-8") for path in site.glob("*.min.*")}
+        return entries, outputs
+
+    def test_table(self):
+        rows = re.findall(r"^\| `(torten\.(\w+))` \| ([\d,]+) \| (.*?) \| (.*?) \|$", README, re.MULTILINE)
+        self.assertEqual({row[0] for row in rows}, {path.name for path in (SOURCE / "examples/torten").iterdir()})
+        there = (BUILD / "libexec/esbuild").exists()
+        for family, column in (("classic", 3), ("modern", 4)) if there else (("classic", 3),):
+            entries, outputs = self.minified(family)
+            for row in rows:
+                told, entry, output = row[column], entries[row[0]], outputs.get(f"torten.min.{row[1]}", "")
+                with self.subTest(family=family, file=row[0]):
+                    self.assertEqual(row[2], f"{entry['sizeBefore']:,}")
+                    self.assertEqual(told.split(", ")[0],
+                                     f"{entry['sizeAfter']:,}" if entry["outcome"] == "done" else "refused")
+                    for part in re.findall("`(.*?)`", told):
+                        self.assertIn(part, output)
 
 
 class Readme(unittest.TestCase):
