@@ -10,7 +10,7 @@
 // usage, 3 the library cannot be used.
 
 #include "engine/markup/Drawing.h"
-#include "engine/markup/PhpPage.h"
+#include "engine/markup/MarkupPage.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -27,7 +27,7 @@
 #include <unistd.h>
 
 using brevant::markup::Drawing;
-using brevant::markup::PhpPage;
+using brevant::markup::MarkupPage;
 using brevant::markup::Place;
 
 namespace {
@@ -130,12 +130,18 @@ std::optional<MinifyOptions> optionsFrom(int argc, char *argv[])
 /// Where the first NUL is, or a reference to one, which the library resolves.
 std::size_t firstNul(const std::string &text)
 {
-    static const std::regex reference("&#[xX]?0+([^0-9a-fA-F]|$)");
-    std::smatch match;
     const std::size_t sign = text.find('\0');
-    if (text.find("&#") == std::string::npos || !std::regex_search(text, match, reference))
-        return sign;
-    return std::min(sign, static_cast<std::size_t>(match.position()));
+    for (std::size_t at = text.find("&#"); at < sign; at = text.find("&#", at + 1)) {
+        std::size_t digit = at + 2;
+        const bool isHex = digit < text.size() && (text[digit] == 'x' || text[digit] == 'X');
+        digit += isHex ? 1 : 0;
+        const std::size_t end = text.find_first_not_of('0', digit);
+        const std::string_view digits = isHex ? "0123456789abcdefABCDEF" : "0123456789";
+        const bool isNumber = end < text.size() && digits.find(text[end]) != std::string_view::npos;
+        if (digit < text.size() && text[digit] == '0' && !isNumber)
+            return at;
+    }
+    return sign;
 }
 
 /// All of standard input; nothing if it cannot be read.
@@ -163,7 +169,7 @@ std::optional<std::string> readAll()
 /// followed by an excerpt with a mark. Of an error in an inline script or style the library adds up the
 /// columns even if it is not on the first line there; the mark is right, unless the excerpt is cut at its
 /// beginning.
-void complainOf(const std::string &error, const PhpPage *page)
+void complainOf(const std::string &error, const MarkupPage *page)
 {
     static const std::regex form(R"(^(.*) on line (\d+) and column (\d+)\n *(\d+): (\.\.\.)?[^\n]*\n( *)\^)");
     constexpr std::size_t margin = 7; // of the excerpt: "    1: "
@@ -182,7 +188,7 @@ void complainOf(const std::string &error, const PhpPage *page)
 
 /// The minified text; nothing, with the reason on standard error, if the library refuses it.
 std::optional<std::string> minified(const Library &library, MinifyOptions options, const std::string &text,
-                                    const PhpPage *page = nullptr)
+                                    const MarkupPage *page = nullptr)
 {
     if (text.empty())
         return text; // which the library takes for an error
@@ -201,7 +207,7 @@ std::optional<std::string> minified(const Library &library, MinifyOptions option
 
 /// The minified text, which the library does not refuse either.
 std::optional<std::string> minifiedTwice(const Library &library, const MinifyOptions &options,
-                                         const std::string &text, const PhpPage *page = nullptr)
+                                         const std::string &text, const MarkupPage *page = nullptr)
 {
     std::optional<std::string> output = minified(library, options, text, page);
     if (!output || minified(library, options, *output))
@@ -212,13 +218,17 @@ std::optional<std::string> minifiedTwice(const Library &library, const MinifyOpt
 
 /// Each gives the result for the text of its type; nothing, with the reason on standard error, if the text is
 /// refused.
-std::optional<std::string> minifiedPhp(const Library &library, const MinifyOptions &options,
-                                       const std::string &text)
+std::optional<std::string> minifiedPage(const Library &library, MinifyOptions options,
+                                        const std::string &text, MarkupPage::Language language)
 {
-    const PhpPage page(text);
+    const MarkupPage page(text, language);
+    if (page.keepsSpaces())
+        options.htmlKeepWhitespace = true;
     std::optional<std::string> output = minifiedTwice(library, options, page.text(), &page);
     if (output && !(output = page.restored(*output)))
-        complain("PHP code would not stay as it is, which may break the page");
+        complain(language == MarkupPage::Language::Php
+                     ? "PHP code would not stay as it is, which may break the page"
+                     : "a part of the page would be lost");
     return output;
 }
 
@@ -260,9 +270,11 @@ int main(int argc, char *argv[])
     if (!library)
         return NoLibrary;
     const std::optional<std::string> output =
-        options->mediatype == phpType       ? minifiedPhp(*library, *options, *text)
-        : options->mediatype == drawingType ? minifiedDrawing(*library, *options, *text)
-                                            : minifiedTwice(*library, *options, *text);
+        options->mediatype == drawingType
+            ? minifiedDrawing(*library, *options, *text)
+            : minifiedPage(*library, *options, *text,
+                           options->mediatype == phpType ? MarkupPage::Language::Php
+                                                         : MarkupPage::Language::Html);
     if (!output)
         return Refused;
     const bool isWritten = std::fwrite(output->data(), 1, output->size(), stdout) == output->size();

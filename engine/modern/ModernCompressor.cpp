@@ -9,8 +9,10 @@
 #include "settings/SettingsStore.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <utility>
 
 namespace brevant {
@@ -111,6 +113,25 @@ QString lineLimit(const std::optional<QString> &column, QString &error)
         error = u"the setting %1 is \"%2\", which is no number of columns"_s.arg(lineBreakKeyString,
                                                                                  column.value_or(QString()));
     return QString::number(number);
+}
+
+/// Whether esbuild, if it shortened the syntax of a style sheet, would move a declaration past another that
+/// it must not overtake: one of a side past one of the flow or `all`, or one of "& {…}" past those after it.
+bool hasFixedOrder(const QByteArray &styleSheet)
+{
+    static const QRegularExpression order(
+        u"(margin|padding)-(block|inline)[^{}]*[;\\s]\\1(-(top|right|bottom|left))?\\s*:"
+        "|inset-(block|inline)[^{}]*[;\\s](inset|top|right|bottom|left)\\s*:"
+        "|border-(start|end)-(start|end)-radius[^{}]*[;\\s]border(-(top|bottom)-(left|right))?-radius\\s*:"
+        "|[{;\\s]all\\s*:[^{}]*[;\\s](margin|padding|inset|top|right|bottom|left|border)"
+        "|[{};]\\s*&\\s*\\{"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    return order.match(QString::fromUtf8(styleSheet)).hasMatch();
+}
+
+bool isAsciiOnly(const QByteArray &text)
+{
+    return std::ranges::all_of(text, [](char byte) { return (byte & 0x80) == 0; });
 }
 
 Filter markupFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools)
@@ -216,8 +237,11 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
     const SourceText text = textOf(source, options.encoding);
     if (!text.error.isEmpty())
         return failure(text.error);
-    for (const bool isAscii : {false, true}) {
-        ModernResult result = runOnce(kind, modernFilter(kind, options, tools, isAscii), text.utf8, stop);
+    ModernOptions fitting = options;
+    if (kind.family == KindFamily::StyleSheet)
+        fitting.keepSyntax = hasFixedOrder(text.utf8);
+    for (const bool isAscii : {isAsciiOnly(text.utf8), true}) {
+        ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools, isAscii), text.utf8, stop);
         if (!result.error.isEmpty())
             return result;
         if (options.makeSourceMap)

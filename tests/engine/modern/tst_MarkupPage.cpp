@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/markup/PhpPage.h"
+#include "engine/markup/MarkupPage.h"
+#include "engine/markup/PhpBlocks.h"
 #include "tests/TestClass.h"
 
 #include <QTest>
 
+using brevant::markup::MarkupPage;
 using brevant::markup::phpBlocks;
-using brevant::markup::PhpPage;
 using brevant::markup::Place;
 
-class tst_PhpPage final : public QObject {
+class tst_MarkupPage final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -51,7 +52,8 @@ private Q_SLOTS:
 
     void placesLeadBackToTheSource()
     {
-        const PhpPage page("<!-- <?= $a\n ?>\n--><?= $b ?>\r\nö x\ny <?= $c ?>\nz");
+        const MarkupPage page("<!-- <?= $a\n ?>\n--><?= $b ?>\r\nö x\ny <?= $c ?>\nz",
+                              MarkupPage::Language::Php);
         QCOMPARE(page.text(), std::string("<!--#brevantkeeps0_--><?= $b ?>ö x\ny <?= $c ?>z"));
         const auto place = [&page](std::size_t line, std::size_t column) {
             const Place found = page.inSource({line, column});
@@ -67,7 +69,7 @@ private Q_SLOTS:
 
     void nothingIsRestoredFromChangedCode()
     {
-        const PhpPage page("<!-- <?= $a ?> --><p><?= $b ?>\n  x");
+        const MarkupPage page("<!-- <?= $a ?> --><p><?= $b ?>\n  x", MarkupPage::Language::Php);
         const std::string text = page.text();
         QCOMPARE(page.restored(text), std::string("<!-- <?= $a ?> --><p><?= $b ?>  x"));
         QCOMPARE(page.restored("<!--#brevantkeeps0_--><?= $b ?>\nx"),
@@ -80,11 +82,11 @@ private Q_SLOTS:
 
     void namesOfItsOwnAreNotThoseOfTheSource()
     {
-        const PhpPage page("brevantkeeps0_<!--<?= 1 ?>-->");
+        const MarkupPage page("brevantkeeps0_<!--<?= 1 ?>-->", MarkupPage::Language::Php);
         QCOMPARE(page.text(), std::string("brevantkeeps0_<!--#brevantkeepss0_-->"));
         QCOMPARE(page.restored(page.text()), std::string("brevantkeeps0_<!--<?= 1 ?>-->"));
     }
 };
 
-BREVANT_TEST(tst_PhpPage, QCoreApplication)
-#include "tst_PhpPage.moc"
+BREVANT_TEST(tst_MarkupPage, QCoreApplication)
+#include "tst_MarkupPage.moc"

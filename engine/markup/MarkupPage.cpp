@@ -1,0 +1,288 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/markup/MarkupPage.h"
+
+#include "engine/markup/PhpBlocks.h"
+#include "engine/markup/Tags.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace brevant::markup {
+
+using std::string_view;
+
+/// An element that the library damages, and what it does not damage in its place: a name between two texts.
+struct Guard {
+    enum Extent {
+        WithCode,        ///< all of it, if it has PHP code
+        Always,          ///< all of it
+        ContentWithCode, ///< without its tags, which the library needs, if it has PHP code
+    };
+    string_view element;
+    Extent extent;
+    string_view before;
+    string_view after;
+    bool isForDrawings = false;
+};
+
+namespace {
+constexpr auto npos = string_view::npos;
+
+char lower(char sign)
+{
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(sign)));
+}
+
+/// The page with all code as \1.
+std::string withoutCode(string_view page)
+{
+    std::string masked(page);
+    for (const string_view block : phpBlocks(page))
+        std::fill_n(masked.begin() + (block.data() - page.data()), block.size(), '\1');
+    return masked;
+}
+
+bool beginsCharacter(char byte)
+{
+    return (byte & 0xC0) != 0x80; // in UTF-8
+}
+
+std::size_t offsetOf(string_view text, const Place &place)
+{
+    std::size_t at = 0;
+    for (std::size_t line = 1; line < place.line && at < text.size(); ++line)
+        at = behind(text, "\n", at);
+    for (std::size_t column = 1; column < place.column && at < text.size(); ++column) {
+        do
+            ++at;
+        while (at < text.size() && !beginsCharacter(text[at]));
+    }
+    return at;
+}
+
+Place placeOf(string_view text, std::size_t at)
+{
+    const string_view before = text.substr(0, at);
+    const std::size_t lineStart = before.rfind('\n') + 1; // 0 if there is none
+    return {static_cast<std::size_t>(std::ranges::count(before, '\n')) + 1,
+            static_cast<std::size_t>(std::ranges::count_if(before.substr(lineStart), beginsCharacter)) + 1};
+}
+
+constexpr Guard guards[] = {
+    {"svg", Guard::WithCode, "<img alt=\"", "\">"}, // which has spaces around it as they have
+    {"math", Guard::WithCode, "<img alt=\"", "\">"},
+    {"xmp", Guard::Always, "<img alt=\"", "\">"},
+    {"listing", Guard::Always, "<img alt=\"", "\">"},
+    {"text", Guard::Always, "<use id=\"", "\"/>", true},
+    {"script", Guard::Always, "<use id=\"", "\"/>", true},
+    {"script", Guard::ContentWithCode, "\"", "\""},
+    {"style", Guard::ContentWithCode, "", "{a:b}"},
+};
+constexpr Guard commentGuard = {"", Guard::WithCode, "<!--#", "-->"}; // a comment that the library keeps
+
+constexpr string_view spaces = " \t\r\n\f";
+
+/// Whether the library would join "& :is(b)", or make "rotate: 0deg" a number.
+bool isDamagedStyle(string_view style)
+{
+    for (std::size_t i = style.find_first_of("&e"); i != npos; i = style.find_first_of("&e", i + 1)) {
+        const std::size_t next = style.find_first_not_of(spaces, i + 1);
+        const bool isColon = next != npos && style[next] == ':';
+        if (isColon && (style[i] == '&' ? next > i + 1 : style.substr(0, i + 1).ends_with("rotate")))
+            return true;
+    }
+    return false;
+}
+
+/// Whether browsers lay a page of that document type out as one of today's:
+/// https://html.spec.whatwg.org/multipage/parsing.html#the-initial-insertion-mode
+bool isStandard(string_view doctype)
+{
+    constexpr string_view strict[] = {"HTML 4.01//", "XHTML 1.0 Strict//", "XHTML 1.1//"};
+    const bool isPublic =
+        std::ranges::search(doctype, string_view("public"), {}, lower).begin() != doctype.end();
+    return !isPublic ||
+           std::ranges::any_of(strict, [doctype](string_view name) { return doctype.find(name) != npos; });
+}
+
+/// Behind "?>" and the line end that PHP takes away.
+std::size_t behindLineEnd(string_view page, std::size_t from)
+{
+    if (page.substr(from).starts_with("\r\n"))
+        return from + 2;
+    return from + (page.substr(from).starts_with("\n") ? 1 : 0);
+}
+
+/// What the library made of a page, with the line ends behind code that PHP takes away.
+std::string withLineEnds(const std::string &minified)
+{
+    std::string page;
+    const std::string masked = withoutCode(minified);
+    for (std::size_t i = 0; i < minified.size(); ++i) {
+        page += minified[i];
+        const bool isBehindCode =
+            masked[i] == '\1' && page.ends_with("?>") && masked.substr(i + 1, 1) != "\1";
+        if (isBehindCode && behindLineEnd(minified, i + 1) > i + 1)
+            page += '\n';
+    }
+    return page;
+}
+
+} // namespace
+
+MarkupPage::MarkupPage(string_view source, Language language) : m_source(source), m_language(language)
+{
+    while (m_source.find(m_name) != npos)
+        m_name += 's';
+    const std::string masked = language == Language::Php ? withoutCode(m_source) : m_source;
+    for (std::size_t i = 0; i < m_source.size();) {
+        if (m_origins.empty() || i - m_text.size() != m_origins.back().second - m_origins.back().first)
+            m_origins.emplace_back(m_text.size(), i);
+        i = takePart(masked, i);
+    }
+}
+
+Place MarkupPage::inSource(const Place &place) const
+{
+    const std::size_t at = offsetOf(m_text, place);
+    const auto next =
+        std::ranges::upper_bound(m_origins, at, {}, &std::pair<std::size_t, std::size_t>::first);
+    if (next == m_origins.begin())
+        return place;
+    const auto &[text, source] = *std::prev(next);
+    return placeOf(m_source, std::min(source + (at - text), m_source.size()));
+}
+
+/// Takes the part that begins there over into the text; returns where the next one begins. `masked` is the
+/// source with all code as \1.
+std::size_t MarkupPage::takePart(string_view masked, std::size_t from)
+{
+    const string_view rest = masked.substr(from);
+    if (rest[0] == '\1') {
+        const std::size_t end = std::min(masked.find_first_not_of('\1', from), masked.size());
+        take(from, end);
+        return m_text.ends_with("?>") ? behindLineEnd(m_source, end) : end;
+    }
+    if (rest[0] != '<') {
+        const std::size_t end = std::min(masked.find_first_of("<\1", from), masked.size());
+        take(from, end);
+        return end;
+    }
+    if (rest.starts_with("<!--"))
+        return takeElement(masked, from, from, behind(masked, "-->", from), commentGuard);
+    if (rest.size() > 1 && (isWord(rest[1]) || rest[1] == '/' || rest[1] == '!'))
+        watchTag(masked, from);
+    for (const Guard &guard : guards) {
+        if (!isTag(rest, "<", guard.element) || (guard.isForDrawings && !m_isInDrawing))
+            continue;
+        if (guard.extent == Guard::WithCode && m_language != Language::Php)
+            break; // there may be texts in it
+        const bool isContent = guard.extent == Guard::ContentWithCode;
+        const std::size_t start = isContent ? behindTag(masked, from) : from;
+        const std::size_t end = endTag(masked, guard.element, start);
+        return takeElement(masked, from, start, isContent ? end : behindTag(masked, end), guard);
+    }
+    return takeTag(masked, from);
+}
+
+/// Takes the source over into the text as it is.
+void MarkupPage::take(std::size_t from, std::size_t end)
+{
+    m_text.append(m_source, from, end - from);
+}
+
+std::size_t MarkupPage::takeTag(string_view masked, std::size_t from)
+{
+    const bool isTag = from + 1 < masked.size() && (isWord(masked[from + 1]) || masked[from + 1] == '/');
+    std::size_t end = isTag ? behindTag(masked, from) : from + 1;
+    if (masked.substr(from, end - from).find('\1') != npos)
+        end = from + 1;
+    take(from, end);
+    return end;
+}
+
+/// The element that begins at `from`, of which the part from `start` to `end` may be kept from the library.
+std::size_t MarkupPage::takeElement(string_view masked, std::size_t from, std::size_t start, std::size_t end,
+                                    const Guard &guard)
+{
+    const string_view part = masked.substr(start, end - start);
+    const bool isDamaged = guard.extent == Guard::Always || part.find('\1') != npos ||
+                           (guard.element == "style" && isDamagedStyle(part));
+    if (!isDamaged && guard.extent == Guard::WithCode && &guard != &commentGuard)
+        return takeTag(masked, from);
+    if (!isDamaged) {
+        take(from, end);
+        return end;
+    }
+    take(from, start);
+    const std::string name = m_name + std::to_string(m_kept.size()) + '_';
+    const std::string whole = std::string(guard.before) + name + std::string(guard.after);
+    const std::size_t ending = guard.before.starts_with('<') ? whole.find_last_not_of("/>") + 1 : npos;
+    m_kept.push_back({whole.substr(0, ending), m_source.substr(start, end - start)});
+    m_text += whole;
+    return end;
+}
+
+/// The library drops spaces that show beside style sheets within text, and behind empty elements whose
+/// content comes from elsewhere.
+void MarkupPage::watchTag(string_view masked, std::size_t from)
+{
+    const string_view rest = masked.substr(from);
+    const std::size_t end = behindTag(masked, from);
+    // A drawing within a drawing ends both to the library.
+    if (isTag(rest, "<", "svg") || isTag(rest, "</", "svg"))
+        m_isInDrawing = rest[1] != '/';
+    if (isTag(rest, "<!", "doctype"))
+        m_doctypes.push_back(m_source.substr(from, behindTag(rest, 0)));
+    const auto isUnseen = [rest](string_view open) {
+        return isTag(rest, open, "style") || isTag(rest, open, "noscript");
+    };
+    if (isUnseen("<")) {
+        const std::size_t text = from == 0 ? npos : masked.find_last_not_of(spaces, from - 1);
+        m_keepsSpaces |= text != npos && text + 1 < from && masked[text] != '>';
+    }
+    const std::size_t next = masked.find_first_not_of(spaces, end);
+    if (!rest.starts_with("</") || next == npos || next == end || masked.substr(next).starts_with("</"))
+        return;
+    const bool isEmpty = from > 0 && masked[from - 1] == '>';
+    const bool isCustomElement = masked.substr(from, end - from).find('-') != npos;
+    if (isUnseen("</"))
+        m_keepsSpaces |= masked[next] != '<';
+    else if (isTag(rest, "</", "audio") || (isCustomElement && isEmpty))
+        m_keepsSpaces = true;
+}
+
+std::optional<std::string> MarkupPage::restored(const std::string &minified) const
+{
+    std::string page = m_language == Language::Php ? withLineEnds(minified) : minified;
+    std::size_t from = 0;
+    std::string whole;
+    for (const auto &[name, part] : m_kept) {
+        const std::size_t found = page.find(name, from);
+        if (found == npos)
+            return std::nullopt;
+        whole.append(page, from, found - from).append(part);
+        // In a drawing within a drawing the library ends the tag in another way.
+        from = found + name.size();
+        if (name.front() == '<')
+            from = behind(page, ">", from);
+    }
+    whole.append(page, from);
+    if (m_language == Language::Php && !std::ranges::equal(phpBlocks(whole), phpBlocks(m_source)))
+        return std::nullopt;
+    // The library turns each document type into that of today.
+    constexpr string_view today = "<!doctype html>";
+    from = 0;
+    for (const std::string &doctype : m_doctypes) {
+        from = whole.find(today, from);
+        if (from == npos)
+            break;
+        if (!isStandard(doctype))
+            whole.replace(from, today.size(), doctype);
+        from += std::min(doctype.size(), today.size());
+    }
+    return whole;
+}
+
+} // namespace brevant::markup
