@@ -44,12 +44,16 @@ enum class SettingType { Boolean, Text };
 struct SettingKey {
     QLatin1StringView key;
     SettingType type;
-    QLatin1StringView defaultText; ///< of a text
+    QLatin1StringView defaultText; ///< of a text; null for one that has none
     bool defaultState;             ///< of a boolean
 
     static constexpr SettingKey text(QLatin1StringView key, const char *byDefault)
     {
         return {key, SettingType::Text, QLatin1StringView(byDefault), false};
+    }
+    static constexpr SettingKey textWithoutDefault(QLatin1StringView key)
+    {
+        return {key, SettingType::Text, {}, false};
     }
     static constexpr SettingKey boolean(QLatin1StringView key, bool byDefault)
     {
@@ -83,7 +87,7 @@ inline constexpr std::array allSettingKeys{
     SettingKey::boolean(keepCommentsCheckerKeyString, false),
     SettingKey::boolean(sourceMapCheckerKeyString, false),
     SettingKey::boolean(brotliCheckerKeyString, false),
-    SettingKey::text(esbuildPathKeyString, ""),
+    SettingKey::textWithoutDefault(esbuildPathKeyString),
 };
 
 /// The setting of that name, or null if there is none.
@@ -98,9 +102,12 @@ inline constexpr std::array allSettingKeys{
 [[nodiscard]] inline QJsonObject registeredDefaults()
 {
     QJsonObject defaults;
-    for (const SettingKey &setting : allSettingKeys)
-        defaults.insert(setting.key, setting.type == SettingType::Boolean ? QJsonValue(setting.defaultState)
-                                                                          : QJsonValue(setting.defaultText));
+    for (const SettingKey &setting : allSettingKeys) {
+        if (setting.type == SettingType::Boolean)
+            defaults.insert(setting.key, setting.defaultState);
+        else if (!setting.defaultText.isNull())
+            defaults.insert(setting.key, setting.defaultText);
+    }
     return defaults;
 }
 

@@ -39,7 +39,7 @@ class ManualPages(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.interface = interface()
-        cls.settings = {setting["key"]: setting["default"] for setting in cls.interface["settings"]}
+        cls.settings = {setting["key"]: setting.get("default") for setting in cls.interface["settings"]}
         cls.pages = {path.stem: Page(path.name) for path in (BUILD / "docs/man").glob("brevant*.[15]")}
         cls.settings_page = cls.pages["brevant-settings"]
 
@@ -67,7 +67,8 @@ class ManualPages(unittest.TestCase):
     def test_settings(self):
         heads = re.findall(r"^ {5}(\w+) \((boolean|string), (.*)\)$", self.settings_page.sections["SETTINGS"],
                            re.MULTILINE)
-        described = {key: value == "true" if kind == "boolean" else value.strip("“”") for key, kind, value in heads}
+        described = {key: None if value == "no default" else value == "true" if kind == "boolean" else value.strip("“”")
+                     for key, kind, value in heads}
         self.assertEqual(described, self.settings)
 
     def test_ways_of_reading(self):
@@ -257,7 +258,7 @@ class Readme(unittest.TestCase):
     def test_settings(self):
         rows = re.findall(r"^\| `(\w+KeyString)` \|([^|]*)\|", README, re.MULTILINE)
         told = {key: value.strip(" `") for key, value in rows}
-        there = {setting["key"]: str(setting["default"]).lower() for setting in interface()["settings"]}
+        there = {setting["key"]: str(setting.get("default", "")).lower() for setting in interface()["settings"]}
         self.assertEqual(told, there)
 
     def test_encodings(self):

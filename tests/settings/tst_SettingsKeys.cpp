@@ -1,8 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 #include "tests/TestClass.h"
 
+#include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace brevant;
@@ -65,6 +68,10 @@ private Q_SLOTS:
         row("badgeCheckerKeyString", badgeCheckerKeyString, true);
         row("gzipCheckerKeyString", gzipCheckerKeyString, false);
         row("keepXMLSpaceCheckerKeyString", keepXMLSpaceCheckerKeyString, false);
+        row("compressorsKeyString", compressorsKeyString, u"classic"_s);
+        row("keepCommentsCheckerKeyString", keepCommentsCheckerKeyString, false);
+        row("sourceMapCheckerKeyString", sourceMapCheckerKeyString, false);
+        row("brotliCheckerKeyString", brotliCheckerKeyString, false);
     }
 
     void defaults()
@@ -84,14 +91,32 @@ private Q_SLOTS:
     void registersAll()
     {
         QJsonObject defaults;
+        QSet<QString> keys;
         for (const SettingKey &setting : allSettingKeys) {
             const bool isText = setting.type == SettingType::Text;
-            defaults.insert(setting.key, isText ? QJsonValue(QString(setting.defaultText))
-                                                : QJsonValue(setting.defaultState));
+            keys.insert(setting.key);
+            if (setting.key != esbuildPathKeyString)
+                defaults.insert(setting.key, isText ? QJsonValue(QString(setting.defaultText))
+                                                    : QJsonValue(setting.defaultState));
         }
         QCOMPARE(registeredDefaults(), defaults);
-        QVERIFY(defaults.size() >= 18);
-        QCOMPARE(defaults.size(), qsizetype(allSettingKeys.size())); // none stands there twice
+        QVERIFY(keys.size() >= 18);
+        QCOMPARE(keys.size(), qsizetype(allSettingKeys.size())); // none stands there twice
+    }
+
+    void aPathWithoutADefaultIsAbsent()
+    {
+        QVERIFY(!registeredDefaults().contains(esbuildPathKeyString));
+        QCOMPARE(findSettingKey(u"esbuildPathKeyString")->type, SettingType::Text);
+        const QTemporaryDir folder;
+        SettingsStore store(folder.filePath(u"settings.json"_s));
+        store.registerDefaults(registeredDefaults());
+        QVERIFY(store.objectForKey(esbuildPathKeyString).isUndefined());
+        QCOMPARE(store.stringForKey(esbuildPathKeyString), std::nullopt);
+        store.setObject(u"/opt/esbuild"_s, esbuildPathKeyString);
+        QCOMPARE(store.stringForKey(esbuildPathKeyString), u"/opt/esbuild"_s);
+        store.setObject(true, esbuildPathKeyString); // no text
+        QCOMPARE(store.stringForKey(esbuildPathKeyString), std::nullopt);
     }
 
     void findsByTheWholeName()

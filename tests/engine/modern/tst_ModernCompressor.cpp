@@ -130,6 +130,8 @@ private Q_SLOTS:
         QTest::newRow("column of a page") << u"a.html"_s << column(u"many"_s) << QString();
         QTest::newRow("relative esbuild") << u"a.js"_s << odd(esbuildPathKeyString, u"bin/esbuild"_s)
                                           << u"the setting esbuildPathKeyString is no absolute path"_s;
+        QTest::newRow("empty esbuild, as good as none")
+            << u"a.js"_s << odd(esbuildPathKeyString, u""_s) << QString();
     }
 
     void settingsThatSayNothingOfUseAreRefused()
