@@ -3,9 +3,9 @@
 #include "app/DesktopReport.h"
 
 #include "app/platform/DockTile.h"
+#include "files/PathString.h"
 #include "files/RawBytes.h"
 
-#include <QDir>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QWidget>
@@ -30,14 +30,6 @@ QString summaryOf(const RunOutcome &outcome)
     if (outcome.minified < outcome.count)
         return u"Minified %1 of %2 files"_s.arg(outcome.minified).arg(outcome.count);
     return outcome.count == 1 ? u"Minified 1 file"_s : u"Minified %1 files"_s.arg(outcome.count);
-}
-
-/// With "~" for the home folder.
-QString withTilde(const QString &folder)
-{
-    const QString home = QDir::homePath();
-    const bool isBelow = folder == home || folder.startsWith(home + u'/');
-    return isBelow ? u'~' + folder.sliced(home.size()) : folder;
 }
 
 } // namespace
@@ -97,7 +89,8 @@ void DesktopReport::notify(const RunOutcome &outcome)
 {
     if (outcome.end == RunEnd::Stopped || outcome.count == 0 || isLookedAt())
         return;
-    m_ofRuns.show(summaryOf(outcome), outcome.reason.isEmpty() ? withTilde(outcome.folder) : outcome.reason);
+    m_ofRuns.show(summaryOf(outcome),
+                  outcome.reason.isEmpty() ? PathString::withTilde(outcome.folder) : outcome.reason);
 }
 
 void DesktopReport::tell(const QStringList &sentences)

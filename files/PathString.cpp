@@ -123,6 +123,13 @@ QString expandTilde(const QString &path)
     return home.isEmpty() ? path : home + path.sliced(first.size());
 }
 
+QString withTilde(const QString &path)
+{
+    const QString home = QDir::homePath();
+    const bool isBelow = path == home || path.startsWith(home + separator);
+    return isBelow ? u'~' + path.sliced(home.size()) : path;
+}
+
 QString decoded(const QByteArray &name)
 {
     using Flag = QStringDecoder::Flag;

@@ -39,6 +39,9 @@ namespace brevant::PathString {
 /// name; unchanged if there is no such user.
 [[nodiscard]] QString expandTilde(const QString &path);
 
+/// The path with "~" for the home folder of the user, where it is that folder or below it.
+[[nodiscard]] QString withTilde(const QString &path);
+
 /// The text of a name or path from the system. Unlike QFile::decodeName it keeps U+FEFF at the beginning,
 /// which that takes for a byte-order mark.
 [[nodiscard]] QString decoded(const QByteArray &name);

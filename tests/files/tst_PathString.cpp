@@ -118,6 +118,29 @@ private Q_SLOTS:
         qputenv("HOME", home);
         QTEST(expanded, "expected");
     }
+
+    void withTilde_data()
+    {
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *path, const char *expected) {
+            QTest::newRow(path) << QString::fromUtf8(expected);
+        };
+        row("/home/of/me", "~");
+        row("/home/of/me/dist/a.css", "~/dist/a.css");
+        row("/home/of/mere/a.css", "/home/of/mere/a.css");
+        row("/w/home/of/me/a.css", "/w/home/of/me/a.css");
+        row("a.css", "a.css");
+        row("", "");
+    }
+
+    void withTilde()
+    {
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", "/home/of/me");
+        const QString shortened = PathString::withTilde(QString::fromUtf8(QTest::currentDataTag()));
+        qputenv("HOME", home);
+        QTEST(shortened, "expected");
+    }
 };
 
 BREVANT_TEST(tst_PathString, QCoreApplication)
