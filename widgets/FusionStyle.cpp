@@ -43,7 +43,9 @@ void outline(QPainter &painter, const QStyleOption &option, const QRect &rect, S
         return;
     const auto *const button = qstyleoption_cast<const QStyleOptionButton *>(&option);
     const bool isDefault = button && button->features.testFlag(QStyleOptionButton::DefaultButton);
-    const bool stands = isDefault || option.state.testFlag(QStyle::State_HasFocus);
+    const bool isChosenTab =
+        qstyleoption_cast<const QStyleOptionTab *>(&option) && option.state.testFlag(QStyle::State_Selected);
+    const bool stands = isDefault || isChosenTab || option.state.testFlag(QStyle::State_HasFocus);
     const auto group = option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
     drawLine(painter, rect, shape,
              option.palette.color(group, stands ? QPalette::Highlight : QPalette::WindowText),
@@ -144,12 +146,25 @@ void FusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
             drawLine(*painter, option->rect.adjusted(2, 2, -2, -2), Shape::Box,
                      option->palette.color(QPalette::ButtonText), 1);
         break;
+    case PE_FrameTabBarBase:
+        if (isHighContrast(option->palette))
+            painter->fillRect(QRect(option->rect.topLeft(), QSize(option->rect.width(), 1)),
+                              option->palette.color(QPalette::WindowText));
+        break;
     case PE_PanelLineEdit:
         outline(*painter, *option, option->rect, Shape::Box);
         break;
     default:
         break;
     }
+}
+
+void FusionStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                              const QWidget *widget) const
+{
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_TabBarTabShape)
+        outline(*painter, *option, option->rect, Shape::Box);
 }
 
 void FusionStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,

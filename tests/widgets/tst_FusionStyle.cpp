@@ -15,6 +15,8 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QStyleOptionButton>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 
 #include <functional>
@@ -51,6 +53,16 @@ int pixelsOf(const QColor &colour, QWidget &widget)
         }
     }
     return count;
+}
+
+/// Two pages without texts.
+std::unique_ptr<QWidget> makePages()
+{
+    auto pages = std::make_unique<QTabWidget>();
+    pages->setDocumentMode(true);
+    for (int page = 0; page < 2; ++page)
+        pages->addTab(new QWidget, QString()); // owned by the pages
+    return pages;
 }
 
 template <typename Control>
@@ -97,6 +109,7 @@ private Q_SLOTS:
         QTest::newRow("combo box") << std::function(make<QComboBox>);
         QTest::newRow("button") << std::function(make<QPushButton>);
         QTest::newRow("scroll bar") << std::function(make<QScrollBar>);
+        QTest::newRow("pages") << std::function(makePages);
     }
 
     void emptyControlsAreSeen()
@@ -112,6 +125,30 @@ private Q_SLOTS:
         // And none of it when the palette has changed back.
         QApplication::setPalette(paletteOf(QColor(239, 240, 241), QColor(250, 0, 0)));
         QTRY_COMPARE(pixelsOf(QColor(250, 0, 0), *widget), 0);
+    }
+
+    void theChosenTabStandsOut()
+    {
+        FusionStyle::install();
+        QPalette palette = paletteOf(Qt::black, Qt::white);
+        palette.setColor(QPalette::Highlight, Qt::yellow);
+        QApplication::setPalette(palette);
+        const std::unique_ptr<QWidget> widget = makePages();
+        widget->resize(100, 100);
+        auto *pages = qobject_cast<QTabWidget *>(widget.get());
+        for (const int chosen : {0, 1}) {
+            pages->setCurrentIndex(chosen);
+            const QImage image = widget->grab().toImage();
+            for (const int tab : {0, 1}) {
+                const QRect place = pages->tabBar()->tabRect(tab);
+                const QPoint edge(place.center().x(), place.bottom() - place.height() / 2);
+                QCOMPARE(image.pixelColor(place.left(), edge.y()) == QColor(Qt::yellow), tab == chosen);
+            }
+            int lines = 0; // below the tabs, to the edge
+            for (int y = 0; y < image.height(); ++y)
+                lines += image.pixelColor(image.width() - 1, y) == QColor(Qt::white) ? 1 : 0;
+            QCOMPARE(lines, 1);
+        }
     }
 
     void boxesAreSeenInDarkPalettes_data()
