@@ -3,6 +3,8 @@
 #include "app/AppController.h"
 
 #include "app/Application.h"
+#include "engine/Tools.h"
+#include "queue/OutputPath.h"
 #include "queue/view/BVImageView.h"
 #include "queue/view/BVTableView.h"
 #include "queue/view/ExpandedPathToIconTransformer.h"
@@ -148,10 +150,13 @@ void AppController::revealInFinder()
 void AppController::showPreferencePanel()
 {
     if (!preferenceController) {
-        preferenceController =
-            std::make_unique<PreferenceController>(m_app.settings, [](const QString &path) {
-                return ExpandedPathToIconTransformer::transformedValue(path);
-            });
+        PreferenceController::Questions questions;
+        questions.iconForPath = &ExpandedPathToIconTransformer::transformedValue;
+        questions.outputOf = [this](const QString &source) {
+            return OutputPath(m_app.settings).next(source);
+        };
+        questions.hasBrotli = &Tools::hasBrotli;
+        preferenceController = std::make_unique<PreferenceController>(m_app.settings, std::move(questions));
     }
     preferenceController->showWindow();
 }

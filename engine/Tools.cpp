@@ -59,6 +59,11 @@ std::array<std::pair<QString, QString>, 4> Tools::compressors() const
              {u"minify 2.24.8"_s, minify()}}};
 }
 
+bool Tools::hasBrotli()
+{
+    return QFileInfo(brotli()).isExecutable();
+}
+
 QString Tools::missingClassic() const
 {
     if (!QFileInfo(java).isExecutable())
@@ -85,7 +90,7 @@ QString Tools::missingModern(const QString &esbuild) const
 
 QString Tools::missing(const SettingsStore &settings) const
 {
-    if (settings.isTrue(brotliCheckerKeyString) && !QFileInfo(brotli()).isExecutable())
+    if (settings.isTrue(brotliCheckerKeyString) && !hasBrotli())
         return u"Brotli copies need %1. Install it, on Debian with: sudo apt install brotli"_s.arg(brotli());
     return isModernChosen(settings)
                ? missingModern(settings.stringForKey(esbuildPathKeyString).value_or(QString()))

@@ -49,6 +49,7 @@ struct Tools {
 
     /// What makes Brotli copies.
     [[nodiscard]] static QString brotli() { return QStringLiteral("/usr/bin/brotli"); }
+    [[nodiscard]] static bool hasBrotli();
 
     /// What is missing for a run with these settings, and what to do about it; empty if nothing is.
     [[nodiscard]] QString missing(const SettingsStore &settings) const;

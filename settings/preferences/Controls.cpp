@@ -59,6 +59,33 @@ void PopUpButton::wheelEvent(QWheelEvent *event)
     event->ignore();
 }
 
+RowLabel::RowLabel(QWidget *parent) : QLabel(parent)
+{
+    alignToControls();
+}
+
+void RowLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        alignToControls();
+}
+
+/// By the direction of the window. By itself a label goes by that of its text.
+void RowLabel::alignToControls()
+{
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    setAlignment((mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute | Qt::AlignVCenter);
+}
+
+QSize RowLabel::sizeHint() const
+{
+    QSize size = QLabel::sizeHint();
+    for (const RowLabel *label : window()->findChildren<RowLabel *>())
+        size.setWidth(std::max(size.width(), label->QLabel::sizeHint().width()));
+    return size;
+}
+
 PageArea::PageArea(QWidget *parent) : QScrollArea(parent)
 {
     setFocusPolicy(Qt::NoFocus); // the controls on the page take it
@@ -76,6 +103,14 @@ QSize PageArea::sizeHint() const
     if (page.width() > room.width())
         hint.rheight() += horizontalScrollBar()->sizeHint().height();
     return hint.boundedTo(room);
+}
+
+/// A scroll area lets its page grow and scroll; this one grows with it.
+bool PageArea::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
 }
 
 } // namespace brevant

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QLabel>
 #include <QScrollArea>
 
 namespace brevant {
@@ -15,10 +16,30 @@ class PopUpButton final : public QComboBox {
 public:
     using QComboBox::QComboBox;
 
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
 protected:
     void initStyleOption(QStyleOptionComboBox *option) const override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+};
+
+/// What stands before a row of controls, next to them. All those of a window are as wide as the widest of
+/// them, so that the controls of its pages begin at the same place.
+class RowLabel final : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit RowLabel(QWidget *parent);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void alignToControls();
 };
 
 /// Shows one page at its full size. Only where the screen is too small for it, the page scrolls.
@@ -30,6 +51,9 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 };
 
 } // namespace brevant

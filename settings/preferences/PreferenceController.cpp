@@ -4,6 +4,8 @@
 
 #include "files/PathString.h"
 #include "settings/Encodings.h"
+#include "settings/preferences/FamilyControls.h"
+#include "settings/preferences/OutputExample.h"
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Dialogs.h"
@@ -12,6 +14,7 @@
 #include <QButtonGroup>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -22,6 +25,8 @@ namespace brevant {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+constexpr int tabsIndent = 16; // from the edge of the window to the first tab
 
 /// A check box and the setting that it shows and stores.
 struct CheckerRow {
@@ -46,6 +51,9 @@ constexpr CheckerRow checkers[]{
     {&Ui::Preferences::badgeChecker, badgeCheckerKeyString},
     {&Ui::Preferences::gzipChecker, gzipCheckerKeyString},
     {&Ui::Preferences::keepXMLSpaceChecker, keepXMLSpaceCheckerKeyString},
+    {&Ui::Preferences::keepCommentsChecker, keepCommentsCheckerKeyString},
+    {&Ui::Preferences::sourceMapChecker, sourceMapCheckerKeyString},
+    {&Ui::Preferences::brotliChecker, brotliCheckerKeyString},
 };
 
 } // namespace
@@ -66,10 +74,8 @@ std::optional<QString> runFolderPanel(QWidget *window, const QString &startFolde
     return chosen.isEmpty() ? std::nullopt : std::optional(chosen.constFirst());
 }
 
-PreferenceController::PreferenceController(SettingsStore &store, IconForPath iconForPath,
-                                           FolderPanel folderPanel, QObject *parent)
-    : QObject(parent), m_store(store), m_iconForPath(std::move(iconForPath)),
-      m_folderPanel(std::move(folderPanel))
+PreferenceController::PreferenceController(SettingsStore &store, Questions questions, QObject *parent)
+    : QObject(parent), m_store(store), m_ask(std::move(questions))
 {
     init();
 }
@@ -87,6 +93,9 @@ void PreferenceController::init()
     setUpMenus();
     windowDidLoad();
     connectActions();
+    m_family = std::make_unique<FamilyControls>(*m_ui, m_store, m_ask.hasBrotli);
+    connect(&m_store, &SettingsStore::didChange, this, &PreferenceController::showExample);
+    showExample();
     m_window->installEventFilter(this);
 }
 
@@ -107,6 +116,13 @@ void PreferenceController::setUpMenus()
     m_ui->popupButton->insertSeparator(separatorItem);
     for (const Encoding &encoding : allEncodings)
         m_ui->encodingPopupButton->addItem(encoding.title);
+    auto *indent = new QWidget; // owned by the pages
+    (new QHBoxLayout(indent))->setContentsMargins(tabsIndent, 0, 0, 0);
+    m_ui->pages->setCornerWidget(indent, Qt::TopLeftCorner);
+    // Their sizes were asked for before they had their texts, and a page behind another does not say that it
+    // has grown.
+    m_ui->pages->updateGeometry();
+    m_ui->pageArea->updateGeometry();
 }
 
 void PreferenceController::windowDidLoad()
@@ -139,7 +155,8 @@ void PreferenceController::enableLineBreakField()
 
 void PreferenceController::insertNewItem(const QString &path)
 {
-    m_ui->popupButton->insertItem(newItem, m_iconForPath(path), PathString::lastComponent(path).toString());
+    m_ui->popupButton->insertItem(newItem, m_ask.iconForPath(path),
+                                  PathString::lastComponent(path).toString());
     m_ui->popupButton->setItemData(newItem, path, Qt::ToolTipRole);
     m_ui->popupButton->setCurrentIndex(newItem);
 }
@@ -151,6 +168,15 @@ void PreferenceController::loadEncoding()
         if (encoding.selectedAtLoad && stored == encoding.name)
             m_ui->encodingPopupButton->setCurrentText(encoding.title);
     }
+}
+
+/// Nothing is checked: it tells what the settings will do, whatever that is.
+void PreferenceController::showExample()
+{
+    const QString source = u"app.js"_s;
+    const std::optional<QString> output = m_ask.outputOf(source);
+    m_ui->exampleText->setText(exampleText(source, output, m_window->layoutDirection()));
+    m_ui->exampleText->setToolTip(output.value_or(QString()));
 }
 
 // Wiring
@@ -207,6 +233,10 @@ bool PreferenceController::eventFilter(QObject *watched, QEvent *event)
         const auto *key = static_cast<const QKeyEvent *>(event);
         if (key->matches(QKeySequence::Cancel) || key->matches(QKeySequence::Close))
             return m_window->close();
+        // The pages hear it of their controls, but not while nothing has the focus.
+        if ((key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) &&
+            key->modifiers().testFlag(Qt::ControlModifier))
+            return QCoreApplication::sendEvent(m_ui->pages, event);
     }
     return QObject::eventFilter(watched, event);
 }
@@ -280,7 +310,7 @@ void PreferenceController::folderItemChosen(int index)
 void PreferenceController::chooseFolderItemClicked()
 {
     const QString stored = m_store.stringForKey(selectedFolderKeyString).value_or(QString());
-    const std::optional<QString> path = m_folderPanel(m_window.get(), stored);
+    const std::optional<QString> path = m_ask.folderPanel(m_window.get(), stored);
     if (!path) {
         // A folder chosen earlier keeps its item, but the outputs go beside their sources again.
         m_ui->popupButton->setCurrentIndex(sameFolderItem);

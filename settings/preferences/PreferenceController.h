@@ -21,6 +21,8 @@ class Preferences;
 
 namespace brevant {
 
+class FamilyControls;
+
 /// Asks the user for a folder in a modal panel over `window`, beginning in `startFolder` if it exists.
 /// The absolute path of the folder, or nothing if the user did not confirm.
 [[nodiscard]] std::optional<QString> runFolderPanel(QWidget *window, const QString &startFolder);
@@ -34,15 +36,23 @@ class PreferenceController final : public QObject {
     Q_OBJECT
 
 public:
-    /// The picture of the item of a chosen folder.
-    using IconForPath = std::function<QIcon(const QString &path)>;
+    /// What the window asks of rooms that it does not know.
+    struct Questions {
+        /// The picture of the item of a chosen folder.
+        std::function<QIcon(const QString &path)> iconForPath;
 
-    /// As runFolderPanel().
-    using FolderPanel = std::function<std::optional<QString>(QWidget *window, const QString &startFolder)>;
+        /// Where the output of a source would go by the settings as they are; nothing if nowhere.
+        std::function<std::optional<QString>(const QString &source)> outputOf;
+
+        /// Whether Brotli copies can be made.
+        std::function<bool()> hasBrotli;
+
+        std::function<std::optional<QString>(QWidget *window, const QString &startFolder)> folderPanel =
+            runFolderPanel;
+    };
 
     /// Loads the window, without showing it. The store must outlive the controller.
-    explicit PreferenceController(SettingsStore &store, IconForPath iconForPath,
-                                  FolderPanel folderPanel = runFolderPanel, QObject *parent = nullptr);
+    explicit PreferenceController(SettingsStore &store, Questions questions, QObject *parent = nullptr);
     ~PreferenceController() override;
 
     [[nodiscard]] QWidget *window() const { return m_window.get(); }
@@ -108,6 +118,7 @@ private:
     void windowDidLoad();
     void loadSuffix();
     void loadEncoding();
+    void showExample();
 
     void setUpMenus();
     void connectActions();
@@ -121,11 +132,11 @@ private:
     void storeEncoding(QLatin1StringView name) { m_store.setObject(name, selectedEncodingKeyString); }
 
     SettingsStore &m_store;
-    const IconForPath m_iconForPath;
-    const FolderPanel m_folderPanel;
+    const Questions m_ask;
     std::unique_ptr<QWidget> m_window;
     std::unique_ptr<Ui::Preferences> m_ui; ///< the controls, under their names; owned by the window
-    int m_rowBeforeClick = -1;             ///< the row of `suffixMatrix` chosen when the last click began
+    std::unique_ptr<FamilyControls> m_family;
+    int m_rowBeforeClick = -1; ///< the row of `suffixMatrix` chosen when the last click began
 };
 
 } // namespace brevant

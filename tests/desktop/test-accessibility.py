@@ -64,10 +64,13 @@ def every_preference_has_a_name_and_a_role(case):
     equal(window.role, "dialog")
     counts = {}
     for node in window.walk():
+        if node.role == "page tab":
+            equal(bool(node.name), True, f"name of {node!r}")
+            counts[node.role] = counts.get(node.role, 0) + 1
         if node.role in ("check box", "radio button", "text", "combo box"):
             equal(bool(node.name and node.description), True, f"name and description of {node!r}")
             counts[node.role] = counts.get(node.role, 0) + 1
-    equal(counts, {"check box": 12, "radio button": 2, "text": 2, "combo box": 2})
+    equal(counts, {"check box": 15, "radio button": 2, "text": 2, "combo box": 3, "page tab": 3})
 
 
 def the_preview_is_a_dialog(case):

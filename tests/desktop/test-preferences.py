@@ -14,6 +14,11 @@ def preferences(case):
     return program, window
 
 
+def turn_to(program, window, page):
+    program.click(window.find("page tab", page))
+    window.find("page tab list", page)
+
+
 def expect_stored(program, **settings):
     wait_for(lambda: f"{settings} in {program.settings()}",
              lambda: settings.items() <= program.settings().items())
@@ -35,6 +40,7 @@ def check_boxes_are_stored_at_once(case):
     equal("checked" in box.states, True)
     program.click_check_box(box)
     expect_stored(program, gzipCheckerKeyString=False)
+    turn_to(program, window, "Files and Runs")
     program.click_check_box(window.find("check box", "Accept HTML files"))
     expect_stored(program, enableHTMLCheckerKeyString=False)
     equal(len(program.root.all("alert message")), 0)
@@ -42,6 +48,7 @@ def check_boxes_are_stored_at_once(case):
 
 def the_line_break_column_is_typed(case):
     program, window = preferences(case)
+    turn_to(program, window, "Compressors")
     field = window.find("text", "Column after which lines break")
     equal("enabled" in field.states, False)
     program.click_check_box(window.find("check box", "Break lines after column"))
@@ -72,6 +79,7 @@ def the_same_name_as_the_source_is_warned_of(case):
 
 def php_is_warned_of(case):
     program, window = preferences(case)
+    turn_to(program, window, "Files and Runs")
     box = window.find("check box", "Accept PHP and PHTML files (experiment)")
     program.click_check_box(box)
     texts, button = warning(program)
@@ -110,11 +118,44 @@ def a_typed_suffix_names_the_next_output(case):
 
 def an_encoding_is_chosen_from_the_list(case):
     program, window = preferences(case)
+    turn_to(program, window, "Files and Runs")
     box = window.find("combo box", "Unicode (utf-8)")
     program.click(box)
     program.key("Down", "Down", "Return")
     expect_stored(program, selectedEncodingKeyString="gbk")
     equal(box.name, "Chinese (gbk)")
+
+
+def compressors_are_chosen(case):
+    program, window = preferences(case)
+    turn_to(program, window, "Compressors")
+    maps = window.find("check box", "Also make source maps (.map)")
+    semicolons = window.find("check box", "Keep all semicolons (JavaScript)")
+    equal(("enabled" in maps.states, "enabled" in semicolons.states), (False, True))
+    equal(maps.description, "Needs the modern compressors.")
+    program.click(window.find("combo box", "Classic (YUI Compressor, htmlcompressor)"))
+    program.key("Down", "Return")
+    expect_stored(program, compressorsKeyString="modern")
+    wait_for("source maps to choose", lambda: "enabled" in maps.states)
+    equal("enabled" in semicolons.states, False)
+    program.click_check_box(maps)
+    expect_stored(program, sourceMapCheckerKeyString=True)
+
+
+def the_example_follows(case):
+    program, window = preferences(case)
+
+    def example():
+        texts = [node.name for node in window.all("label") if "app.js" in node.name]
+        return texts[0].replace("\u2066", "").replace("\u2069", "") if texts else None
+    wait_for("the example", lambda: example() == "app.js → app.min.js")
+    program.click(window.find("text", "Suffix"))
+    program.key("ctrl+a", "BackSpace")
+    wait_for("the example of an empty suffix", lambda: example() == "app.js → app.js, replaces the source")
+    file = case.session.home / "config/brevant/settings.json"
+    wait_for("the stored suffix", lambda: program.settings().get("suffixKeyString") == "")
+    file.write_text('{"sameFolderKeyString": false, "selectedFolderKeyString": "/out"}')
+    wait_for("the example of a change from outside", lambda: example() == "app.js → /out/app.min.js")
 
 
 def a_folder_for_the_outputs_is_chosen(case):
@@ -173,4 +214,4 @@ def panels_leave_nothing_behind(case):
 
 run([check_boxes_are_stored_at_once, the_line_break_column_is_typed, the_same_name_as_the_source_is_warned_of,
      php_is_warned_of, a_typed_suffix_names_the_next_output, an_encoding_is_chosen_from_the_list,
-     a_folder_for_the_outputs_is_chosen, the_window_is_moved_by_its_background, panels_leave_nothing_behind])
+     compressors_are_chosen, the_example_follows, a_folder_for_the_outputs_is_chosen, the_window_is_moved_by_its_background, panels_leave_nothing_behind])

@@ -9,19 +9,35 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 
 #include <memory>
 #include <optional>
+#include <type_traits>
 
 using namespace Qt::StringLiterals;
 
 namespace brevant::test {
+
+/// Turns to the page on which a control stands, as a user has to.
+inline void turnToPageOf(QWidget *control)
+{
+    for (QWidget *page = control; page != nullptr; page = page->parentWidget()) {
+        auto *pages = page->parentWidget() == nullptr
+                          ? nullptr
+                          : qobject_cast<QTabWidget *>(page->parentWidget()->parentWidget());
+        if (pages != nullptr && pages->indexOf(page) >= 0)
+            pages->setCurrentWidget(page);
+    }
+}
 
 /// A preferences window on a settings store of its own.
 class PreferenceBench final {
@@ -31,18 +47,24 @@ public:
     /// Makes the controller, on the settings as they are now.
     void load()
     {
-        const auto icon = [this](const QString &path) {
+        PreferenceController::Questions questions;
+        questions.iconForPath = [this](const QString &path) {
             iconPaths.append(path);
             QPixmap picture(16, 16);
             picture.fill(Qt::red);
             return QIcon(picture);
         };
-        const auto panel = [this](QWidget *window, const QString &startFolder) {
+        questions.outputOf = [this](const QString &source) {
+            sources.append(source);
+            return output;
+        };
+        questions.hasBrotli = [this] { return hasBrotli; };
+        questions.folderPanel = [this](QWidget *window, const QString &startFolder) {
             panelWindow = window;
             startFolders.append(startFolder);
             return answer;
         };
-        controller = std::make_unique<PreferenceController>(store, icon, panel);
+        controller = std::make_unique<PreferenceController>(store, questions);
     }
 
     /// Makes the controller and shows its window as the active one.
@@ -53,11 +75,17 @@ public:
         return QTest::qWaitForWindowActive(controller->window());
     }
 
+    /// The control of that name, with its page to the front.
     template <typename Control>
     [[nodiscard]] Control *control(const char *name)
     {
-        return controller->window()->findChild<Control *>(QString::fromLatin1(name));
+        auto *control = controller->window()->findChild<Control *>(QString::fromLatin1(name));
+        if constexpr (std::is_base_of_v<QWidget, Control>)
+            turnToPageOf(control);
+        return control;
     }
+
+    [[nodiscard]] QTabWidget *pages() { return controller->window()->findChild<QTabWidget *>(); }
 
     [[nodiscard]] QList<QCheckBox *> checkers() { return controller->window()->findChildren<QCheckBox *>(); }
 
@@ -69,8 +97,11 @@ public:
     QTemporaryDir folder;
     SettingsStore store{filePath()};
     QSignalSpy writes{&store, &SettingsStore::didChange};
-    QStringList iconPaths;                ///< whose icons were asked for
-    std::optional<QString> answer;        ///< what the folder panel answers
+    QStringList iconPaths;         ///< whose icons were asked for
+    std::optional<QString> answer; ///< what the folder panel answers
+    QStringList sources;           ///< whose outputs were asked for
+    std::optional<QString> output; ///< where they go
+    bool hasBrotli = true;
     QStringList startFolders;             ///< one for each run of the folder panel
     const QWidget *panelWindow = nullptr; ///< the window the folder panel was over
     std::unique_ptr<PreferenceController> controller;
@@ -92,6 +123,13 @@ public:
     return setting->key;
 }
 
+/// The compressors for which the check box of that key is not greyed.
+[[nodiscard]] inline QString familyOf(QLatin1StringView key)
+{
+    return key == sourceMapCheckerKeyString || key == keepCommentsCheckerKeyString ? u"modern"_s
+                                                                                   : u"classic"_s;
+}
+
 /// One row of test data, for each check box of the window: its name and its key.
 inline void addCheckerRows()
 {
@@ -101,9 +139,18 @@ inline void addCheckerRows()
         QTest::addRow("%s", qPrintable(checker->objectName())) << keyOf(checker->objectName());
 }
 
+/// Without the buttons that are parts of other controls.
+[[nodiscard]] inline QList<QAbstractButton *> buttonsOn(const QWidget &page)
+{
+    QList<QAbstractButton *> buttons = page.findChildren<QAbstractButton *>();
+    buttons.removeIf([](const QAbstractButton *button) { return qobject_cast<const QToolButton *>(button); });
+    return buttons;
+}
+
 /// Picks an item by keys alone: opens the list, goes to the item, takes it.
 [[nodiscard]] inline bool pick(QComboBox *popup, int index)
 {
+    turnToPageOf(popup);
     QTest::keyClick(popup, Qt::Key_Space);
     QAbstractItemView *list = popup->view();
     if (!QTest::qWaitFor([list] { return list->isVisible(); }))

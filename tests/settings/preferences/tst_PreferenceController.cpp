@@ -33,6 +33,7 @@ private Q_SLOTS:
     {
         QFETCH(QLatin1StringView, key);
         PreferenceBench bench;
+        bench.store.setObject(familyOf(key), compressorsKeyString);
         QVERIFY(bench.show());
         auto *checker = bench.control<QCheckBox>(QTest::currentDataTag());
         QVERIFY(checker != nullptr);

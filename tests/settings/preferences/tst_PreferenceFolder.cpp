@@ -212,7 +212,11 @@ private Q_SLOTS:
         PreferenceBench bench;
         bench.store.setBool(false, sameFolderKeyString); // as it is after an earlier choice
         bench.store.setObject(folder.path(), selectedFolderKeyString);
-        PreferenceController controller(bench.store, [](const QString &) { return QIcon(); });
+        PreferenceController::Questions questions;
+        questions.iconForPath = [](const QString &) { return QIcon(); };
+        questions.outputOf = [](const QString &source) { return source; };
+        questions.hasBrotli = [] { return true; };
+        PreferenceController controller(bench.store, questions);
         controller.showWindow();
         QVERIFY(QTest::qWaitForWindowActive(controller.window()));
 

