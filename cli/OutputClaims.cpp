@@ -31,13 +31,21 @@ bool ignoresCapitals(const QString &folder)
                                folder, PathString::lastComponent(probe.fileName()).toString().toUpper()));
 }
 
+/// Whether one of the files still has that mark. Of one that another run has replaced, a new file may have
+/// it.
+bool isHeld(const QHash<QString, QString> &files, const QString &mark)
+{
+    const auto file = files.constFind(mark);
+    return file != files.constEnd() && FileMarks::all(*file).contains(mark);
+}
+
 } // namespace
 
 OutputClaims::OutputClaims(const std::vector<QString> &sources)
 {
     for (const QString &source : sources) {
         for (const QString &mark : FileMarks::all(source))
-            m_sources.insert(mark);
+            m_sources.insert(mark, source);
     }
 }
 
@@ -48,20 +56,20 @@ QString OutputClaims::claim(const QString &source, const std::optional<QString> 
     const QStringList marks = FileMarks::all(*output);
     const QStringList own = FileMarks::all(source);
     const bool isSource = std::ranges::any_of(
-        marks, [&](const QString &mark) { return m_sources.contains(mark) && !own.contains(mark); });
+        marks, [&](const QString &mark) { return !own.contains(mark) && isHeld(m_sources, mark); });
     if (isSource)
         return u"its output %1 is the source of another file in the list"_s.arg(*output);
     if (isTaken(*output, marks))
         return u"its output %1 is that of another file in the list"_s.arg(*output);
     for (const QString &mark : marks)
-        m_outputs.insert(mark);
+        m_outputs.insert(mark, *output);
     m_outputsInAnyCase.insert(marks.front().toCaseFolded());
     return {};
 }
 
 bool OutputClaims::isTaken(const QString &output, const QStringList &marks) const
 {
-    return std::ranges::any_of(marks, [this](const QString &mark) { return m_outputs.contains(mark); }) ||
+    return std::ranges::any_of(marks, [this](const QString &mark) { return isHeld(m_outputs, mark); }) ||
            (m_outputsInAnyCase.contains(marks.front().toCaseFolded()) &&
             ignoresCapitals(PathString::folder(output).toString()));
 }

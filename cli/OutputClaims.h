@@ -4,6 +4,7 @@
 
 #include "engine/MinifyJob.h"
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -25,9 +26,9 @@ public:
 private:
     [[nodiscard]] bool isTaken(const QString &output, const QStringList &marks) const;
 
-    QSet<QString> m_sources;
-    QSet<QString> m_outputs;
-    QSet<QString> m_outputsInAnyCase; ///< folders and names, case-folded
+    QHash<QString, QString> m_sources; ///< by mark
+    QHash<QString, QString> m_outputs; ///< by mark
+    QSet<QString> m_outputsInAnyCase;  ///< folders and names, case-folded
 };
 
 /// Why an entry whose path holds RawBytes is not run.

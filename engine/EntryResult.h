@@ -46,7 +46,8 @@ struct EntryResult {
     QString detail;    ///< why there is no safety copy, why it was refused, or why the source is not put back
     QStringList notes; ///< whole sentences about other things that became of the user's files
     QString obstacle;  ///< what was in the compressor's way; empty if nothing was in sight
-    int status = 0;    ///< the compressor's exit status, or the signal that ended it
+    bool isUntouched = false;         ///< a modern compressor failed before its output was written into
+    int status = 0;                   ///< the compressor's exit status, or the signal that ended it
     double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards

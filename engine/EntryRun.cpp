@@ -149,8 +149,7 @@ QString EntryRun::keepSafeFromModern(const QString &source, const QString &targe
     const Danger danger = dangerOf(source, target, outputAtStart);
     if (danger == Danger::AnotherEntry || (danger == Danger::None && isInto))
         return m_safetyCopy.make(target, danger == Danger::None ? Danger::Output : danger);
-    const bool isKept = danger == Danger::Surprise || (danger == Danger::Replaced && isInto);
-    return m_safetyCopy.make(source, isKept ? danger : Danger::None);
+    return m_safetyCopy.make(source, danger == Danger::Replaced && !isInto ? Danger::Exchanged : danger);
 }
 
 EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)

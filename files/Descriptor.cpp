@@ -12,14 +12,14 @@ Descriptor openFile(const QByteArray &path, int flags, mode_t mode, int folder)
         [&] { return ::openat(folder, path.constData(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode); }));
 }
 
-Descriptor openRegularFile(const QByteArray &path)
+Descriptor openRegularFile(const QByteArray &path, int flags)
 {
     struct stat status {};
     if (::stat(path.constData(), &status) != 0)
         return Descriptor();
     if (S_ISREG(status.st_mode)) {
         // It may have been replaced since.
-        Descriptor file = openFile(path, O_RDONLY);
+        Descriptor file = openFile(path, flags);
         if (!file.isOpen() || (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode)))
             return file;
     }

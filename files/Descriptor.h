@@ -59,9 +59,9 @@ private:
 [[nodiscard]] Descriptor openFile(const QByteArray &path, int flags, mode_t mode = 0600,
                                   int folder = AT_FDCWD);
 
-/// Opens a regular file for reading, and nothing else, as opening a device may have effects. Closed, with
-/// errno set, on failure; EINVAL stands for a file that is not regular.
-[[nodiscard]] Descriptor openRegularFile(const QByteArray &path);
+/// Opens a regular file, and nothing else, as opening a device may have effects. Closed, with errno set, on
+/// failure; EINVAL stands for a file that is not regular.
+[[nodiscard]] Descriptor openRegularFile(const QByteArray &path, int flags = O_RDONLY);
 
 /// Waits until content and attributes of an open file are on the disk; false, with errno set, on failure.
 [[nodiscard]] bool flushFile(int file);

@@ -5,10 +5,12 @@
 #include "files/FileBytes.h"
 #include "files/Folders.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 
 #include <cstdio>
 
+#include <sys/file.h>
 #include <sys/stat.h>
 
 namespace brevant {
@@ -61,6 +63,26 @@ bool DurableFile::openTemporary(mode_t mode)
     return m_file.isOpen();
 }
 
+/// Gives the file the same temporary name for each writer of the target, so that the next one clears away
+/// what a killed one has left. While a living one has that name, it is another.
+QByteArray DurableFile::nameBeside()
+{
+    const auto link = [this](const QByteArray &name) { return linkOpenFile(m_file.number(), name); };
+    const QByteArray hash = QCryptographicHash::hash(m_target, QCryptographicHash::Sha1);
+    const QByteArray name = folderOf(m_target) + "/.brevant-" + hash.first(8).toHex() + ".tmp";
+    // The lock tells that the writer lives.
+    if (::flock(m_file.number(), LOCK_EX | LOCK_NB) != 0)
+        return makeBeside(m_target, link);
+    if (link(name))
+        return name;
+    const Descriptor left = openFile(name, O_RDONLY | O_NOFOLLOW);
+    struct stat status {};
+    if (left.isOpen() && ::fstat(left.number(), &status) == 0 && S_ISREG(status.st_mode) &&
+        status.st_uid == ::geteuid() && ::flock(left.number(), LOCK_EX | LOCK_NB) == 0)
+        ::unlink(name.constData());
+    return link(name) ? name : makeBeside(m_target, link);
+}
+
 bool DurableFile::write(QByteArrayView bytes)
 {
     if (!open() || !FileBytes::writeAll(m_file.number(), bytes, m_size))
@@ -89,13 +111,15 @@ bool DurableFile::commit()
 {
     if (!flush())
         return false;
-    // Named only now: a program killed between naming and renaming leaves the file behind.
-    if (m_temporary.isEmpty())
-        m_temporary =
-            makeBeside(m_target, [&](const QByteArray &name) { return linkOpenFile(m_file.number(), name); });
-    if (m_temporary.isEmpty() || ::rename(m_temporary.constData(), m_target.constData()) != 0)
-        return fail();
-    m_temporary.clear();
+    // Named only now, and where no file is in the way by its true name at once: a program killed between
+    // naming and renaming leaves the file behind.
+    if (!m_temporary.isEmpty() || !linkOpenFile(m_file.number(), m_target)) {
+        if (m_temporary.isEmpty())
+            m_temporary = nameBeside();
+        if (m_temporary.isEmpty() || ::rename(m_temporary.constData(), m_target.constData()) != 0)
+            return fail();
+        m_temporary.clear();
+    }
     // The new file is complete and in place even if its folder cannot be flushed.
     static_cast<void>(flushFolder(folderOf(m_target)));
     discard();

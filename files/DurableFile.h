@@ -18,7 +18,8 @@ namespace brevant {
 ///
 /// The bytes go to an unnamed file in the same folder (or to one with a temporary name where the file system
 /// has no O_TMPFILE), which is flushed and then renamed over the target; the folder is flushed too. A program
-/// that is killed leaves nothing behind, except between naming and renaming. Symbolic links are followed. The
+/// that is killed leaves nothing behind, except between naming and renaming, where a file is to be replaced;
+/// the next to replace it clears that away. Symbolic links are followed. The
 /// target keeps its mode and, if the process may set it, its owner.
 class DurableFile final {
 public:
@@ -56,6 +57,7 @@ private:
     [[nodiscard]] bool open();
     [[nodiscard]] bool openNew();
     [[nodiscard]] bool openTemporary(mode_t mode);
+    [[nodiscard]] QByteArray nameBeside();
     [[nodiscard]] bool fail();
     void discard();
 

@@ -71,6 +71,10 @@ std::optional<QByteArray> readAll(int file)
     struct stat status {};
     if (::fstat(file, &status) != 0)
         return std::nullopt;
+    if (status.st_size > longestText) {
+        errno = EFBIG;
+        return std::nullopt;
+    }
     QByteArray bytes;
     for (qint64 wanted = status.st_size + 1;; wanted = chunkSize) { // it may grow meanwhile
         const std::optional<QByteArray> more = read(file, wanted, bytes.size());

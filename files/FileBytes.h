@@ -19,7 +19,11 @@ namespace brevant::FileBytes {
 /// Up to `size` bytes at `offset`, fewer at the end of the file; nothing on failure.
 [[nodiscard]] std::optional<QByteArray> read(int file, qint64 size, off_t offset);
 
-/// The whole content of an open file; nothing on failure.
+/// What is read at once has at most so many bytes. The memory may not hold more, of a sparse file say, and a
+/// program without memory is ended with all that it has in hand.
+constexpr qint64 longestText = 1'000'000'000;
+
+/// The whole content of an open file; nothing on failure, with EFBIG if it is too long.
 [[nodiscard]] std::optional<QByteArray> readAll(int file);
 
 /// The whole content of the regular file `path`; nothing on failure.

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace brevant {
@@ -29,8 +30,20 @@ void setUp(QProcess &process, const Filter &filter)
     process.setProgram(filter.program);
     process.setArguments(filter.arguments);
     process.setWorkingDirectory(QStringLiteral("/"));
-    // A group of its own, so that Ctrl+C does not end it, and all of it can be ended.
-    process.setChildProcessModifier([] { ::setpgid(0, 0); });
+    process.setChildProcessModifier([parent = ::getpid()] {
+        // A group of its own, so that Ctrl+C does not end it, and all of it can be ended.
+        ::setpgid(0, 0);
+        // One that hangs would outlive a program that is killed.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent)
+            ::_exit(1);
+    });
+}
+
+void killGroup(const QProcess &process)
+{
+    if (process.processId() > 0)
+        ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
 }
 
 /// Takes what has come meanwhile, so that little of it is held twice.
@@ -42,15 +55,45 @@ void takeOutput(QProcess &process, FilterRun &run)
         QByteArrayView(messages).first(std::min(messages.size(), mostMessages - run.messages.size()));
 }
 
-/// Why the filter must be ended now; Exited if it may go on.
-FilterRun::End reasonToEnd(const FilterRun &run, qsizetype inputSize, const std::atomic<Stop> &stop,
-                           bool isLate)
+/// As soon as it comes, so that a flood does not gather.
+void takeWhatComes(QProcess &process, FilterRun &run, qsizetype inputSize)
 {
-    if (stop == Stop::AtOnce)
-        return FilterRun::End::Stopped;
-    if (run.output.size() > longestOutput(inputSize))
-        return FilterRun::End::TooLong;
-    return isLate ? FilterRun::End::TooSlow : FilterRun::End::Exited;
+    const auto take = [&process, &run, inputSize] {
+        takeOutput(process, run);
+        if (run.output.size() > longestOutput(inputSize)) {
+            run.end = FilterRun::End::TooLong;
+            killGroup(process);
+        }
+    };
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, take);
+    QObject::connect(&process, &QProcess::readyReadStandardError, &process, take);
+    QObject::connect(&process, &QProcess::errorOccurred, &process, [&run](QProcess::ProcessError error) {
+        if (error == QProcess::ReadError || error == QProcess::WriteError)
+            run.end = FilterRun::End::Cut;
+    });
+}
+
+/// Ends the filter where it must go on no longer.
+void endInTime(QProcess &process, FilterRun &run, const std::atomic<Stop> &stop, bool isLate)
+{
+    if (stop != Stop::AtOnce && !isLate)
+        return;
+    run.end = stop == Stop::AtOnce ? FilterRun::End::Stopped : FilterRun::End::TooSlow;
+    killGroup(process);
+}
+
+/// How a filter that nobody has ended came to its end.
+void readEnd(const QProcess &process, FilterRun &run)
+{
+    run.status = process.exitCode();
+    if (process.error() == QProcess::FailedToStart) {
+        run.end = FilterRun::End::NotStarted;
+        run.error = process.errorString();
+    } else if (process.exitStatus() == QProcess::CrashExit) {
+        run.end = FilterRun::End::Crashed;
+    } else if (run.status != 0) {
+        run.end = FilterRun::End::Exited; // whatever it has not read
+    }
 }
 
 } // namespace
@@ -68,27 +111,15 @@ FilterRun runFilter(const Filter &filter, const QByteArray &input, const std::at
     FilterRun run;
     QProcess process;
     setUp(process, filter);
+    takeWhatComes(process, run, input.size());
     process.start();
     process.write(input);
     process.closeWriteChannel();
-    while (process.state() != QProcess::NotRunning && !process.waitForFinished(lookAgain)) {
-        takeOutput(process, run);
-        const bool isLate = std::chrono::steady_clock::now() > deadline;
-        run.end = reasonToEnd(run, input.size(), stop, isLate);
-        if (run.end != FilterRun::End::Exited && process.processId() > 0) {
-            ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
-            process.waitForFinished(-1);
-            return run;
-        }
-    }
+    while (process.state() != QProcess::NotRunning && !process.waitForFinished(lookAgain))
+        endInTime(process, run, stop, std::chrono::steady_clock::now() > deadline);
     takeOutput(process, run);
-    run.status = process.exitCode();
-    if (process.error() == QProcess::FailedToStart) {
-        run.end = FilterRun::End::NotStarted;
-        run.error = process.errorString();
-    } else if (process.exitStatus() == QProcess::CrashExit) {
-        run.end = FilterRun::End::Crashed;
-    }
+    if (run.end == FilterRun::End::Exited || run.end == FilterRun::End::Cut)
+        readEnd(process, run);
     return run;
 }
 
@@ -100,6 +131,8 @@ QString FilterRun::words(const Filter &filter) const
         return QStringLiteral("%1 ended with status %2").arg(name).arg(status);
     case End::Crashed:
         return QStringLiteral("%1 was ended by signal %2").arg(name).arg(status);
+    case End::Cut:
+        return QStringLiteral("%1 did not take its whole text, or its result could not be read").arg(name);
     case End::NotStarted:
         return QStringLiteral("%1 could not be started: %2").arg(name, error);
     case End::TooSlow:

@@ -24,6 +24,7 @@ struct FilterRun {
     enum class End {
         Exited,
         Crashed,    ///< or ended by somebody's signal
+        Cut,        ///< it did not take the whole text, or the pipes failed: the result may be part of one
         NotStarted, ///< `error` says why
         TooSlow,
         TooLong, ///< the output is longer than any that makes sense

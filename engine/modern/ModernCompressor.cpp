@@ -244,6 +244,9 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
         ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools, isAscii), text.utf8, stop);
         if (!result.error.isEmpty())
             return result;
+        // Who knows what program that is; ours makes nothing of comments alone.
+        if (result.output.isEmpty() && !options.esbuild.isEmpty() && !text.utf8.trimmed().isEmpty())
+            return failure(u"%1 made an empty text of it"_s.arg(options.esbuild));
         if (options.makeSourceMap)
             result.sourceMap = takeSourceMap(result.output, sourcePath, outputPath);
         QByteArray encoded = text.mark;

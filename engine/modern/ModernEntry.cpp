@@ -6,6 +6,7 @@
 #include "engine/modern/SourceMap.h"
 #include "files/DurableFile.h"
 #include "files/FileBytes.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <utility>
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace brevant {
 
@@ -32,38 +34,69 @@ std::optional<struct stat> statusOf(const QString &path)
 /// Writes over the content of an existing file. The reason of a failure, or an empty text.
 QString writeInto(const QString &path, const QByteArray &bytes)
 {
-    const Descriptor file = openFile(QFile::encodeName(path), O_WRONLY);
+    const Descriptor file = openRegularFile(QFile::encodeName(path), O_WRONLY);
     const bool isWritten = file.isOpen() && FileBytes::writeAll(file.number(), bytes, 0) &&
                            ::ftruncate(file.number(), bytes.size()) == 0 && flushFile(file.number());
     return isWritten ? QString() : qt_error_string(errno);
 }
 
-/// Replaces a file, or makes one with the mode of `source`. The reason of a failure, or an empty text.
-QString replace(const QString &path, const QByteArray &bytes, const struct stat &source)
+/// Writes a new file beside its place, to the disk. The reason of a failure, or an empty text.
+QString prepare(DurableFile &file, const QByteArray &bytes, const struct stat &source)
 {
-    DurableFile file(path);
     file.setModeOfNew(source.st_mode & 0777);
-    return file.write(bytes) && file.commit() ? QString() : file.errorText();
+    return file.write(bytes) && file.flush() ? QString() : file.errorText();
+}
+
+/// Writes output and source map; neither is put into place before there is room for both.
+QString writeFiles(const ModernResult &minified, const struct stat &source, const QString &output,
+                   bool isInto)
+{
+    const bool hasMap = !minified.sourceMap.isEmpty();
+    DurableFile map(sourceMapPath(output));
+    DurableFile file(output);
+    QString error = isInto ? QString() : prepare(file, minified.output, source);
+    if (hasMap && error.isEmpty())
+        error = prepare(map, minified.sourceMap, source);
+    if (hasMap && error.isEmpty() && !map.commit())
+        error = map.errorText();
+    if (!error.isEmpty())
+        return error;
+    if (isInto)
+        return writeInto(output, minified.output);
+    return file.commit() ? QString() : file.errorText();
+}
+
+bool isSameFile(const struct stat &a, const std::optional<struct stat> &b)
+{
+    return b && a.st_dev == b->st_dev && a.st_ino == b->st_ino;
+}
+
+/// Whether a file still holds what was read of it.
+bool isUnchanged(const struct stat &then, const std::optional<struct stat> &now)
+{
+    return isSameFile(then, now) && then.st_size == now->st_size &&
+           then.st_mtim.tv_sec == now->st_mtim.tv_sec && then.st_mtim.tv_nsec == now->st_mtim.tv_nsec;
 }
 
 void fail(EntryResult &result, const QString &why)
 {
     result.outcome = Outcome::NotMinified;
     result.obstacle = why;
+    result.isUntouched = true;
 }
 
-void write(const ModernResult &minified, const struct stat &source, bool isInto, EntryResult &result)
+void write(const ModernResult &minified, const struct stat &source, bool isInto, bool isInPlace,
+           EntryResult &result)
 {
-    const QString &output = *result.output;
-    const std::optional<struct stat> old = statusOf(output);
-    const bool isSourceItself = old && old->st_dev == source.st_dev && old->st_ino == source.st_ino;
-    QString error;
-    if (!minified.sourceMap.isEmpty())
-        error = replace(sourceMapPath(output), minified.sourceMap, source);
-    if (error.isEmpty() && !(minified.isSource && isSourceItself))
-        error = isInto ? writeInto(output, minified.output) : replace(output, minified.output, source);
-    if (!error.isEmpty())
-        return fail(result, u"the output could not be written: %1"_s.arg(error));
+    if (isInPlace && !isUnchanged(source, statusOf(*result.output)))
+        return fail(result, u"the source was changed meanwhile"_s);
+    const bool isNeeded = !minified.isSource || !isInPlace;
+    if (const QString error = isNeeded ? writeFiles(minified, source, *result.output, isInto) : QString();
+        !error.isEmpty()) {
+        fail(result, u"the output could not be written: %1"_s.arg(error));
+        result.isUntouched = !isInto;
+        return;
+    }
     result.outcome = Outcome::Done;
     result.sizeAfter = minified.output.size();
 }
@@ -78,7 +111,7 @@ std::optional<qint64> makeCopy(const QString &output, const QString &extension, 
         return std::nullopt;
     const FilterRun run = runFilter(filter, *bytes, stop, timeFor(bytes->size()));
     DurableFile copy(PathString::withExtension(output, extension), *status);
-    if (!run.isSuccess() || !copy.write(run.output) || !copy.commit())
+    if (!run.isSuccess() || run.output.isEmpty() || !copy.write(run.output) || !copy.commit())
         return std::nullopt;
     return run.output.size();
 }
@@ -88,9 +121,13 @@ std::optional<qint64> makeCopy(const QString &output, const QString &extension, 
 bool isWrittenInto(const QString &output)
 {
     const std::optional<struct stat> status = statusOf(output);
-    const QByteArray folder = QFile::encodeName(PathString::folder(output).toString());
-    return status && (status->st_nlink > 1 || status->st_uid != ::geteuid() ||
-                      ::faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) != 0);
+    if (!status)
+        return errno != ENOENT; // who knows what is there
+    const QByteArray path = QFile::encodeName(output);
+    const QByteArray folder = folderOf(linkTarget(path));
+    return status->st_nlink > 1 || status->st_uid != ::geteuid() ||
+           ::getxattr(path.constData(), "system.posix_acl_access", nullptr, 0) > 0 ||
+           ::faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) != 0;
 }
 
 void runModernEntry(const FileKind &kind, const ModernOptions &options, const Tools &tools,
@@ -106,12 +143,13 @@ void runModernEntry(const FileKind &kind, const ModernOptions &options, const To
         return fail(result, u"the source cannot be read: %1"_s.arg(
                                 errno == EINVAL ? u"it is not a regular file"_s : qt_error_string(errno)));
     result.sizeBefore = bytes->size();
+    const bool isInPlace = isSameFile(source, statusOf(*result.output));
     ModernResult minified = minifyModern(kind, *bytes, options, tools, result.source, *result.output, stop);
     result.messages = std::move(minified.messages);
     if (!minified.error.isEmpty())
         return fail(result, minified.error);
-    write(minified, source, isInto, result);
-    if (minified.isSource && !bytes->isEmpty())
+    write(minified, source, isInto, isInPlace, result);
+    if (minified.isSource && result.outcome == Outcome::Done && !bytes->isEmpty())
         result.messages.shown.push_back(
             {CompressorMessage::Kind::Information,
              u"not smaller when minified, so the output is the source as it is"_s});

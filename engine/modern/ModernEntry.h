@@ -10,8 +10,8 @@
 
 namespace brevant {
 
-/// Whether an existing output must be written into, as another file in its place would lose one of its names
-/// or its owner, or cannot be made in its folder.
+/// Whether an existing output must be written into, as another file in its place would lose one of its names,
+/// its owner or its access control list, or cannot be made in its folder.
 [[nodiscard]] bool isWrittenInto(const QString &output);
 
 /// Minifies a source by a modern compressor and writes its output and source map in one durable step each;

@@ -72,6 +72,8 @@ QString SafetyCopy::make(const QString &file, Danger danger)
             return inTurn;
         if (!putBackLeftOf(m_file, m_folders, m_stop, m_notes))
             return stillLost;
+        if (danger == Danger::Exchanged)
+            return {};
         m_source = held(m_file);
         if (!m_source.record)
             return whyNotHeld(errno);
@@ -88,7 +90,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
         leaveFolder(error);
     }
     m_folderIndex = 0;
-    return isThere ? noCopy(error) : QString();
+    return isThere && danger != Danger::Exchanged ? noCopy(error) : QString();
 }
 
 /// Why the source is not held; empty if there is no file that could be lost.
@@ -202,7 +204,8 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
 {
     result.notes += std::exchange(m_notes, {});
     m_isGzipped = gzipWanted && isOutput();
-    if (m_source.record) {
+    // Otherwise what is in the file is somebody's newer work.
+    if (m_source.record && !result.isUntouched) {
         if (isOutput() && result.outcome == Outcome::Done && !isOnDisk(m_source.record->file))
             result.outcome = Outcome::NotWritten;
         const bool isDone = result.outcome == Outcome::Done;
@@ -216,9 +219,9 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
             undoGzipSteps(result, state);
         if (m_isGzipped && result.outcome != Outcome::Done)
             putBackGzipCopy(result);
-        if (m_slot)
-            m_slot->clear();
     }
+    if (m_source.record && m_slot)
+        m_slot->clear();
     end();
 }
 

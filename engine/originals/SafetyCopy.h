@@ -17,6 +17,7 @@ struct PutBackResult;
 enum class Danger {
     None,
     Replaced,     ///< the source is its own output, as intended
+    Exchanged,    ///< likewise, in one step: it takes a turn, and needs no copy
     Surprise,     ///< the source became its own output by a setting changed during the run
     Pattern,      ///< YUI Compressor takes the output path for a pattern, and may write to the source
     AnotherEntry, ///< the output is another entry's source

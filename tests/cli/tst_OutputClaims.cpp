@@ -102,6 +102,21 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder.filePath(u"o"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
+    /// Another run replaces outputs meanwhile, and the disk gives a freed inode to the next new file.
+    void anInodeThatHasMovedOnIsFree()
+    {
+        const QTemporaryDir folder;
+        const auto path = [&folder](const QString &name) { return folder.filePath(name); };
+        for (const QString &name : {u"a.css"_s, u"b.css"_s, u"a.min.css"_s})
+            QVERIFY(writeFile(path(name), "x"));
+        OutputClaims claims({path(u"a.css"_s), path(u"b.css"_s)});
+        QCOMPARE(claims.claim(path(u"a.css"_s), path(u"a.min.css"_s)), QString());
+        QVERIFY(QFile::rename(path(u"a.min.css"_s), path(u"b.min.css"_s)));
+        QCOMPARE(claims.claim(path(u"b.css"_s), path(u"b.min.css"_s)), QString());
+        QVERIFY(QFile::rename(path(u"a.css"_s), path(u"c.min.css"_s)));
+        QCOMPARE(claims.claim(path(u"c.css"_s), path(u"c.min.css"_s)), QString());
+    }
+
     void settingsThatBecomeUndecided()
     {
         // Each entry would be given the output of the one before.

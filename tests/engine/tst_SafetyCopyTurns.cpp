@@ -125,6 +125,39 @@ private Q_SLOTS:
         QCOMPARE(readFile(source), "copy"_ba);
     }
 
+    void oneThatIsExchangedTakesATurnAndNoCopy()
+    {
+        const QString source = add(u"a.css"_s, "copy");
+        SafetyCopy first(m_tools.originals, m_stop);
+        QCOMPARE(first.make(source, Danger::Exchanged), QString());
+        QCOMPARE(leftInFolder(), QStringList());
+        m_stop = Stop::AfterFile;
+        SafetyCopy second(m_tools.originals, m_stop);
+        QCOMPARE(second.make(source, Danger::Replaced), u"another run is at work on it"_s);
+        EntryResult result;
+        first.finish(result, false);
+        QCOMPARE(second.make(source, Danger::Exchanged), QString());
+        second.finish(result, false);
+        // Where no turn can be taken it goes without.
+        SafetyCopy third({u"/proc/none"_s}, m_stop);
+        QCOMPARE(third.make(source, Danger::Exchanged), QString());
+        m_stop = Stop::No;
+    }
+
+    void whatSomebodyChangedBeforeAnythingWasWrittenStays()
+    {
+        const QString source = add(u"a.css"_s, "copy");
+        SafetyCopy copy(m_tools.originals, m_stop);
+        QCOMPARE(copy.make(source, Danger::Replaced), QString());
+        QVERIFY(writeFile(source, "newer"));
+        EntryResult result;
+        result.outcome = Outcome::NotMinified;
+        result.isUntouched = true;
+        copy.finish(result, false);
+        QCOMPARE(readFile(source), "newer"_ba);
+        QCOMPARE(result.sourceState, Source::Safe);
+    }
+
     void whatCannotBePutBackIsNotRun_data()
     {
         QTest::addColumn<QString>("output");

@@ -4,12 +4,14 @@
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 
+#include <sys/file.h>
 #include <sys/wait.h>
 
 using namespace brevant;
@@ -258,6 +260,32 @@ private Q_SLOTS:
         QCOMPARE(DurableFile::replace(path, "two"), QString());
         QCOMPARE(readFile(path), QByteArray("two"));
         QCOMPARE(names(), QStringList{name});
+    }
+
+    void theNextClearsAwayWhatAKilledOneLeft_data()
+    {
+        QTest::addColumn<bool>("lives");
+        QTest::newRow("killed") << false;
+        QTest::newRow("at work") << true;
+    }
+
+    /// Between its temporary name and its place a file keeps that name for good when its program is killed.
+    void theNextClearsAwayWhatAKilledOneLeft()
+    {
+        QFETCH(const bool, lives);
+        QVERIFY(writeFile(at("file"_L1), "old"));
+        QCOMPARE(DurableFile::replace(at("file"_L1), "one"), QString());
+        const QByteArray hash =
+            QCryptographicHash::hash(QFile::encodeName(at("file"_L1)), QCryptographicHash::Sha1);
+        const QString left =
+            m_folder->filePath(u".brevant-%1.tmp"_s.arg(QString::fromLatin1(hash.first(8).toHex())));
+        QVERIFY(writeFile(left, "left"));
+        QFile writer(left);
+        QVERIFY(writer.open(QIODevice::ReadOnly));
+        QCOMPARE(::flock(writer.handle(), lives ? LOCK_EX : LOCK_UN), 0);
+        QCOMPARE(DurableFile::replace(at("file"_L1), "two"), QString());
+        QCOMPARE(readFile(at("file"_L1)), "two"_ba);
+        QCOMPARE(names().size(), lives ? 2 : 1);
     }
 
     void commitWithoutWriteMakesAnEmptyFile()

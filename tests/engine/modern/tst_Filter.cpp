@@ -33,7 +33,10 @@ private Q_SLOTS:
         QTest::newRow("fails") << u"echo m >&2; exit 3"_s << "x"_ba << End::Exited << 3 << ""_ba
                                << "m\n"_ba;
         QTest::newRow("reads nothing")
-            << u"exec <&-; echo x"_s << QByteArray(1 << 20, 'x') << End::Exited << 0 << "x\n"_ba
+            << u"exec <&-; echo x"_s << QByteArray(1 << 20, 'x') << End::Cut << 0 << "x\n"_ba
+            << ""_ba;
+        QTest::newRow("reads nothing and fails")
+            << u"exec <&-; exit 3"_s << QByteArray(1 << 20, 'x') << End::Exited << 3 << ""_ba
             << ""_ba;
         QTest::newRow("is killed") << u"kill -9 $$"_s << ""_ba << End::Crashed << 9 << ""_ba
                                    << ""_ba;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/modern/ModernEntry.h"
+#include "files/Descriptor.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 #include "tests/engine/modern/ModernFixture.h"
@@ -9,6 +10,8 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
+
+#include <sys/xattr.h>
 
 using namespace brevant;
 using namespace brevant::test;
@@ -140,6 +143,69 @@ private Q_SLOTS:
         QCOMPARE(names(), before);
         static_cast<void>(makeAllCopies(result));
         QCOMPARE(names(), before);
+    }
+
+    void aSourceThatIsChangedMeanwhileStays_data()
+    {
+        QTest::addColumn<QByteArray>("change");
+        QTest::addColumn<QByteArray>("left");
+
+        QTest::newRow("written") << "echo newer > a.css"_ba
+                                 << "newer\n"_ba;
+        QTest::newRow("replaced") << "cp -p a.css b; mv b a.css"_ba
+                                  << "a { b: c }\n"_ba;
+        QTest::newRow("removed") << "rm a.css"_ba
+                                 << "(cannot be read)"_ba;
+    }
+
+    void aSourceThatIsChangedMeanwhileStays()
+    {
+        QFETCH(const QByteArray, change);
+        QVERIFY(writeFile(path(u"esbuild"_s), "#!/bin/sh\ncat > /dev/null\ncd '" +
+                                                  QFile::encodeName(m_folder->path()) + "'\n" + change +
+                                                  "\necho x\n"));
+        const EntryResult result = run(u"a.css"_s);
+        QCOMPARE(result.reason(), u"the source was changed meanwhile"_s);
+        QVERIFY(result.isUntouched);
+        QTEST(readFile(path(u"a.css"_s)), "left");
+        QCOMPARE(names().filter(u"brevant"_s), QStringList());
+    }
+
+    void somebodysEsbuildThatMakesNothingIsRefused()
+    {
+        QVERIFY(writeFile(path(u"esbuild"_s), "#!/bin/sh\ncat > /dev/null\n"));
+        QCOMPARE(run(u"a.css"_s).reason(), path(u"esbuild"_s) + u" made an empty text of it"_s);
+        QCOMPARE(readFile(path(u"a.css"_s)), "a { b: c }\n"_ba);
+        QVERIFY(writeFile(path(u"a.css"_s), " \n"));
+        QCOMPARE(run(u"a.css"_s).reason(), QString());
+    }
+
+    void whatIsNoFileIsNotWrittenInto()
+    {
+        QVERIFY(::mkfifo(QFile::encodeName(path(u"a.min.css"_s)), 0600) == 0);
+        QVERIFY(::link(QFile::encodeName(path(u"a.min.css"_s)), QFile::encodeName(path(u"b"_s))) == 0);
+        const Descriptor reader = openFile(QFile::encodeName(path(u"b"_s)), O_RDONLY);
+        const EntryResult result = run(u"a.min.css"_s);
+        QCOMPARE(result.reason(), u"the output could not be written: Invalid argument"_s);
+        QVERIFY(!result.isUntouched);
+    }
+
+    void aFileWithAnAccessListIsWrittenInto()
+    {
+        const QByteArray file = QFile::encodeName(path(u"a.css"_s));
+        // Of the owner, one more user, the group, the mask and all others, as acl(5) and the kernel have
+        // them.
+        const QByteArray list = QByteArray::fromHex("0200000001000600ffffffff"
+                                                    "02000600fe000000"
+                                                    "04000400ffffffff"
+                                                    "10000600ffffffff"
+                                                    "20000400ffffffff");
+        if (::setxattr(file.constData(), "system.posix_acl_access", list.constData(),
+                       static_cast<std::size_t>(list.size()), 0) != 0)
+            QSKIP("no access control lists here");
+        QVERIFY(isWrittenInto(path(u"a.css"_s)));
+        QCOMPARE(run(u"a.css"_s).outcome, Outcome::Done);
+        QVERIFY(isWrittenInto(path(u"a.css"_s)));
     }
 
     void aSourceThatIsNoFileIsRefused()
