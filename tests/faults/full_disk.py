@@ -33,7 +33,7 @@ class SmallDisk:
 
 
 def levels(full):
-    return range(0, 68, 4) if full else (0, 4, 16, 40, 64)
+    return range(0, 68, 4) if full else (0, 16, 64) if Place.modern else (0, 4, 16, 40, 64)
 
 
 def sweep(name, full, try_one):
@@ -128,12 +128,16 @@ def settings_words(place):
     return ["settings", file, "-one", "-two"]
 
 
-def cases(full):
+def outputs(full):
     yield lambda: sweep("full disk, outputs", full, plain(False, False))
     yield lambda: sweep("full disk, gzip copies", full, plain(True, False))
     yield lambda: sweep("full disk, report", full, plain(False, True))
     yield lambda: sweep("full disk, run in place", full, in_place(False, False))
     yield lambda: sweep("full disk, run in place, copies on another", full, in_place(False, True))
     yield lambda: sweep("full disk, run in place with gzip", full, in_place(True, False))
+
+
+def cases(full):
+    yield from outputs(full)
     yield lambda: sweep("full disk, combine", full, driven(sources(3, 12_000), combine_words, judge_combine(False)))
     yield lambda: sweep("full disk, settings", full, driven({}, settings_words, judge_settings(False)))

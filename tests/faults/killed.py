@@ -15,7 +15,7 @@ DELAY = "3000"  # microseconds the stub rests between two steps, so that most mo
 
 
 def moments(full, few=15, many=200):
-    count = many if full else few
+    count = many if full else few // 2 if Place.modern else few
     return [(number + 0.5) / count for number in range(count)]
 
 
@@ -37,7 +37,8 @@ def in_place(name, full, few, many, make, minified, arguments=IN_PLACE):
     unsaid = 0
     for number, moment in enumerate(moments(full, few, many)):
         with make() as place:
-            process = place.start([place.cli(), *arguments, *place.files])
+            place.killed_command = [*place.cli(), *arguments, *place.files]
+            process = place.start(place.killed_command)
             first = kill_after(place, process, whole * moment, number % 2 == 1)
             lost, problems, done = judge_in_place(place, first, place.next_start(), minified)
             unsaid += done
@@ -49,7 +50,7 @@ def in_place(name, full, few, many, make, minified, arguments=IN_PLACE):
 
 def stub_batch():
     place = Place(sources(6))
-    place.environment["FAULT_JAVA_DELAY"] = DELAY
+    place.environment["FAULT_DELAY"] = DELAY
     return place
 
 
@@ -62,7 +63,7 @@ def compressor(full):
     tally = Tally("compressor killed, in place")
     for moment in moments(full):
         with stub_batch() as place:
-            process = place.start([place.cli(), *IN_PLACE, *place.files])
+            process = place.start([*place.cli(), *IN_PLACE, *place.files])
             chosen = random.Random(moment).randrange(len(place.files))
             killed = kill_one(process, chosen, moment * 4 * int(DELAY) / 1e6)
             ended = place.end(process)

@@ -64,7 +64,9 @@ def rights(full):
         as_nobody(tally, "read-only file", lambda place: (place.site / "s1.css").chmod(0o444), arguments,
                   ["s1.css"] if arguments else [])
         as_nobody(tally, "no copies in the home", lambda place: (place.top / "state").chmod(0o555), arguments, [])
-        as_nobody(tally, "no place for copies", no_place, arguments, everything if arguments else [])
+        # A modern run in place needs none.
+        as_nobody(tally, "no place for copies", no_place, arguments,
+                  everything if arguments and not Place.modern else [])
     return tally
 
 
@@ -73,8 +75,8 @@ def vanishing(full):
     tally = Tally("vanishing folder")
     for number in range(10 if full else 2):
         with Place(sources(6)) as place:
-            place.environment["FAULT_JAVA_DELAY"] = DELAY
-            process = place.start([place.cli(), *(IN_PLACE if number % 2 else ()), *place.files])
+            place.environment["FAULT_DELAY"] = DELAY
+            process = place.start([*place.cli(), *(IN_PLACE if number % 2 else ()), *place.files])
             time.sleep(0.01 * (number + 1))
             gone = place.site.rename(place.top / "gone")
             ended = place.end(process)
@@ -87,21 +89,34 @@ def vanishing(full):
     return tally
 
 
+NO_FILES = ("a.css", "b.html", "c.js", "d.css")
+
+
+def make_no_files(place):
+    for name in NO_FILES[:3]:
+        os.mkfifo(place.site / name)
+    try:
+        os.mknod(place.site / "d.css", stat.S_IFCHR | 0o600, os.makedev(1, 5))
+    except PermissionError:
+        return NO_FILES[:3]
+    return NO_FILES
+
+
+def opened(log):
+    return [f"opened: {line}" for line in log.read_text(errors="replace").splitlines()
+            if any(f'/{name}"' in line for name in NO_FILES)]
+
+
 def no_files(full):
     """Pipes, devices and sockets among the files of a folder: the program itself never opens them."""
     tally = Tally("pipes and devices in a folder")
     for arguments in ((), IN_PLACE):
         with Place() as place:
-            for name in ("a.css", "b.html", "c.js"):
-                os.mkfifo(place.site / name)
-            try:
-                os.mknod(place.site / "d.css", stat.S_IFCHR | 0o600, os.makedev(1, 5))
-            except PermissionError:
-                pass
+            make_no_files(place)
             log = place.top / "trace"
             trace = ["strace", "-o", str(log), "-e", "trace=open,openat,openat2,creat"]
-            place.environment["FAULT_JAVA"] = "hang"
-            process = place.start([*trace, place.cli(), *arguments, str(place.site)])
+            place.environment["FAULT_MODE"] = "hang"
+            process = place.start([*trace, *place.cli(), *arguments, str(place.site)])
             program = []
 
             def is_waiting():
@@ -122,9 +137,7 @@ def no_files(full):
                 problems.append(f"cannot be stopped: {status}")
             kill_all(process.pid)
             place.end(process)
-            for line in log.read_text(errors="replace").splitlines():
-                if any(f'/{name}"' in line for name in ("a.css", "b.html", "c.js", "d.css")):
-                    problems.append(f"opened: {line}")
+            problems += opened(log)
             tally.add("in place" if arguments else "plain", 0, [], problems)
     return tally
 
@@ -157,9 +170,9 @@ def edited(full):
     newer = b"newer work { }\n"
     for number in range(20 if full else 4):
         with Place(sources(1)) as place:
-            place.environment["FAULT_JAVA_DELAY"] = "50000"
-            place.environment["FAULT_JAVA"] = "fail" if number % 2 else ""
-            process = place.start([place.cli(), *(IN_PLACE if number % 2 else ()), *place.files])
+            place.environment["FAULT_DELAY"] = "50000"
+            place.environment["FAULT_MODE"] = "fail" if number % 2 else ""
+            process = place.start([*place.cli(), *(IN_PLACE if number % 2 else ()), *place.files])
             time.sleep(0.02 + 0.003 * number)
             (place.site / "s0.css~").write_bytes(newer)
             os.rename(place.site / "s0.css~", place.site / "s0.css")

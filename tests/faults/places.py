@@ -20,7 +20,7 @@ class Tally:
     """One row of the table."""
 
     def __init__(self, name):
-        self.name = name
+        self.name = "modern: " * Place.modern + name
         self.tried = 0
         self.files = 0
         self.lost = 0
@@ -47,6 +47,8 @@ class Place:
     """A folder to work in, with a home of its own; use with `with`."""
 
     build = None  # the build folder of the programs
+    modern = False  # whether the modern compressors are chosen
+    stubbed = False  # whether the stand-in is the user's own esbuild
 
     def __init__(self, files=None, disk=None):
         """On `disk`, what is printed goes to another one all the same."""
@@ -60,6 +62,7 @@ class Place:
                                 XDG_STATE_HOME=str(self.top / "state"),
                                 TMPDIR=str(self.top / "tmp"), LC_ALL="C.UTF-8")
         self.files = {}
+        self.killed_command = []
         self.sessions = []
         for name, content in (files or {}).items():
             self.add(name, content)
@@ -80,7 +83,13 @@ class Place:
         return path
 
     def cli(self):
-        return str(self.build / "brevant-cli")
+        """The program, and the choice of its compressors, which no fault of the settings file changes."""
+        words = [str(self.build / "brevant-cli")]
+        if self.modern:
+            words += ["--set", "compressorsKeyString=modern"]
+        if self.modern and self.stubbed:
+            words += ["--set", f"esbuildPathKeyString={self.build / 'tests/fault-compressor'}"]
+        return words
 
     def start(self, command, **options):
         """A program in a session of its own, its output in two files."""
@@ -114,7 +123,7 @@ class Place:
         return texts
 
     def run(self, *arguments, wrap=(), **options):
-        return self.end(self.start([*wrap, self.cli(), *arguments], **options))
+        return self.end(self.start([*wrap, *self.cli(), *arguments], **options))
 
     def next_start(self):
         """A start of the program that works on nothing."""
@@ -180,7 +189,8 @@ def descendants(pid):
 
 
 def stub_output(content):
-    return b"(" + content + b")"
+    """What the stand-in makes of a text."""
+    return b"(" + (content.replace(b" ", b"").replace(b"\n", b"") if Place.modern else content) + b")"
 
 
 def judge_in_place(place, first, second, minified=stub_output):
@@ -202,8 +212,14 @@ def judge_in_place(place, first, second, minified=stub_output):
     for copy in place.originals():
         if str(copy).encode() not in printed:
             problems.append(f"{copy.name} stays in the folder of the originals, and nobody said so")
-    problems += [f"{name} is left behind" for name in place.leftovers()]
-    return lost, problems, unsaid
+    return lost, problems + left_for_good(place), unsaid
+
+
+def left_for_good(place):
+    """The temporary files that are left behind; of a killed program, those that the next run leaves too."""
+    if place.killed_command and place.leftovers():
+        place.end(place.start(place.killed_command))
+    return [f"{name} is left behind" for name in place.leftovers()]
 
 
 def is_kept(place, original, printed):

@@ -22,8 +22,8 @@ def hangs(full):
     tally = Tally("compressor hangs, in place")
     for number in ((signal.SIGINT, signal.SIGTERM, signal.SIGHUP) if full else (signal.SIGINT,)):
         with Place(sources(2)) as place:
-            place.environment["FAULT_JAVA"] = "hang"
-            process = place.start([place.cli(), *IN_PLACE, *place.files])
+            place.environment["FAULT_MODE"] = "hang"
+            process = place.start([*place.cli(), *IN_PLACE, *place.files])
             first = place.site / next(iter(place.files))
             problems = [] if wait_until(lambda: first.stat().st_size == 0) else ["the compressor never began"]
             os.kill(process.pid, number)
@@ -48,20 +48,24 @@ def hangs(full):
     return tally
 
 
+def watched(place, process):
+    """How a program ended, and the most memory it took, in KiB."""
+    peak = 0
+    while process.poll() is None:
+        try:
+            with open(f"/proc/{process.pid}/status") as status:
+                peak = max([peak, *(int(line.split()[1]) for line in status if line.startswith("VmHWM"))])
+        except OSError:
+            pass
+        time.sleep(0.002)
+    return place.end(process), peak
+
+
 def floods(full):
     tally = Tally("compressor prints 100 MB")
     with Place(sources(1)) as place:
-        place.environment["FAULT_JAVA"] = "flood"
-        process = place.start([place.cli(), *place.files])
-        peak = 0
-        while process.poll() is None:
-            try:
-                with open(f"/proc/{process.pid}/status") as status:
-                    peak = max([peak, *(int(line.split()[1]) for line in status if line.startswith("VmHWM"))])
-            except OSError:
-                pass
-            time.sleep(0.002)
-        ended = place.end(process)
+        place.environment["FAULT_MODE"] = "flood"
+        ended, peak = watched(place, place.start([*place.cli(), *place.files]))
         whole = (place.site / "s0.min.css").read_bytes() == stub_output(place.files["s0.css"])
         problems = [] if whole and ended.status == 0 else [f"ended with {ended.status}"]
         problems += [] if len(ended.out) > 100_000_000 else ["something of it is missing"]
@@ -74,7 +78,7 @@ def floods(full):
 def wrong(mode, arguments, name):
     tally = Tally(name)
     with Place(sources(3)) as place:
-        place.environment["FAULT_JAVA"] = mode
+        place.environment["FAULT_MODE"] = mode
         ended = place.run(*arguments, *place.files)
         lost = [source for source, content in place.files.items() if (place.site / source).read_bytes() != content]
         problems = [] if ended.status == 1 else [f"ended with {ended.status}"]
