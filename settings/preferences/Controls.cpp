@@ -105,12 +105,4 @@ QSize PageArea::sizeHint() const
     return hint.boundedTo(room);
 }
 
-/// A scroll area lets its page grow and scroll; this one grows with it.
-bool PageArea::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == widget() && event->type() == QEvent::LayoutRequest)
-        updateGeometry();
-    return QScrollArea::eventFilter(watched, event);
-}
-
 } // namespace brevant
