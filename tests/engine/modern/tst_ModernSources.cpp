@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/Files.h"
 #include "tests/TestClass.h"
+#include "tests/engine/CaseTable.h"
 #include "tests/engine/modern/ModernFixture.h"
 
 #include <QTest>
@@ -51,31 +51,12 @@ private:
     /// and the result or the first message.
     static void addRows(const QString &table, const QString &name, int least)
     {
-        const QList<QByteArray> cases = splitAt("\n=== ", readFile(QStringLiteral(TEST_DATA "/") + table));
-        QVERIFY2(cases.size() > least, qPrintable(table));
-        for (const QByteArray &text : cases.sliced(1)) {
-            const qsizetype start = text.indexOf('\n') + 1;
-            const qsizetype line = text.indexOf("\n---", start - 1);
-            const qsizetype lineEnd = text.indexOf('\n', line + 1);
-            QVERIFY2(line >= 0 && lineEnd >= 0, text.constData());
-            const QByteArray source = text.sliced(start, std::max<qsizetype>(line - start, 0));
-            QTest::addRow("%s: %s", qPrintable(table), text.first(start - 1).constData())
-                << name << source << text.sliced(lineEnd + 1)
-                << (text.sliced(line + 1, lineEnd - line - 1) == "--- refused");
+        const QList<TableCase> cases = readCases(QStringLiteral(TEST_DATA "/") + table);
+        QVERIFY2(cases.size() >= least, qPrintable(table));
+        for (const TableCase &one : cases) {
+            QTest::addRow("%s: %s", qPrintable(table), one.name.constData())
+                << name << one.source << one.result << (one.mark == "refused");
         }
-    }
-
-    static QList<QByteArray> splitAt(const QByteArray &separator, QByteArray text)
-    {
-        if (text.endsWith('\n'))
-            text.chop(1);
-        QList<QByteArray> parts;
-        qsizetype start = 0;
-        for (qsizetype next = text.indexOf(separator); next >= 0; next = text.indexOf(separator, start)) {
-            parts.append(text.sliced(start, next - start));
-            start = next + separator.size();
-        }
-        return parts << text.sliced(start);
     }
 };
 

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/check/ResultWarning.h"
+
+#include <algorithm>
+
+namespace brevant {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using WarningKind = ResultWarning::Kind;
+
+} // namespace
+
+QString ResultWarning::sentence() const
+{
+    switch (kind) {
+    case WarningKind::Declaration:
+        return after.isEmpty() ? u"declaration lost"_s : u"declaration changed"_s;
+    case WarningKind::Statement:
+        return u"at-rule lost"_s;
+    case WarningKind::NothingLeft:
+        return u"nothing is left of its rules"_s;
+    case WarningKind::GluedWords:
+        return u"words glued together"_s;
+    case WarningKind::GluedLinks:
+        return u"links glued together"_s;
+    case WarningKind::UseStrict:
+        return u"\"use strict\" lost"_s;
+    case WarningKind::NotSmaller:
+        return u"not smaller than its source"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+QString summaryOf(const QList<ResultWarning> &warnings)
+{
+    const auto count = [&](WarningKind kind) {
+        return std::ranges::count(warnings, kind, &ResultWarning::kind);
+    };
+    QStringList parts;
+    if (const auto declarations = count(WarningKind::Declaration); declarations > 0)
+        parts.append(declarations == 1 ? u"1 declaration lost"_s
+                                       : u"%1 declarations lost"_s.arg(declarations));
+    if (const auto statements = count(WarningKind::Statement); statements > 0)
+        parts.append(statements == 1 ? u"1 at-rule lost"_s : u"%1 at-rules lost"_s.arg(statements));
+    for (const WarningKind kind : {WarningKind::NothingLeft, WarningKind::GluedLinks, WarningKind::GluedWords,
+                                   WarningKind::NotSmaller}) {
+        if (count(kind) > 0)
+            parts.append(ResultWarning{kind}.sentence());
+    }
+    if (parts.isEmpty() && count(WarningKind::UseStrict) > 0)
+        parts.append(ResultWarning{WarningKind::UseStrict}.sentence());
+    return parts.join(u", "_s);
+}
+
+} // namespace brevant
