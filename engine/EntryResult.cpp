@@ -118,14 +118,24 @@ QString wordsFor(const EntryResult &result)
 
 } // namespace
 
-EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &output)
-    : m_mayBeEmpty(isBlankSource(source))
+EntryResult resultWithoutRun(const QString &source, const std::optional<QString> &output, Outcome outcome,
+                             const QString &reason)
 {
-    m_result.source = source;
-    m_result.output = output;
-    m_result.obstacle = findObstacle(source, output);
-    if (const std::optional<State> state = stateOf(source))
-        m_result.sizeBefore = state->size;
+    EntryResult result;
+    result.source = source;
+    result.output = output;
+    result.outcome = outcome;
+    result.detail = reason;
+    result.obstacle = findObstacle(source, output);
+    struct stat status {};
+    if (::stat(QFile::encodeName(source).constData(), &status) == 0)
+        result.sizeBefore = status.st_size;
+    return result;
+}
+
+EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &output)
+    : m_result(resultWithoutRun(source, output, Outcome::NoOutput, {})), m_mayBeEmpty(isBlankSource(source))
+{
     if (output) {
         m_outputBefore = stateOf(*output);
         m_gzipBefore = stateOf(gzipPath(*output));
@@ -157,13 +167,6 @@ void EntryWatch::compressorEnded(const QProcess &compressor)
         m_result.outcome = Outcome::DiskFull;
     else
         m_result.outcome = m_writtenSize > 0 || m_mayBeEmpty ? Outcome::Done : Outcome::EmptyOutput;
-}
-
-EntryResult EntryWatch::notRun(Outcome outcome, const QString &reason)
-{
-    m_result.outcome = outcome;
-    m_result.detail = reason;
-    return m_result;
 }
 
 EntryResult EntryWatch::finish(bool gzipWanted, double seconds)

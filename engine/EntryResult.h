@@ -69,6 +69,11 @@ struct EntryResult {
 /// minified. Never true of JavaScript, for which the compressor fails, nor of what cannot be read.
 [[nodiscard]] bool isBlankSource(const QString &source);
 
+/// The result of an entry that no compressor of the classic family works on, or none at all: `outcome` is
+/// NotSafe or Refused then.
+[[nodiscard]] EntryResult resultWithoutRun(const QString &source, const std::optional<QString> &output,
+                                           EntryResult::Outcome outcome, const QString &reason);
+
 /// Finds out what becomes of one entry: made before its compressor starts, asked afterwards.
 class EntryWatch final {
 public:
@@ -76,9 +81,6 @@ public:
 
     /// To be called between the compressor and the gzip copy.
     void compressorEnded(const QProcess &compressor);
-
-    /// The result of an entry that is not worked on: `outcome` is NotSafe or Refused.
-    [[nodiscard]] EntryResult notRun(EntryResult::Outcome outcome, const QString &reason);
 
     /// The result, once everything has been done for the entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);

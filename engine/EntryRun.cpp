@@ -160,12 +160,13 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
     const QString error = task.output
                               ? keepSafeFromModern(task.entry, *task.output, isInto, task.outputAtStart)
                               : m_safetyCopy.make(task.entry, Danger::None);
-    EntryResult result = EntryWatch(task.entry, task.output).notRun(EntryResult::Outcome::NotSafe, error);
+    EntryResult result = resultWithoutRun(task.entry, task.output, EntryResult::Outcome::NotSafe, error);
+    std::optional<QByteArray> written;
     if (error.isEmpty())
-        runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
+        written = runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
     m_safetyCopy.finish(result, false);
     makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString),
-                         m_settings.isTrue(brotliCheckerKeyString), m_stop, result);
+                         m_settings.isTrue(brotliCheckerKeyString), written, m_stop, result);
     result.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     return result;
 }
@@ -177,20 +178,20 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     if (kind && isModernChosen(m_settings))
         return task.refusal.isEmpty()
                    ? runModern(task, *kind)
-                   : EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, refusal);
+                   : resultWithoutRun(entry, output, EntryResult::Outcome::Refused, refusal);
     if (const QString reason = whyRefused(task); !reason.isEmpty())
-        return EntryWatch(entry, output).notRun(EntryResult::Outcome::Refused, reason);
+        return resultWithoutRun(entry, output, EntryResult::Outcome::Refused, reason);
     QElapsedTimer timer;
     timer.start();
     const QString source = seenByCompressor(entry);
     const std::optional<QString> target = output ? std::optional(seenByCompressor(*output)) : std::nullopt;
     const QString error = keepSafe(source, target, outputAtStart);
-    EntryWatch watch(source, target);
     if (!error.isEmpty()) {
-        EntryResult result = watch.notRun(EntryResult::Outcome::NotSafe, error);
+        EntryResult result = resultWithoutRun(source, target, EntryResult::Outcome::NotSafe, error);
         m_safetyCopy.finish(result, false);
         return result;
     }
+    EntryWatch watch(source, target);
 
     java = childProcess(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
     if (const auto inherited = m_safetyCopy.inherited(); !launch(*java))
@@ -204,7 +205,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
     m_safetyCopy.finish(result, gzipWanted);
-    makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), m_stop, result);
+    makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
     return result;
 }
 

@@ -52,7 +52,9 @@ QString writeFiles(const ModernResult &minified, const struct stat &source, cons
                    bool isInto)
 {
     const bool hasMap = !minified.sourceMap.isEmpty();
-    DurableFile map(sourceMapPath(output));
+    struct stat now = source;
+    now.st_mtim = {0, UTIME_NOW};
+    DurableFile map(sourceMapPath(output), now); // anew, as a link there may lead to a source
     DurableFile file(output);
     QString error = isInto ? QString() : prepare(file, minified.output, source);
     if (hasMap && error.isEmpty())
@@ -78,18 +80,21 @@ bool isUnchanged(const struct stat &then, const std::optional<struct stat> &now)
            then.st_mtim.tv_sec == now->st_mtim.tv_sec && then.st_mtim.tv_nsec == now->st_mtim.tv_nsec;
 }
 
-void fail(EntryResult &result, const QString &why)
+std::nullopt_t fail(EntryResult &result, const QString &why)
 {
     result.outcome = Outcome::NotMinified;
     result.obstacle = why;
     result.isUntouched = true;
+    return std::nullopt;
 }
 
 void write(const ModernResult &minified, const struct stat &source, bool isInto, bool isInPlace,
            EntryResult &result)
 {
-    if (isInPlace && !isUnchanged(source, statusOf(*result.output)))
-        return fail(result, u"the source was changed meanwhile"_s);
+    if (isInPlace && !isUnchanged(source, statusOf(*result.output))) {
+        fail(result, u"the source was changed meanwhile"_s);
+        return;
+    }
     const bool isNeeded = !minified.isSource || !isInPlace;
     if (const QString error = isNeeded ? writeFiles(minified, source, *result.output, isInto) : QString();
         !error.isEmpty()) {
@@ -103,10 +108,11 @@ void write(const ModernResult &minified, const struct stat &source, bool isInto,
 
 /// The size of the copy; nothing on failure.
 std::optional<qint64> makeCopy(const QString &output, const QString &extension, const Filter &filter,
-                               const std::atomic<Stop> &stop)
+                               std::optional<QByteArray> &bytes, const std::atomic<Stop> &stop)
 {
     const std::optional<struct stat> status = statusOf(output);
-    const std::optional<QByteArray> bytes = FileBytes::readAll(QFile::encodeName(output));
+    if (!bytes)
+        bytes = FileBytes::readAll(QFile::encodeName(output));
     if (!status || !bytes)
         return std::nullopt;
     const FilterRun run = runFilter(filter, *bytes, stop, timeFor(bytes->size()));
@@ -130,8 +136,9 @@ bool isWrittenInto(const QString &output)
            ::faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) != 0;
 }
 
-void runModernEntry(const FileKind &kind, const ModernOptions &options, const Tools &tools,
-                    const std::atomic<Stop> &stop, bool isInto, EntryResult &result)
+std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptions &options,
+                                         const Tools &tools, const std::atomic<Stop> &stop, bool isInto,
+                                         EntryResult &result)
 {
     if (!result.obstacle.isEmpty())
         return fail(result, result.obstacle);
@@ -153,20 +160,21 @@ void runModernEntry(const FileKind &kind, const ModernOptions &options, const To
         result.messages.shown.push_back(
             {CompressorMessage::Kind::Information,
              u"not smaller when minified, so the output is the source as it is"_s});
+    return std::move(minified.output);
 }
 
-void makeCompressedCopies(bool isGzipWanted, bool isBrotliWanted, const std::atomic<Stop> &stop,
-                          EntryResult &result)
+void makeCompressedCopies(bool isGzipWanted, bool isBrotliWanted, std::optional<QByteArray> output,
+                          const std::atomic<Stop> &stop, EntryResult &result)
 {
     if (isGzipWanted && result.outcome == Outcome::Done) {
-        result.gzipSize =
-            makeCopy(*result.output, u"gz"_s, {u"/usr/bin/gzip"_s, {u"-9"_s, u"-n"_s, u"-c"_s}}, stop);
+        result.gzipSize = makeCopy(*result.output, u"gz"_s, {u"/usr/bin/gzip"_s, {u"-9"_s, u"-n"_s, u"-c"_s}},
+                                   output, stop);
         if (!result.gzipSize)
             result.outcome = Outcome::NoGzipCopy;
     }
     if (isBrotliWanted && (result.outcome == Outcome::Done || result.outcome == Outcome::NoGzipCopy)) {
         result.brotliSize =
-            makeCopy(*result.output, u"br"_s, {Tools::brotli(), {u"-q"_s, u"11"_s, u"-c"_s}}, stop);
+            makeCopy(*result.output, u"br"_s, {Tools::brotli(), {u"-q"_s, u"11"_s, u"-c"_s}}, output, stop);
         if (!result.brotliSize)
             result.outcome = Outcome::NoBrotliCopy;
     }

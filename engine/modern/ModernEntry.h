@@ -15,13 +15,15 @@ namespace brevant {
 [[nodiscard]] bool isWrittenInto(const QString &output);
 
 /// Minifies a source by a modern compressor and writes its output and source map in one durable step each;
-/// with `isInto`, into the output. Completes `result`, which names source and output.
-void runModernEntry(const FileKind &kind, const ModernOptions &options, const Tools &tools,
-                    const std::atomic<Stop> &stop, bool isInto, EntryResult &result);
+/// with `isInto`, into the output. Completes `result`, which names source and output. Returns the output,
+/// where there is one.
+std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptions &options,
+                                         const Tools &tools, const std::atomic<Stop> &stop, bool isInto,
+                                         EntryResult &result);
 
 /// Makes the compressed copies of an output that the settings ask for, each in one durable step, with the
-/// mode and the time of the output. Completes `result`.
-void makeCompressedCopies(bool isGzipWanted, bool isBrotliWanted, const std::atomic<Stop> &stop,
-                          EntryResult &result);
+/// mode and the time of the output, which is read where it is not known. Completes `result`.
+void makeCompressedCopies(bool isGzipWanted, bool isBrotliWanted, std::optional<QByteArray> output,
+                          const std::atomic<Stop> &stop, EntryResult &result);
 
 } // namespace brevant

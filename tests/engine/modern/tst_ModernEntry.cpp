@@ -52,6 +52,7 @@ private Q_SLOTS:
         QCOMPARE(result.sizeBefore, 11);
         QCOMPARE(result.sizeAfter, 6);
         QCOMPARE(readFile(path(u"a.min.css"_s)), "a{b:c}"_ba);
+        QCOMPARE(m_written, "a{b:c}"_ba);
         QCOMPARE(modeOf(path(u"a.min.css"_s)), 0640u);
         QCOMPARE(names(), QStringList({u"a.css"_s, u"a.min.css"_s, u"esbuild"_s}));
     }
@@ -243,17 +244,25 @@ private Q_SLOTS:
         QVERIFY(writeFile(path(u"mine"_s), "mine"));
         QVERIFY(makeLink(u"mine"_s, path(u"a.min.css.gz"_s)));
         EntryResult result = run(u"a.min.css"_s);
-        makeCompressedCopies(true, false, stop, result);
+        makeCompressedCopies(true, false, {}, stop, result);
         QCOMPARE(result.outcome, Outcome::Done);
         QVERIFY(!QFileInfo(path(u"a.min.css.gz"_s)).isSymLink());
         QCOMPARE(readFile(path(u"mine"_s)), "mine"_ba);
+    }
+
+    /// What else may have become of the output meanwhile is not in them.
+    void copiesAreMadeOfWhatWasWritten()
+    {
+        EntryResult result = run(u"a.min.css"_s);
+        makeCompressedCopies(true, false, "known"_ba, stop, result);
+        QCOMPARE(unpacked(u"/usr/bin/gzip"_s, path(u"a.min.css.gz"_s)), "known"_ba);
     }
 
     void aCopyThatCannotBeMadeIsSaid()
     {
         QVERIFY(QDir(m_folder->path()).mkpath(u"a.min.css.gz/full"_s));
         EntryResult result = run(u"a.min.css"_s);
-        makeCompressedCopies(true, false, stop, result);
+        makeCompressedCopies(true, false, {}, stop, result);
         QCOMPARE(result.reason(), u"the gzip copy could not be made"_s);
         QVERIFY(!result.gzipSize);
         QCOMPARE(readFile(path(u"a.min.css"_s)), "a{b:c}"_ba);
@@ -272,6 +281,15 @@ private Q_SLOTS:
         QCOMPARE(readFile(path(u"out/a.css.map"_s)),
                  R"({"file":"a.css","sources":["../a.css"],"version":3})"_ba);
 
+        // A link there may lead to a source.
+        QVERIFY(QFile::remove(path(u"out/a.css.map"_s)));
+        QVERIFY(makeLink(u"../a.css"_s, path(u"out/a.css.map"_s)));
+        QVERIFY(setMode(path(u"a.css"_s), 0640));
+        QCOMPARE(run(u"out/a.css"_s).outcome, Outcome::Done);
+        QCOMPARE(readFile(path(u"a.css"_s)), "a { b: c }\n"_ba);
+        QCOMPARE(modeOf(path(u"out/a.css.map"_s)), 0640u);
+        QVERIFY(QFileInfo(path(u"out/a.css.map"_s)).lastModified().secsTo(QDateTime::currentDateTime()) < 60);
+
         QVERIFY(QDir(m_folder->path()).mkdir(u"out/b.css.map"_s));
         QCOMPARE(run(u"out/b.css"_s).reason(), u"the output could not be written: Is a directory"_s);
         QVERIFY(!QFileInfo::exists(path(u"out/b.css"_s)));
@@ -285,22 +303,24 @@ private:
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
 
-    [[nodiscard]] EntryResult run(const QString &output, const QString &source = u"a.css"_s) const
+    [[nodiscard]] EntryResult run(const QString &output, const QString &source = u"a.css"_s)
     {
-        EntryResult result = EntryWatch(path(source), path(output)).notRun(Outcome::NotSafe, {});
-        runModernEntry(*kindOf(source), m_options, tools, stop, isWrittenInto(path(output)), result);
+        EntryResult result = resultWithoutRun(path(source), path(output), Outcome::NotSafe, {});
+        m_written =
+            runModernEntry(*kindOf(source), m_options, tools, stop, isWrittenInto(path(output)), result);
         return result;
     }
 
     [[nodiscard]] EntryResult makeAllCopies(EntryResult result) const
     {
-        makeCompressedCopies(true, true, stop, result);
+        makeCompressedCopies(true, true, {}, stop, result);
         return result;
     }
 
     const bool m_hasBrotli = QFileInfo(Tools::brotli()).isExecutable();
     std::unique_ptr<QTemporaryDir> m_folder;
     ModernOptions m_options;
+    std::optional<QByteArray> m_written; ///< by the last run
 };
 
 BREVANT_TEST(tst_ModernEntry, QCoreApplication)
