@@ -13,8 +13,6 @@
 #include <QJsonObject>
 #include <QTest>
 
-#include <unistd.h>
-
 using namespace brevant;
 using namespace brevant::test;
 
@@ -154,8 +152,7 @@ private Q_SLOTS:
         const Sandbox sandbox;
         sandbox.add(u"a.css"_s, "a { b: \"" + QByteArray(1'000'000, 'x') + "\" }");
         sandbox.add(u"a.min.css"_s, "old");
-        const QByteArray name = QFile::encodeName(sandbox.path(u"a.min.css"_s));
-        QVERIFY(::link(name.constData(), (name + ".other").constData()) == 0);
+        QVERIFY(makeHardLink(sandbox.path(u"a.min.css"_s), sandbox.path(u"a.min.css.other"_s)));
         const Ended ended =
             sandbox.runShell(u"ulimit -f 512; exec \"$CLI\" --set compressorsKeyString=modern a.css"_s);
         QCOMPARE(ended.status, 1);
@@ -223,8 +220,7 @@ private Q_SLOTS:
         sandbox.add(u"a.css"_s, "a { b : c }");
         sandbox.add(u"b.css"_s, "a { b : c");
         sandbox.add(u"c.css"_s, "a { b : c }");
-        const QByteArray name = QFile::encodeName(sandbox.path(u"c.css"_s));
-        QVERIFY(::link(name.constData(), (name + ".other").constData()) == 0);
+        QVERIFY(makeHardLink(sandbox.path(u"c.css"_s), sandbox.path(u"c.css.other"_s)));
         QCOMPARE(run(sandbox, inPlace).status, 1);
         QCOMPARE(sandbox.read(u"a.css"_s), "a{b:c}"_ba);
         QCOMPARE(sandbox.read(u"b.css"_s), "a { b : c"_ba);
@@ -240,10 +236,9 @@ private Q_SLOTS:
         QStringList arguments{u"--set"_s,    u"gzipCheckerKeyString=true"_s,
                               u"--set"_s,    u"sourceMapCheckerKeyString=true"_s,
                               u"--report"_s, u"r.json"_s};
-        const bool hasBrotli = QFileInfo(Tools::brotli()).isExecutable();
         const Ended withBrotli =
             run(sandbox, arguments + QStringList{u"--set"_s, u"brotliCheckerKeyString=true"_s, u"a.js"_s});
-        if (hasBrotli) {
+        if (m_hasBrotli) {
             QCOMPARE(withBrotli.status, 0);
             QVERIFY(sandbox.has(u"a.min.js.br"_s));
         } else {
@@ -269,7 +264,7 @@ private Q_SLOTS:
 
     void classicMakesBrotliCopiesToo()
     {
-        if (!QFileInfo(Tools::brotli()).isExecutable())
+        if (!m_hasBrotli)
             QSKIP("brotli is not installed");
         const Sandbox sandbox;
         sandbox.add(u"a.css"_s, "a { b : c ; }");
@@ -288,6 +283,8 @@ private:
     {
         return sandbox.run(modern(arguments));
     }
+
+    const bool m_hasBrotli = QFileInfo(Tools::brotli()).isExecutable();
 };
 
 BREVANT_TEST(tst_BrevantCliModern, QCoreApplication)

@@ -184,9 +184,7 @@ private Q_SLOTS:
         QFETCH(const QString, name);
         QFETCH(const QByteArray, source);
         BREVANT_SKIP_WITHOUT_MODERN(tools);
-        ModernOptions options;
-        options.encoding = textEncodingNamed(encoding);
-        const ModernResult result = minify(name, source, options);
+        const ModernResult result = minify(name, source, inEncoding(encoding));
         QCOMPARE(result.error, QString());
         QTEST(result.output, "output");
     }
@@ -222,9 +220,7 @@ private Q_SLOTS:
         QFETCH(const QString, name);
         QFETCH(const QByteArray, source);
         BREVANT_SKIP_WITHOUT_MODERN(tools);
-        ModernOptions options;
-        options.encoding = textEncodingNamed(encoding);
-        QTEST(minify(name, source, options).error, "error");
+        QTEST(minify(name, source, inEncoding(encoding)).error, "error");
     }
 
     void sourcesThatDoNotGetSmallerAreKept_data()
@@ -312,6 +308,13 @@ private Q_SLOTS:
     }
 
 private:
+    static ModernOptions inEncoding(const QString &name)
+    {
+        ModernOptions options;
+        options.encoding = textEncodingNamed(name);
+        return options;
+    }
+
     static ModernOptions optionsAfter(const FileKind &kind, const Change &change)
     {
         const QTemporaryDir folder;
