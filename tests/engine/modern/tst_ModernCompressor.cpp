@@ -24,7 +24,7 @@ using Change = std::function<void(SettingsStore &)>;
 QString writeProgram(const QTemporaryDir &folder, const QByteArray &script)
 {
     const QString path = folder.filePath(u"program"_s);
-    return writeFile(path, "#!/bin/sh\n" + script) && setMode(path, 0755) ? path : QString();
+    return writeFile(path, "#!/bin/sh\ncat > /dev/null\n" + script) && setMode(path, 0755) ? path : QString();
 }
 
 } // namespace
