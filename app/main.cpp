@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
+#include "engine/Tools.h"
 #include "files/Descriptor.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
@@ -42,8 +43,11 @@ Launch launchOnCommandLine()
     }
     if (parser.isSet(u"help"_s))
         parser.showHelp();
-    if (parser.isSet(u"version"_s))
-        parser.showVersion();
+    if (parser.isSet(u"version"_s)) {
+        std::printf("brevant " BREVANT_VERSION "\n%s",
+                    qUtf8Printable(Tools::inResources(findResourceFolder()).versions()));
+        std::exit(0);
+    }
     Launch launch{{}, parser.isSet(u"minify"_s), parser.isSet(service)};
     for (const QString &path : parser.positionalArguments())
         launch.paths.append(PathString::absolute(path));

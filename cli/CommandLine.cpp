@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
-#include "engine/Tools.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 
 #include <QCommandLineParser>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -180,14 +178,6 @@ QString helpText()
 QString versionText()
 {
     return QStringLiteral("brevant-cli " BREVANT_VERSION "\n");
-}
-
-QString compressorsText(const Tools &tools)
-{
-    QString text;
-    for (const auto &[name, path] : tools.compressors())
-        text += QFileInfo(path).isFile() ? name + u'\n' : name + u" (missing)\n"_s;
-    return text;
 }
 
 } // namespace brevant

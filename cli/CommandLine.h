@@ -12,8 +12,6 @@
 
 namespace brevant {
 
-struct Tools;
-
 /// What a user of the terminal asked for.
 struct CommandLine {
     enum class Action { Minify, List, DryRun, Help, Version };
@@ -56,8 +54,5 @@ inline constexpr std::array<OptionHelp, 11> allOptions{{
 
 [[nodiscard]] QString helpText();
 [[nodiscard]] QString versionText();
-
-/// The compressors with their versions, one on each line, and whether they are missing.
-[[nodiscard]] QString compressorsText(const Tools &tools);
 
 } // namespace brevant

@@ -244,7 +244,7 @@ int run(const CommandLine &line, const Tools &tools)
     if (line.action == CommandLine::Action::Help)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
     if (line.action == CommandLine::Action::Version)
-        return statusOfPrinting(TerminalText::print(stdout, versionText() + compressorsText(tools)));
+        return statusOfPrinting(TerminalText::print(stdout, versionText() + tools.versions()));
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
     if (const QString error = inputError(line); !error.isEmpty())

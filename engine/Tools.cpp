@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 #include <unistd.h>
 
 namespace brevant {
@@ -51,12 +53,18 @@ QString Tools::minify() const
     return PathString::join(programs, u"minify.so");
 }
 
-std::array<std::pair<QString, QString>, 4> Tools::compressors() const
+QString Tools::versions() const
 {
-    return {{{u"YUI Compressor 2.4.8"_s, PathString::join(folder, QString(yuiCompressor))},
-             {u"htmlcompressor 1.5.3"_s, PathString::join(folder, QString(htmlCompressor))},
-             {u"esbuild 0.28.2"_s, esbuild()},
-             {u"minify 2.24.8"_s, minify()}}};
+    const std::pair<QString, QString> compressors[]{
+        {u"YUI Compressor 2.4.8"_s, PathString::join(folder, QString(yuiCompressor))},
+        {u"htmlcompressor 1.5.3"_s, PathString::join(folder, QString(htmlCompressor))},
+        {u"esbuild 0.28.2"_s, esbuild()},
+        {u"minify 2.24.8"_s, minify()},
+    };
+    QString text;
+    for (const auto &[name, path] : compressors)
+        text += QFileInfo(path).isFile() ? name + u'\n' : name + u" (missing)\n"_s;
+    return text;
 }
 
 bool Tools::hasBrotli()

@@ -5,9 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <array>
-#include <utility>
-
 namespace brevant {
 
 class SettingsStore;
@@ -44,8 +41,9 @@ struct Tools {
     [[nodiscard]] QString markup() const;
     [[nodiscard]] QString minify() const; ///< the library within it
 
-    /// All four with the versions that `scripts/fetch-compressors` brings, and their absolute paths.
-    [[nodiscard]] std::array<std::pair<QString, QString>, 4> compressors() const;
+    /// A line for each of the four, with the version that `scripts/fetch-compressors` brings, and whether it
+    /// is missing.
+    [[nodiscard]] QString versions() const;
 
     /// What makes Brotli copies.
     [[nodiscard]] static QString brotli() { return QStringLiteral("/usr/bin/brotli"); }

@@ -284,7 +284,7 @@ private:
         return sandbox.run(modern(arguments));
     }
 
-    const bool m_hasBrotli = QFileInfo(Tools::brotli()).isExecutable();
+    const bool m_hasBrotli = Tools::hasBrotli();
 };
 
 BREVANT_TEST(tst_BrevantCliModern, QCoreApplication)

@@ -318,8 +318,8 @@ private Q_SLOTS:
         tools.folder = tools.programs = folder.path();
         QVERIFY(writeFile(folder.filePath(u"esbuild"_s), ""));
         QVERIFY(writeFile(folder.filePath(u"htmlcompressor-1.5.3.jar"_s), ""));
-        QCOMPARE(compressorsText(tools), u"YUI Compressor 2.4.8 (missing)\nhtmlcompressor 1.5.3\n"
-                                         "esbuild 0.28.2\nminify 2.24.8 (missing)\n"_s);
+        QCOMPARE(tools.versions(), u"YUI Compressor 2.4.8 (missing)\nhtmlcompressor 1.5.3\n"
+                                   "esbuild 0.28.2\nminify 2.24.8 (missing)\n"_s);
     }
 };
 
