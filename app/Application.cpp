@@ -76,12 +76,30 @@ void Application::setUp()
     controller.init();
     controller.awakeFromNib();
     delegate.awakeFromNib();
+    connectResults();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     connect(window.ui().quitMenu, &QAction::triggered, this, &Application::quit);
     connect(&window, &MainWindow::closed, this, &Application::windowClosed);
     connect(&jobs, &JobRunner::allEnded, this, &Application::runsEnded);
     connect(&desktopReport, &DesktopReport::clicked, this, [this](const QString &token) {
         bringToFront({{u"activation-token"_s, token}});
+        results.showBeside();
+    });
+}
+
+void Application::connectResults()
+{
+    const Ui::MainWindow &ui = window.ui();
+    results.setMarkPlace(*ui.progressTextField, *ui.bottomLayout);
+    connect(ui.resultsMenu, &QAction::triggered, &results, &Results::show);
+    connect(&window, &MainWindow::closed, &results, &Results::close);
+    connect(&results, &Results::openRequested, this,
+            [this](const QString &path) { static_cast<void>(workspace.openUrl(fileUrl(path))); });
+    connect(&results, &Results::revealRequested, this,
+            [this](const QString &path) { workspace.selectFile(path); });
+    connect(&results, &Results::retryRequested, this, [this](const QStringList &sources) {
+        jobs.detachNewThread(
+            [this, sources](const std::atomic<Stop> &stop) { runAgain(*this, sources, stop); });
     });
 }
 
@@ -138,7 +156,15 @@ void Application::start(const Launch &launch)
 
 void Application::putBackOriginals()
 {
-    desktopReport.tell(putBackAfterInterruption(tools.originals));
+    const QStringList sentences = putBackAfterInterruption(tools.originals);
+    desktopReport.tell(sentences);
+    if (sentences.isEmpty())
+        return;
+    results.runs.addStart(sentences);
+    if (window.isVisible())
+        results.showBeside();
+    else // a service has no window before it is asked for one
+        connect(&window, &MainWindow::painted, &results, &Results::showBeside);
 }
 
 void Application::finishStart()
@@ -180,6 +206,7 @@ void Application::quit()
     Q_EMIT ending();
     jobs.requestStop(Stop::AfterFile);
     window.hide();
+    results.close();
     desktopReport.withdraw();
     if (!jobs.isRunning())
         QCoreApplication::exit(0);

@@ -11,6 +11,7 @@
 #include "app/platform/DockTile.h"
 #include "app/platform/DoneSound.h"
 #include "app/platform/Workspace.h"
+#include "app/results/Results.h"
 #include "engine/Tools.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsStore.h"
@@ -62,6 +63,7 @@ public:
     Workspace workspace;
     MainWindow window{queue, settings, dockTile};
     DesktopReport desktopReport;
+    Results results{window};
     JobRunner jobs;
     AppController controller{*this};
     BrevantAppDelegate delegate{*this};
@@ -73,6 +75,7 @@ Q_SIGNALS:
 private:
     void bringToFront(const QVariantMap &platformData);
     void act(const QString &name, const QStringList &paths, const QVariantMap &platformData);
+    void connectResults();
     void putBackOriginals();
     void finishStart();
     void catchSignals();

@@ -35,6 +35,30 @@ QStringList sentencesAbout(const EntryResult &result)
     return sentences;
 }
 
+/// What works and where to, in words.
+QString mannerOf(const SettingsStore &settings)
+{
+    const bool hasSuffix = settings.boolForKey(suffixSwitcherKeyString);
+    const bool isBeside = settings.isTrue(sameFolderKeyString);
+    const QString family = isModernChosen(settings) ? u"Modern compressors"_s : u"Classic compressors"_s;
+    const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
+    return family + (!isBeside   ? u", outputs in "_s + folder
+                     : hasSuffix ? u", outputs beside the sources"_s
+                                 : u", sources replaced"_s);
+}
+
+void showEnd(Application &app, RunEnd end, const QString &status, bool isPlayed)
+{
+    app.window.ui().filesTable->deselectAll();
+    if (end == RunEnd::Completed)
+        static_cast<void>(app.doneSound->load());
+    if (end == RunEnd::Completed && isPlayed)
+        app.doneSound->play();
+    if (!status.isEmpty())
+        app.window.setStatusText(status);
+    app.window.setRunning(false);
+}
+
 } // namespace
 
 JobRunner::~JobRunner()
@@ -75,8 +99,8 @@ void JobRunner::threadEnded(std::list<std::jthread>::iterator thread)
         Q_EMIT allEnded();
 }
 
-WindowRun::WindowRun(Application &app, const std::atomic<Stop> &stop)
-    : m_app(app), m_stop(stop), m_run(nextNumber())
+WindowRun::WindowRun(Application &app, const FileQueue &queue, const std::atomic<Stop> &stop)
+    : m_app(app), m_queue(queue), m_isInWindow(&queue == &app.queue), m_stop(stop), m_run(nextNumber())
 {
 }
 
@@ -88,15 +112,23 @@ void WindowRun::onMainThread(std::function<void()> step)
 
 void WindowRun::runStarted()
 {
-    onMainThread([&window = m_app.window] { window.setRunning(true); });
+    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = mannerOf(m_app.settings)] {
+        if (isInWindow)
+            app.window.setRunning(true);
+        app.results.runs.start(run, manner);
+    });
 }
 
 void WindowRun::entryStarted(const EntryStart &start)
 {
     m_outcome.count = start.count;
-    onMainThread([&app = m_app, run = m_run, start] {
+    m_begun = start.index + 1;
+    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, start] {
         BVTableView &filesTable = *app.window.ui().filesTable;
         app.desktopReport.setProgress(run, start.index, start.count);
+        app.results.runs.startFile(run, start.path, start.count);
+        if (!isInWindow)
+            return;
         app.window.setStatusText(start.status);
         filesTable.deselectAll();
         filesTable.selectRowIndexes({start.index}, true);
@@ -105,11 +137,12 @@ void WindowRun::entryStarted(const EntryStart &start)
 
 void WindowRun::entryEnded(const EntryResult &result)
 {
-    using enum EntryResult::Outcome;
     ++m_done;
     if (const QStringList sentences = sentencesAbout(result); !sentences.isEmpty())
         onMainThread([&news = m_app.desktopReport, sentences] { news.tell(sentences); });
-    if (result.outcome != Done && result.outcome != NoGzipCopy)
+    onMainThread(
+        [&app = m_app, run = m_run, row = ResultRow(result)] { app.results.runs.endFile(run, row); });
+    if (!result.isMinified())
         return;
     const QString output = result.output.value_or(QString());
     m_outputs.insert(QFileInfo(output).canonicalFilePath());
@@ -128,23 +161,42 @@ void WindowRun::runEnded(RunEnd end, const QString &status)
     else
         m_outcome.reason = status;
     const bool isPlayed = m_app.settings.isTrue(soundCheckerKeyString);
-    onMainThread([&app = m_app, run = m_run, outcome = m_outcome, end, status, isPlayed] {
-        app.window.ui().filesTable->deselectAll();
-        if (end == RunEnd::Completed)
-            static_cast<void>(app.doneSound->load());
-        if (end == RunEnd::Completed && isPlayed)
-            app.doneSound->play();
-        if (!status.isEmpty())
-            app.window.setStatusText(status);
-        app.window.setRunning(false);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
+    const RunEnding ending{m_outcome.minified, m_outcome.count,
+                           end == RunEnd::Completed ? QStringList() : notRun(), m_outcome.reason,
+                           seconds.count()};
+    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, outcome = m_outcome, ending, end,
+                  status, isPlayed] {
+        if (isInWindow)
+            showEnd(app, end, status, isPlayed);
+        app.results.runs.end(run, ending);
         app.desktopReport.runEnded(run, outcome);
     });
 }
 
+/// The entries that the run has not come to.
+QStringList WindowRun::notRun() const
+{
+    QStringList sources;
+    const std::vector<QString> entries = m_queue.entries();
+    for (auto entry = static_cast<std::size_t>(m_begun); entry < entries.size(); ++entry)
+        sources.append(entries[entry]);
+    return sources;
+}
+
 void runMinifyJob(Application &app, const std::atomic<Stop> &stop)
 {
-    WindowRun window(app, stop);
+    WindowRun window(app, app.queue, stop);
     MinifyJob(app.queue, app.settings, app.tools, window, stop).run();
+}
+
+void runAgain(Application &app, const QStringList &sources, const std::atomic<Stop> &stop)
+{
+    FileQueue queue;
+    for (const QString &source : sources)
+        queue.append(source);
+    WindowRun window(app, queue, stop);
+    MinifyJob(queue, app.settings, app.tools, window, stop).run();
 }
 
 } // namespace brevant

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <chrono>
 #include <functional>
 #include <list>
 #include <optional>
@@ -53,11 +54,12 @@ private:
     std::list<std::jthread> m_threads;
 };
 
-/// Shows one run in the window and to the desktop. The run calls from its own thread; what is to be shown is
-/// handed to the main thread, in order, and never waited for. The application must outlive that.
+/// Shows one run in the window, in Results and to the desktop. The run calls from its own thread; what is to
+/// be shown is handed to the main thread, in order, and never waited for. The application must outlive that.
 class WindowRun final : public RunObserver {
 public:
-    WindowRun(Application &app, const std::atomic<Stop> &stop);
+    /// A run over another queue than that of the window is shown in Results only.
+    WindowRun(Application &app, const FileQueue &queue, const std::atomic<Stop> &stop);
 
     void runStarted() override;
     void entryStarted(const EntryStart &start) override;
@@ -65,12 +67,17 @@ public:
     void runEnded(RunEnd end, const QString &status) override;
 
 private:
+    [[nodiscard]] QStringList notRun() const;
     void onMainThread(std::function<void()> step);
 
     Application &m_app;
+    const FileQueue &m_queue;
+    const bool m_isInWindow;
     const std::atomic<Stop> &m_stop;
     const int m_run; ///< its number
+    const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
     int m_done = 0;
+    int m_begun = 0;
     RunOutcome m_outcome;
     QSet<QString> m_outputs;         ///< files written: one may have replaced another
     std::optional<QString> m_folder; ///< of the outputs so far; empty if there are several
@@ -78,5 +85,8 @@ private:
 
 /// One whole run over the queue, shown in the window, on the calling thread.
 void runMinifyJob(Application &app, const std::atomic<Stop> &stop);
+
+/// One more run over some files, shown in Results, on the calling thread.
+void runAgain(Application &app, const QStringList &sources, const std::atomic<Stop> &stop);
 
 } // namespace brevant

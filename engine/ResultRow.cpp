@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -18,11 +19,18 @@ namespace {
 
 using State = ResultRow::State;
 
+bool hasWarning(const CompressorMessages &messages)
+{
+    return std::ranges::any_of(messages.shown, [](const CompressorMessage &message) {
+        return message.kind == CompressorMessage::Kind::Warning;
+    });
+}
+
 State stateOf(const EntryResult &result)
 {
     using enum EntryResult::Outcome;
     if (result.outcome == Done)
-        return State::Done;
+        return hasWarning(result.messages) ? State::Warned : State::Done;
     if (result.sourceState == EntryResult::Source::PutBack)
         return State::PutBack;
     if (result.outcome == NotSafe || result.outcome == Refused)
@@ -95,6 +103,13 @@ ResultRow::ResultRow(const EntryResult &result)
     const QString why = result.reason();
     if (!why.isEmpty() || !result.messages.shown.empty() || !result.notes.isEmpty())
         remarks = std::make_shared<ResultRemarks>(ResultRemarks{why, result.messages, result.notes});
+}
+
+std::optional<double> ResultRow::savedPart() const
+{
+    if (!isMinified() || sizeBefore == noSize || sizeAfter == noSize)
+        return std::nullopt;
+    return sizeBefore == 0 ? 0 : 1 - static_cast<double>(sizeAfter) / static_cast<double>(sizeBefore);
 }
 
 QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace brevant {
@@ -50,6 +51,10 @@ struct ResultRow {
 
     /// Whether it has an output that counts, whatever became of its copies.
     [[nodiscard]] bool isMinified() const { return state >= State::Warned; }
+
+    /// How much of the source was saved, up to 1, and below 0 for an output that is larger; nothing unless it
+    /// is minified.
+    [[nodiscard]] std::optional<double> savedPart() const;
 
     [[nodiscard]] QString reason() const { return remarks ? remarks->reason : QString(); }
 };

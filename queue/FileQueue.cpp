@@ -15,13 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString toolTip(const QString &path)
-{
-    if (!path.contains(u'<') && !path.contains(u"&lt;")) // what Qt takes for markup
-        return path;
-    return u"<span style=\"white-space: pre\">%1</span>"_s.arg(path.toHtmlEscaped());
-}
-
 /// Entries are only ever removed, and others appended, so that what is left keeps its order.
 std::vector<int> newRows(const std::vector<QString> &before, const std::vector<QString> &now)
 {
@@ -150,10 +143,17 @@ QVariant FileQueue::data(const QModelIndex &index, int role) const
     case Qt::AccessibleTextRole:
         return PathString::lastComponent(*path).toString() + u", "_s + PathString::folder(*path).toString();
     case Qt::ToolTipRole:
-        return toolTip(*path);
+        return toolTipOf(*path);
     default:
         return {};
     }
+}
+
+QString toolTipOf(const QString &text)
+{
+    if (!text.contains(u'<') && !text.contains(u"&lt;")) // what Qt takes for markup
+        return text;
+    return u"<span style=\"white-space: pre\">%1</span>"_s.arg(text.toHtmlEscaped());
 }
 
 void addTopLevelPath(const QString &path, FileQueue &queue, const SettingsStore &settings)

@@ -70,6 +70,9 @@ private:
     std::vector<QString> m_rows; ///< the entries at the last reload, to follow each one to its new row
 };
 
+/// A text as a tool tip in which nothing is taken for markup.
+[[nodiscard]] QString toolTipOf(const QString &text);
+
 /// Adds one path that was dropped, chosen, opened or typed.
 ///
 /// If it is a folder, every accepted entry below it, at any depth, hidden ones included, in the order the

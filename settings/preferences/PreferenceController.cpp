@@ -9,6 +9,7 @@
 #include "ui_Preferences.h"
 #include "widgets/BackgroundDrag.h"
 #include "widgets/Dialogs.h"
+#include "widgets/FilterField.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -219,7 +220,8 @@ void PreferenceController::connectSuffixMatrix()
 void PreferenceController::followTextChanges(QWidget *focused)
 {
     auto *field = qobject_cast<QLineEdit *>(focused);
-    if (field != nullptr && field->window() != m_window.get())
+    if (field != nullptr && field->window() != m_window.get() &&
+        qobject_cast<FilterField *>(field) == nullptr)
         connect(field, &QLineEdit::textEdited, this, &PreferenceController::changeSuffix,
                 Qt::UniqueConnection);
 }

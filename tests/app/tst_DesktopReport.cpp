@@ -91,6 +91,26 @@ private Q_SLOTS:
         QTRY_COMPARE(texts(), QStringList{u"Minified 2 of 3 files|"_s + here() + u"/link"_s});
     }
 
+    void whatOnlyLacksACopyIsMinified_data()
+    {
+        QTest::addColumn<QLatin1StringView>("setting");
+        QTest::addColumn<QString>("inTheWay");
+        QTest::newRow("gzip") << gzipCheckerKeyString << u"f0.min.css.gz"_s;
+        QTest::newRow("Brotli") << brotliCheckerKeyString << u"f0.min.css.br"_s;
+    }
+
+    void whatOnlyLacksACopyIsMinified()
+    {
+        QFETCH(const QLatin1StringView, setting);
+        QFETCH(const QString, inTheWay);
+        AppFixture &app = filled({"copy"});
+        app.settings.setOverride(true, setting);
+        app.file(inTheWay + u"/file"_s);
+        app.window.hide();
+        run();
+        QTRY_COMPARE(texts(), QStringList{u"Minified 1 file|"_s + here()});
+    }
+
     void outputsInSeveralFolders()
     {
         AppFixture &app = filled({"copy"}, u"a/"_s);

@@ -1,0 +1,168 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/MessagePane.h"
+
+#include "app/results/RunRecord.h"
+#include "app/results/Signs.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+#include "widgets/Lines.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+constexpr int edge = 16;
+constexpr int lines = 3;
+
+QString sentence(QString text)
+{
+    if (text.isEmpty())
+        return text;
+    text[0] = text[0].toUpper();
+    return text.endsWith(u'.') ? text : text + u'.';
+}
+
+} // namespace
+
+QStringList linesAbout(const ResultRow &row)
+{
+    QStringList said;
+    if (!row.remarks)
+        return said;
+    for (const CompressorMessage &message : row.remarks->messages.shown) {
+        QString words = printable(message.inWords());
+        words[0] = words[0].toUpper();
+        said.append(message.kind == CompressorMessage::Kind::Warning ? u"Warning: "_s + words : words);
+    }
+    if (const int more = row.remarks->messages.more; more > 0)
+        said.append(QCoreApplication::translate("Results", "And %1 more.").arg(more));
+    // The reason of a modern compressor repeats its first message.
+    const bool isSaid = !row.remarks->messages.shown.empty() &&
+                        row.reason().contains(row.remarks->messages.shown.front().text);
+    if (!row.reason().isEmpty() && !isSaid)
+        said.append(sentence(printable(row.reason())));
+    for (const QString &note : row.remarks->notes)
+        said.append(sentence(printable(note)));
+    return said;
+}
+
+MessagePane::MessagePane(QWidget *parent)
+    : QWidget(parent), m_sign(new QLabel(this)), m_name(new ElidedLabel(this)),
+      m_folder(new ElidedLabel(this)), m_messages(new QPlainTextEdit(this))
+{
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(edge, 8, edge, 8);
+    column->setSpacing(4);
+    auto *const bar = new QHBoxLayout;
+    bar->setSpacing(8);
+    column->addLayout(bar);
+    bar->addWidget(m_sign);
+    bar->addWidget(m_name);
+    bar->addWidget(m_folder, 1);
+    m_folder->setElideMode(Qt::ElideLeft);
+    m_folder->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_name->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
+    m_open = addButton(*bar, tr("&Open"), u"document-open"_s);
+    m_reveal = addButton(*bar, tr("Re&veal Output"), u"folder-open"_s);
+    m_copy = addButton(*bar, tr("&Copy Path"), u"edit-copy"_s);
+    connect(m_open, &QAction::triggered, this, &MessagePane::openRequested);
+    connect(m_reveal, &QAction::triggered, this, &MessagePane::revealRequested);
+    connect(m_copy, &QAction::triggered, this, &MessagePane::copyRequested);
+    m_messages->setReadOnly(true);
+    m_messages->setTabChangesFocus(true);
+    m_messages->setFrameShape(QFrame::NoFrame);
+    m_messages->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_messages->setAccessibleName(tr("Messages"));
+    m_messages->document()->setDocumentMargin(0);
+    column->addWidget(m_messages, 1);
+    setRow(nullptr);
+}
+
+QAction *MessagePane::addButton(QHBoxLayout &bar, const QString &text, const QString &icon)
+{
+    auto *const action = new QAction(QIcon::fromTheme(icon), text, this);
+    action->setIconText(text); // with its mnemonic
+    auto *const button = new QToolButton(this);
+    button->setDefaultAction(action);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar.addWidget(button);
+    m_buttons.push_back(button);
+    return action;
+}
+
+QList<QAction *> MessagePane::fileActions() const
+{
+    return {m_open, m_reveal, m_copy};
+}
+
+void MessagePane::setRow(const ResultRow *row)
+{
+    m_row = row ? *row : ResultRow();
+    const bool isFile = row && !row->source.isEmpty();
+    m_name->setText(isFile ? printable(PathString::lastComponent(row->source).toString()) : QString());
+    m_folder->setText(isFile ? folderText(row->source) : QString());
+    m_folder->setToolTip(m_folder->text());
+    m_messages->setPlainText(row ? linesAbout(*row).join(u'\n') : tr("Select a file to see its messages."));
+    m_sign->setVisible(row != nullptr);
+    m_open->setEnabled(isFile);
+    m_copy->setEnabled(isFile);
+    const bool hasOutput = isFile && row->isMinified();
+    m_reveal->setEnabled(hasOutput);
+    m_reveal->setToolTip(hasOutput ? tr("Show the output in the file manager") : tr("There is no output."));
+    m_open->setToolTip(tr("Open the source with the program of your choice for such files"));
+    m_copy->setToolTip(tr("Copy the path of the source"));
+    updateLooks();
+}
+
+void MessagePane::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        updateLooks();
+}
+
+void MessagePane::updateLooks()
+{
+    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    if (m_sign->isVisibleTo(this))
+        m_sign->setPixmap(signIcon(m_row.state, *this).pixmap(size));
+    QFont bold = font();
+    bold.setBold(true);
+    m_name->setFont(bold);
+    const QColor ground = palette().color(QPalette::Active, QPalette::Window);
+    const QColor text = palette().color(QPalette::Active, QPalette::WindowText);
+    QPalette muted = m_folder->palette();
+    muted.setColor(QPalette::WindowText, mutedText(ground, text));
+    m_folder->setPalette(muted);
+    QPalette plain = m_messages->palette();
+    plain.setColor(QPalette::Base, ground);
+    plain.setColor(QPalette::Text, text);
+    m_messages->setPalette(plain);
+    m_messages->setFixedHeight(lines * m_messages->fontMetrics().lineSpacing() + 2);
+}
+
+/// Where there is no room for their words, the buttons keep their signs.
+void MessagePane::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    int needed = 0;
+    for (const QToolButton *const button : m_buttons)
+        needed += fontMetrics().horizontalAdvance(button->text()) + 2 * edge + 8;
+    const auto style = needed * 2 > width() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
+    for (QToolButton *const button : m_buttons)
+        button->setToolButtonStyle(style);
+}
+
+} // namespace brevant

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/ResultRow.h"
+
+#include <QWidget>
+
+class QAction;
+class QHBoxLayout;
+class QLabel;
+class QPlainTextEdit;
+class QToolButton;
+
+namespace brevant {
+
+class ElidedLabel;
+
+/// All that there is to say of one file, and what can be done with it.
+class MessagePane final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit MessagePane(QWidget *parent = nullptr);
+
+    /// Shows a file, or that none is selected.
+    void setRow(const ResultRow *row);
+
+    /// Open, Reveal Output and Copy Path.
+    [[nodiscard]] QList<QAction *> fileActions() const;
+
+Q_SIGNALS:
+    void openRequested();
+    void revealRequested();
+    void copyRequested();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    QAction *addButton(QHBoxLayout &bar, const QString &text, const QString &icon);
+    void updateLooks();
+
+    ResultRow m_row;
+    QLabel *m_sign;
+    ElidedLabel *m_name;
+    ElidedLabel *m_folder;
+    QPlainTextEdit *m_messages;
+    std::vector<QToolButton *> m_buttons;
+    QAction *m_open;
+    QAction *m_reveal;
+    QAction *m_copy;
+};
+
+/// Everything that is to be said of a file, a line each: messages with their places, then what became of it.
+[[nodiscard]] QStringList linesAbout(const ResultRow &row);
+
+} // namespace brevant

@@ -1,0 +1,325 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/ResultModel.h"
+
+#include "app/results/ResultRuns.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+#include "queue/FileQueue.h"
+#include "widgets/Dialogs.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <limits>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+using RowState = ResultRow::State;
+
+const QString dash = QStringLiteral("–");
+
+QString sizeOrDash(qint64 size)
+{
+    return size == ResultRow::noSize ? dash : sizeText(size);
+}
+
+QString secondsText(double seconds)
+{
+    return seconds > 0 ? u"%1 s"_s.arg(seconds, 0, 'f', seconds < 10 ? 2 : 1) : dash;
+}
+
+QString savedText(const ResultRow &row)
+{
+    const std::optional<double> part = row.savedPart();
+    return part ? u"%1 %"_s.arg(*part * 100, 0, 'f', 1) : dash;
+}
+
+bool isNumber(int column)
+{
+    return column >= ResultModel::Before && column <= ResultModel::Time;
+}
+
+/// Numbers are flush right in windows that are read from right to left, too.
+QVariant alignment(bool isForNumber)
+{
+    return QVariant(Qt::AlignVCenter | (isForNumber ? Qt::AlignRight | Qt::AlignAbsolute : Qt::AlignLeading));
+}
+
+} // namespace
+
+ResultModel::ResultModel(const ResultRuns &runs, QObject *parent) : QAbstractTableModel(parent)
+{
+    connect(&runs, &ResultRuns::rowAdded, this, [this](int run, int row) {
+        if (m_run && m_run->number == run && isAccepted(m_run->rows[static_cast<std::size_t>(row)]))
+            insert(row);
+    });
+    connect(&runs, &ResultRuns::rowChanged, this, [this](int run, int row) {
+        if (m_run && m_run->number == run)
+            changeRow(row);
+    });
+}
+
+void ResultModel::setRun(std::shared_ptr<const RunRecord> run)
+{
+    beginResetModel();
+    m_run = std::move(run);
+    m_shown = accepted();
+    sortRecords(m_shown);
+    endResetModel();
+}
+
+void ResultModel::setFilter(Shown shown, const QString &text)
+{
+    if (shown == m_which && text == m_text)
+        return;
+    beginResetModel();
+    m_which = shown;
+    m_text = text;
+    m_shown = accepted();
+    sortRecords(m_shown);
+    endResetModel();
+}
+
+void ResultModel::sort(int column, Qt::SortOrder order)
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const std::vector<int> before = m_shown;
+    m_column = column;
+    m_order = order;
+    std::ranges::sort(m_shown);
+    sortRecords(m_shown);
+    std::vector<int> rows(m_run ? m_run->rows.size() : 0); // by row of the run
+    for (std::size_t row = 0; row < m_shown.size(); ++row)
+        rows[static_cast<std::size_t>(m_shown[row])] = static_cast<int>(row);
+    const QModelIndexList old = persistentIndexList();
+    QModelIndexList now;
+    for (const QModelIndex &index : old) {
+        const int record = before[static_cast<std::size_t>(index.row())];
+        now.append(createIndex(rows[static_cast<std::size_t>(record)], index.column()));
+    }
+    changePersistentIndexList(old, now);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+const ResultRow &ResultModel::at(int row) const
+{
+    return m_run->rows[static_cast<std::size_t>(recordAt(row))];
+}
+
+int ResultModel::rowOf(int record) const
+{
+    const auto found = std::ranges::find(m_shown, record);
+    return found == m_shown.end() ? -1 : static_cast<int>(found - m_shown.begin());
+}
+
+bool ResultModel::isEmptyColumn(int column) const
+{
+    if (column != Gzip && column != Brotli)
+        return false;
+    const auto size = column == Gzip ? &ResultRow::gzipSize : &ResultRow::brotliSize;
+    return !m_run || std::ranges::all_of(
+                         m_run->rows, [](qint64 found) { return found == ResultRow::noSize; }, size);
+}
+
+int ResultModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
+}
+
+int ResultModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant ResultModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const ResultRow &row = at(index.row());
+    const int column = index.column();
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(row, column);
+    case Qt::ToolTipRole:
+        if (column == Name || column == Folder)
+            return toolTipOf(printable(row.source));
+        return column == Message ? toolTipOf(messageText(row)) : QVariant();
+    case Qt::TextAlignmentRole:
+        return alignment(isNumber(column));
+    default:
+        return {};
+    }
+}
+
+QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Vertical)
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return alignment(section != Saved && isNumber(section));
+    if (role != Qt::DisplayRole)
+        return {};
+    const std::array<QString, ColumnCount> titles{tr("State"), tr("Name"),   tr("Folder"), tr("Before"),
+                                                  tr("After"), tr("Saved"),  tr("gzip"),   tr("Brotli"),
+                                                  tr("Time"),  tr("Message")};
+    return titles.at(static_cast<std::size_t>(section));
+}
+
+QString ResultModel::text(const ResultRow &row, int column)
+{
+    switch (column) {
+    case State:
+        return stateText(row.state);
+    case Name:
+        return row.source.isEmpty() ? dash : printable(PathString::lastComponent(row.source).toString());
+    case Folder:
+        return row.source.isEmpty() ? dash : folderText(row.source);
+    case Before:
+        return sizeOrDash(row.sizeBefore);
+    case After:
+        return sizeOrDash(row.isMinified() ? row.sizeAfter : ResultRow::noSize);
+    case Saved:
+        return savedText(row);
+    case Gzip:
+        return sizeOrDash(row.gzipSize);
+    case Brotli:
+        return sizeOrDash(row.brotliSize);
+    case Time:
+        return secondsText(row.seconds);
+    case Message:
+        return messageText(row);
+    default:
+        return {};
+    }
+}
+
+bool ResultModel::isShown(Shown shown, RowState state)
+{
+    switch (shown) {
+    case Shown::All:
+        return true;
+    case Shown::Done:
+        return state == RowState::Done || state == RowState::Warned;
+    case Shown::Failed:
+        return state == RowState::Failed;
+    case Shown::PutBack:
+        return state == RowState::PutBack;
+    case Shown::Skipped:
+        return state == RowState::Skipped;
+    case Shown::NotRun:
+        return state == RowState::NotRun;
+    case Shown::Warned:
+        return state == RowState::Warned;
+    }
+    Q_UNREACHABLE();
+}
+
+ResultModel::Key ResultModel::keyOf(int record) const
+{
+    const ResultRow &row = m_run->rows[static_cast<std::size_t>(record)];
+    switch (m_column) {
+    case State:
+        return {.number = static_cast<double>(row.state)};
+    case Name:
+        return {.text = PathString::lastComponent(row.source).toString().toCaseFolded()};
+    case Folder:
+        return {.text = PathString::folder(row.source).toString().toCaseFolded()};
+    case Before:
+        return {.number = static_cast<double>(row.sizeBefore)};
+    case After:
+        return {.number = static_cast<double>(row.isMinified() ? row.sizeAfter : ResultRow::noSize)};
+    case Saved:
+        return {.number = row.savedPart().value_or(-std::numeric_limits<double>::infinity())};
+    case Gzip:
+        return {.number = static_cast<double>(row.gzipSize)};
+    case Brotli:
+        return {.number = static_cast<double>(row.brotliSize)};
+    case Time:
+        return {.number = row.seconds};
+    case Message:
+        return {.text = messageText(row).toCaseFolded()};
+    default:
+        return {};
+    }
+}
+
+bool ResultModel::isAccepted(const ResultRow &row) const
+{
+    return isShown(m_which, row.state) &&
+           (m_text.isEmpty() || row.source.contains(m_text, Qt::CaseInsensitive) ||
+            (row.remarks && messageText(row).contains(m_text, Qt::CaseInsensitive)));
+}
+
+std::vector<int> ResultModel::accepted() const
+{
+    std::vector<int> records;
+    for (std::size_t record = 0; m_run && record < m_run->rows.size(); ++record) {
+        if (isAccepted(m_run->rows[record]))
+            records.push_back(static_cast<int>(record));
+    }
+    return records;
+}
+
+/// Rows of the run that are in their order.
+void ResultModel::sortRecords(std::vector<int> &records) const
+{
+    if (m_column < 0)
+        return;
+    std::vector<std::pair<Key, int>> keys; // made once for each row, not for each comparison
+    keys.reserve(records.size());
+    for (const int record : records)
+        keys.emplace_back(keyOf(record), record);
+    if (m_order == Qt::AscendingOrder)
+        std::ranges::stable_sort(keys, std::less(), &std::pair<Key, int>::first);
+    else
+        std::ranges::stable_sort(keys, std::greater(), &std::pair<Key, int>::first);
+    std::ranges::transform(keys, records.begin(), &std::pair<Key, int>::second);
+}
+
+/// The row that a row of the run, not shown yet, is to have.
+int ResultModel::placeOf(int record) const
+{
+    const auto comesAfter = [this](const std::pair<Key, int> &one, int other) {
+        const auto order = one.first <=> keyOf(other);
+        return order == 0 ? one.second < other : (order < 0) == (m_order == Qt::AscendingOrder);
+    };
+    const auto place =
+        std::upper_bound(m_shown.begin(), m_shown.end(), std::pair(keyOf(record), record), comesAfter);
+    return static_cast<int>(place - m_shown.begin());
+}
+
+void ResultModel::insert(int record)
+{
+    const int row = placeOf(record);
+    beginInsertRows({}, row, row);
+    m_shown.insert(m_shown.begin() + row, record);
+    endInsertRows();
+}
+
+/// A row that has changed may belong elsewhere, or not be shown any more.
+void ResultModel::changeRow(int record)
+{
+    const auto found = std::ranges::find(m_shown, record);
+    const bool isNowShown = isAccepted(m_run->rows[static_cast<std::size_t>(record)]);
+    if (found != m_shown.end() && isNowShown && m_column < 0) {
+        const auto row = static_cast<int>(found - m_shown.begin());
+        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+        return;
+    }
+    if (found != m_shown.end()) {
+        const auto row = static_cast<int>(found - m_shown.begin());
+        beginRemoveRows({}, row, row);
+        m_shown.erase(found);
+        endRemoveRows();
+    }
+    if (isNowShown)
+        insert(record);
+}
+
+} // namespace brevant

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/ResultRuns.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brevant {
+
+namespace {
+
+constexpr std::size_t mostRuns = 10;
+constexpr int numberOfStart = 0; // runs have numbers from 1
+
+} // namespace
+
+void ResultRuns::start(int run, const QString &manner)
+{
+    RunRecord record;
+    record.number = run;
+    record.manner = manner;
+    record.isRunning = true;
+    add(std::move(record));
+}
+
+void ResultRuns::startFile(int run, const QString &source, int count)
+{
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record)
+        return;
+    record->expected = std::max(count, static_cast<int>(record->rows.size()) + 1);
+    addRow(*record, ResultRow(ResultRow::State::Running, source));
+}
+
+void ResultRuns::endFile(int run, const ResultRow &row)
+{
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record || record->rows.empty())
+        return;
+    record->rows.back() = row;
+    Q_EMIT rowChanged(run, static_cast<int>(record->rows.size()) - 1);
+}
+
+void ResultRuns::end(int run, const RunEnding &ending)
+{
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record)
+        return;
+    // One whose compressor could not be started.
+    if (!record->rows.empty() && record->rows.back().state == ResultRow::State::Running)
+        endFile(run, ResultRow(ResultRow::State::NotRun, record->rows.back().source));
+    record->rows.reserve(record->rows.size() + static_cast<std::size_t>(ending.notRun.size()));
+    for (const QString &source : ending.notRun)
+        addRow(*record, ResultRow(ResultRow::State::NotRun, source));
+    record->isRunning = false;
+    record->minified = ending.minified;
+    record->count = ending.count;
+    record->reason = ending.reason;
+    record->seconds = ending.seconds;
+    Q_EMIT ended(run);
+}
+
+void ResultRuns::addStart(const QStringList &sentences)
+{
+    RunRecord record;
+    record.number = numberOfStart;
+    for (const QString &sentence : sentences) {
+        ResultRow row(ResultRow::State::PutBack, QString());
+        row.remarks = std::make_shared<ResultRemarks>(ResultRemarks{sentence, {}, {}});
+        record.rows.push_back(std::move(row));
+    }
+    add(std::move(record));
+}
+
+void ResultRuns::add(RunRecord record)
+{
+    const int number = record.number;
+    record.started = QDateTime::currentDateTime();
+    m_all.push_back(std::make_shared<RunRecord>(std::move(record)));
+    const auto oldest = std::ranges::find(m_all, false, [](const auto &run) { return run->isRunning; });
+    if (m_all.size() > mostRuns && oldest != m_all.end())
+        m_all.erase(oldest);
+    Q_EMIT added(number);
+}
+
+void ResultRuns::addRow(RunRecord &record, const ResultRow &row)
+{
+    record.rows.push_back(row);
+    Q_EMIT rowAdded(record.number, static_cast<int>(record.rows.size()) - 1);
+}
+
+bool ResultRuns::isAnyRunning() const
+{
+    return std::ranges::any_of(m_all, [](const auto &run) { return run->isRunning; });
+}
+
+std::shared_ptr<RunRecord> ResultRuns::recordOf(int run) const
+{
+    const auto found = std::ranges::find(m_all, run, [](const auto &record) { return record->number; });
+    return found == m_all.end() ? nullptr : *found;
+}
+
+} // namespace brevant

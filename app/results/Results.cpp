@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/Results.h"
+
+#include "app/results/ResultMark.h"
+#include "app/results/ResultsWindow.h"
+
+namespace brevant {
+
+Results::Results(QWidget &mainWindow) : m_mainWindow(mainWindow)
+{
+    connect(&runs, &ResultRuns::added, this, &Results::hideMark);
+    connect(&runs, &ResultRuns::ended, this, &Results::showMark);
+}
+
+Results::~Results() = default;
+
+void Results::setMarkPlace(QLabel &status, QHBoxLayout &bar)
+{
+    m_status = &status;
+    m_bar = &bar;
+}
+
+void Results::show()
+{
+    shownWindow().activateWindow();
+}
+
+void Results::showBeside()
+{
+    shownWindow();
+}
+
+/// On the screen, in front of the main window.
+ResultsWindow &Results::shownWindow()
+{
+    if (!m_window) {
+        m_window = std::make_unique<ResultsWindow>(runs, &m_mainWindow);
+        m_window->setAttribute(Qt::WA_ShowWithoutActivating);
+        connect(m_window.get(), &ResultsWindow::openRequested, this, &Results::openRequested);
+        connect(m_window.get(), &ResultsWindow::revealRequested, this, &Results::revealRequested);
+        connect(m_window.get(), &ResultsWindow::retryRequested, this, &Results::retryRequested);
+    }
+    if (!m_window->isVisible())
+        m_window->showLastRun();
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    m_window->raise();
+    return *m_window;
+}
+
+void Results::close()
+{
+    if (m_window)
+        m_window->close();
+}
+
+void Results::hideMark()
+{
+    if (m_mark)
+        m_mark->hideResult();
+}
+
+void Results::showMark(int run)
+{
+    const std::shared_ptr<const RunRecord> record = runs.find(run);
+    if (!record || record->rows.empty() || runs.isAnyRunning())
+        return;
+    if (!m_mark) {
+        m_mark = new ResultMark(*m_status, *m_bar);
+        connect(m_mark, &ResultMark::clicked, this, &Results::show);
+    }
+    m_mark->showResult(shortResult(*record));
+}
+
+} // namespace brevant

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/results/ResultRuns.h"
+
+#include <memory>
+
+class QHBoxLayout;
+class QLabel;
+
+namespace brevant {
+
+class ResultMark;
+class ResultsWindow;
+
+/// What is known of the runs, and where it is shown: the mark in the main window and the window Results, each
+/// made when it is first needed.
+class Results final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Results belongs to `mainWindow`, and stays in front of it.
+    explicit Results(QWidget &mainWindow);
+    ~Results() override;
+
+    /// Where the mark takes its place: behind `status`, in `bar`.
+    void setMarkPlace(QLabel &status, QHBoxLayout &bar);
+
+    /// Opens the window, or brings it to the front.
+    void show();
+
+    /// The same, but leaves the keyboard to the main window.
+    void showBeside();
+    void close();
+
+    /// Takes the mark away, until the next run has ended.
+    void hideMark();
+
+    ResultRuns runs;
+
+Q_SIGNALS:
+    void openRequested(const QString &path);
+    void revealRequested(const QString &path);
+    void retryRequested(const QStringList &sources);
+
+private:
+    void showMark(int run);
+    ResultsWindow &shownWindow();
+
+    QWidget &m_mainWindow;
+    QLabel *m_status = nullptr;
+    QHBoxLayout *m_bar = nullptr;
+    ResultMark *m_mark = nullptr; ///< a child of the bar
+    std::unique_ptr<ResultsWindow> m_window;
+};
+
+} // namespace brevant

@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/ResultsWindow.h"
+
+#include "app/results/KindPicture.h"
+#include "app/results/MessagePane.h"
+#include "app/results/ResultRuns.h"
+#include "app/results/ResultTable.h"
+#include "app/results/RunChooser.h"
+#include "app/results/SaveReport.h"
+#include "app/results/Signs.h"
+#include "app/results/StateFilter.h"
+#include "widgets/FilterField.h"
+#include "widgets/Lines.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+constexpr int edge = 16;
+constexpr int lettersOfTotals = 85;
+constexpr QSize usualSize(936, 592);
+constexpr std::chrono::milliseconds headDelay(100);
+
+QWidget *line(QWidget *parent)
+{
+    auto *const hairline = new Hairline(parent);
+    hairline->setFixedHeight(1);
+    return hairline;
+}
+
+} // namespace
+
+ResultsWindow::ResultsWindow(const ResultRuns &runs, QWidget *parent)
+    : QMainWindow(parent, Qt::Window), m_runs(runs), m_model(runs)
+{
+    setWindowTitle(tr("Results"));
+    auto *const contents = new QWidget(this);
+    auto *const column = new QVBoxLayout(contents);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    // The first stop of the Tab key is the table, whose place is below others.
+    m_table = new ResultTable(m_model, contents);
+    m_pane = new MessagePane(contents);
+    for (QWidget *const part : {makeHead(), line(contents), makeFilters(), line(contents)})
+        column->addWidget(part);
+    column->addWidget(m_table, 1);
+    for (QWidget *const part : {line(contents), static_cast<QWidget *>(m_pane), line(contents), makeBottom()})
+        column->addWidget(part);
+    setCentralWidget(contents);
+    m_hint = new QLabel(m_table->viewport());
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_headTimer.setSingleShot(true);
+    connectAll();
+    updateLooks();
+    resize(usualSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
+    m_table->setFocus();
+}
+
+QWidget *ResultsWindow::makeHead()
+{
+    auto *const head = new QWidget(this);
+    auto *const row = new QHBoxLayout(head);
+    row->setContentsMargins(edge, 8, edge, 8);
+    auto *const column = new QVBoxLayout;
+    row->addLayout(column, 1);
+    auto *const chooserRow = new QHBoxLayout;
+    column->addLayout(chooserRow);
+    auto *const label = new QLabel(tr("R&un:"), head);
+    m_chooser = new RunChooser(m_runs, head);
+    label->setBuddy(m_chooser);
+    m_manner = new ElidedLabel(head);
+    m_manner->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    chooserRow->addWidget(label);
+    chooserRow->addWidget(m_chooser);
+    chooserRow->addWidget(m_manner, 1);
+    m_totals = new QLabel(head);
+    m_totals->setWordWrap(true);
+    m_totals->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    column->addWidget(m_totals);
+    m_picture = new KindPicture(head);
+    row->addWidget(m_picture);
+    return head;
+}
+
+QWidget *ResultsWindow::makeFilters()
+{
+    auto *const bar = new QWidget(this);
+    auto *const row = new QHBoxLayout(bar);
+    row->setContentsMargins(edge - 4, 8, edge, 8);
+    m_states = new StateFilter(bar);
+    row->addWidget(m_states, 1, Qt::AlignVCenter);
+    m_filter = new FilterField(bar);
+    m_filter->setPlaceholderText(tr("Filter by name or message"));
+    m_filter->setAccessibleName(tr("Filter"));
+    m_filter->setClearButtonEnabled(true);
+    m_filter->addAction(QIcon::fromTheme(u"edit-find"_s), QLineEdit::LeadingPosition);
+    m_filter->setFixedWidth(fontMetrics().horizontalAdvance(m_filter->placeholderText()) + 4 * edge);
+    row->addWidget(m_filter);
+    return bar;
+}
+
+QWidget *ResultsWindow::makeBottom()
+{
+    auto *const bar = new QWidget(this);
+    auto *const row = new QHBoxLayout(bar);
+    row->setContentsMargins(edge, 12, edge, 12);
+    row->addStretch(1);
+    m_save = new QPushButton(tr("&Save Report…"), bar);
+    m_retry = new QPushButton(tr("Retry &Failed"), bar);
+    for (QPushButton *const button : {m_save, m_retry}) {
+        button->setAutoDefault(true); // Return presses it
+        button->setMinimumWidth(button->sizeHint().width() + edge);
+        row->addWidget(button);
+    }
+    return bar;
+}
+
+void ResultsWindow::connectAll()
+{
+    connect(&m_headTimer, &QTimer::timeout, this, &ResultsWindow::updateHead);
+    connect(&m_runs, &ResultRuns::added, this, &ResultsWindow::addRun);
+    connect(&m_runs, &ResultRuns::ended, this, &ResultsWindow::endRun);
+    const auto later = [this] {
+        if (!m_headTimer.isActive())
+            m_headTimer.start(headDelay);
+    };
+    connect(&m_runs, &ResultRuns::rowAdded, this, later);
+    connect(&m_runs, &ResultRuns::rowChanged, this, later);
+    connect(m_chooser, &RunChooser::chosen, this, &ResultsWindow::showRun);
+    connect(m_states, &StateFilter::changed, this, &ResultsWindow::updateFilter);
+    connect(m_filter, &QLineEdit::textChanged, this, &ResultsWindow::updateFilter);
+    connect(m_table, &ResultTable::currentFileChanged, this,
+            [this] { m_pane->setRow(m_table->currentFile()); });
+    connect(m_save, &QPushButton::clicked, this, [this] { saveReport(m_model.run(), this); });
+    connect(m_retry, &QPushButton::clicked, this, [this] { Q_EMIT retryRequested(toRetry()); });
+    connect(m_pane, &MessagePane::openRequested, this,
+            [this] { Q_EMIT openRequested(m_table->currentFile()->source); });
+    connect(m_pane, &MessagePane::revealRequested, this,
+            [this] { Q_EMIT revealRequested(m_table->currentFile()->output); });
+    connect(m_pane, &MessagePane::copyRequested, this,
+            [this] { QGuiApplication::clipboard()->setText(m_table->currentFile()->source); });
+    m_table->addActions(m_pane->fileActions());
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &ResultsWindow::updateHint);
+    connect(&m_model, &QAbstractItemModel::modelReset, this, &ResultsWindow::updateHint);
+    auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this
+    connect(find, &QShortcut::activated, this, [this] {
+        m_filter->setFocus(Qt::ShortcutFocusReason);
+        m_filter->selectAll();
+    });
+}
+
+void ResultsWindow::showLastRun()
+{
+    const auto all = m_runs.all();
+    if (!all.empty())
+        showRun(all.back()->number);
+    else
+        updateHead();
+}
+
+void ResultsWindow::showRun(int run)
+{
+    if (!m_model.run() || m_model.run()->number != run)
+        m_table->showRun(m_runs.find(run));
+    updateHead();
+}
+
+/// The run shown while it goes on stays, if another begins.
+void ResultsWindow::addRun(int run)
+{
+    if (!m_model.run() || !m_model.run()->isRunning)
+        showRun(run);
+    updateHead();
+}
+
+void ResultsWindow::endRun(int run)
+{
+    if (m_model.run() && m_model.run()->number == run)
+        m_table->sortWorstFirst();
+    updateHead();
+}
+
+void ResultsWindow::updateHead()
+{
+    const std::shared_ptr<const RunRecord> run = m_model.run();
+    const RunTotals totals = run ? run->totals() : RunTotals();
+    const int rows = run ? static_cast<int>(run->rows.size()) : 0;
+    m_chooser->setRun(run ? run->number : -1);
+    m_manner->setText(run ? mannerText(*run) : QString());
+    m_totals->setText(run ? totalsText(*run, totals, layoutDirection()) : QString());
+    const int done = totals.count(ResultRow::State::Done) + totals.count(ResultRow::State::Warned);
+    m_totals->setToolTip(done == 1 ? tr("The sizes are those of the file that is done.")
+                                   : tr("The sizes are those of the %1 files that are done.").arg(done));
+    m_picture->setTotals(totals);
+    m_table->updateColumns();
+    m_states->setTotals(totals, rows);
+    m_save->setEnabled(run && !run->isRunning && rows > 0);
+    const QStringList failed = toRetry();
+    m_retry->setEnabled(!failed.isEmpty() && !m_runs.isAnyRunning());
+    m_retry->setToolTip(tr("Minify the files again that were not minified, %1 in all").arg(failed.size()));
+    m_pane->setRow(m_table->currentFile());
+    updateHint();
+    fitPicture();
+}
+
+void ResultsWindow::updateFilter()
+{
+    m_table->setFilter(m_states->shown(), m_filter->text());
+}
+
+void ResultsWindow::updateHint()
+{
+    const bool hasRows = m_model.run() && !m_model.run()->rows.empty();
+    m_hint->setVisible(m_model.rowCount() == 0);
+    m_hint->setText(hasRows ? tr("No file matches.")
+                            : tr("No run yet. What becomes of each file is shown here."));
+    m_hint->resize(m_table->viewport()->size());
+}
+
+/// The picture goes where it would take the room of the totals.
+void ResultsWindow::fitPicture()
+{
+    const int room = width() - 3 * edge - m_picture->sizeHint().width();
+    m_picture->setVisible(!m_picture->isEmpty() &&
+                          room >= fontMetrics().averageCharWidth() * lettersOfTotals);
+}
+
+QStringList ResultsWindow::toRetry() const
+{
+    QStringList sources;
+    if (!m_model.run() || m_model.run()->isRunning)
+        return sources;
+    for (const ResultRow &row : m_model.run()->rows) {
+        if (!row.isMinified() && !row.source.isEmpty())
+            sources.append(row.source);
+    }
+    return sources;
+}
+
+void ResultsWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Close))
+        close();
+    else if (!event->matches(QKeySequence::Cancel))
+        QMainWindow::keyPressEvent(event);
+    else if (!m_filter->text().isEmpty())
+        m_filter->clear();
+    else
+        close();
+}
+
+void ResultsWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    m_hint->resize(m_table->viewport()->size());
+    fitPicture();
+}
+
+void ResultsWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        updateLooks();
+}
+
+/// What the style does not give the labels by itself.
+void ResultsWindow::updateLooks()
+{
+    const auto mute = [this](QLabel &label, const QColor &ground) {
+        QPalette muted = label.palette();
+        muted.setColor(QPalette::WindowText,
+                       mutedText(ground, palette().color(QPalette::Active, QPalette::WindowText)));
+        label.setPalette(muted);
+    };
+    mute(*m_manner, palette().color(QPalette::Active, QPalette::Window));
+    mute(*m_hint, palette().color(QPalette::Active, QPalette::Base));
+    QFont bold = font();
+    bold.setBold(true);
+    m_totals->setFont(bold);
+}
+
+} // namespace brevant

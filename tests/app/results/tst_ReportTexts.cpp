@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RunMaker.h"
+#include "app/results/ReportTexts.h"
+#include "tests/TestClass.h"
+
+#include <QTest>
+
+using namespace brevant;
+using namespace brevant::test;
+using State = ResultRow::State;
+
+/// A run for other programs and for readers.
+class tst_ReportTexts final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void csv()
+    {
+        ResultRow done = row(State::Done, u"/w/a, \"b\".css"_s, 1000, 600);
+        done.gzipSize = 300;
+        done.seconds = 0.5;
+        const RunRecord run = record({done, row(State::NotRun, u"/w/c.css"_s)});
+        QCOMPARE(QString::fromUtf8(reportAsCsv(run)),
+                 u"state,source,output,size before,size after,gzip size,Brotli size,seconds,message\r\n"
+                 "done,\"/w/a, \"\"b\"\".css\",\"/w/a, \"\"b\"\".css.out\",1000,600,300,,0.500,\r\n"
+                 "not run,/w/c.css,/w/c.css.out,,,,,0.000,\r\n"_s);
+    }
+
+    void markdown()
+    {
+        const RunRecord run = record({row(State::Done, u"/w/a|b_c.css"_s, 1000, 600),
+                                      failure(u"/w/d.js"_s, u"Unexpected <x>"_s, 2, 3)});
+        QCOMPARE(QString::fromUtf8(reportAsMarkdown(run)),
+                 u"# Brevant, 2026-03-04 05:06\n\n"
+                 "2 files · 1 kB → 600 bytes · 40 % saved · 1 failed\n\n"
+                 "| State | File | Before | After | Saved | gzip | Brotli | Time | Message |\n"
+                 "|---|---|--:|--:|--:|--:|--:|--:|---|\n"
+                 "| Done | /w/a\\|b\\_c.css | 1 kB | 600 bytes | 40.0 % | – | – | – |  |\n"
+                 "| Failed | /w/d.js | 100 bytes | – | – | – | – | – | 2:3  Unexpected \\<x\\> |\n"_s);
+    }
+
+private:
+    static RunRecord record(const std::vector<ResultRow> &rows)
+    {
+        RunRecord made;
+        made.rows = rows;
+        made.started = QDateTime(QDate(2026, 3, 4), QTime(5, 6));
+        return made;
+    }
+};
+
+BREVANT_TEST(tst_ReportTexts, QCoreApplication)
+#include "tst_ReportTexts.moc"

@@ -1,0 +1,89 @@
+# SPDX-FileCopyrightText: 2026 The Brevant developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What became of every file: the mark beside the status line, and the window Results."""
+import json
+
+from cases import run
+from session import equal, wait_for
+
+GOOD = "a  {  color : red ; }\n"
+BAD = "var = ;\n"
+
+
+def after_a_run(case):
+    program = case.start(case.file("good.css", GOOD), case.file("bad.js", BAD), case.file("other.js", BAD))
+    program.expect_names("good.css", "bad.js", "other.js")
+    program.click(program.button("Minify"))
+    program.expect_status("Well done!")
+    wait_for("the mark", lambda: program.has_button("Results: 2 of 3 failed"))
+    return program
+
+
+def results(program):
+    program.expect_active("Results")
+    return wait_for("Results on the bus", lambda: program.root.first("frame", "Results"))
+
+
+def table(window):
+    return window.find("table", "Results")
+
+
+def cells(window):
+    return [cell.name for cell in table(window).children if cell.role == "cell"]
+
+
+def expect_files(window, *names):
+    def found():
+        shown = cells(window)
+        return [name for name in shown if name.endswith((".css", ".js"))]
+    wait_for(lambda: f"the files {names}, not {found()}", lambda: found() == list(names))
+
+
+def with_the_mouse(case):
+    program = after_a_run(case)
+    program.click(program.button("Results: 2 of 3 failed"))
+    window = results(program)
+    expect_files(window, "bad.js", "other.js", "good.css")
+    program.click(window.find("check box", "Done 1"))
+    expect_files(window, "good.css")
+    program.click(window.find("check box", "All 3"))
+    expect_files(window, "bad.js", "other.js", "good.css")
+    (case.folder / "bad.js").write_text("var  a  =  1 ;\n")
+    program.click(window.find("push button", "Retry Failed"))
+    expect_files(window, "other.js", "bad.js")
+    wait_for("the output", lambda: (case.folder / "bad.min.js").exists())
+    equal(program.status(), "Well done!")
+    wait_for("the mark of that run", lambda: program.has_button("Results: 1 of 2 failed"))
+    program.key("Escape")
+    program.expect_active("Brevant")
+    program.click(program.button("Clear"))
+    wait_for("the mark to go", lambda: not program.has_button("Results: 1 of 2 failed"))
+
+
+def with_the_keyboard(case):
+    program = after_a_run(case)
+    program.key("Tab")
+    program.key("space")
+    window = results(program)
+    expect_files(window, "bad.js", "other.js", "good.css")
+    program.key("ctrl+f")
+    program.type("other")
+    expect_files(window, "other.js")
+    program.key("Escape")
+    expect_files(window, "bad.js", "other.js", "good.css")
+    program.key("alt+s")
+    program.expect_active("Save Report")
+    program.key("ctrl+a")
+    program.type(str(case.folder / "report.json"))
+    program.key("Return")
+    report = wait_for("the report", lambda: (case.folder / "report.json").exists() and
+                      json.loads((case.folder / "report.json").read_text()))
+    equal((report["done"], report["failed"], report["notRun"]), (1, 2, 0))
+    program.expect_active("Results")
+    program.key("Escape")
+    program.expect_active("Brevant")
+    program.key("ctrl+l")
+    program.expect_active("Results")
+
+
+run([with_the_mouse, with_the_keyboard])
