@@ -45,8 +45,10 @@ QString optionsError(const QCommandLineParser &parser)
     const bool isDryRun = parser.isSet(u"dry-run"_s);
     if (isList && isDryRun)
         return u"--list and --dry-run cannot be used together"_s;
-    if (parser.isSet(u"report"_s) && (isList || isDryRun))
-        return u"--report needs a run, which --list and --dry-run are not"_s;
+    for (const QString &option : {u"report"_s, u"check"_s}) {
+        if (parser.isSet(option) && (isList || isDryRun))
+            return u"--%1 needs a run, which --list and --dry-run are not"_s.arg(option);
+    }
     // Only the paths to minify may hold bytes that are not UTF-8; they are listed and reported as failures.
     for (const QString &option : parser.optionNames()) {
         for (const QString &value : parser.values(option)) {
@@ -144,6 +146,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     if (line.action == CommandLine::Action::Help || line.action == CommandLine::Action::Version)
         return line;
     line.all = parser.isSet(u"all"_s);
+    line.check = parser.isSet(u"check"_s);
     line.quiet = parser.isSet(u"quiet"_s);
     line.settingsFile = parser.value(u"settings"_s);
     line.reportFile = parser.value(u"report"_s);
@@ -171,8 +174,9 @@ QString helpText()
         const QString value = registeredDefaults().value(setting.key).toVariant().toString();
         text += u"  %1=%2\n"_s.arg(setting.key, value);
     }
-    return text + u"\nExit status: 0 all done, 1 some failed, 2 wrong usage, 3 Java (classic), a compressor\n"
-                  "or brotli is missing, 130 ended by Ctrl+C.\n"_s;
+    return text +
+           u"\nExit status: 0 all done, 1 some failed or were warned of, 2 wrong usage, 3 Java (classic),\n"
+           "a compressor or brotli is missing, 130 ended by Ctrl+C.\n"_s;
 }
 
 QString versionText()

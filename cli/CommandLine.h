@@ -22,8 +22,9 @@ struct CommandLine {
     QStringList also;                                               ///< extensions of extra kinds
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
-    int jobs = 0;     ///< compressors at once; 0 for as many as suit them
-    bool all = false; ///< take outputs of other files too
+    int jobs = 0;       ///< compressors at once; 0 for as many as suit them
+    bool check = false; ///< the results of the classic compressors
+    bool all = false;   ///< take outputs of other files too
     bool quiet = false;
     QString error; ///< what is wrong with the arguments, in words; empty if nothing is
 };
@@ -38,7 +39,7 @@ struct OptionHelp {
 };
 
 /// In the order of the help text.
-inline constexpr std::array<OptionHelp, 11> allOptions{{
+inline constexpr std::array<OptionHelp, 12> allOptions{{
     {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
     {u"--settings FILE", u"read the settings from FILE, not the user's own"},
     {u"--jobs N", u"run up to N compressors at once"},
@@ -46,6 +47,7 @@ inline constexpr std::array<OptionHelp, 11> allOptions{{
     {u"--all", u"take outputs of other files in folders too"},
     {u"--list", u"print each file and its output, run nothing"},
     {u"--dry-run", u"print each command line, run nothing"},
+    {u"--check", u"warn of what the classic compressors have damaged"},
     {u"--report FILE", u"write a JSON report of the run to FILE"},
     {u"--quiet", u"print failures only"},
     {u"--version", u"print the versions of it and of the compressors"},

@@ -61,6 +61,7 @@ void RunReport::entryStarted(const EntryStart &start)
 void RunReport::entryEnded(const EntryResult &result)
 {
     m_results.push_back(result);
+    m_checked.push_back(m_check ? m_check(result) : std::nullopt);
     // A failing compressor has just printed why below the live line, which stays as a heading for it.
     if (result.outcome != EntryResult::Outcome::Done)
         m_liveLineShown = false;
@@ -167,9 +168,36 @@ QString RunReport::notes() const
     return text;
 }
 
+bool RunReport::hasWarnings() const
+{
+    return std::ranges::any_of(m_checked,
+                               [](const auto &checked) { return checked && checked->isSuspicious(); });
+}
+
+QString RunReport::warnings() const
+{
+    QString text;
+    for (std::size_t i = 0; i < m_checked.size(); ++i) {
+        const QString source = printable(m_results[i].source);
+        const CheckedFile checked = m_checked[i].value_or(CheckedFile());
+        if (!checked.obstacle.isEmpty())
+            text += u"Not checked: %1: %2\n"_s.arg(source, printable(checked.obstacle));
+        for (const ResultWarning &warning : checked.warnings) {
+            if (!warning.isNote() || m_style != Style::Quiet)
+                text += u"%1: %2: %3\n"_s.arg(warning.isNote() ? u"Note"_s : u"Warning"_s, source,
+                                              printable(warning.inWords()));
+        }
+    }
+    return text;
+}
+
 QByteArray RunReport::toJson() const
 {
     std::vector<ResultRow> rows(m_results.begin(), m_results.end());
+    for (std::size_t i = 0; i < m_checked.size(); ++i) {
+        if (m_checked[i])
+            rows[i].setChecked(*m_checked[i]);
+    }
     for (const QString &entry : m_notRun)
         rows.emplace_back(ResultRow::State::NotRun, entry);
     return reportAsJson(rows, m_failure);

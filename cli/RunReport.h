@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/MinifyJob.h"
+#include "engine/check/ResultWarning.h"
 
 #include <QStringList>
 
@@ -29,6 +30,10 @@ public:
     {
     }
 
+    /// Has each result checked as its file ends; nothing for one that is not to be.
+    using Check = std::function<std::optional<CheckedFile>(const EntryResult &)>;
+    void setCheck(Check check) { m_check = std::move(check); }
+
     void entryStarted(const EntryStart &start) override;
     void entryEnded(const EntryResult &result) override;
     void runEnded(RunEnd end, const QString &status) override;
@@ -48,6 +53,12 @@ public:
     /// The notes of all results, one line each.
     [[nodiscard]] QString notes() const;
 
+    /// Whether a check has found more than notes.
+    [[nodiscard]] bool hasWarnings() const;
+
+    /// What the checks have found, one line each; notes too, unless the run is quiet.
+    [[nodiscard]] QString warnings() const;
+
     /// The report for machines; brevant-cli(1) describes its format.
     [[nodiscard]] QByteArray toJson() const;
 
@@ -66,6 +77,8 @@ private:
     QString m_status;
     bool m_liveLineShown = false; ///< on the line above the cursor
     std::vector<EntryResult> m_results;
+    Check m_check;
+    std::vector<std::optional<CheckedFile>> m_checked; ///< of each result
     QStringList m_notRun;
     QString m_failure;
     RunEnd m_end = RunEnd::Completed;

@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Listing.h"
 #include "cli/OutputClaims.h"
+#include "cli/ResultChecks.h"
 #include "cli/RunReport.h"
 #include "cli/TerminalText.h"
 #include "engine/MinifyJob.h"
@@ -204,20 +205,28 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     const int suited = isModernChosen(settings) ? QThread::idealThreadCount() : 1;
     const int jobs = line.jobs > 0 ? line.jobs : suited;
     catchStopSignals(jobs > 1);
-    const RunEnd end =
-        MinifyJob(queue, settings, tools, report, stopRequested, refusalFor(queue.entries(), settings))
-            .run(jobs);
+    ResultChecks checks(settings);
+    Refusal refusal = refusalFor(queue.entries(), settings);
+    if (line.check) {
+        report.setCheck([&checks](const EntryResult &result) { return checks.entryEnded(result); });
+        refusal = [&checks, refuse = std::move(refusal)](const QString &entry,
+                                                         const std::optional<QString> &output) {
+            checks.entryTaken(entry, output);
+            return refuse(entry, output);
+        };
+    }
+    const RunEnd end = MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal)).run(jobs);
     if (!line.quiet)
         TerminalText::print(stdout, report.summary());
     else if (end == RunEnd::JavaNotStarted)
         printError(report.failure());
-    TerminalText::print(stderr, report.notes() + report.failures());
+    TerminalText::print(stderr, report.notes() + report.failures() + report.warnings());
     const bool isReported = writeReport(line, report);
     if (end == RunEnd::Stopped)
         return statusOfSignal(stopSignal);
     if (end == RunEnd::JavaNotStarted)
         return NoTools;
-    return statusOf(report.isAllDone() && isReported);
+    return statusOf(report.isAllDone() && isReported && !report.hasWarnings());
 }
 
 /// Carries out the action on the files in the queue.

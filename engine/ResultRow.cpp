@@ -61,6 +61,28 @@ QJsonArray toArray(const std::vector<CompressorMessage> &messages)
     return array;
 }
 
+QJsonArray toArray(const QList<ResultWarning> &warnings)
+{
+    QJsonArray array;
+    for (const ResultWarning &warning : warnings) {
+        QJsonObject object{{u"kind"_s, warning.isNote() ? u"note"_s : u"warning"_s},
+                           {u"text"_s, warning.sentence()}};
+        if (warning.line > 0)
+            object.insert(u"line"_s, warning.line);
+        if (!warning.within.isEmpty())
+            object.insert(u"within"_s, QJsonArray::fromStringList(warning.within));
+        for (const auto &[name, value] : {std::pair(u"selector"_s, warning.selector),
+                                          {u"property"_s, warning.property},
+                                          {u"before"_s, warning.before},
+                                          {u"after"_s, warning.after}}) {
+            if (!value.isEmpty())
+                object.insert(name, value);
+        }
+        array.append(object);
+    }
+    return array;
+}
+
 QString outcomeOf(const ResultRow &row)
 {
     if (row.state == State::NotRun)
@@ -89,6 +111,11 @@ QJsonObject toObject(const ResultRow &row)
         object.insert(u"messages"_s, toArray(row.remarks->messages.shown));
     if (!row.remarks->notes.isEmpty())
         object.insert(u"notes"_s, QJsonArray::fromStringList(row.remarks->notes));
+    if (const std::optional<CheckedFile> &checked = row.remarks->checked;
+        checked && checked->obstacle.isEmpty())
+        object.insert(u"warnings"_s, toArray(checked->warnings));
+    else if (checked)
+        object.insert(u"notChecked"_s, checked->obstacle);
     return object;
 }
 
@@ -110,6 +137,15 @@ std::optional<double> ResultRow::savedPart() const
     if (!isMinified() || sizeBefore == noSize || sizeAfter == noSize)
         return std::nullopt;
     return sizeBefore == 0 ? 0 : 1 - static_cast<double>(sizeAfter) / static_cast<double>(sizeBefore);
+}
+
+void ResultRow::setChecked(const CheckedFile &checked)
+{
+    auto more = remarks ? std::make_shared<ResultRemarks>(*remarks) : std::make_shared<ResultRemarks>();
+    more->checked = checked;
+    remarks = more;
+    if (state == State::Done && checked.isSuspicious())
+        state = State::Warned;
 }
 
 QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason)

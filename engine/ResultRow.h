@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/EntryResult.h"
+#include "engine/check/ResultWarning.h"
 
 #include <QByteArray>
 #include <QString>
@@ -18,6 +19,7 @@ struct ResultRemarks {
     QString reason; ///< EntryResult::reason(), or another whole sentence
     CompressorMessages messages;
     QStringList notes;
+    std::optional<CheckedFile> checked{}; ///< its result, where that was asked for
 };
 
 /// What became of one file of a run, as it is reported. Kept small, as a run may have 100,000 of them; most
@@ -48,6 +50,9 @@ struct ResultRow {
     ResultRow() = default;
     ResultRow(State itsState, const QString &itsSource) : state(itsState), source(itsSource) {}
     explicit ResultRow(const EntryResult &result);
+
+    /// Adds what became of checking it.
+    void setChecked(const CheckedFile &checked);
 
     /// Whether it has an output that counts, whatever became of its copies.
     [[nodiscard]] bool isMinified() const { return state >= State::Warned; }

@@ -6,6 +6,7 @@
 #include "engine/check/ScriptCheck.h"
 #include "engine/check/StyleSheetCheck.h"
 #include "files/FileBytes.h"
+#include "files/Folders.h"
 
 #include <QFile>
 
@@ -47,25 +48,25 @@ QList<ResultWarning> checkResult(KindFamily family, QStringView source, QStringV
     return warnings;
 }
 
-CheckedFile checkBytes(KindFamily family, QByteArrayView source, QByteArrayView result, TextEncoding encoding)
-{
-    const std::optional<QString> before = decoded(source, encoding);
-    const std::optional<QString> after = decoded(result, encoding);
-    if (!before || !after)
-        return {u"the %1 is not valid %2"_s.arg(before ? u"output"_s : u"source"_s, nameOf(encoding)), {}};
-    return {{}, checkResult(family, *before, *after)};
-}
-
-CheckedFile checkFile(const QString &source, const QString &output, TextEncoding encoding)
+CheckedFile checkFile(const QString &source, const QString &output, TextEncoding encoding,
+                      const std::optional<QByteArray> &content)
 {
     const FileKind *const kind = kindOf(source);
-    const auto before = FileBytes::readAll(QFile::encodeName(source));
+    const auto marked = FileMarks::ofFile(source);
+    if (kind == nullptr || (!content && marked && marked == FileMarks::ofFile(output)))
+        return {u"the source is not there any more"_s, {}};
+    const auto before = content ? content : FileBytes::readAll(QFile::encodeName(source));
     const auto after = before ? FileBytes::readAll(QFile::encodeName(output)) : std::nullopt;
-    if (kind == nullptr || !after)
+    if (!after)
         return {
             u"the %1 cannot be read: %2"_s.arg(before ? u"output"_s : u"source"_s, qt_error_string(errno)),
             {}};
-    return checkBytes(kind->family, *before, *after, encoding);
+    const std::optional<QString> sourceText = decoded(*before, encoding);
+    const std::optional<QString> resultText = decoded(*after, encoding);
+    if (!sourceText || !resultText)
+        return {u"the %1 is not valid %2"_s.arg(sourceText ? u"output"_s : u"source"_s, nameOf(encoding)),
+                {}};
+    return {{}, checkResult(kind->family, *sourceText, *resultText)};
 }
 
 } // namespace brevant

@@ -13,16 +13,9 @@ namespace brevant {
 /// grows like its length.
 [[nodiscard]] QList<ResultWarning> checkResult(KindFamily family, QStringView source, QStringView result);
 
-/// What became of checking a file.
-struct CheckedFile {
-    QString obstacle; ///< why it could not be checked; empty if it was
-    QList<ResultWarning> warnings;
-};
-
-/// Reads source and result in a character set and checks the result. An `output` that is the source itself
-/// needs the bytes that the source had before.
-[[nodiscard]] CheckedFile checkBytes(KindFamily family, QByteArrayView source, QByteArrayView result,
-                                     TextEncoding encoding);
-[[nodiscard]] CheckedFile checkFile(const QString &source, const QString &output, TextEncoding encoding);
+/// Reads the source and the output of a file in a character set and checks the result. `content`: what the
+/// source held, needed where the output has replaced it.
+[[nodiscard]] CheckedFile checkFile(const QString &source, const QString &output, TextEncoding encoding,
+                                    const std::optional<QByteArray> &content = std::nullopt);
 
 } // namespace brevant

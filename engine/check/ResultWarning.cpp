@@ -34,6 +34,29 @@ QString ResultWarning::sentence() const
     Q_UNREACHABLE();
 }
 
+QString ResultWarning::inWords() const
+{
+    QString words = line > 0 ? u"line %1: "_s.arg(line) : QString();
+    words += sentence();
+    QStringList place = within;
+    if (!selector.isEmpty())
+        place.append(selector);
+    if (!place.isEmpty())
+        words += u" in "_s + place.join(u", "_s);
+    if (before.isEmpty())
+        return words;
+    words += u": "_s;
+    if (!property.isEmpty())
+        words += property + u": "_s;
+    words += before;
+    return after.isEmpty() ? words : words + u" -> "_s + after;
+}
+
+bool CheckedFile::isSuspicious() const
+{
+    return std::ranges::any_of(warnings, [](const ResultWarning &warning) { return !warning.isNote(); });
+}
+
 QString summaryOf(const QList<ResultWarning> &warnings)
 {
     const auto count = [&](WarningKind kind) {

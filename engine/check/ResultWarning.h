@@ -30,10 +30,22 @@ struct ResultWarning {
     /// Notes alone make no file suspicious.
     [[nodiscard]] bool isNote() const { return kind == Kind::UseStrict; }
 
-    /// What it is, in words: "Declaration lost", "Declaration changed".
+    /// What it is, in words: "declaration lost", "declaration changed".
     [[nodiscard]] QString sentence() const;
 
+    /// All of it in one line: "line 3: declaration changed in @media print, .a: top: 0s -> 0".
+    [[nodiscard]] QString inWords() const;
+
     bool operator==(const ResultWarning &) const = default;
+};
+
+/// What became of checking a file.
+struct CheckedFile {
+    QString obstacle; ///< why it could not be checked; empty if it was
+    QList<ResultWarning> warnings;
+
+    /// Whether there is more than notes.
+    [[nodiscard]] bool isSuspicious() const;
 };
 
 /// All of them in one line: "3 declarations lost, links glued together". Notes are named if there is nothing

@@ -52,7 +52,7 @@ _brevant_cli() {
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--set --settings --jobs --also --all --list --dry-run --report --quiet --version --help -h' -- "$cur")
+                '--set --settings --jobs --also --all --list --dry-run --check --report --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both
             _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"

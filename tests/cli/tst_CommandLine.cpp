@@ -86,6 +86,12 @@ private Q_SLOTS:
         QCOMPARE(parseCommandLine({u"--jobs=256"_s, u"a"_s}).jobs, 256);
     }
 
+    void check()
+    {
+        QVERIFY(!parseCommandLine({u"a"_s}).check);
+        QVERIFY(parseCommandLine({u"--check"_s, u"a"_s}).check);
+    }
+
     void also()
     {
         QCOMPARE(parseCommandLine({u"a"_s}).also, QStringList());
@@ -106,6 +112,10 @@ private Q_SLOTS:
                                           << u"--list and --dry-run cannot be used together"_s;
         QTest::newRow("report of a list") << QStringList{u"--list"_s, u"--report"_s, u"r"_s, u"a"_s}
                                           << u"--report needs a run, which --list and --dry-run are not"_s;
+        QTest::newRow("check of a list") << QStringList{u"--list"_s, u"--check"_s, u"a"_s}
+                                         << u"--check needs a run, which --list and --dry-run are not"_s;
+        QTest::newRow("check of a dry run") << QStringList{u"--check"_s, u"--dry-run"_s, u"a"_s}
+                                            << u"--check needs a run, which --list and --dry-run are not"_s;
         QTest::newRow("report of a dry run") << QStringList{u"--dry-run"_s, u"--report"_s, u"r"_s, u"a"_s}
                                              << u"--report needs a run, which --list and --dry-run are not"_s;
         QTest::newRow("setting that is not UTF-8")
@@ -279,8 +289,8 @@ private Q_SLOTS:
         const QString help = helpText();
         const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,
                                  u"--also KINDS"_s,    u"--all"_s,           u"--list"_s,
-                                 u"--dry-run"_s,       u"--report FILE"_s,   u"--quiet"_s,
-                                 u"--version"_s,       u"--help"_s};
+                                 u"--dry-run"_s,       u"--check"_s,         u"--report FILE"_s,
+                                 u"--quiet"_s,         u"--version"_s,       u"--help"_s};
         QStringList shown;
         for (const OptionHelp &option : allOptions)
             shown << option.usage.toString();

@@ -140,17 +140,18 @@ class ManualPages(unittest.TestCase):
         heads = re.findall(r"^ {5}(\d[\d, ]*)", self.pages["brevant-cli"].sections["EXIT STATUS"], re.MULTILINE)
         self.assertEqual(set(re.findall(r"\d+", told)) - set(re.findall(r"\d+", " ".join(heads))), set())
 
-    def report(self, settings):
-        """The names in the report of a run, with a note and a failure in it."""
+    def report(self, settings, *options):
+        """The names in the report of a run, with a note and a failure in it, and a file that is not valid UTF-8."""
         with tempfile.TemporaryDirectory() as folder:
             (Path(folder) / "good.css").write_text("a { colr: red }\n")
             (Path(folder) / "bad.js").write_text("var = ;\n")
+            (Path(folder) / "bad.css").write_bytes(b"a { b: '\xff' }")
             (Path(folder) / "settings.json").write_text(json.dumps({"suffixSwitcherKeyString": False, **settings}))
             state = Path(folder) / "state"
             state.write_text("no folder, so that the safety copies are elsewhere, which a note tells")
             report = Path(folder) / "report.json"
-            ended = subprocess.run([BUILD / "brevant-cli", "--settings", Path(folder) / "settings.json", "--report",
-                                    report, folder],
+            ended = subprocess.run([BUILD / "brevant-cli", *options, "--settings", Path(folder) / "settings.json",
+                                    "--report", report, folder],
                                    env={**os.environ, "XDG_STATE_HOME": str(state), "TMPDIR": folder},
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
             self.assertEqual(ended.returncode, 1, ended.stdout)
@@ -167,7 +168,9 @@ class ManualPages(unittest.TestCase):
             if needed.exists():
                 self.assertIn(key, self.report(settings))
             members.add(key)
-        self.assertEqual(heads, members)
+        checked = self.report({}, "--check") - members
+        self.assertEqual(checked, {"warnings", "notChecked"})
+        self.assertEqual(heads, members | checked)
 
 
 class Examples(unittest.TestCase):

@@ -78,6 +78,23 @@ private Q_SLOTS:
                  "not smaller than its source"_s);
     }
 
+    void inWords()
+    {
+        ResultWarning warning{ResultWarning::Kind::Declaration,
+                              3,
+                              {u"@media print"_s, u"b"_s},
+                              u".a"_s,
+                              u"top"_s,
+                              u"0s"_s,
+                              u"0"_s};
+        QCOMPARE(warning.inWords(), u"line 3: declaration changed in @media print, b, .a: top: 0s -> 0"_s);
+        warning.after.clear();
+        QCOMPARE(warning.inWords(), u"line 3: declaration lost in @media print, b, .a: top: 0s"_s);
+        warning = {ResultWarning::Kind::GluedWords, 2, {}, {}, {}, u"a b"_s, u"ab"_s};
+        QCOMPARE(warning.inWords(), u"line 2: words glued together: a b -> ab"_s);
+        QCOMPARE(ResultWarning{ResultWarning::Kind::NotSmaller}.inWords(), u"not smaller than its source"_s);
+    }
+
     void files()
     {
         const QTemporaryDir folder;
@@ -89,6 +106,11 @@ private Q_SLOTS:
         QCOMPARE(checked.obstacle, QString());
         QCOMPARE(summaryOf(checked.warnings), u"1 declaration lost"_s);
         QCOMPARE(checkFile(source, output, TextEncoding::Utf8).obstacle, u"the source is not valid UTF-8"_s);
+        QCOMPARE(checkFile(source, source, TextEncoding::Gb2312).obstacle,
+                 u"the source is not there any more"_s);
+        const QByteArray before =
+            ".a { width: calc(1px + 2px); top: 0; left: 0; color: red; background: blue }";
+        QCOMPARE(checkFile(source, source, TextEncoding::Gb2312, before).warnings.size(), 5);
         QVERIFY(writeFile(source, ".a { top: 0 }  "));
         QCOMPARE(checkFile(source, output, TextEncoding::Utf8).obstacle, u"the output is not valid UTF-8"_s);
         QCOMPARE(checkFile(source, folder.path(), TextEncoding::Utf8).obstacle.section(u':', 0, 0),

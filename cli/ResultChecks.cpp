@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/ResultChecks.h"
+
+#include "engine/CompressorCommand.h"
+#include "engine/EntryResult.h"
+#include "files/FileBytes.h"
+#include "files/Folders.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QFile>
+
+namespace brevant {
+
+void ResultChecks::entryTaken(const QString &entry, const std::optional<QString> &output)
+{
+    if (isModernChosen(m_settings))
+        return;
+    const std::optional<QString> file = output ? FileMarks::ofFile(*output) : std::nullopt;
+    const bool isReplaced = file && file == FileMarks::ofFile(entry);
+    m_taken.insert(entry, isReplaced ? FileBytes::readAll(QFile::encodeName(entry)) : std::nullopt);
+}
+
+std::optional<CheckedFile> ResultChecks::entryEnded(const EntryResult &result)
+{
+    const auto taken = m_taken.constFind(result.source);
+    if (taken == m_taken.cend())
+        return std::nullopt;
+    const std::optional<QByteArray> source = *taken;
+    m_taken.erase(taken);
+    if (!result.isMinified() || !result.output)
+        return std::nullopt;
+    const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));
+    return checkFile(result.source, *result.output, encoding, source);
+}
+
+} // namespace brevant
