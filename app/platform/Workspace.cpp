@@ -79,7 +79,8 @@ void send(xcb_connection_t *display, xcb_window_t root, uint32_t mask,
 // https://specifications.freedesktop.org/startup-notification-spec/
 std::optional<xcb_timestamp_t> timeOf(const QByteArray &startupId)
 {
-    const auto mark = startupId.lastIndexOf("_TIME");
+    // Qt 6.4 reads past the end of a text that is shorter than what it looks for.
+    const auto mark = startupId.size() < 5 ? -1 : startupId.lastIndexOf("_TIME");
     bool isNumber = false;
     const uint time = mark < 0 ? 0 : startupId.mid(mark + 5).toUInt(&isNumber);
     return isNumber ? std::optional<xcb_timestamp_t>(time) : std::nullopt;

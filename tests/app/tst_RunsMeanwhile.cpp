@@ -122,9 +122,9 @@ private:
              {selectedFolderKeyString, suffixSwitcherKeyString, sameFolderKeyString})
             set(key, m_choices[key].front());
         m_choices[compressorsKeyString] = {u"classic"_s};
-        set(compressorsKeyString, u"classic"_s);
         if (isModernToo)
             m_choices[compressorsKeyString].emplace_back(u"modern"_s);
+        set(compressorsKeyString, m_choices[compressorsKeyString].back());
         for (int i = 0; i < 5; ++i)
             addFiles();
     }

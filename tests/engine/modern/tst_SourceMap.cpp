@@ -6,6 +6,9 @@
 
 #include <QTest>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 using namespace brevant;
 using namespace Qt::StringLiterals;
 
@@ -40,6 +43,23 @@ private Q_SLOTS:
         const QByteArray map = takeSourceMap(tail, u"/s/a.js"_s, u"/s/a.min.js"_s);
         QCOMPARE(map, isFound ? R"({"file":"a.min.js","sources":["a.js"],"version":3})"_ba : ""_ba);
         QTEST(tail, "rest");
+    }
+
+    void nothingIsReadAroundAShortText()
+    {
+        const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+        void *const pages = ::mmap(nullptr, 3 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        QVERIFY(pages != MAP_FAILED);
+        char *const begin = static_cast<char *>(pages) + page;
+        QCOMPARE(::mprotect(begin, page, PROT_READ | PROT_WRITE), 0);
+        for (const qsizetype size : {0, 1, 5}) {
+            for (char *const text : {begin, begin + page - size}) {
+                QByteArray output = QByteArray::fromRawData(text, size);
+                QCOMPARE(takeSourceMap(output, u"/s/a.js"_s, u"/s/a.min.js"_s), QByteArray());
+                QCOMPARE(output.size(), size);
+            }
+        }
+        ::munmap(pages, 3 * page);
     }
 
     void namesTheSourceAsSeenFromTheOutput_data()
