@@ -11,6 +11,7 @@
 #include "widgets/FilterField.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QHeaderView>
 #include <QScrollBar>
 
