@@ -18,8 +18,8 @@ namespace brevant {
 namespace {
 
 constexpr int gap = 12;
-constexpr int barWidth = 90;
-constexpr int barHeight = 8;
+constexpr int usualBarWidth = 90;
+constexpr int usualBarHeight = 8;
 constexpr std::array kindNames{"CSS"_L1, "JavaScript"_L1, "HTML"_L1}; // by family
 
 } // namespace
@@ -65,6 +65,7 @@ int KindPicture::widestOf(QString Line::*text) const
 
 QSize KindPicture::sizeHint() const
 {
+    const auto barWidth = static_cast<int>(usualBarWidth * fontScale(fontMetrics()));
     return {widestOf(&Line::kind) + gap + barWidth + gap + widestOf(&Line::saved),
             static_cast<int>(kindNames.size()) * fontMetrics().height()};
 }
@@ -72,14 +73,18 @@ QSize KindPicture::sizeHint() const
 void KindPicture::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     const QColor ground = palette().color(QPalette::Active, QPalette::Window);
     const int height = fontMetrics().height();
     const int kinds = widestOf(&Line::kind);
+    const auto barWidth = static_cast<int>(usualBarWidth * fontScale(fontMetrics()));
+    const auto barHeight = static_cast<int>(usualBarHeight * fontScale(fontMetrics()));
     const auto visual = [this](const QRect &area) {
         return QStyle::visualRect(layoutDirection(), rect(), area);
     };
     const auto alignment = [this](Qt::Alignment wanted) {
-        return int(QStyle::visualAlignment(layoutDirection(), wanted | Qt::AlignVCenter)) |
+        return int(QStyle::visualAlignment(layoutDirection(), wanted | Qt::AlignVCenter) |
+                   Qt::AlignAbsolute) |
                Qt::TextSingleLine;
     };
     int top = (this->height() - static_cast<int>(m_lines.size()) * height) / 2;

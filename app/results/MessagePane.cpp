@@ -6,10 +6,13 @@
 #include "app/results/Signs.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileQueue.h"
 #include "widgets/Lines.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -72,12 +75,13 @@ MessagePane::MessagePane(QWidget *parent)
     m_folder->setElideMode(Qt::ElideLeft);
     m_folder->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_name->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
-    m_open = addButton(*bar, tr("&Open"), u"document-open"_s);
-    m_reveal = addButton(*bar, tr("Re&veal Output"), u"folder-open"_s);
-    m_copy = addButton(*bar, tr("&Copy Path"), u"edit-copy"_s);
-    connect(m_open, &QAction::triggered, this, &MessagePane::openRequested);
-    connect(m_reveal, &QAction::triggered, this, &MessagePane::revealRequested);
-    connect(m_copy, &QAction::triggered, this, &MessagePane::copyRequested);
+    m_open = addButton(*bar, tr("&Open"));
+    m_reveal = addButton(*bar, tr("Re&veal Output"));
+    m_copy = addButton(*bar, tr("&Copy Path"));
+    connect(m_open, &QAction::triggered, this, [this] { Q_EMIT openRequested(m_row.source); });
+    connect(m_reveal, &QAction::triggered, this, [this] { Q_EMIT revealRequested(m_row.output); });
+    connect(m_copy, &QAction::triggered, this,
+            [this] { QGuiApplication::clipboard()->setText(m_row.source); });
     m_messages->setReadOnly(true);
     m_messages->setTabChangesFocus(true);
     m_messages->setFrameShape(QFrame::NoFrame);
@@ -88,9 +92,9 @@ MessagePane::MessagePane(QWidget *parent)
     setRow(nullptr);
 }
 
-QAction *MessagePane::addButton(QHBoxLayout &bar, const QString &text, const QString &icon)
+QAction *MessagePane::addButton(QHBoxLayout &bar, const QString &text)
 {
-    auto *const action = new QAction(QIcon::fromTheme(icon), text, this);
+    auto *const action = new QAction(text, this);
     action->setIconText(text); // with its mnemonic
     auto *const button = new QToolButton(this);
     button->setDefaultAction(action);
@@ -112,8 +116,9 @@ void MessagePane::setRow(const ResultRow *row)
     m_row = row ? *row : ResultRow();
     const bool isFile = row && !row->source.isEmpty();
     m_name->setText(isFile ? printable(PathString::lastComponent(row->source).toString()) : QString());
-    m_folder->setText(isFile ? folderText(row->source) : QString());
-    m_folder->setToolTip(m_folder->text());
+    const QString folder = isFile ? folderText(row->source) : QString();
+    m_folder->setText(layoutDirection() == Qt::RightToLeft ? isolated(folder) : folder);
+    m_folder->setToolTip(toolTipOf(folder));
     m_messages->setPlainText(row ? linesAbout(*row).join(u'\n') : tr("Select a file to see its messages."));
     m_sign->setVisible(row != nullptr);
     m_open->setEnabled(isFile);
@@ -135,9 +140,14 @@ void MessagePane::changeEvent(QEvent *event)
 
 void MessagePane::updateLooks()
 {
-    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    const int size = signSize(fontMetrics());
+    for (QToolButton *const button : m_buttons)
+        button->setIconSize({size, size});
+    m_open->setIcon(textIcon(u"document-open"_s, *this));
+    m_reveal->setIcon(textIcon(u"folder-open"_s, *this));
+    m_copy->setIcon(textIcon(u"edit-copy"_s, *this));
     if (m_sign->isVisibleTo(this))
-        m_sign->setPixmap(signIcon(m_row.state, *this).pixmap(size));
+        m_sign->setPixmap(signIcon(m_row.state, *this).pixmap({size, size}, devicePixelRatioF()));
     QFont bold = font();
     bold.setBold(true);
     m_name->setFont(bold);
@@ -150,6 +160,10 @@ void MessagePane::updateLooks()
     plain.setColor(QPalette::Base, ground);
     plain.setColor(QPalette::Text, text);
     m_messages->setPalette(plain);
+    // Flush with the rest, though what compressors say is read from the left.
+    QTextOption option;
+    option.setAlignment(layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+    m_messages->document()->setDefaultTextOption(option);
     m_messages->setFixedHeight(lines * m_messages->fontMetrics().lineSpacing() + 2);
 }
 

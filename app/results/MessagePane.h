@@ -30,16 +30,15 @@ public:
     [[nodiscard]] QList<QAction *> fileActions() const;
 
 Q_SIGNALS:
-    void openRequested();
-    void revealRequested();
-    void copyRequested();
+    void openRequested(const QString &source);
+    void revealRequested(const QString &output);
 
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QAction *addButton(QHBoxLayout &bar, const QString &text, const QString &icon);
+    QAction *addButton(QHBoxLayout &bar, const QString &text);
     void updateLooks();
 
     ResultRow m_row;

@@ -15,8 +15,8 @@ namespace brevant {
 namespace {
 
 constexpr int padding = ResultCell::padding;
-constexpr int barWidth = ResultCell::barWidth;
-constexpr int barHeight = 8;
+constexpr int usualBarWidth = 44;
+constexpr int usualBarHeight = 8;
 
 void drawFrame(QPainter &painter, const QStyleOptionViewItem &option, const QColor &ground)
 {
@@ -38,14 +38,17 @@ void drawWords(QPainter &painter, const QStyleOptionViewItem &option, const QRec
 {
     painter.setPen(colour);
     painter.setFont(option.font);
-    painter.drawText(rect, int(QStyle::visualAlignment(option.direction, alignment)) | Qt::TextSingleLine,
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // a path is none that is read from the right
+    painter.drawText(rect,
+                     int(QStyle::visualAlignment(option.direction, alignment) | Qt::AlignAbsolute) |
+                         Qt::TextSingleLine,
                      option.fontMetrics.elidedText(text, mode, rect.width()));
 }
 
 void drawState(QPainter &painter, const QStyleOptionViewItem &option, const QRect &inner,
                const ResultRow &row, const QColor &ground)
 {
-    const int size = option.decorationSize.height();
+    const int size = signSize(option.fontMetrics);
     const QRect sign(inner.left() - padding / 2, inner.top() + (inner.height() - size) / 2, size, size);
     drawSign(painter, QStyle::visualRect(option.direction, inner, sign), row.state, ground,
              textColour(option), option.direction);
@@ -58,6 +61,8 @@ void drawSaved(QPainter &painter, const QStyleOptionViewItem &option, const QRec
                const ResultRow &row, const QColor &ground)
 {
     const std::optional<double> part = row.savedPart();
+    const int barWidth = ResultCell::barWidth(option.fontMetrics);
+    const auto barHeight = static_cast<int>(usualBarHeight * fontScale(option.fontMetrics));
     const QRect words = inner.adjusted(0, 0, -barWidth - padding, 0);
     drawWords(painter, option, QStyle::visualRect(option.direction, inner, words),
               ResultModel::text(row, ResultModel::Saved),
@@ -83,6 +88,11 @@ void drawText(QPainter &painter, const QStyleOptionViewItem &option, const QRect
 
 } // namespace
 
+int ResultCell::barWidth(const QFontMetrics &metrics)
+{
+    return static_cast<int>(usualBarWidth * fontScale(metrics));
+}
+
 void ResultCell::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
@@ -91,7 +101,7 @@ void ResultCell::paint(QPainter *painter, const QStyleOptionViewItem &option, co
         option.features.testFlag(QStyleOptionViewItem::Alternate) ? QPalette::AlternateBase : QPalette::Base;
     const QColor ground = isSelected ? selectionGround(palette) : palette.color(QPalette::Active, base);
     painter->fillRect(option.rect, ground);
-    if (isSelected)
+    if (isSelected || option.state.testFlag(QStyle::State_HasFocus))
         drawFrame(*painter, option, ground);
     const QRect inner = option.rect.adjusted(padding, 0, -padding, 0);
     const ResultRow &row = m_model.at(index.row());

@@ -14,7 +14,9 @@ class ResultCell final : public QStyledItemDelegate {
 
 public:
     static constexpr int padding = 6; ///< left and right
-    static constexpr int barWidth = 44;
+
+    /// Of the bar of what was saved.
+    [[nodiscard]] static int barWidth(const QFontMetrics &metrics);
 
     ResultCell(const ResultModel &model, QObject *parent) : QStyledItemDelegate(parent), m_model(model) {}
 

@@ -70,13 +70,16 @@ QSize ResultMark::sizeHint() const
 
 void ResultMark::updateSign()
 {
+    const int size = signSize(fontMetrics());
+    setIconSize({size, size});
     setIcon(signIcon(m_result.isAllWell ? ResultRow::State::Done : ResultRow::State::Warned, *this));
 }
 
 /// Where the bar is too narrow for the words, the sign stays.
 void ResultMark::fitWords()
 {
-    setText(m_result.text);
+    const QString words = layoutDirection() == Qt::RightToLeft ? isolated(m_result.text) : m_result.text;
+    setText(words);
     int needed = 0;
     for (int i = 0; i < m_bar.count(); ++i) {
         const QWidget *const widget = m_bar.itemAt(i)->widget();
@@ -101,7 +104,7 @@ bool ResultMark::eventFilter(QObject *watched, QEvent *event)
 void ResultMark::changeEvent(QEvent *event)
 {
     QPushButton::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
         updateSign();
 }
 

@@ -3,6 +3,7 @@
 #include "app/results/ResultTable.h"
 
 #include "app/results/ResultCell.h"
+#include "app/results/Signs.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -101,7 +102,7 @@ void ResultTable::showRun(std::shared_ptr<const RunRecord> run)
     m_model.setRun(std::move(run));
     updateColumns();
     if (m_model.run() && !m_model.run()->isRunning && m_model.rowCount() > 0)
-        selectRow(0);
+        selectFile(0);
     Q_EMIT currentFileChanged();
 }
 
@@ -110,15 +111,22 @@ void ResultTable::setFilter(ResultModel::Shown shown, const QString &text)
     const int record = currentFile() ? m_model.recordAt(currentIndex().row()) : -1;
     m_model.setFilter(shown, text);
     if (const int row = m_model.rowOf(record); row >= 0)
-        selectRow(row);
+        selectFile(row);
     scrollTo(currentIndex());
     Q_EMIT currentFileChanged();
+}
+
+/// Unlike selectRow(), which asks what is at the beginning of the row, before there is a window to look at.
+void ResultTable::selectFile(int row)
+{
+    selectionModel()->setCurrentIndex(m_model.index(row, ResultModel::Name),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 const ResultRow *ResultTable::currentFile() const
 {
     const QModelIndex current = currentIndex();
-    return current.isValid() && selectionModel()->hasSelection() ? &m_model.at(current.row()) : nullptr;
+    return selectionModel()->isSelected(current) ? &m_model.at(current.row()) : nullptr;
 }
 
 void ResultTable::updateColumns()
@@ -157,9 +165,9 @@ QString ResultTable::selectionAsText() const
     return lines.join(u'\n') + u'\n';
 }
 
-void ResultTable::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+void ResultTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QTableView::currentChanged(current, previous);
+    QTableView::selectionChanged(selected, deselected);
     Q_EMIT currentFileChanged();
 }
 
@@ -196,8 +204,8 @@ void ResultTable::fitRows()
 void ResultTable::resizeColumns()
 {
     for (int column = 0; column < ResultModel::ColumnCount; ++column) {
-        const int extra = column == ResultModel::State   ? fontMetrics().height()
-                          : column == ResultModel::Saved ? ResultCell::barWidth + padding
+        const int extra = column == ResultModel::State   ? signSize(fontMetrics())
+                          : column == ResultModel::Saved ? ResultCell::barWidth(fontMetrics()) + padding
                                                          : 0;
         const int width = letters.at(static_cast<std::size_t>(column)) * fontMetrics().averageCharWidth();
         setColumnWidth(column, width + extra + 2 * padding);
@@ -219,6 +227,8 @@ void ResultTable::showEvent(QShowEvent *event)
         needed -= m_model.isEmptyColumn(*column) ? 0 : columnWidth(*column);
         m_isWanted[*column] = false;
     }
+    const int tooWide = std::max(0, needed - viewport()->width());
+    setColumnWidth(ResultModel::Message, columnWidth(ResultModel::Message) - tooWide);
     updateColumns();
 }
 

@@ -29,7 +29,7 @@ public:
     /// Hides the columns in which no row has anything, and shows those that the user has not hidden.
     void updateColumns();
 
-    /// The current file; null if there is none.
+    /// The current file; null if it is not selected.
     [[nodiscard]] const ResultRow *currentFile() const;
 
     /// The rows of the selection as text: a line each, columns apart by tabs, with a line of titles.
@@ -42,7 +42,7 @@ Q_SIGNALS:
     void currentFileChanged();
 
 protected:
-    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
@@ -50,6 +50,7 @@ protected:
 
 private:
     void setUpHeader();
+    void selectFile(int row);
     void fitRows();
     void resizeColumns();
     void showColumnMenu(QPoint at);

@@ -13,9 +13,7 @@
 #include "widgets/FilterField.h"
 #include "widgets/Lines.h"
 
-#include <QClipboard>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -91,7 +89,6 @@ QWidget *ResultsWindow::makeHead()
     chooserRow->addWidget(m_manner, 1);
     m_totals = new QLabel(head);
     m_totals->setWordWrap(true);
-    m_totals->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column->addWidget(m_totals);
     m_picture = new KindPicture(head);
     row->addWidget(m_picture);
@@ -109,8 +106,9 @@ QWidget *ResultsWindow::makeFilters()
     m_filter->setPlaceholderText(tr("Filter by name or message"));
     m_filter->setAccessibleName(tr("Filter"));
     m_filter->setClearButtonEnabled(true);
-    m_filter->addAction(QIcon::fromTheme(u"edit-find"_s), QLineEdit::LeadingPosition);
-    m_filter->setFixedWidth(fontMetrics().horizontalAdvance(m_filter->placeholderText()) + 4 * edge);
+    m_find = m_filter->addAction(QIcon(), QLineEdit::LeadingPosition);
+    m_filter->setFixedWidth(fontMetrics().horizontalAdvance(m_filter->placeholderText()) + 2 * edge +
+                            2 * signSize(fontMetrics()));
     row->addWidget(m_filter);
     return bar;
 }
@@ -149,12 +147,8 @@ void ResultsWindow::connectAll()
             [this] { m_pane->setRow(m_table->currentFile()); });
     connect(m_save, &QPushButton::clicked, this, [this] { saveReport(m_model.run(), this); });
     connect(m_retry, &QPushButton::clicked, this, [this] { Q_EMIT retryRequested(toRetry()); });
-    connect(m_pane, &MessagePane::openRequested, this,
-            [this] { Q_EMIT openRequested(m_table->currentFile()->source); });
-    connect(m_pane, &MessagePane::revealRequested, this,
-            [this] { Q_EMIT revealRequested(m_table->currentFile()->output); });
-    connect(m_pane, &MessagePane::copyRequested, this,
-            [this] { QGuiApplication::clipboard()->setText(m_table->currentFile()->source); });
+    connect(m_pane, &MessagePane::openRequested, this, &ResultsWindow::openRequested);
+    connect(m_pane, &MessagePane::revealRequested, this, &ResultsWindow::revealRequested);
     m_table->addActions(m_pane->fileActions());
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &ResultsWindow::updateHint);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &ResultsWindow::updateHint);
@@ -290,6 +284,11 @@ void ResultsWindow::updateLooks()
     };
     mute(*m_manner, palette().color(QPalette::Active, QPalette::Window));
     mute(*m_hint, palette().color(QPalette::Active, QPalette::Base));
+    QPalette field = m_filter->palette();
+    field.setColor(QPalette::PlaceholderText, mutedText(palette().color(QPalette::Active, QPalette::Base),
+                                                        palette().color(QPalette::Active, QPalette::Text)));
+    m_filter->setPalette(field);
+    m_find->setIcon(textIcon(u"edit-find"_s, *this));
     QFont bold = font();
     bold.setBold(true);
     m_totals->setFont(bold);

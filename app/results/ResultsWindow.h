@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QTimer>
 
+class QAction;
 class QLabel;
 class QPushButton;
 
@@ -66,6 +67,7 @@ private:
     KindPicture *m_picture = nullptr;
     StateFilter *m_states = nullptr;
     FilterField *m_filter = nullptr;
+    QAction *m_find = nullptr; ///< the sign in the filter
     ResultTable *m_table = nullptr;
     QLabel *m_hint = nullptr; ///< in the place of rows
     MessagePane *m_pane = nullptr;

@@ -19,6 +19,9 @@ namespace {
 using State = ResultRow::State;
 using Kind = CompressorMessage::Kind;
 
+/// Makes what it begins read from the right.
+constexpr QChar rightToLeftMark(0x200F);
+
 /// "3 failed", "1 put back" and so on, of what was not minified.
 QStringList lackTexts(const RunTotals &totals)
 {
@@ -85,11 +88,25 @@ QString totalsText(const RunRecord &run, const RunTotals &totals, Qt::LayoutDire
     const auto count = static_cast<int>(run.rows.size());
     QStringList parts{count == 1 ? u"1 file"_s : u"%1 files"_s.arg(count)};
     if (totals.count(State::Done) + totals.count(State::Warned) > 0) {
-        const QString arrow = direction == Qt::RightToLeft ? u"←"_s : u"→"_s;
-        parts << u"%1 %2 %3"_s.arg(sizeText(totals.all.before), arrow, sizeText(totals.all.after))
+        const QString before = sizeText(totals.all.before);
+        const QString after = sizeText(totals.all.after);
+        parts << (direction == Qt::RightToLeft
+                      ? rightToLeftMark + isolated(before) + u" ← "_s + isolated(after)
+                      : u"%1 → %2"_s.arg(before, after))
               << savedText(totals.all, false);
     }
-    return (parts + lackTexts(totals)).join(u" · ");
+    parts += lackTexts(totals);
+    if (direction == Qt::LeftToRight)
+        return parts.join(u" · ");
+    std::ranges::transform(parts, parts.begin(), isolated);
+    return rightToLeftMark + parts.join(u" · ");
+}
+
+QString isolated(const QString &text)
+{
+    constexpr QChar firstStrongIsolate(0x2068);
+    constexpr QChar popDirectionalIsolate(0x2069);
+    return firstStrongIsolate + text + popDirectionalIsolate;
 }
 
 QString stateText(State state)

@@ -58,6 +58,9 @@ struct ShortResult {
 [[nodiscard]] QString totalsText(const RunRecord &run, const RunTotals &totals,
                                  Qt::LayoutDirection direction);
 
+/// A text that stands for itself among others, in whatever direction those are read.
+[[nodiscard]] QString isolated(const QString &text);
+
 /// What a state is called: "Put back".
 [[nodiscard]] QString stateText(ResultRow::State state);
 

@@ -4,19 +4,23 @@
 
 #include "widgets/Contrast.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
-#include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace brevant {
 
 namespace {
 
 using State = ResultRow::State;
+
+constexpr int smallSign = 16;
 
 /// Signs are drawn on a square of that size.
 constexpr double grid = 16;
@@ -107,6 +111,19 @@ QPainterPath lineOf(State state)
     return path;
 }
 
+template <typename Draw>
+QIcon drawnIcon(int size, const QWidget &widget, const Draw &draw)
+{
+    const double ratio = widget.devicePixelRatioF();
+    QPixmap pixmap(QSize(size, size) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    draw(painter);
+    painter.end();
+    return QIcon(pixmap);
+}
+
 } // namespace
 
 QColor mutedText(const QColor &ground, const QColor &text)
@@ -148,18 +165,46 @@ void drawSign(QPainter &painter, const QRectF &rect, State state, const QColor &
     painter.restore();
 }
 
+int signSize(const QFontMetrics &metrics)
+{
+    return static_cast<int>(std::lround(smallSign * fontScale(metrics)));
+}
+
+double fontScale(const QFontMetrics &metrics)
+{
+    constexpr double usualHeight = 16;
+    return std::max(1.0, metrics.height() / usualHeight);
+}
+
 QIcon signIcon(State state, const QWidget &button)
 {
-    const int size = button.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &button);
-    const double ratio = button.devicePixelRatioF();
-    QPixmap pixmap(QSize(size, size) * ratio);
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    const QPalette palette = button.palette();
-    drawSign(painter, QRectF(0, 0, size, size), state, palette.color(QPalette::Active, QPalette::Window),
-             palette.color(QPalette::Active, QPalette::WindowText), button.layoutDirection());
-    return QIcon(pixmap);
+    const int size = signSize(button.fontMetrics());
+    return drawnIcon(size, button, [&](QPainter &painter) {
+        const QPalette palette = button.palette();
+        drawSign(painter, QRectF(0, 0, size, size), state, palette.color(QPalette::Active, QPalette::Window),
+                 palette.color(QPalette::Active, QPalette::WindowText), button.layoutDirection());
+    });
+}
+
+QIcon textIcon(const QString &name, const QWidget &widget)
+{
+    const QIcon theme = QIcon::fromTheme(name);
+    const int size = signSize(widget.fontMetrics());
+    QIcon icon;
+    for (const auto &[mode, group] :
+         {std::pair(QIcon::Normal, QPalette::Active), std::pair(QIcon::Disabled, QPalette::Disabled)}) {
+        const QColor colour = widget.palette().color(group, QPalette::WindowText);
+        const QIcon drawn = drawnIcon(size, widget, [&](QPainter &painter) {
+            // The small one, enlarged: at larger sizes themes have pictures instead of signs.
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawPixmap(QRect(0, 0, size, size),
+                               theme.pixmap({smallSign, smallSign}, widget.devicePixelRatioF()));
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(0, 0, size, size, colour);
+        });
+        icon.addPixmap(drawn.pixmap(QSize(size, size), widget.devicePixelRatioF()), mode);
+    }
+    return icon;
 }
 
 void drawSavedBar(QPainter &painter, const QRectF &rect, double part, const QColor &ground,

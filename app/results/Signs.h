@@ -6,6 +6,7 @@
 
 #include <QIcon>
 
+class QFontMetrics;
 class QPainter;
 class QPalette;
 class QRectF;
@@ -23,7 +24,15 @@ namespace brevant {
 void drawSign(QPainter &painter, const QRectF &rect, ResultRow::State state, const QColor &ground,
               const QColor &text, Qt::LayoutDirection direction);
 
-/// The same as an icon for a button.
+/// How large a sign is beside a text, and how many times larger than usual the font is.
+[[nodiscard]] int signSize(const QFontMetrics &metrics);
+[[nodiscard]] double fontScale(const QFontMetrics &metrics);
+
+/// An icon of the desktop's theme in the colour of the texts; those of a theme may be made for light windows
+/// only.
+[[nodiscard]] QIcon textIcon(const QString &name, const QWidget &widget);
+
+/// The sign of a state as an icon for a button.
 [[nodiscard]] QIcon signIcon(ResultRow::State state, const QWidget &button);
 
 /// Draws an outline and the part of it that was saved, from where texts begin.

@@ -93,14 +93,18 @@ void StateFilter::resizeEvent(QResizeEvent *)
 void StateFilter::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LayoutDirectionChange)
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LayoutDirectionChange ||
+        event->type() == QEvent::FontChange)
         updateSigns();
 }
 
 void StateFilter::updateSigns()
 {
-    for (const auto &[choice, state] : choices)
+    const int size = signSize(fontMetrics());
+    for (const auto &[choice, state] : choices) {
+        m_group.button(static_cast<int>(choice))->setIconSize({size, size});
         m_group.button(static_cast<int>(choice))->setIcon(signIcon(state, *this));
+    }
 }
 
 /// Puts the buttons side by side in as many lines as they need; the size of all. Only tries unless `isDone`.

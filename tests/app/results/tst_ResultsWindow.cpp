@@ -175,6 +175,15 @@ private Q_SLOTS:
         QCOMPARE(revealed, QList<QVariantList>{{u"/w/b.css.out"_s}});
     }
 
+    void noFileIsLeftWithoutASelection()
+    {
+        addRun(*m_runs, 1, mixedRows());
+        open();
+        table()->clearSelection();
+        QVERIFY(!toolButton(u"&Open"_s)->isEnabled());
+        QCOMPARE(messages(), u"Select a file to see its messages."_s);
+    }
+
     void whatFailedIsRetried()
     {
         addRun(*m_runs, 1, mixedRows());
