@@ -54,6 +54,7 @@ struct EntryResult {
     std::optional<qint64> gzipSize;   ///< bytes of the copy, where one was asked for and made
     std::optional<qint64> brotliSize; ///< likewise
     CompressorMessages messages;      ///< of a modern compressor
+    QStringList arguments;            ///< of a classic compressor that has minified nothing; else empty
 
     /// Whether it has an output that counts, whatever became of its copies.
     [[nodiscard]] bool isMinified() const

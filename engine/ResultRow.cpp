@@ -129,7 +129,8 @@ ResultRow::ResultRow(const EntryResult &result)
 {
     const QString why = result.reason();
     if (!why.isEmpty() || !result.messages.shown.empty() || !result.notes.isEmpty())
-        remarks = std::make_shared<ResultRemarks>(ResultRemarks{why, result.messages, result.notes});
+        remarks = std::make_shared<ResultRemarks>(
+            ResultRemarks{why, result.messages, result.notes, result.arguments, result.status});
 }
 
 std::optional<double> ResultRow::savedPart() const

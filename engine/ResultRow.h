@@ -19,6 +19,8 @@ struct ResultRemarks {
     QString reason; ///< EntryResult::reason(), or another whole sentence
     CompressorMessages messages;
     QStringList notes;
+    QStringList arguments{};              ///< EntryResult::arguments
+    int status = 0;                       ///< EntryResult::status
     std::optional<CheckedFile> checked{}; ///< its result, where that was asked for
 };
 

@@ -29,7 +29,7 @@ void setUp(QProcess &process, const Filter &filter)
 {
     process.setProgram(filter.program);
     process.setArguments(filter.arguments);
-    process.setWorkingDirectory(QStringLiteral("/"));
+    process.setWorkingDirectory(filter.folder);
     process.setChildProcessModifier([parent = ::getpid()] {
         // A group of its own, so that Ctrl+C does not end it, and all of it can be ended.
         ::setpgid(0, 0);

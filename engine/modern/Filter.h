@@ -17,6 +17,7 @@ namespace brevant {
 struct Filter {
     QString program; ///< by its absolute path
     QStringList arguments;
+    QString folder = QStringLiteral("/"); ///< it works in; no file of the user's is near the root
 };
 
 /// What became of one run of a filter.
@@ -46,8 +47,8 @@ struct FilterRun {
 /// How long a filter may work on a text of that size: a minute, and 6 s for each 1,000,000 bytes.
 [[nodiscard]] std::chrono::milliseconds timeFor(qsizetype inputSize);
 
-/// Runs the filter over `input` on the calling thread, in the root folder, so that no file of the user's is
-/// near. Ends it, with all its children, on a stop at once or when `limit` has passed.
+/// Runs the filter over `input` on the calling thread. Ends it, with all its children, on a stop at once or
+/// when `limit` has passed.
 [[nodiscard]] FilterRun runFilter(const Filter &filter, const QByteArray &input,
                                   const std::atomic<Stop> &stop, std::chrono::milliseconds limit);
 

@@ -14,17 +14,11 @@ namespace {
 using Kind = CompressorMessage::Kind;
 using namespace Qt::StringLiterals;
 
-constexpr std::size_t mostShown = 20;
-
-/// The line of `source` with that number, from 1, as ECMA-262 divides lines.
-QStringView lineOf(QStringView source, qint64 number)
+/// What ends a line, by ECMA-262.
+const QRegularExpression &lineEnd()
 {
-    static const QRegularExpression lineEnd(u"\r\n|[\n\r\u2028\u2029]"_s);
-    qsizetype start = 0;
-    QRegularExpressionMatchIterator ends = lineEnd.globalMatch(source);
-    for (; number > 1 && ends.hasNext(); --number)
-        start = ends.next().capturedEnd();
-    return number > 1 ? QStringView() : source.sliced(start);
+    static const QRegularExpression expression(u"\r\n|[\n\r\u2028\u2029]"_s);
+    return expression;
 }
 
 /// The column in characters, from 1, of one in bytes, from 0.
@@ -53,6 +47,23 @@ int countIn(const QString &text, std::size_t shown)
 
 } // namespace
 
+QStringView lineOf(QStringView text, qint64 number)
+{
+    qsizetype start = 0;
+    QRegularExpressionMatchIterator ends = lineEnd().globalMatch(text);
+    for (; number > 1 && ends.hasNext(); --number)
+        start = ends.next().capturedEnd();
+    return number > 1 ? QStringView() : text.sliced(start);
+}
+
+qint64 lineCount(QStringView text)
+{
+    qint64 count = 1;
+    for (auto ends = lineEnd().globalMatch(text); ends.hasNext(); ends.next())
+        ++count;
+    return count;
+}
+
 QString CompressorMessage::inWords() const
 {
     return line == 0 ? text : u"line %1, column %2: %3"_s.arg(line).arg(column).arg(text);
@@ -80,7 +91,7 @@ CompressorMessages esbuildMessages(const QByteArray &messages, const QByteArray 
     CompressorMessages result;
     std::size_t count = 0;
     for (const QRegularExpressionMatch &match : message.globalMatch(text)) {
-        if (++count > mostShown)
+        if (++count > mostShownMessages)
             continue;
         CompressorMessage &shown = result.shown.emplace_back();
         shown.kind = match.capturedView(1).startsWith(u'✘') ? Kind::Error : Kind::Warning;

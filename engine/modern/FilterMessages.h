@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstddef>
 #include <vector>
 
 namespace brevant {
@@ -24,6 +25,9 @@ struct CompressorMessage {
     bool operator==(const CompressorMessage &) const = default;
 };
 
+/// More messages about one source are only counted.
+constexpr std::size_t mostShownMessages = 20;
+
 /// What it has said about one source.
 struct CompressorMessages {
     std::vector<CompressorMessage> shown;
@@ -32,6 +36,12 @@ struct CompressorMessages {
     /// The first error, or else the first message, and how many more there are; empty if there is none.
     [[nodiscard]] QString inWords() const;
 };
+
+/// `text` from its line with that number, from 1, on, as ECMA-262 divides lines; empty behind its end.
+[[nodiscard]] QStringView lineOf(QStringView text, qint64 number);
+
+/// How many lines that are, at least 1.
+[[nodiscard]] qint64 lineCount(QStringView text);
 
 /// Reads what esbuild 0.28.2 prints at --log-level=warning about UTF-8 `source`.
 [[nodiscard]] CompressorMessages esbuildMessages(const QByteArray &messages, const QByteArray &source);

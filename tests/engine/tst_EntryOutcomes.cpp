@@ -44,6 +44,10 @@ private Q_SLOTS:
         const EntryResult &result = m_bench->observer.results.at(0);
         QCOMPARE(result.outcome, outcome);
         QTEST(result.status, "status");
+        // Of a failure it is known what was asked, so that it can be asked again.
+        const QStringList asked =
+            CompressorCommand(m_bench->settings).arguments(result.source, result.output);
+        QCOMPARE(result.arguments, result.isMinified() ? QStringList() : asked);
         QCOMPARE(result.reason().isEmpty(), outcome == EntryResult::Outcome::Done);
         QCOMPARE(result.sizeBefore, std::optional<qint64>(text.size()));
         if (outcome == EntryResult::Outcome::Done)

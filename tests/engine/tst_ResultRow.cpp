@@ -47,6 +47,16 @@ private Q_SLOTS:
         QCOMPARE(ResultRow(result).reason(), result.reason());
     }
 
+    void whatFailedCanBeAskedAgain()
+    {
+        EntryResult result;
+        result.outcome = Outcome::CompressorFailed;
+        result.status = 2;
+        result.arguments = QStringList{u"-jar"_s};
+        QCOMPARE(ResultRow(result).remarks->arguments, result.arguments);
+        QCOMPARE(ResultRow(result).remarks->status, 2);
+    }
+
     void onlyWhatIsToBeSaidIsKept()
     {
         EntryResult result;
