@@ -27,8 +27,9 @@ constexpr std::array blocks{
     "th"_L1,      "thead"_L1,    "title"_L1,    "tr"_L1,         "ul"_L1,         "xmp"_L1};
 
 /// Elements whose content is no text of the page.
-constexpr std::array hidden{"script"_L1, "style"_L1, "template"_L1, "textarea"_L1, "title"_L1,  "noscript"_L1,
-                            "iframe"_L1, "svg"_L1,   "audio"_L1,    "video"_L1,    "object"_L1, "canvas"_L1};
+constexpr std::array hidden{"script"_L1,   "style"_L1,  "template"_L1, "textarea"_L1, "title"_L1,
+                            "noscript"_L1, "iframe"_L1, "svg"_L1,      "math"_L1,     "audio"_L1,
+                            "video"_L1,    "object"_L1, "canvas"_L1};
 
 bool isLetter(QChar character)
 {

@@ -51,6 +51,8 @@ private Q_SLOTS:
             u"<p>different</p><b>same words after it</b><i>b</i>"_s,
             u"words glued together, line 1: it b -> itb"_s);
         row("nothing alike", u"<b>a</b> <i>b</i>"_s, u"xyz"_s, none);
+        row("formulas", u"<math><mi>a</mi> <mo>+</mo></math>"_s, u"<math><mi>a</mi><mo>+</mo></math>"_s,
+            none);
         row("hidden elements", u"<title>a b</title><textarea>c d</textarea>"_s,
             u"<title>ab</title><textarea>cd</textarea>"_s, none);
     }
