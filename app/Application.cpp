@@ -156,11 +156,14 @@ void Application::start(const Launch &launch)
 
 void Application::putBackOriginals()
 {
-    const QStringList sentences = putBackAfterInterruption(tools.originals);
+    const std::vector<StartNews> news = putBackAtStart(tools.originals);
+    QStringList sentences;
+    for (const StartNews &one : news)
+        sentences.append(one.sentence);
     desktopReport.tell(sentences);
-    if (sentences.isEmpty())
+    if (news.empty())
         return;
-    results.runs.addStart(sentences);
+    results.runs.addStart(news);
     if (window.isVisible())
         results.showBeside();
     else // a service has no window before it is asked for one

@@ -12,6 +12,19 @@ namespace {
 constexpr std::size_t mostRuns = 10;
 constexpr int numberOfStart = 0; // runs have numbers from 1
 
+ResultRow::State stateOf(StartNews::Kind kind)
+{
+    switch (kind) {
+    case StartNews::Kind::PutBack:
+        return ResultRow::State::PutBack;
+    case StartNews::Kind::Kept:
+        return ResultRow::State::Skipped;
+    case StartNews::Kind::Failed:
+        return ResultRow::State::Failed;
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
 void ResultRuns::start(int run, const QString &manner)
@@ -60,13 +73,13 @@ void ResultRuns::end(int run, const RunEnding &ending)
     Q_EMIT ended(run);
 }
 
-void ResultRuns::addStart(const QStringList &sentences)
+void ResultRuns::addStart(const std::vector<StartNews> &news)
 {
     RunRecord record;
     record.number = numberOfStart;
-    for (const QString &sentence : sentences) {
-        ResultRow row(ResultRow::State::PutBack, QString());
-        row.remarks = std::make_shared<ResultRemarks>(ResultRemarks{sentence, {}, {}});
+    for (const StartNews &one : news) {
+        ResultRow row(stateOf(one.kind), one.source);
+        row.remarks = std::make_shared<ResultRemarks>(ResultRemarks{one.sentence, {}, {}});
         record.rows.push_back(std::move(row));
     }
     add(std::move(record));

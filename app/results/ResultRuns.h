@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/results/RunRecord.h"
+#include "engine/originals/PutBack.h"
 
 #include <QObject>
 
@@ -40,7 +41,7 @@ public:
     void end(int run, const RunEnding &ending);
 
     /// What the start of the program has said of sources.
-    void addStart(const QStringList &sentences);
+    void addStart(const std::vector<StartNews> &news);
 
     /// The oldest first.
     [[nodiscard]] std::vector<std::shared_ptr<const RunRecord>> all() const

@@ -238,8 +238,8 @@ void ResultsWindow::fitPicture()
 QStringList ResultsWindow::toRetry() const
 {
     QStringList sources;
-    if (!m_model.run() || m_model.run()->isRunning)
-        return sources;
+    if (!m_model.run() || m_model.run()->isRunning || m_model.run()->isOfStart())
+        return sources; // what a start tells of was not to be minified now
     for (const ResultRow &row : m_model.run()->rows) {
         if (!row.isMinified() && !row.source.isEmpty())
             sources.append(row.source);

@@ -103,34 +103,40 @@ bool isOf(const OriginalRecord &original, const QString &source)
             !isYounger(source, original));
 }
 
-/// Writes a lost source back. Returns what is to be said of that.
-QString putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
+using Kind = StartNews::Kind;
+
+/// Writes a lost source back.
+StartNews putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
 {
     const QString source = QFile::decodeName(original.path);
     const PutBackResult done = putBack(original, slot);
     const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
     isLost = !error.isEmpty();
     if (isLost)
-        return u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next start tries "
-               "again, with the copy %3."_s.arg(source, error, slot.path());
+        return {Kind::Failed, source,
+                u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next start tries "
+                "again, with the copy %3."_s.arg(source, error, slot.path())};
     slot.remove();
     const QString lacks = done.lacks.isEmpty() ? QString() : u", but not its "_s + done.lacks;
-    return u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks);
+    return {Kind::PutBack, source,
+            u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks)};
 }
 
-/// Keeps the copy of a source that has other content now. Returns what is to be said of that.
-QString keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
+/// Keeps the copy of a source that has other content now.
+StartNews keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
 {
     const QString source = QFile::decodeName(original.path);
     if (const std::optional<QString> path = slot.keep(original)) {
         slot.remove();
-        return u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path);
+        return {Kind::Kept, source,
+                u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path)};
     }
-    return u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
-        source, slot.path(), qt_error_string(errno));
+    return {Kind::Failed, source,
+            u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
+                source, slot.path(), qt_error_string(errno))};
 }
 
-QString takeUpSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
+StartNews takeUpSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
 {
     switch (slot.stateOf(original)) {
     case SourceState::Same:
@@ -147,13 +153,16 @@ QString takeUpSource(OriginalSlot &slot, const OriginalRecord &original, bool &i
     case SourceState::Unknown:
         break;
     }
-    return u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
-        QFile::decodeName(original.path), slot.path());
+    const QString source = QFile::decodeName(original.path);
+    return {Kind::Failed, source,
+            u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
+                source, slot.path())};
 }
 
 /// Deals with a slot that a program has left, if it may be of `source` or that is empty. Returns what is to
-/// be said of it, or an empty text. `isLost` tells of a source that cannot be put back now.
-QString takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
+/// be said of it, with an empty sentence if that is nothing. `isLost` tells of a source that cannot be put
+/// back now.
+StartNews takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
 {
     const auto [content, original] = slot.read();
     if (!source.isEmpty() && (!original || !isOf(*original, source)))
@@ -167,16 +176,50 @@ QString takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
     case OriginalSlot::Content::Damaged:
         // Either it was never completed, and no compressor was started, or the disk has a fault.
         if (slot.stateOf(*original) != SourceState::Same)
-            return u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
-                QFile::decodeName(original->path), slot.setAside());
+            return {Kind::Failed, QFile::decodeName(original->path),
+                    u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
+                        QFile::decodeName(original->path), slot.setAside())};
         slot.remove();
         return {};
     case OriginalSlot::Content::Unknown:
-        return u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside());
+        return {Kind::Failed,
+                {},
+                u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside())};
     case OriginalSlot::Content::Unreadable:
         break;
     }
-    return u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path());
+    return {Kind::Failed,
+            {},
+            u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path())};
+}
+
+/// As putBackLeftOf().
+bool takeUpAll(const QString &source, const QStringList &originals, const std::atomic<Stop> &stop,
+               std::vector<StartNews> &news)
+{
+    const auto waitsFor = [&](const OriginalRecord &original) {
+        return stop == Stop::No && isOf(original, source);
+    };
+    bool isLost = false;
+    for (const QString &path : originals) {
+        QString error;
+        QStringList refused;
+        if (std::optional<PrivateFolder> folder = PrivateFolder::open(path, error)) {
+            for (OriginalSlot &slot : OriginalSlot::leftIn(*folder, refused, waitsFor))
+                news.push_back(takeUp(slot, source, isLost));
+        }
+        if (!source.isEmpty())
+            continue;
+        if (!error.isEmpty())
+            news.push_back(
+                {Kind::Failed, {}, u"The safety copies in %1 are not looked at: %2."_s.arg(path, error)});
+        for (const QString &file : refused)
+            news.push_back({Kind::Failed,
+                            {},
+                            u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file)});
+    }
+    std::erase_if(news, [](const StartNews &one) { return one.sentence.isEmpty(); });
+    return !isLost;
 }
 
 } // namespace
@@ -222,36 +265,29 @@ QString putBackLink(const OriginalRecord &original, bool replacesFile)
     return isMade ? QString() : qt_error_string(errno);
 }
 
+std::vector<StartNews> putBackAtStart(const QStringList &originals)
+{
+    std::vector<StartNews> news;
+    static_cast<void>(takeUpAll({}, originals, Stop::AtOnce, news));
+    return news;
+}
+
 QStringList putBackAfterInterruption(const QStringList &originals)
 {
     QStringList sentences;
-    static_cast<void>(putBackLeftOf({}, originals, Stop::AtOnce, sentences));
+    for (const StartNews &news : putBackAtStart(originals))
+        sentences.append(news.sentence);
     return sentences;
 }
 
 bool putBackLeftOf(const QString &source, const QStringList &originals, const std::atomic<Stop> &stop,
                    QStringList &sentences)
 {
-    const auto waitsFor = [&](const OriginalRecord &original) {
-        return stop == Stop::No && isOf(original, source);
-    };
-    bool isLost = false;
-    for (const QString &path : originals) {
-        QString error;
-        QStringList refused;
-        if (std::optional<PrivateFolder> folder = PrivateFolder::open(path, error)) {
-            for (OriginalSlot &slot : OriginalSlot::leftIn(*folder, refused, waitsFor))
-                sentences.append(takeUp(slot, source, isLost));
-        }
-        if (!source.isEmpty())
-            continue;
-        if (!error.isEmpty())
-            sentences.append(u"The safety copies in %1 are not looked at: %2."_s.arg(path, error));
-        for (const QString &file : refused)
-            sentences.append(u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file));
-    }
-    sentences.removeAll(QString());
-    return !isLost;
+    std::vector<StartNews> found;
+    const bool isThere = takeUpAll(source, originals, stop, found);
+    for (const StartNews &news : found)
+        sentences.append(news.sentence);
+    return isThere;
 }
 
 } // namespace brevant

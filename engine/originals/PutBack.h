@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <optional>
+#include <vector>
 
 namespace brevant {
 
@@ -37,12 +38,28 @@ struct PutBackResult {
 /// by a hard link if it has a name left, else by a copy. Returns the reason of a failure, or an empty text.
 [[nodiscard]] QString putFileBack(const OriginalRecord &original, int held);
 
+/// What a start has to say of a copy that a program has left.
+struct StartNews {
+    enum class Kind {
+        PutBack, ///< the source is as before again
+        Kept,    ///< the copy is, as the source has other content
+        Failed,  ///< the source is still lost, or the copy cannot be used
+    };
+    Kind kind = Kind::Failed;
+    QString source; ///< empty if that is not known
+    QString sentence;
+};
+
 /// Puts back the sources that interrupted runs have left missing or empty. To be called when a program
 /// starts, before it touches any file. `originals` are the folders of the safety copies; slots in use are
 /// left alone.
 ///
 /// A source with other content keeps it, as that may be newer work; the copy then becomes a plain file in the
-/// folder, which nothing touches again. Returns a sentence for each file put back, kept or given up for now.
+/// folder, which nothing touches again. Returns what is to be said of each file put back, kept or given up
+/// for now.
+[[nodiscard]] std::vector<StartNews> putBackAtStart(const QStringList &originals);
+
+/// The same; only the sentences.
 [[nodiscard]] QStringList putBackAfterInterruption(const QStringList &originals);
 
 /// The same for one source; waits for another program that is putting it back, until `stop` says otherwise.

@@ -181,6 +181,8 @@ private Q_SLOTS:
         }
         QTRY_VERIFY(results() && results()->isVisible());
         const auto start = m_app->results.runs.all().front();
+        QCOMPARE(start->rows.front().source, source);
+        QCOMPARE(start->rows.front().state, ResultRow::State::PutBack);
         QCOMPARE(messageText(start->rows.front()),
                  source + u" was lost when a run was cut short, and has been put back."_s);
         QCOMPARE(results()->findChild<RunChooser *>()->currentText(), u"At the start, 1 file"_s);

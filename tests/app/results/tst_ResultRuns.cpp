@@ -85,8 +85,14 @@ private Q_SLOTS:
     void aStartIsARunOfSentences()
     {
         ResultRuns runs;
-        runs.addStart({u"/w/a.css was lost, and has been put back."_s});
+        using Kind = StartNews::Kind;
+        runs.addStart({{Kind::PutBack, u"/w/a.css"_s, u"/w/a.css was lost, and has been put back."_s},
+                       {Kind::Kept, u"/w/b.css"_s, u"It is kept as /w/kept."_s},
+                       {Kind::Failed, {}, u"The safety copy /w/c cannot be read now."_s}});
         const auto run = runs.all().front();
+        QCOMPARE(run->rows.at(0).source, u"/w/a.css"_s);
+        QCOMPARE(run->rows.at(1).state, State::Skipped);
+        QCOMPARE(run->rows.at(2).state, State::Failed);
         QVERIFY(run->isOfStart());
         QVERIFY(!runs.isAnyRunning());
         QCOMPARE(run->rows.front().state, State::PutBack);
