@@ -59,6 +59,20 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_app->jobs.isRunning());
     }
 
+    void theMarkWaitsForTheLastOfTwoRuns()
+    {
+        m_app->window.show();
+        fill({"copy"});
+        m_app->results.runs.start(1000, u"another"_s);
+        run();
+        QVERIFY(!mark());
+        m_app->results.runs.startFile(1000, u"/w/a.css"_s, 1);
+        RunEnding ending;
+        ending.count = 1;
+        m_app->results.runs.end(1000, ending);
+        QCOMPARE(mark()->text(), u"1 of 1 not minified"_s);
+    }
+
     void anEmptyRunLeavesNoMark()
     {
         run();

@@ -4,6 +4,8 @@
 #include "app/results/ReportTexts.h"
 #include "tests/TestClass.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace brevant;
@@ -15,6 +17,13 @@ class tst_ReportTexts final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theJsonIsTheTerminals()
+    {
+        const QJsonObject report = QJsonDocument::fromJson(reportAsJson(mixedRows(), {})).object();
+        QCOMPARE(report[u"done"_s].toInt(), 1);
+        QCOMPARE(report[u"failed"_s].toInt(), 4); // also what only lacks a copy
+    }
+
     void csv()
     {
         ResultRow done = row(State::Done, u"/w/a, \"b\".css"_s, 1000, 600);
