@@ -24,11 +24,9 @@ void ResultChecks::entryTaken(const QString &entry, const std::optional<QString>
 
 std::optional<CheckedFile> ResultChecks::entryEnded(const EntryResult &result)
 {
-    const auto taken = m_taken.constFind(result.source);
-    if (taken == m_taken.cend())
+    if (!m_taken.contains(result.source))
         return std::nullopt;
-    const std::optional<QByteArray> source = *taken;
-    m_taken.erase(taken);
+    const std::optional<QByteArray> source = m_taken.take(result.source);
     if (!result.isMinified() || !result.output)
         return std::nullopt;
     const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));

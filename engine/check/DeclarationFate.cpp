@@ -75,8 +75,7 @@ void forgive(std::vector<DeclarationFate> &fates)
     }
     QSet<QString> later;
     QSet<QString> laterImportant;
-    for (auto next = fates.rbegin(); next != fates.rend(); ++next) {
-        DeclarationFate &fate = *next;
+    std::for_each(fates.rbegin(), fates.rend(), [&](DeclarationFate &fate) {
         const bool important = isImportant(fate);
         if (fate.isKept && !fate.isDead)
             (important ? laterImportant : later).insert(fate.property);
@@ -84,7 +83,7 @@ void forgive(std::vector<DeclarationFate> &fates)
             fate.isKept = isSetBy(laterImportant, fate.property);
         else
             fate.isKept = isSetBy(anyImportant, fate.property) || isSetBy(later, fate.property);
-    }
+    });
 }
 
 } // namespace brevant
