@@ -38,7 +38,7 @@ class Completions(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.interface = interface()
-        cls.settings = {setting["key"]: setting["default"] for setting in cls.interface["settings"]}
+        cls.settings = {setting["key"]: setting.get("default") for setting in cls.interface["settings"]}
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.addClassCleanup(os.chdir, os.getcwd())
