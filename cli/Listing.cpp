@@ -3,7 +3,7 @@
 #include "cli/Listing.h"
 
 #include "cli/CommandLine.h"
-#include "cli/OutputClaims.h"
+#include "cli/PrintedRun.h"
 #include "cli/TerminalText.h"
 #include "files/Folders.h"
 #include "files/PathString.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 #include "cli/Listing.h"
-#include "cli/OutputClaims.h"
+#include "cli/PrintedRun.h"
 #include "cli/ResultChecks.h"
 #include "cli/RunReport.h"
 #include "cli/TerminalText.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/OutputClaims.h"
+#include "cli/PrintedRun.h"
 
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
-#include "files/Folders.h"
+#include "engine/OutputClaims.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
@@ -12,67 +12,9 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QFileInfo>
-#include <QTemporaryFile>
-
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace brevant {
-
-namespace {
-
-/// Whether the file system of that folder ignores case. The only sure way to tell is to try.
-bool ignoresCapitals(const QString &folder)
-{
-    QTemporaryFile probe(PathString::join(folder, u".brevant-XXXXXX.tmp"));
-    return probe.open() && QFileInfo::exists(PathString::join(
-                               folder, PathString::lastComponent(probe.fileName()).toString().toUpper()));
-}
-
-/// Whether one of the files still has that mark. Of one that another run has replaced, a new file may have
-/// it.
-bool isHeld(const QHash<QString, QString> &files, const QString &mark)
-{
-    const auto file = files.constFind(mark);
-    return file != files.constEnd() && FileMarks::all(*file).contains(mark);
-}
-
-} // namespace
-
-OutputClaims::OutputClaims(const std::vector<QString> &sources)
-{
-    for (const QString &source : sources) {
-        for (const QString &mark : FileMarks::all(source))
-            m_sources.insert(mark, source);
-    }
-}
-
-QString OutputClaims::claim(const QString &source, const std::optional<QString> &output)
-{
-    if (!output)
-        return {};
-    const QStringList marks = FileMarks::all(*output);
-    const QStringList own = FileMarks::all(source);
-    const bool isSource = std::ranges::any_of(
-        marks, [&](const QString &mark) { return !own.contains(mark) && isHeld(m_sources, mark); });
-    if (isSource)
-        return u"its output %1 is the source of another file in the list"_s.arg(*output);
-    if (isTaken(*output, marks))
-        return u"its output %1 is that of another file in the list"_s.arg(*output);
-    for (const QString &mark : marks)
-        m_outputs.insert(mark, *output);
-    m_outputsInAnyCase.insert(marks.front().toCaseFolded());
-    return {};
-}
-
-bool OutputClaims::isTaken(const QString &output, const QStringList &marks) const
-{
-    return std::ranges::any_of(marks, [this](const QString &mark) { return isHeld(m_outputs, mark); }) ||
-           (m_outputsInAnyCase.contains(marks.front().toCaseFolded()) &&
-            ignoresCapitals(PathString::folder(output).toString()));
-}
 
 QString notUtf8()
 {

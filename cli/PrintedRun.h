@@ -4,8 +4,6 @@
 
 #include "engine/MinifyJob.h"
 
-#include <QHash>
-#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -13,23 +11,6 @@
 #include <vector>
 
 namespace brevant {
-
-/// Keeps the entries of a run independent: none may be written over the source or output of another. Asked
-/// for each entry, in the order of the queue.
-class OutputClaims final {
-public:
-    explicit OutputClaims(const std::vector<QString> &sources);
-
-    /// Why that entry must not be run; empty if it may, and its output is taken from then on.
-    [[nodiscard]] QString claim(const QString &source, const std::optional<QString> &output);
-
-private:
-    [[nodiscard]] bool isTaken(const QString &output, const QStringList &marks) const;
-
-    QHash<QString, QString> m_sources; ///< by mark
-    QHash<QString, QString> m_outputs; ///< by mark
-    QSet<QString> m_outputsInAnyCase;  ///< folders and names, case-folded
-};
 
 /// Why an entry whose path holds RawBytes is not run.
 [[nodiscard]] QString notUtf8();
