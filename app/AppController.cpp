@@ -3,7 +3,7 @@
 #include "app/AppController.h"
 
 #include "app/Application.h"
-#include "app/results/ResultTable.h"
+#include "app/results/StateTable.h"
 #include "engine/Tools.h"
 #include "queue/OutputPath.h"
 #include "queue/view/BVImageView.h"
@@ -46,15 +46,15 @@ void AppController::init()
     connect(&m_app.settings, &SettingsStore::didChange, this, &AppController::updateDropHint);
 }
 
-/// Watches the selection of every table but that of results from its polishing on, which comes once, before
-/// it is first shown.
+/// Watches the selection of every table but those of results and plans from its polishing on, which comes
+/// once, before it is first shown.
 bool AppController::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::Polish)
         return false;
     const auto *const table = qobject_cast<QTableView *>(watched);
-    if (qobject_cast<ResultTable *>(watched) != nullptr)
-        return false; // what was selected among results is nothing to preview
+    if (qobject_cast<StateTable *>(watched) != nullptr)
+        return false; // what is selected there is nothing to preview
     if (const auto *const filesTable = qobject_cast<BVTableView *>(watched)) {
         connect(filesTable, &BVTableView::selectionDidChange, this, &AppController::refreshPreview,
                 Qt::UniqueConnection);

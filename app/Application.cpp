@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 
+#include "app/planned/PlannedWindow.h"
 #include "engine/originals/PutBack.h"
 #include "ui_MainWindow.h"
 
@@ -77,6 +78,7 @@ void Application::setUp()
     controller.awakeFromNib();
     delegate.awakeFromNib();
     connectResults();
+    connect(window.ui().plannedMenu, &QAction::triggered, this, &Application::showPlannedOutputs);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     connect(window.ui().quitMenu, &QAction::triggered, this, &Application::quit);
     connect(&window, &MainWindow::closed, this, &Application::windowClosed);
@@ -101,6 +103,26 @@ void Application::connectResults()
         jobs.detachNewThread(
             [this, sources](const std::atomic<Stop> &stop) { runAgain(*this, sources, stop); });
     });
+}
+
+void Application::showPlannedOutputs()
+{
+    const Ui::MainWindow &ui = window.ui();
+    if (!m_planned) {
+        m_planned =
+            std::make_unique<PlannedWindow>(queue, settings, *ui.minifyMenu, *ui.preferencesMenu, &window);
+        connect(m_planned.get(), &PlannedWindow::openRequested, this,
+                [this](const QString &path) { static_cast<void>(workspace.openUrl(fileUrl(path))); });
+        connect(m_planned.get(), &PlannedWindow::revealRequested, this,
+                [this](const QString &path) { workspace.selectFile(path); });
+        connect(&jobs, &JobRunner::allEnded, m_planned.get(), &PlannedWindow::refresh);
+        connect(&window, &MainWindow::closed, m_planned.get(), &QWidget::close);
+        connect(this, &Application::ending, m_planned.get(), &QWidget::close);
+    }
+    m_planned->setWindowState(m_planned->windowState() & ~Qt::WindowMinimized);
+    m_planned->show();
+    m_planned->raise();
+    m_planned->activateWindow();
 }
 
 void Application::serve(ApplicationService &service)

@@ -21,6 +21,8 @@
 
 namespace brevant {
 
+class PlannedWindow;
+
 /// The objects that live as long as the process, and when it ends. A QApplication must be there.
 ///
 /// Closing the window ends the program, but not before the run under way; quitting ends it after the file
@@ -76,6 +78,7 @@ private:
     void bringToFront(const QVariantMap &platformData);
     void act(const QString &name, const QStringList &paths, const QVariantMap &platformData);
     void connectResults();
+    void showPlannedOutputs();
     void putBackOriginals();
     void finishStart();
     void catchSignals();
@@ -83,6 +86,7 @@ private:
     void windowClosed();
     void runsEnded();
 
+    std::unique_ptr<PlannedWindow> m_planned; ///< from the first request on
     Launch m_launch;
     bool m_started = false;
     bool m_quitting = false;

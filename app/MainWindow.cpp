@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/planned/PlanTexts.h"
 #include "app/platform/DockTile.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -101,6 +102,9 @@ void MainWindow::setUpButtons()
         policy.setRetainSizeWhenHidden(true);
         button->setSizePolicy(policy);
     }
+    connect(&m_queue, &QAbstractItemModel::rowsInserted, this, &MainWindow::updateMinifyToolTip);
+    connect(&m_queue, &QAbstractItemModel::modelReset, this, &MainWindow::updateMinifyToolTip);
+    connect(&m_settings, &SettingsStore::didChange, this, &MainWindow::updateMinifyToolTip);
     // As in a dialog, Return presses the default button, which is the one that has the focus, if any.
     connect(qApp, &QApplication::focusChanged, this, [this] {
         m_ui->clearButton->setDefault(m_ui->clearButton->hasFocus());
@@ -192,6 +196,11 @@ void MainWindow::showBadgeIfOn()
 {
     if (m_settings.boolForKey(badgeCheckerKeyString))
         m_dockTile.setBadgeLabel(QString::number(m_queue.count()));
+}
+
+void MainWindow::updateMinifyToolTip()
+{
+    m_ui->minifyButton->setToolTip(minifyText(m_queue.count(), m_settings));
 }
 
 void MainWindow::updateBadge()

@@ -80,6 +80,7 @@ private:
     void showEmpty();
     void showCountText();
     void showBadgeIfOn();
+    void updateMinifyToolTip();
     void setControlsAvailable(bool available);
     void updateSelectionActions();
 

@@ -22,6 +22,13 @@ void Hairline::paintEvent(QPaintEvent *)
     QPainter(this).fillRect(0, height() / 2, width(), 1, colour);
 }
 
+QWidget *horizontalLine(QWidget *parent)
+{
+    auto *const hairline = new Hairline(parent);
+    hairline->setFixedHeight(1);
+    return hairline;
+}
+
 ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);

@@ -22,6 +22,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
+/// One that goes from side to side.
+[[nodiscard]] QWidget *horizontalLine(QWidget *parent);
+
 /// One line of plain text that is shortened rather than make the window wider.
 class ElidedLabel final : public QLabel {
     Q_OBJECT

@@ -59,8 +59,8 @@ QStringList linesAbout(const ResultRow &row)
     return said;
 }
 
-MessagePane::MessagePane(QWidget *parent)
-    : QWidget(parent), m_sign(new QLabel(this)), m_name(new ElidedLabel(this)),
+MessagePane::MessagePane(Reveal reveal, QWidget *parent)
+    : QWidget(parent), m_whatToReveal(reveal), m_sign(new QLabel(this)), m_name(new ElidedLabel(this)),
       m_folder(new ElidedLabel(this)), m_messages(new QPlainTextEdit(this))
 {
     auto *const column = new QVBoxLayout(this);
@@ -76,10 +76,12 @@ MessagePane::MessagePane(QWidget *parent)
     m_folder->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_name->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     m_open = addButton(*bar, tr("&Open"));
-    m_reveal = addButton(*bar, tr("Re&veal Output"));
+    m_reveal = addButton(*bar, reveal == Reveal::Output ? tr("Re&veal Output") : tr("Re&veal Source"));
     m_copy = addButton(*bar, tr("&Copy Path"));
     connect(m_open, &QAction::triggered, this, [this] { Q_EMIT openRequested(m_row.source); });
-    connect(m_reveal, &QAction::triggered, this, [this] { Q_EMIT revealRequested(m_row.output); });
+    connect(m_reveal, &QAction::triggered, this, [this] {
+        Q_EMIT revealRequested(m_whatToReveal == Reveal::Output ? m_row.output : m_row.source);
+    });
     connect(m_copy, &QAction::triggered, this,
             [this] { QGuiApplication::clipboard()->setText(m_row.source); });
     m_messages->setReadOnly(true);
@@ -89,6 +91,7 @@ MessagePane::MessagePane(QWidget *parent)
     m_messages->setAccessibleName(tr("Messages"));
     m_messages->document()->setDocumentMargin(0);
     column->addWidget(m_messages, 1);
+    setTabOrder(m_buttons.back(), m_messages);
     setRow(nullptr);
 }
 
@@ -119,13 +122,18 @@ void MessagePane::setRow(const ResultRow *row)
     const QString folder = isFile ? folderText(row->source) : QString();
     m_folder->setText(layoutDirection() == Qt::RightToLeft ? isolated(folder) : folder);
     m_folder->setToolTip(toolTipOf(folder));
-    m_messages->setPlainText(row ? linesAbout(*row).join(u'\n') : tr("Select a file to see its messages."));
+    m_messages->setPlainText(row ? linesAbout(*row).join(u'\n')
+                             : m_whatToReveal == Reveal::Output
+                                 ? tr("Select a file to see its messages.")
+                                 : tr("Select a file to see what is planned for it."));
     m_sign->setVisible(row != nullptr);
     m_open->setEnabled(isFile);
     m_copy->setEnabled(isFile);
-    const bool hasOutput = isFile && row->isMinified();
-    m_reveal->setEnabled(hasOutput);
-    m_reveal->setToolTip(hasOutput ? tr("Show the output in the file manager") : tr("There is no output."));
+    const bool isOfSource = m_whatToReveal == Reveal::Source;
+    m_reveal->setEnabled(isFile && (isOfSource || row->isMinified()));
+    m_reveal->setToolTip(isOfSource              ? tr("Show the source in the file manager")
+                         : m_reveal->isEnabled() ? tr("Show the output in the file manager")
+                                                 : tr("There is no output."));
     m_open->setToolTip(tr("Open the source with the program of your choice for such files"));
     m_copy->setToolTip(tr("Copy the path of the source"));
     updateLooks();

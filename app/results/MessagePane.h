@@ -21,12 +21,15 @@ class MessagePane final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit MessagePane(QWidget *parent = nullptr);
+    /// What its second button shows in the file manager.
+    enum class Reveal { Output, Source };
+
+    explicit MessagePane(Reveal reveal, QWidget *parent = nullptr);
 
     /// Shows a file, or that none is selected.
     void setRow(const ResultRow *row);
 
-    /// Open, Reveal Output and Copy Path.
+    /// Open, Reveal Output or Reveal Source, and Copy Path.
     [[nodiscard]] QList<QAction *> fileActions() const;
 
 Q_SIGNALS:
@@ -41,6 +44,7 @@ private:
     QAction *addButton(QHBoxLayout &bar, const QString &text);
     void updateLooks();
 
+    const Reveal m_whatToReveal;
     ResultRow m_row;
     QLabel *m_sign;
     ElidedLabel *m_name;

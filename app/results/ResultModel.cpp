@@ -3,6 +3,7 @@
 #include "app/results/ResultModel.h"
 
 #include "app/results/ResultRuns.h"
+#include "app/results/StateCell.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <limits>
 #include <utility>
 
@@ -53,15 +53,15 @@ QVariant alignment(bool isForNumber)
 
 } // namespace
 
-ResultModel::ResultModel(const ResultRuns &runs, QObject *parent) : QAbstractTableModel(parent)
+ResultModel::ResultModel(const ResultRuns &runs, QObject *parent) : SortedRows(parent)
 {
     connect(&runs, &ResultRuns::rowAdded, this, [this](int run, int row) {
-        if (m_run && m_run->number == run && isAccepted(m_run->rows[static_cast<std::size_t>(row)]))
-            insert(row);
+        if (m_run && m_run->number == run)
+            addRecord(row);
     });
     connect(&runs, &ResultRuns::rowChanged, this, [this](int run, int row) {
         if (m_run && m_run->number == run)
-            changeRow(row);
+            changeRecord(row);
     });
 }
 
@@ -69,8 +69,7 @@ void ResultModel::setRun(std::shared_ptr<const RunRecord> run)
 {
     beginResetModel();
     m_run = std::move(run);
-    m_shown = accepted();
-    sortRecords(m_shown);
+    findShown();
     endResetModel();
 }
 
@@ -81,41 +80,13 @@ void ResultModel::setFilter(Shown shown, const QString &text)
     beginResetModel();
     m_which = shown;
     m_text = text;
-    m_shown = accepted();
-    sortRecords(m_shown);
+    findShown();
     endResetModel();
-}
-
-void ResultModel::sort(int column, Qt::SortOrder order)
-{
-    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
-    const std::vector<int> before = m_shown;
-    m_column = column;
-    m_order = order;
-    std::ranges::sort(m_shown);
-    sortRecords(m_shown);
-    std::vector<int> rows(m_run ? m_run->rows.size() : 0); // by row of the run
-    for (std::size_t row = 0; row < m_shown.size(); ++row)
-        rows[static_cast<std::size_t>(m_shown[row])] = static_cast<int>(row);
-    const QModelIndexList old = persistentIndexList();
-    QModelIndexList now;
-    for (const QModelIndex &index : old) {
-        const int record = before[static_cast<std::size_t>(index.row())];
-        now.append(createIndex(rows[static_cast<std::size_t>(record)], index.column()));
-    }
-    changePersistentIndexList(old, now);
-    Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 const ResultRow &ResultModel::at(int row) const
 {
     return m_run->rows[static_cast<std::size_t>(recordAt(row))];
-}
-
-int ResultModel::rowOf(int record) const
-{
-    const auto found = std::ranges::find(m_shown, record);
-    return found == m_shown.end() ? -1 : static_cast<int>(found - m_shown.begin());
 }
 
 bool ResultModel::isEmptyColumn(int column) const
@@ -125,11 +96,6 @@ bool ResultModel::isEmptyColumn(int column) const
     const auto size = column == Gzip ? &ResultRow::gzipSize : &ResultRow::brotliSize;
     return !m_run || std::ranges::all_of(
                          m_run->rows, [](qint64 found) { return found == ResultRow::noSize; }, size);
-}
-
-int ResultModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
 int ResultModel::columnCount(const QModelIndex &parent) const
@@ -152,6 +118,12 @@ QVariant ResultModel::data(const QModelIndex &index, int role) const
         return column == Message ? toolTipOf(messageText(row)) : QVariant();
     case Qt::TextAlignmentRole:
         return alignment(isNumber(column));
+    case StateRole:
+        return column == State ? QVariant(static_cast<int>(row.state)) : QVariant();
+    case MutedRole:
+        return column == Folder || text(row, column) == dash;
+    case PathRole:
+        return column == Folder;
     default:
         return {};
     }
@@ -220,10 +192,10 @@ bool ResultModel::isShown(Shown shown, RowState state)
     Q_UNREACHABLE();
 }
 
-ResultModel::Key ResultModel::keyOf(int record) const
+ResultModel::Key ResultModel::keyOf(int record, int column) const
 {
     const ResultRow &row = m_run->rows[static_cast<std::size_t>(record)];
-    switch (m_column) {
+    switch (column) {
     case State:
         return {.number = static_cast<double>(row.state)};
     case Name:
@@ -249,77 +221,17 @@ ResultModel::Key ResultModel::keyOf(int record) const
     }
 }
 
-bool ResultModel::isAccepted(const ResultRow &row) const
+int ResultModel::recordCount() const
 {
+    return m_run ? static_cast<int>(m_run->rows.size()) : 0;
+}
+
+bool ResultModel::isAccepted(int record) const
+{
+    const ResultRow &row = m_run->rows[static_cast<std::size_t>(record)];
     return isShown(m_which, row.state) &&
            (m_text.isEmpty() || row.source.contains(m_text, Qt::CaseInsensitive) ||
             (row.remarks && messageText(row).contains(m_text, Qt::CaseInsensitive)));
-}
-
-std::vector<int> ResultModel::accepted() const
-{
-    std::vector<int> records;
-    for (std::size_t record = 0; m_run && record < m_run->rows.size(); ++record) {
-        if (isAccepted(m_run->rows[record]))
-            records.push_back(static_cast<int>(record));
-    }
-    return records;
-}
-
-/// Rows of the run that are in their order.
-void ResultModel::sortRecords(std::vector<int> &records) const
-{
-    if (m_column < 0)
-        return;
-    std::vector<std::pair<Key, int>> keys; // made once for each row, not for each comparison
-    keys.reserve(records.size());
-    for (const int record : records)
-        keys.emplace_back(keyOf(record), record);
-    if (m_order == Qt::AscendingOrder)
-        std::ranges::stable_sort(keys, std::less(), &std::pair<Key, int>::first);
-    else
-        std::ranges::stable_sort(keys, std::greater(), &std::pair<Key, int>::first);
-    std::ranges::transform(keys, records.begin(), &std::pair<Key, int>::second);
-}
-
-/// The row that a row of the run, not shown yet, is to have.
-int ResultModel::placeOf(int record) const
-{
-    const auto comesAfter = [this](const std::pair<Key, int> &one, int other) {
-        const auto order = one.first <=> keyOf(other);
-        return order == 0 ? one.second < other : (order < 0) == (m_order == Qt::AscendingOrder);
-    };
-    const auto place =
-        std::upper_bound(m_shown.begin(), m_shown.end(), std::pair(keyOf(record), record), comesAfter);
-    return static_cast<int>(place - m_shown.begin());
-}
-
-void ResultModel::insert(int record)
-{
-    const int row = placeOf(record);
-    beginInsertRows({}, row, row);
-    m_shown.insert(m_shown.begin() + row, record);
-    endInsertRows();
-}
-
-/// A row that has changed may belong elsewhere, or not be shown any more.
-void ResultModel::changeRow(int record)
-{
-    const auto found = std::ranges::find(m_shown, record);
-    const bool isNowShown = isAccepted(m_run->rows[static_cast<std::size_t>(record)]);
-    if (found != m_shown.end() && isNowShown && m_column < 0) {
-        const auto row = static_cast<int>(found - m_shown.begin());
-        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
-        return;
-    }
-    if (found != m_shown.end()) {
-        const auto row = static_cast<int>(found - m_shown.begin());
-        beginRemoveRows({}, row, row);
-        m_shown.erase(found);
-        endRemoveRows();
-    }
-    if (isNowShown)
-        insert(record);
 }
 
 } // namespace brevant

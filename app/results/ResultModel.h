@@ -3,21 +3,16 @@
 #pragma once
 
 #include "app/results/RunRecord.h"
+#include "app/results/SortedRows.h"
 
-#include <QAbstractTableModel>
-
-#include <compare>
 #include <memory>
-#include <optional>
-#include <vector>
 
 namespace brevant {
 
 class ResultRuns;
 
-/// What became of the files of one run, as a table that can be sorted and filtered. It does both itself:
-/// among 100,000 rows a proxy takes seconds to hide every other one.
-class ResultModel final : public QAbstractTableModel {
+/// What became of the files of one run, as a table that can be sorted and filtered.
+class ResultModel final : public SortedRows {
     Q_OBJECT
 
 public:
@@ -36,20 +31,12 @@ public:
     /// Shows only rows in those states, and with `text` in name, folder or message, the case ignored.
     void setFilter(Shown shown, const QString &text);
 
-    /// By a column, or by the list's order for -1. Equal rows keep the list's order.
-    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
-
     /// The file that a row shows.
     [[nodiscard]] const ResultRow &at(int row) const;
-
-    /// The place in the run's list of the file that a row shows, and the row of a place; -1 if it is hidden.
-    [[nodiscard]] int recordAt(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
-    [[nodiscard]] int rowOf(int record) const;
 
     /// Whether no row of the run has anything to show in that column.
     [[nodiscard]] bool isEmptyColumn(int column) const;
 
-    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
@@ -61,26 +48,13 @@ public:
     [[nodiscard]] static bool isShown(Shown shown, ResultRow::State state);
 
 private:
-    /// What a row is sorted by.
-    struct Key {
-        double number = 0;
-        QString text = {};
-        std::partial_ordering operator<=>(const Key &) const = default;
-    };
-    [[nodiscard]] Key keyOf(int record) const;
-    [[nodiscard]] bool isAccepted(const ResultRow &row) const;
-    [[nodiscard]] std::vector<int> accepted() const;
-    void sortRecords(std::vector<int> &records) const;
-    [[nodiscard]] int placeOf(int record) const;
-    void insert(int record);
-    void changeRow(int record);
+    [[nodiscard]] int recordCount() const override;
+    [[nodiscard]] Key keyOf(int record, int column) const override;
+    [[nodiscard]] bool isAccepted(int record) const override;
 
     std::shared_ptr<const RunRecord> m_run;
-    std::vector<int> m_shown; ///< for each row, the row of the run
     Shown m_which = Shown::All;
     QString m_text;
-    int m_column = -1;
-    Qt::SortOrder m_order = Qt::AscendingOrder;
 };
 
 } // namespace brevant

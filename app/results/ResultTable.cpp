@@ -5,14 +5,9 @@
 #include "app/results/ResultCell.h"
 #include "app/results/Signs.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMenu>
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -21,22 +16,6 @@ using namespace Qt::StringLiterals;
 namespace brevant {
 
 namespace {
-
-constexpr int padding = ResultCell::padding;
-constexpr int rowMargins = 8;
-
-/// Titles begin and end where the cells do.
-class ResultHeader final : public QHeaderView {
-public:
-    explicit ResultHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) {}
-
-protected:
-    void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
-    {
-        QHeaderView::initStyleOptionForIndex(option, column);
-        option->text = u' ' + option->text + u' ';
-    }
-};
 
 /// How wide a column is at first, in letters; for numbers, digits.
 constexpr std::array<int, ResultModel::ColumnCount> letters{9, 23, 16, 10, 10, 8, 10, 10, 7, 26};
@@ -48,44 +27,16 @@ constexpr std::array firstToGo{ResultModel::Brotli, ResultModel::Gzip,   ResultM
 } // namespace
 
 ResultTable::ResultTable(ResultModel &model, QWidget *parent)
-    : QTableView(parent), m_model(model), m_isWanted(ResultModel::ColumnCount, true)
+    : StateTable(model, parent), m_model(model), m_isWanted(ResultModel::ColumnCount, true)
 {
     setAccessibleName(tr("Results"));
-    setHorizontalHeader(new ResultHeader(this)); // owned by this
-    setModel(&model);
     setItemDelegate(new ResultCell(model, this)); // a child of this
-    setFrameShape(QFrame::NoFrame);
-    setShowGrid(false);
-    setWordWrap(false);
-    setAlternatingRowColors(true);
-    setTabKeyNavigation(false);
-    setCornerButtonEnabled(false);
-    setEditTriggers(NoEditTriggers);
-    setSelectionBehavior(SelectRows);
-    setSelectionMode(ExtendedSelection);
-    setHorizontalScrollMode(ScrollPerPixel);
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setMinimumSectionSize(1);
-    setUpHeader();
-    fitRows();
-    resizeColumns();
-}
-
-void ResultTable::setUpHeader()
-{
     QHeaderView &header = *horizontalHeader();
-    header.setHighlightSections(false);
-    header.setSectionsMovable(true);
-    header.setSortIndicator(-1, Qt::AscendingOrder);
-    header.setSortIndicatorClearable(true);
-    header.setSectionsClickable(true);
-    header.setSortIndicatorShown(true);
     header.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&header, &QHeaderView::sectionClicked, this, [this] { m_isSortedByUser = true; });
-    connect(&header, &QHeaderView::sortIndicatorChanged, &m_model, &ResultModel::sort);
     connect(&header, &QHeaderView::customContextMenuRequested, this,
             [this, &header](QPoint at) { showColumnMenu(header.viewport()->mapToGlobal(at)); });
+    resizeColumns();
 }
 
 void ResultTable::sortWorstFirst()
@@ -108,7 +59,7 @@ void ResultTable::showRun(std::shared_ptr<const RunRecord> run)
 
 void ResultTable::setFilter(ResultModel::Shown shown, const QString &text)
 {
-    const int record = currentFile() ? m_model.recordAt(currentIndex().row()) : -1;
+    const int record = currentRecord();
     m_model.setFilter(shown, text);
     if (const int row = m_model.rowOf(record); row >= 0)
         selectFile(row);
@@ -116,17 +67,9 @@ void ResultTable::setFilter(ResultModel::Shown shown, const QString &text)
     Q_EMIT currentFileChanged();
 }
 
-/// Unlike selectRow(), which asks what is at the beginning of the row, before there is a window to look at.
-void ResultTable::selectFile(int row)
-{
-    selectionModel()->setCurrentIndex(m_model.index(row, ResultModel::Name),
-                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-}
-
 const ResultRow *ResultTable::currentFile() const
 {
-    const QModelIndex current = currentIndex();
-    return selectionModel()->isSelected(current) ? &m_model.at(current.row()) : nullptr;
+    return currentRecord() < 0 ? nullptr : &m_model.at(currentIndex().row());
 }
 
 void ResultTable::updateColumns()
@@ -136,79 +79,14 @@ void ResultTable::updateColumns()
                         !m_isWanted[static_cast<std::size_t>(column)] || m_model.isEmptyColumn(column));
 }
 
-std::vector<int> ResultTable::selectedRows() const
-{
-    std::vector<int> rows;
-    for (const QModelIndex &index : selectionModel()->selectedRows())
-        rows.push_back(index.row());
-    std::ranges::sort(rows);
-    return rows;
-}
-
-QString ResultTable::selectionAsText() const
-{
-    QStringList lines;
-    const auto add = [this, &lines](const auto &textOf) {
-        QStringList cells;
-        for (int place = 0; place < ResultModel::ColumnCount; ++place) {
-            const int column = horizontalHeader()->logicalIndex(place);
-            if (!isColumnHidden(column))
-                cells.append(textOf(column));
-        }
-        lines.append(cells.join(u'\t'));
-    };
-    add([this](int column) {
-        return m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    });
-    for (const int row : selectedRows())
-        add([this, row](int column) { return ResultModel::text(m_model.at(row), column); });
-    return lines.join(u'\n') + u'\n';
-}
-
-void ResultTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
-{
-    QTableView::selectionChanged(selected, deselected);
-    Q_EMIT currentFileChanged();
-}
-
-void ResultTable::keyPressEvent(QKeyEvent *event)
-{
-    if (event->matches(QKeySequence::Copy))
-        QGuiApplication::clipboard()->setText(selectionAsText());
-    else
-        QTableView::keyPressEvent(event);
-}
-
-void ResultTable::changeEvent(QEvent *event)
-{
-    QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        fitRows();
-}
-
-void ResultTable::contextMenuEvent(QContextMenuEvent *event)
-{
-    auto *const menu = new QMenu(this); // deletes itself
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addActions(actions());
-    menu->popup(event->globalPos());
-}
-
-/// As high as a line and its margins; the style's own rows are too high for many.
-void ResultTable::fitRows()
-{
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargins);
-    horizontalHeader()->setFixedHeight(fontMetrics().height() + rowMargins);
-}
-
 void ResultTable::resizeColumns()
 {
     for (int column = 0; column < ResultModel::ColumnCount; ++column) {
-        const int extra = column == ResultModel::State   ? signSize(fontMetrics())
-                          : column == ResultModel::Saved ? ResultCell::barWidth(fontMetrics()) + padding
-                                                         : 0;
-        const int width = letters.at(static_cast<std::size_t>(column)) * fontMetrics().averageCharWidth();
-        setColumnWidth(column, width + extra + 2 * padding);
+        const int extra = column == ResultModel::State ? signSize(fontMetrics())
+                          : column == ResultModel::Saved
+                              ? ResultCell::barWidth(fontMetrics()) + StateCell::padding
+                              : 0;
+        setColumnLetters(column, letters.at(static_cast<std::size_t>(column)), extra);
     }
     horizontalHeader()->setStretchLastSection(true); // from its least width on
 }

@@ -3,14 +3,12 @@
 #pragma once
 
 #include "app/results/ResultModel.h"
-
-#include <QTableView>
+#include "app/results/StateTable.h"
 
 namespace brevant {
 
-/// The table of results. It is a table of its own: the preview, which follows the selections of others, is
-/// not about what is selected here.
-class ResultTable final : public QTableView {
+/// The table of results.
+class ResultTable final : public StateTable {
     Q_OBJECT
 
 public:
@@ -32,26 +30,10 @@ public:
     /// The current file; null if it is not selected.
     [[nodiscard]] const ResultRow *currentFile() const;
 
-    /// The rows of the selection as text: a line each, columns apart by tabs, with a line of titles.
-    [[nodiscard]] QString selectionAsText() const;
-
-    /// The rows of the selection, from the top.
-    [[nodiscard]] std::vector<int> selectedRows() const;
-
-Q_SIGNALS:
-    void currentFileChanged();
-
 protected:
-    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
-    void setUpHeader();
-    void selectFile(int row);
-    void fitRows();
     void resizeColumns();
     void showColumnMenu(QPoint at);
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/results/ResultsWindow.h"
 
+#include "app/results/FilterBar.h"
 #include "app/results/KindPicture.h"
 #include "app/results/MessagePane.h"
 #include "app/results/ResultRuns.h"
@@ -9,8 +10,6 @@
 #include "app/results/RunChooser.h"
 #include "app/results/SaveReport.h"
 #include "app/results/Signs.h"
-#include "app/results/StateFilter.h"
-#include "widgets/FilterField.h"
 #include "widgets/Lines.h"
 
 #include <QEvent>
@@ -19,7 +18,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QShortcut>
 
 #include <chrono>
 
@@ -34,11 +32,29 @@ constexpr int lettersOfTotals = 85;
 constexpr QSize usualSize(936, 592);
 constexpr std::chrono::milliseconds headDelay(100);
 
-QWidget *line(QWidget *parent)
+/// The buttons of the filter by state, in the order of ResultModel::Shown.
+std::vector<StateFilter::Choice> stateChoices()
 {
-    auto *const hairline = new Hairline(parent);
-    hairline->setFixedHeight(1);
-    return hairline;
+    using enum ResultRow::State;
+    std::vector<StateFilter::Choice> choices;
+    for (const ResultRow::State state : {Done, Failed, PutBack, Skipped, NotRun})
+        choices.emplace_back(state, stateText(state));
+    choices.emplace_back(Warned, ResultsWindow::tr("Warnings"));
+    return choices;
+}
+
+std::vector<int> countsOf(const RunTotals &totals)
+{
+    std::vector<int> counts;
+    for (int shown = 1; shown <= static_cast<int>(ResultModel::Shown::Warned); ++shown) {
+        int count = 0;
+        for (std::size_t i = 0; i < RunTotals::stateCount; ++i)
+            count += ResultModel::isShown(ResultModel::Shown(shown), static_cast<ResultRow::State>(i))
+                         ? totals.counts.at(i)
+                         : 0;
+        counts.push_back(count);
+    }
+    return counts;
 }
 
 } // namespace
@@ -53,11 +69,14 @@ ResultsWindow::ResultsWindow(const ResultRuns &runs, QWidget *parent)
     column->setSpacing(0);
     // The first stop of the Tab key is the table, whose place is below others.
     m_table = new ResultTable(m_model, contents);
-    m_pane = new MessagePane(contents);
-    for (QWidget *const part : {makeHead(), line(contents), makeFilters(), line(contents)})
+    m_pane = new MessagePane(MessagePane::Reveal::Output, contents);
+    m_filter = new FilterBar(stateChoices(), tr("Filter by name or message"), contents);
+    for (QWidget *const part :
+         {makeHead(), horizontalLine(contents), static_cast<QWidget *>(m_filter), horizontalLine(contents)})
         column->addWidget(part);
     column->addWidget(m_table, 1);
-    for (QWidget *const part : {line(contents), static_cast<QWidget *>(m_pane), line(contents), makeBottom()})
+    for (QWidget *const part :
+         {horizontalLine(contents), static_cast<QWidget *>(m_pane), horizontalLine(contents), makeBottom()})
         column->addWidget(part);
     setCentralWidget(contents);
     m_hint = new QLabel(m_table->viewport());
@@ -95,24 +114,6 @@ QWidget *ResultsWindow::makeHead()
     return head;
 }
 
-QWidget *ResultsWindow::makeFilters()
-{
-    auto *const bar = new QWidget(this);
-    auto *const row = new QHBoxLayout(bar);
-    row->setContentsMargins(edge - 4, 8, edge, 8);
-    m_states = new StateFilter(bar);
-    row->addWidget(m_states, 1, Qt::AlignVCenter);
-    m_filter = new FilterField(bar);
-    m_filter->setPlaceholderText(tr("Filter by name or message"));
-    m_filter->setAccessibleName(tr("Filter"));
-    m_filter->setClearButtonEnabled(true);
-    m_find = m_filter->addAction(QIcon(), QLineEdit::LeadingPosition);
-    m_filter->setFixedWidth(fontMetrics().horizontalAdvance(m_filter->placeholderText()) + 2 * edge +
-                            2 * signSize(fontMetrics()));
-    row->addWidget(m_filter);
-    return bar;
-}
-
 QWidget *ResultsWindow::makeBottom()
 {
     auto *const bar = new QWidget(this);
@@ -141,8 +142,7 @@ void ResultsWindow::connectAll()
     connect(&m_runs, &ResultRuns::rowAdded, this, later);
     connect(&m_runs, &ResultRuns::rowChanged, this, later);
     connect(m_chooser, &RunChooser::chosen, this, &ResultsWindow::showRun);
-    connect(m_states, &StateFilter::changed, this, &ResultsWindow::updateFilter);
-    connect(m_filter, &QLineEdit::textChanged, this, &ResultsWindow::updateFilter);
+    connect(m_filter, &FilterBar::changed, this, &ResultsWindow::updateFilter);
     connect(m_table, &ResultTable::currentFileChanged, this,
             [this] { m_pane->setRow(m_table->currentFile()); });
     connect(m_save, &QPushButton::clicked, this, [this] { saveReport(m_model.run(), this); });
@@ -152,11 +152,6 @@ void ResultsWindow::connectAll()
     m_table->addActions(m_pane->fileActions());
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &ResultsWindow::updateHint);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &ResultsWindow::updateHint);
-    auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this
-    connect(find, &QShortcut::activated, this, [this] {
-        m_filter->setFocus(Qt::ShortcutFocusReason);
-        m_filter->selectAll();
-    });
 }
 
 void ResultsWindow::showLastRun()
@@ -203,7 +198,7 @@ void ResultsWindow::updateHead()
                                    : tr("The sizes are those of the %1 files that are done.").arg(done));
     m_picture->setTotals(totals);
     m_table->updateColumns();
-    m_states->setTotals(totals, rows);
+    m_filter->states().setCounts(rows, countsOf(totals));
     m_save->setEnabled(run && !run->isRunning && rows > 0);
     const QStringList failed = toRetry();
     m_retry->setEnabled(!failed.isEmpty() && !m_runs.isAnyRunning());
@@ -215,7 +210,7 @@ void ResultsWindow::updateHead()
 
 void ResultsWindow::updateFilter()
 {
-    m_table->setFilter(m_states->shown(), m_filter->text());
+    m_table->setFilter(ResultModel::Shown(m_filter->states().shown()), m_filter->text());
 }
 
 void ResultsWindow::updateHint()
@@ -253,9 +248,7 @@ void ResultsWindow::keyPressEvent(QKeyEvent *event)
         close();
     else if (!event->matches(QKeySequence::Cancel))
         QMainWindow::keyPressEvent(event);
-    else if (!m_filter->text().isEmpty())
-        m_filter->clear();
-    else
+    else if (!m_filter->clearText())
         close();
 }
 
@@ -276,19 +269,8 @@ void ResultsWindow::changeEvent(QEvent *event)
 /// What the style does not give the labels by itself.
 void ResultsWindow::updateLooks()
 {
-    const auto mute = [this](QLabel &label, const QColor &ground) {
-        QPalette muted = label.palette();
-        muted.setColor(QPalette::WindowText,
-                       mutedText(ground, palette().color(QPalette::Active, QPalette::WindowText)));
-        label.setPalette(muted);
-    };
-    mute(*m_manner, palette().color(QPalette::Active, QPalette::Window));
-    mute(*m_hint, palette().color(QPalette::Active, QPalette::Base));
-    QPalette field = m_filter->palette();
-    field.setColor(QPalette::PlaceholderText, mutedText(palette().color(QPalette::Active, QPalette::Base),
-                                                        palette().color(QPalette::Active, QPalette::Text)));
-    m_filter->setPalette(field);
-    m_find->setIcon(textIcon(u"edit-find"_s, *this));
+    mute(*m_manner, QPalette::Window);
+    mute(*m_hint, QPalette::Base);
     QFont bold = font();
     bold.setBold(true);
     m_totals->setFont(bold);

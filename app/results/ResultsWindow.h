@@ -14,13 +14,12 @@ class QPushButton;
 namespace brevant {
 
 class ElidedLabel;
-class FilterField;
+class FilterBar;
 class KindPicture;
 class MessagePane;
 class ResultRuns;
 class ResultTable;
 class RunChooser;
-class StateFilter;
 
 /// Shows what became of every file of a run: totals, a table, and all that there is to say of one of them.
 class ResultsWindow final : public QMainWindow {
@@ -46,7 +45,6 @@ protected:
 
 private:
     [[nodiscard]] QWidget *makeHead();
-    [[nodiscard]] QWidget *makeFilters();
     [[nodiscard]] QWidget *makeBottom();
     void connectAll();
     void addRun(int run);
@@ -65,9 +63,7 @@ private:
     ElidedLabel *m_manner = nullptr;
     QLabel *m_totals = nullptr;
     KindPicture *m_picture = nullptr;
-    StateFilter *m_states = nullptr;
-    FilterField *m_filter = nullptr;
-    QAction *m_find = nullptr; ///< the sign in the filter
+    FilterBar *m_filter = nullptr;
     ResultTable *m_table = nullptr;
     QLabel *m_hint = nullptr; ///< in the place of rows
     MessagePane *m_pane = nullptr;

@@ -5,9 +5,9 @@
 #include "widgets/Contrast.h"
 
 #include <QFontMetrics>
+#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPalette>
 #include <QWidget>
 
 #include <algorithm>
@@ -130,6 +130,15 @@ QColor mutedText(const QColor &ground, const QColor &text)
 {
     constexpr double faded = 0.25;
     return readableOn(ground, text, mixed(text, ground, faded), readableContrast);
+}
+
+void mute(QLabel &label, QPalette::ColorRole ground)
+{
+    const QPalette &given = label.parentWidget()->palette();
+    QPalette muted = label.palette();
+    muted.setColor(QPalette::WindowText, mutedText(given.color(QPalette::Active, ground),
+                                                   given.color(QPalette::Active, QPalette::WindowText)));
+    label.setPalette(muted);
 }
 
 QColor selectionGround(const QPalette &palette)

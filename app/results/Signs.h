@@ -5,16 +5,20 @@
 #include "engine/ResultRow.h"
 
 #include <QIcon>
+#include <QPalette>
 
 class QFontMetrics;
+class QLabel;
 class QPainter;
-class QPalette;
 class QRectF;
 
 namespace brevant {
 
 /// The colour of what is said beside, on that ground.
 [[nodiscard]] QColor mutedText(const QColor &ground, const QColor &text);
+
+/// Gives the words of a label that is on a ground of that role the same colour.
+void mute(QLabel &label, QPalette::ColorRole ground);
 
 /// The ground of selected rows: text can be read on it, unlike on the full colour of selections.
 [[nodiscard]] QColor selectionGround(const QPalette &palette);

@@ -9,7 +9,6 @@
 #include <QToolButton>
 
 #include <algorithm>
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -17,23 +16,15 @@ namespace brevant {
 
 namespace {
 
-using Shown = ResultModel::Shown;
-using State = ResultRow::State;
-
 constexpr int gap = 6;
-
-/// The button of each choice but All, with the state whose sign it has.
-constexpr std::array choices{
-    std::pair{Shown::Done, State::Done},       std::pair{Shown::Failed, State::Failed},
-    std::pair{Shown::PutBack, State::PutBack}, std::pair{Shown::Skipped, State::Skipped},
-    std::pair{Shown::NotRun, State::NotRun},   std::pair{Shown::Warned, State::Warned}};
 
 } // namespace
 
-StateFilter::StateFilter(QWidget *parent) : QWidget(parent)
+StateFilter::StateFilter(std::vector<Choice> choices, QWidget *parent)
+    : QWidget(parent), m_choices(std::move(choices))
 {
     setAccessibleName(tr("Show"));
-    for (int choice = static_cast<int>(Shown::All); choice <= static_cast<int>(Shown::Warned); ++choice) {
+    for (int choice = 0; choice <= static_cast<int>(m_choices.size()); ++choice) {
         auto *const button = new QToolButton(this);
         button->setCheckable(true);
         button->setAutoRaise(true);
@@ -41,7 +32,7 @@ StateFilter::StateFilter(QWidget *parent) : QWidget(parent)
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         m_group.addButton(button, choice);
     }
-    m_group.button(static_cast<int>(Shown::All))->setChecked(true);
+    m_group.button(0)->setChecked(true);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -52,21 +43,16 @@ StateFilter::StateFilter(QWidget *parent) : QWidget(parent)
     });
 }
 
-void StateFilter::setTotals(const RunTotals &totals, int rows)
+void StateFilter::setCounts(int all, const std::vector<int> &counts)
 {
-    QAbstractButton *const all = m_group.button(static_cast<int>(Shown::All));
-    all->setText(tr("All %1").arg(rows));
-    for (const auto &[choice, state] : choices) {
-        int count = 0;
-        for (std::size_t i = 0; i < RunTotals::stateCount; ++i)
-            count += ResultModel::isShown(choice, static_cast<State>(i)) ? totals.counts.at(i) : 0;
-        QAbstractButton *const button = m_group.button(static_cast<int>(choice));
-        const QString name = choice == Shown::Warned ? tr("Warnings") : stateText(state);
-        button->setText(u" %1 %2"_s.arg(name).arg(count)); // apart from the sign
+    m_group.button(0)->setText(tr("All %1").arg(all));
+    for (std::size_t i = 0; i < m_choices.size(); ++i) {
+        QAbstractButton *const button = m_group.button(static_cast<int>(i) + 1);
+        button->setText(u" %1 %2"_s.arg(m_choices[i].second).arg(counts[i])); // apart from the sign
         button->setAccessibleName(button->text().trimmed());
-        button->setVisible(count > 0);
-        if (count == 0 && button->isChecked())
-            all->setChecked(true);
+        button->setVisible(counts[i] > 0);
+        if (counts[i] == 0 && button->isChecked())
+            m_group.button(0)->setChecked(true);
     }
     updateGeometry();
     place(width(), true);
@@ -101,9 +87,10 @@ void StateFilter::changeEvent(QEvent *event)
 void StateFilter::updateSigns()
 {
     const int size = signSize(fontMetrics());
-    for (const auto &[choice, state] : choices) {
-        m_group.button(static_cast<int>(choice))->setIconSize({size, size});
-        m_group.button(static_cast<int>(choice))->setIcon(signIcon(state, *this));
+    for (std::size_t i = 0; i < m_choices.size(); ++i) {
+        QAbstractButton *const button = m_group.button(static_cast<int>(i) + 1);
+        button->setIconSize({size, size});
+        button->setIcon(signIcon(m_choices[i].first, *this));
     }
 }
 

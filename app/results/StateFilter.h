@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/results/ResultModel.h"
+#include "engine/ResultRow.h"
 
 #include <QButtonGroup>
 #include <QWidget>
+
+#include <utility>
+#include <vector>
 
 namespace brevant {
 
@@ -15,12 +18,17 @@ class StateFilter final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit StateFilter(QWidget *parent = nullptr);
+    /// A button: its sign and its words.
+    using Choice = std::pair<ResultRow::State, QString>;
 
-    /// Shows a button for each state that there is, besides All.
-    void setTotals(const RunTotals &totals, int rows);
+    /// Those of `choices` have the numbers from 1 on; 0 is All.
+    explicit StateFilter(std::vector<Choice> choices, QWidget *parent = nullptr);
 
-    [[nodiscard]] ResultModel::Shown shown() const { return ResultModel::Shown(m_group.checkedId()); }
+    /// Shows a button for each choice that anything belongs to, besides All. One count for each.
+    void setCounts(int all, const std::vector<int> &counts);
+
+    /// The number of the choice.
+    [[nodiscard]] int shown() const { return m_group.checkedId(); }
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override { return place(width, false).height(); }
@@ -38,6 +46,7 @@ private:
     void updateSigns();
     QSize place(int width, bool isDone) const;
 
+    const std::vector<Choice> m_choices;
     QButtonGroup m_group;
 };
 

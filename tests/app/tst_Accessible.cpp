@@ -78,11 +78,13 @@ private Q_SLOTS:
         QAction *const action = app.window.ui().quickLookMenu;
         QCOMPARE(action->text(), u"&Quick Look"_s);
         QAccessibleInterface *const menu = interfaceOf(app.window.ui().viewMenu);
-        QCOMPARE(menu->childCount(), 2);
+        QCOMPARE(menu->childCount(), 3);
         QCOMPARE(menu->child(0)->text(QAccessible::Name), u"Quick Look"_s);
         QCOMPARE(menu->child(0)->text(QAccessible::Accelerator), u"Space"_s);
         QCOMPARE(menu->child(1)->text(QAccessible::Name), u"Results"_s);
         QCOMPARE(menu->child(1)->text(QAccessible::Accelerator), u"Ctrl+L"_s);
+        QCOMPARE(menu->child(2)->text(QAccessible::Name), u"Planned Outputs"_s);
+        QCOMPARE(menu->child(2)->text(QAccessible::Accelerator), u"Ctrl+Shift+L"_s);
         // The space bar is still that of whatever has the focus.
         QSignalSpy triggered(action, &QAction::triggered);
         QSignalSpy toggled(app.table, &BVTableView::togglePreviewPanel);

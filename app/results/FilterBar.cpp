@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/FilterBar.h"
+
+#include "app/results/Signs.h"
+#include "widgets/FilterField.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QShortcut>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+/// That of the window's edge.
+constexpr int edgeOfBar = 16;
+
+FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &placeholder, QWidget *parent)
+    : QWidget(parent), m_states(new StateFilter(std::move(choices), this)), m_field(new FilterField(this))
+{
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins(edgeOfBar - 4, 8, edgeOfBar, 8);
+    row->addWidget(m_states, 1, Qt::AlignVCenter);
+    m_field->setPlaceholderText(placeholder);
+    m_field->setAccessibleName(tr("Filter"));
+    m_field->setClearButtonEnabled(true);
+    m_find = m_field->addAction(QIcon(), QLineEdit::LeadingPosition);
+    m_field->setFixedWidth(fontMetrics().horizontalAdvance(placeholder) + 2 * edgeOfBar +
+                           2 * signSize(fontMetrics()));
+    updateLooks();
+    row->addWidget(m_field);
+    connect(m_states, &StateFilter::changed, this, &FilterBar::changed);
+    connect(m_field, &QLineEdit::textChanged, this, &FilterBar::changed);
+    auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this
+    connect(find, &QShortcut::activated, this, [this] {
+        m_field->setFocus(Qt::ShortcutFocusReason);
+        m_field->selectAll();
+    });
+}
+
+void FilterBar::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        updateLooks();
+}
+
+void FilterBar::updateLooks()
+{
+    QPalette looks = m_field->palette();
+    looks.setColor(QPalette::PlaceholderText, mutedText(palette().color(QPalette::Active, QPalette::Base),
+                                                        palette().color(QPalette::Active, QPalette::Text)));
+    m_field->setPalette(looks);
+    m_find->setIcon(textIcon(u"edit-find"_s, *this));
+}
+
+QString FilterBar::text() const
+{
+    return m_field->text();
+}
+
+bool FilterBar::clearText()
+{
+    const bool hasText = !m_field->text().isEmpty();
+    m_field->clear();
+    return hasText;
+}
+
+} // namespace brevant

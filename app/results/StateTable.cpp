@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/results/StateTable.h"
+
+#include "app/results/SortedRows.h"
+#include "app/results/StateCell.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+constexpr int rowMargins = 8;
+
+/// Titles begin and end where the cells do.
+class StateHeader final : public QHeaderView {
+public:
+    explicit StateHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
+    {
+        QHeaderView::initStyleOptionForIndex(option, column);
+        option->text = u' ' + option->text + u' ';
+    }
+};
+
+} // namespace
+
+StateTable::StateTable(SortedRows &rows, QWidget *parent) : QTableView(parent), m_rows(rows)
+{
+    setHorizontalHeader(new StateHeader(this)); // owned by this
+    setModel(&rows);
+    setItemDelegate(new StateCell(this)); // a child of this
+    setFrameShape(QFrame::NoFrame);
+    setShowGrid(false);
+    setWordWrap(false);
+    setAlternatingRowColors(true);
+    setTabKeyNavigation(false);
+    setCornerButtonEnabled(false);
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    setUpHeader();
+    fitRows();
+}
+
+void StateTable::setUpHeader()
+{
+    QHeaderView &header = *horizontalHeader();
+    header.setHighlightSections(false);
+    header.setSectionsMovable(true);
+    header.setSortIndicator(-1, Qt::AscendingOrder);
+    header.setSortIndicatorClearable(true);
+    header.setSectionsClickable(true);
+    header.setSortIndicatorShown(true);
+    connect(&header, &QHeaderView::sortIndicatorChanged, &m_rows, &SortedRows::sort);
+}
+
+int StateTable::currentRecord() const
+{
+    const QModelIndex current = currentIndex();
+    return selectionModel()->isSelected(current) ? m_rows.recordAt(current.row()) : -1;
+}
+
+void StateTable::selectFile(int row)
+{
+    selectionModel()->setCurrentIndex(m_rows.index(row, 1),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+std::vector<int> StateTable::selectedRows() const
+{
+    std::vector<int> rows;
+    for (const QModelIndex &index : selectionModel()->selectedRows())
+        rows.push_back(index.row());
+    std::ranges::sort(rows);
+    return rows;
+}
+
+QString StateTable::selectionAsText() const
+{
+    QStringList lines;
+    const auto add = [this, &lines](const auto &textOf) {
+        QStringList cells;
+        for (int place = 0; place < m_rows.columnCount(); ++place) {
+            const int column = horizontalHeader()->logicalIndex(place);
+            if (!isColumnHidden(column))
+                cells.append(textOf(column));
+        }
+        lines.append(cells.join(u'\t'));
+    };
+    add([this](int column) { return m_rows.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(); });
+    for (const int row : selectedRows())
+        add([this, row](int column) { return m_rows.index(row, column).data().toString(); });
+    return lines.join(u'\n') + u'\n';
+}
+
+void StateTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    Q_EMIT currentFileChanged();
+}
+
+void StateTable::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy))
+        QGuiApplication::clipboard()->setText(selectionAsText());
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void StateTable::changeEvent(QEvent *event)
+{
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        fitRows();
+}
+
+void StateTable::contextMenuEvent(QContextMenuEvent *event)
+{
+    auto *const menu = new QMenu(this); // deletes itself
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(actions());
+    menu->popup(event->globalPos());
+}
+
+/// As high as a line and its margins; the style's own rows are too high for many.
+void StateTable::fitRows()
+{
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargins);
+    horizontalHeader()->setFixedHeight(fontMetrics().height() + rowMargins);
+}
+
+void StateTable::setColumnLetters(int column, int letters, int extra)
+{
+    setColumnWidth(column, letters * fontMetrics().averageCharWidth() + extra + 2 * StateCell::padding);
+}
+
+} // namespace brevant
