@@ -22,7 +22,7 @@ FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &pl
 {
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins(edgeOfBar - 4, 8, edgeOfBar, 8);
-    row->addWidget(m_states, 1, Qt::AlignVCenter);
+    row->addWidget(m_states, 1);
     m_field->setPlaceholderText(placeholder);
     m_field->setAccessibleName(tr("Filter"));
     m_field->setClearButtonEnabled(true);
@@ -30,7 +30,7 @@ FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &pl
     m_field->setFixedWidth(fontMetrics().horizontalAdvance(placeholder) + 2 * edgeOfBar +
                            2 * signSize(fontMetrics()));
     updateLooks();
-    row->addWidget(m_field);
+    row->addWidget(m_field, 0, Qt::AlignTop);
     connect(m_states, &StateFilter::changed, this, &FilterBar::changed);
     connect(m_field, &QLineEdit::textChanged, this, &FilterBar::changed);
     auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this

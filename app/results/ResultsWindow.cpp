@@ -28,6 +28,9 @@ namespace brevant {
 namespace {
 
 constexpr int edge = 16;
+// The least size of the window.
+constexpr int lettersAcross = 60;
+constexpr int linesDown = 24;
 constexpr int lettersOfTotals = 85;
 constexpr QSize usualSize(936, 592);
 constexpr std::chrono::milliseconds headDelay(100);
@@ -82,9 +85,13 @@ ResultsWindow::ResultsWindow(const ResultRuns &runs, QWidget *parent)
     m_hint = new QLabel(m_table->viewport());
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
+    auto *const place = new QVBoxLayout(m_table->viewport());
+    place->addWidget(m_hint);
     m_headTimer.setSingleShot(true);
     connectAll();
     updateLooks();
+    const QSize least(lettersAcross * fontMetrics().averageCharWidth(), linesDown * fontMetrics().height());
+    setMinimumSize(least.boundedTo(screen()->availableSize() * 0.9));
     resize(usualSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
     m_table->setFocus();
 }
@@ -219,7 +226,6 @@ void ResultsWindow::updateHint()
     m_hint->setVisible(m_model.rowCount() == 0);
     m_hint->setText(hasRows ? tr("No file matches.")
                             : tr("No run yet. What becomes of each file is shown here."));
-    m_hint->resize(m_table->viewport()->size());
 }
 
 /// The picture goes where it would take the room of the totals.
@@ -255,7 +261,6 @@ void ResultsWindow::keyPressEvent(QKeyEvent *event)
 void ResultsWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    m_hint->resize(m_table->viewport()->size());
     fitPicture();
 }
 

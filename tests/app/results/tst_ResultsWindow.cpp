@@ -38,6 +38,9 @@ private Q_SLOTS:
     {
         open();
         QVERIFY(hasLabel(u"No run yet. What becomes of each file is shown here."_s));
+        const QRect room = table()->viewport()->rect();
+        QTRY_VERIFY(table()->viewport()->findChild<QLabel *>()->width() > room.width() / 2);
+        QVERIFY(room.contains(table()->viewport()->findChild<QLabel *>()->geometry()));
         QVERIFY(!button(u"&Save Report…"_s)->isEnabled());
         QVERIFY(!button(u"Retry &Failed"_s)->isEnabled());
         QVERIFY(!control<RunChooser>()->isEnabled());
