@@ -4,6 +4,7 @@
 
 #include "app/planned/PlannedWindow.h"
 #include "engine/originals/PutBack.h"
+#include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
 
 #include <QApplication>
@@ -101,7 +102,15 @@ void Application::connectResults()
             [this](const QString &path) { workspace.selectFile(path); });
     connect(&results, &Results::retryRequested, this, [this](const QStringList &sources) {
         jobs.detachNewThread(
-            [this, sources](const std::atomic<Stop> &stop) { runAgain(*this, sources, stop); });
+            [this, sources](const std::atomic<Stop> &stop) { runAgain(*this, settings, sources, stop); });
+    });
+    connect(&results, &Results::modernRequested, this, [this](const QStringList &sources, bool isForAlways) {
+        if (isForAlways)
+            settings.setObject(u"modern"_s, compressorsKeyString);
+        jobs.detachNewThread([this, sources](const std::atomic<Stop> &stop) {
+            const auto modern = settings.variant(u"modern"_s, compressorsKeyString);
+            runAgain(*this, *modern, sources, stop);
+        });
     });
 }
 

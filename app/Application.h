@@ -65,7 +65,7 @@ public:
     Workspace workspace;
     MainWindow window{queue, settings, dockTile};
     DesktopReport desktopReport;
-    Results results{window};
+    Results results{window, settings, tools};
     JobRunner jobs;
     AppController controller{*this};
     BrevantAppDelegate delegate{*this};

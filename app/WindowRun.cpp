@@ -99,8 +99,10 @@ void JobRunner::threadEnded(std::list<std::jthread>::iterator thread)
         Q_EMIT allEnded();
 }
 
-WindowRun::WindowRun(Application &app, const FileQueue &queue, const std::atomic<Stop> &stop)
-    : m_app(app), m_queue(queue), m_isInWindow(&queue == &app.queue), m_stop(stop), m_run(nextNumber())
+WindowRun::WindowRun(Application &app, const FileQueue &queue, const SettingsStore &settings,
+                     const std::atomic<Stop> &stop)
+    : m_app(app), m_queue(queue), m_settings(settings), m_isInWindow(&queue == &app.queue), m_stop(stop),
+      m_run(nextNumber())
 {
 }
 
@@ -112,7 +114,7 @@ void WindowRun::onMainThread(std::function<void()> step)
 
 void WindowRun::runStarted()
 {
-    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = mannerOf(m_app.settings)] {
+    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = mannerOf(m_settings)] {
         if (isInWindow)
             app.window.setRunning(true);
         app.results.runs.start(run, manner);
@@ -186,17 +188,18 @@ QStringList WindowRun::notRun() const
 
 void runMinifyJob(Application &app, const std::atomic<Stop> &stop)
 {
-    WindowRun window(app, app.queue, stop);
+    WindowRun window(app, app.queue, app.settings, stop);
     MinifyJob(app.queue, app.settings, app.tools, window, stop).run();
 }
 
-void runAgain(Application &app, const QStringList &sources, const std::atomic<Stop> &stop)
+void runAgain(Application &app, const SettingsStore &settings, const QStringList &sources,
+              const std::atomic<Stop> &stop)
 {
     FileQueue queue;
     for (const QString &source : sources)
         queue.append(source);
-    WindowRun window(app, queue, stop);
-    MinifyJob(queue, app.settings, app.tools, window, stop).run();
+    WindowRun window(app, queue, settings, stop);
+    MinifyJob(queue, settings, app.tools, window, stop).run();
 }
 
 } // namespace brevant

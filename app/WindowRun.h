@@ -59,7 +59,8 @@ private:
 class WindowRun final : public RunObserver {
 public:
     /// A run over another queue than that of the window is shown in Results only.
-    WindowRun(Application &app, const FileQueue &queue, const std::atomic<Stop> &stop);
+    WindowRun(Application &app, const FileQueue &queue, const SettingsStore &settings,
+              const std::atomic<Stop> &stop);
 
     void runStarted() override;
     void entryStarted(const EntryStart &start) override;
@@ -72,6 +73,7 @@ private:
 
     Application &m_app;
     const FileQueue &m_queue;
+    const SettingsStore &m_settings;
     const bool m_isInWindow;
     const std::atomic<Stop> &m_stop;
     const int m_run; ///< its number
@@ -86,7 +88,8 @@ private:
 /// One whole run over the queue, shown in the window, on the calling thread.
 void runMinifyJob(Application &app, const std::atomic<Stop> &stop);
 
-/// One more run over some files, shown in Results, on the calling thread.
-void runAgain(Application &app, const QStringList &sources, const std::atomic<Stop> &stop);
+/// One more run over some files, by those settings, shown in Results, on the calling thread.
+void runAgain(Application &app, const SettingsStore &settings, const QStringList &sources,
+              const std::atomic<Stop> &stop);
 
 } // namespace brevant

@@ -5,9 +5,12 @@
 // takes to
 //                         open, to sort by the slowest column, to filter, to paint a frame, and the bytes
 //                         that run and window take
+#include "app/results/Inquiry.h"
 #include "app/results/ResultRuns.h"
 #include "app/results/ResultTable.h"
 #include "app/results/ResultsWindow.h"
+#include "engine/Tools.h"
+#include "settings/SettingsStore.h"
 #include "widgets/FilterField.h"
 
 #include <QApplication>
@@ -74,9 +77,13 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: bench-results COUNT\n");
         return 2;
     }
+    const SettingsStore settings(u"/nowhere/settings.json"_s);
+    const Tools tools;
+    const auto encodingName = [] { return QString(); };
     {
         ResultRuns small; // what Qt loads once does not count
-        ResultsWindow warm(small, nullptr);
+        Inquiry nothing(small, settings, tools);
+        ResultsWindow warm(small, nothing, encodingName, nullptr);
         warm.show();
         QApplication::processEvents();
     }
@@ -90,7 +97,8 @@ int main(int argc, char *argv[])
         runs.endFile(1, row);
     }
     runs.end(1, {});
-    ResultsWindow window(runs, nullptr);
+    Inquiry inquiry(runs, settings, tools);
+    ResultsWindow window(runs, inquiry, encodingName, nullptr);
     const double opening = milliseconds([&] {
         window.showLastRun();
         window.show();

@@ -22,6 +22,7 @@ struct ResultRemarks {
     QStringList arguments{};              ///< EntryResult::arguments
     int status = 0;                       ///< EntryResult::status
     std::optional<CheckedFile> checked{}; ///< its result, where that was asked for
+    bool isExplained = false;             ///< the compressor has been asked once more why it failed
 };
 
 /// What became of one file of a run, as it is reported. Kept small, as a run may have 100,000 of them; most

@@ -44,11 +44,13 @@ bool truthOf(const QString &text)
 
 SettingsStore::SettingsStore(const QString &filePath)
     // Sent later, so that no reader is interrupted by a notice.
-    : m_file(std::make_unique<SettingsFile>(filePath, [this] {
+    : m_file(std::make_shared<SettingsFile>(filePath, [this] {
           QMetaObject::invokeMethod(this, &SettingsStore::didChange, Qt::QueuedConnection);
       }))
 {
 }
+
+SettingsStore::SettingsStore(std::shared_ptr<SettingsFile> file) : m_file(std::move(file)) {}
 
 SettingsStore::~SettingsStore() = default;
 
@@ -68,6 +70,16 @@ void SettingsStore::setOverride(const QJsonValue &value, QLatin1StringView key)
 {
     const std::lock_guard lock(m_mutex);
     m_overrides.insert(key, value);
+}
+
+std::unique_ptr<SettingsStore> SettingsStore::variant(const QJsonValue &value, QLatin1StringView key) const
+{
+    std::unique_ptr<SettingsStore> other(new SettingsStore(m_file)); // its constructor is not for others
+    const std::lock_guard lock(m_mutex);
+    other->m_defaults = m_defaults;
+    other->m_overrides = m_overrides;
+    other->m_overrides.insert(key, value);
+    return other;
 }
 
 QJsonValue SettingsStore::objectForKey(QLatin1StringView key) const

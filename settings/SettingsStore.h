@@ -42,6 +42,10 @@ public:
     /// A value that answers for `key` in this process only and is never written.
     void setOverride(const QJsonValue &value, QLatin1StringView key);
 
+    /// A store with the same values but this one, which is never written. It must not outlive this store.
+    [[nodiscard]] std::unique_ptr<SettingsStore> variant(const QJsonValue &value,
+                                                         QLatin1StringView key) const;
+
     /// The value stored under `key`; undefined if there is none, not even a default.
     [[nodiscard]] QJsonValue objectForKey(QLatin1StringView key) const;
 
@@ -75,12 +79,13 @@ Q_SIGNALS:
     void didChange();
 
 private:
+    explicit SettingsStore(std::shared_ptr<SettingsFile> file);
     void watchWhatIsThere();
 
     mutable std::mutex m_mutex; ///< guards the two tables below
     QJsonObject m_defaults;
     QJsonObject m_overrides;
-    std::unique_ptr<SettingsFile> m_file;
+    std::shared_ptr<SettingsFile> m_file; ///< shared with variants
     std::unique_ptr<QFileSystemWatcher> m_watcher;
 };
 

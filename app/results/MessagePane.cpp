@@ -114,7 +114,7 @@ QList<QAction *> MessagePane::fileActions() const
     return {m_open, m_reveal, m_copy};
 }
 
-void MessagePane::setRow(const ResultRow *row)
+void MessagePane::setRow(const ResultRow *row, bool isAsked)
 {
     m_row = row ? *row : ResultRow();
     const bool isFile = row && !row->source.isEmpty();
@@ -122,10 +122,14 @@ void MessagePane::setRow(const ResultRow *row)
     const QString folder = isFile ? folderText(row->source) : QString();
     m_folder->setText(layoutDirection() == Qt::RightToLeft ? isolated(folder) : folder);
     m_folder->setToolTip(toolTipOf(folder));
-    m_messages->setPlainText(row ? linesAbout(*row).join(u'\n')
-                             : m_whatToReveal == Reveal::Output
-                                 ? tr("Select a file to see its messages.")
-                                 : tr("Select a file to see what is planned for it."));
+    QStringList said = row ? linesAbout(*row)
+                           : QStringList{m_whatToReveal == Reveal::Output
+                                             ? tr("Select a file to see its messages.")
+                                             : tr("Select a file to see what is planned for it.")};
+    if (isAsked)
+        said.prepend(tr("Asking the compressor once more…"));
+    if (const QString text = said.join(u'\n'); text != m_messages->toPlainText())
+        m_messages->setPlainText(text); // else what is selected in it stays
     m_sign->setVisible(row != nullptr);
     m_open->setEnabled(isFile);
     m_copy->setEnabled(isFile);

@@ -26,8 +26,8 @@ public:
 
     explicit MessagePane(Reveal reveal, QWidget *parent = nullptr);
 
-    /// Shows a file, or that none is selected.
-    void setRow(const ResultRow *row);
+    /// Shows a file, or that none is selected. `isAsked`: its compressor is being asked once more.
+    void setRow(const ResultRow *row, bool isAsked = false);
 
     /// Open, Reveal Output or Reveal Source, and Copy Path.
     [[nodiscard]] QList<QAction *> fileActions() const;

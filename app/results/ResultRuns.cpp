@@ -73,6 +73,27 @@ void ResultRuns::end(int run, const RunEnding &ending)
     Q_EMIT ended(run);
 }
 
+void ResultRuns::explain(int run, int row, const CompressorMessages &messages)
+{
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record)
+        return;
+    ResultRow &file = record->rows.at(static_cast<std::size_t>(row));
+    ResultRemarks remarks = *file.remarks;
+    remarks.messages = messages;
+    remarks.isExplained = true;
+    file.remarks = std::make_shared<ResultRemarks>(std::move(remarks));
+    Q_EMIT rowChanged(run, row);
+}
+
+void ResultRuns::addForModern(int run, int row)
+{
+    if (const std::shared_ptr<RunRecord> record = recordOf(run)) {
+        record->forModern.append(record->rows.at(static_cast<std::size_t>(row)).source);
+        Q_EMIT forModernChanged(run);
+    }
+}
+
 void ResultRuns::addStart(const std::vector<StartNews> &news)
 {
     RunRecord record;

@@ -40,6 +40,12 @@ public:
 
     void end(int run, const RunEnding &ending);
 
+    /// What the compressor of a file that failed says, asked once more.
+    void explain(int run, int row, const CompressorMessages &messages);
+
+    /// A file that failed would be minified by modern compressors.
+    void addForModern(int run, int row);
+
     /// What the start of the program has said of sources.
     void addStart(const std::vector<StartNews> &news);
 
@@ -59,6 +65,7 @@ Q_SIGNALS:
     void rowAdded(int run, int row);
     void rowChanged(int run, int row);
     void ended(int run);
+    void forModernChanged(int run);
 
 private:
     [[nodiscard]] std::shared_ptr<RunRecord> recordOf(int run) const;

@@ -6,6 +6,7 @@
 #include "app/results/Signs.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 
 #include <array>
@@ -31,6 +32,7 @@ ResultTable::ResultTable(ResultModel &model, QWidget *parent)
 {
     setAccessibleName(tr("Results"));
     setItemDelegate(new ResultCell(model, this)); // a child of this
+    connect(this, &QTableView::doubleClicked, this, &ResultTable::sourceRequested);
     QHeaderView &header = *horizontalHeader();
     header.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&header, &QHeaderView::sectionClicked, this, [this] { m_isSortedByUser = true; });
@@ -77,6 +79,14 @@ void ResultTable::updateColumns()
     for (int column = 0; column < ResultModel::ColumnCount; ++column)
         setColumnHidden(column,
                         !m_isWanted[static_cast<std::size_t>(column)] || m_model.isEmptyColumn(column));
+}
+
+void ResultTable::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        Q_EMIT sourceRequested();
+    else
+        StateTable::keyPressEvent(event);
 }
 
 void ResultTable::resizeColumns()

@@ -30,7 +30,12 @@ public:
     /// The current file; null if it is not selected.
     [[nodiscard]] const ResultRow *currentFile() const;
 
+Q_SIGNALS:
+    /// By Return or a double click.
+    void sourceRequested();
+
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:

@@ -4,10 +4,13 @@
 
 #include "app/results/ResultMark.h"
 #include "app/results/ResultsWindow.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 namespace brevant {
 
-Results::Results(QWidget &mainWindow) : m_mainWindow(mainWindow)
+Results::Results(QWidget &mainWindow, const SettingsStore &settings, const Tools &tools)
+    : m_mainWindow(mainWindow), m_settings(settings), m_inquiry(runs, settings, tools)
 {
     connect(&runs, &ResultRuns::added, this, &Results::hideMark);
     connect(&runs, &ResultRuns::ended, this, &Results::showMark);
@@ -35,11 +38,15 @@ void Results::showBeside()
 ResultsWindow &Results::shownWindow()
 {
     if (!m_window) {
-        m_window = std::make_unique<ResultsWindow>(runs, &m_mainWindow);
+        m_window = std::make_unique<ResultsWindow>(
+            runs, m_inquiry,
+            [this] { return m_settings.stringForKey(selectedEncodingKeyString).value_or(QString()); },
+            &m_mainWindow);
         m_window->setAttribute(Qt::WA_ShowWithoutActivating);
         connect(m_window.get(), &ResultsWindow::openRequested, this, &Results::openRequested);
         connect(m_window.get(), &ResultsWindow::revealRequested, this, &Results::revealRequested);
         connect(m_window.get(), &ResultsWindow::retryRequested, this, &Results::retryRequested);
+        connect(m_window.get(), &ResultsWindow::modernRequested, this, &Results::modernRequested);
     }
     if (!m_window->isVisible())
         m_window->showLastRun();

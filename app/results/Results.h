@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/results/Inquiry.h"
 #include "app/results/ResultRuns.h"
 
 #include <memory>
@@ -20,8 +21,9 @@ class Results final : public QObject {
     Q_OBJECT
 
 public:
-    /// Results belongs to `mainWindow`, and stays in front of it.
-    explicit Results(QWidget &mainWindow);
+    /// Results belongs to `mainWindow`, and stays in front of it. Compressors are asked why they failed with
+    /// these settings and tools, which must outlive this.
+    Results(QWidget &mainWindow, const SettingsStore &settings, const Tools &tools);
     ~Results() override;
 
     /// Where the mark takes its place: behind `status`, in `bar`.
@@ -43,12 +45,15 @@ Q_SIGNALS:
     void openRequested(const QString &path);
     void revealRequested(const QString &path);
     void retryRequested(const QStringList &sources);
+    void modernRequested(const QStringList &sources, bool isForAlways);
 
 private:
     void showMark(int run);
     ResultsWindow &shownWindow();
 
     QWidget &m_mainWindow;
+    const SettingsStore &m_settings;
+    Inquiry m_inquiry;
     QLabel *m_status = nullptr;
     QHBoxLayout *m_bar = nullptr;
     ResultMark *m_mark = nullptr; ///< a child of the bar

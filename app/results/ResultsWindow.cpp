@@ -3,13 +3,16 @@
 #include "app/results/ResultsWindow.h"
 
 #include "app/results/FilterBar.h"
+#include "app/results/Inquiry.h"
 #include "app/results/KindPicture.h"
 #include "app/results/MessagePane.h"
+#include "app/results/OfferBar.h"
 #include "app/results/ResultRuns.h"
 #include "app/results/ResultTable.h"
 #include "app/results/RunChooser.h"
 #include "app/results/SaveReport.h"
 #include "app/results/Signs.h"
+#include "app/results/SourceViewer.h"
 #include "widgets/Lines.h"
 
 #include <QEvent>
@@ -20,6 +23,7 @@
 #include <QScreen>
 
 #include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -62,8 +66,10 @@ std::vector<int> countsOf(const RunTotals &totals)
 
 } // namespace
 
-ResultsWindow::ResultsWindow(const ResultRuns &runs, QWidget *parent)
-    : QMainWindow(parent, Qt::Window), m_runs(runs), m_model(runs)
+ResultsWindow::ResultsWindow(const ResultRuns &runs, Inquiry &inquiry, std::function<QString()> encodingName,
+                             QWidget *parent)
+    : QMainWindow(parent, Qt::Window), m_runs(runs), m_inquiry(inquiry),
+      m_encodingName(std::move(encodingName)), m_model(runs)
 {
     setWindowTitle(tr("Results"));
     auto *const contents = new QWidget(this);
@@ -73,9 +79,12 @@ ResultsWindow::ResultsWindow(const ResultRuns &runs, QWidget *parent)
     // The first stop of the Tab key is the table, whose place is below others.
     m_table = new ResultTable(m_model, contents);
     m_pane = new MessagePane(MessagePane::Reveal::Output, contents);
+    column->addWidget(makeHead());
+    column->addWidget(horizontalLine(contents));
+    m_offer = new OfferBar(contents);
     m_filter = new FilterBar(stateChoices(), tr("Filter by name or message"), contents);
     for (QWidget *const part :
-         {makeHead(), horizontalLine(contents), static_cast<QWidget *>(m_filter), horizontalLine(contents)})
+         {static_cast<QWidget *>(m_offer), static_cast<QWidget *>(m_filter), horizontalLine(contents)})
         column->addWidget(part);
     column->addWidget(m_table, 1);
     for (QWidget *const part :
@@ -150,8 +159,12 @@ void ResultsWindow::connectAll()
     connect(&m_runs, &ResultRuns::rowChanged, this, later);
     connect(m_chooser, &RunChooser::chosen, this, &ResultsWindow::showRun);
     connect(m_filter, &FilterBar::changed, this, &ResultsWindow::updateFilter);
-    connect(m_table, &ResultTable::currentFileChanged, this,
-            [this] { m_pane->setRow(m_table->currentFile()); });
+    connect(m_table, &ResultTable::currentFileChanged, this, &ResultsWindow::updatePane);
+    connect(m_table, &ResultTable::sourceRequested, this, &ResultsWindow::showSource);
+    connect(&m_inquiry, &Inquiry::changed, this, &ResultsWindow::updatePane);
+    connect(&m_runs, &ResultRuns::forModernChanged, this, &ResultsWindow::updateOffer);
+    connect(m_offer, &OfferBar::accepted, this, &ResultsWindow::modernRequested);
+    connect(m_offer, &OfferBar::closed, this, [this] { m_table->setFocus(); });
     connect(m_save, &QPushButton::clicked, this, [this] { saveReport(m_model.run(), this); });
     connect(m_retry, &QPushButton::clicked, this, [this] { Q_EMIT retryRequested(toRetry()); });
     connect(m_pane, &MessagePane::openRequested, this, &ResultsWindow::openRequested);
@@ -210,9 +223,38 @@ void ResultsWindow::updateHead()
     const QStringList failed = toRetry();
     m_retry->setEnabled(!failed.isEmpty() && !m_runs.isAnyRunning());
     m_retry->setToolTip(tr("Minify the files again that were not minified, %1 in all").arg(failed.size()));
-    m_pane->setRow(m_table->currentFile());
+    updatePane();
+    updateOffer();
     updateHint();
     fitPicture();
+}
+
+/// Shows the current file, and has its compressor asked why it failed, if that is not known yet.
+void ResultsWindow::updatePane()
+{
+    const int record = m_table->currentRecord();
+    const int run = record < 0 ? -1 : m_model.run()->number;
+    if (record >= 0 && isVisible())
+        m_inquiry.wantReason(run, record);
+    m_pane->setRow(m_table->currentFile(), m_inquiry.isAskingWhy(run, record));
+}
+
+void ResultsWindow::updateOffer()
+{
+    const std::shared_ptr<const RunRecord> run = m_model.run();
+    if (run && isVisible())
+        m_inquiry.wantModern(run->number);
+    m_offer->setRun(run.get(), !m_runs.isAnyRunning());
+}
+
+void ResultsWindow::showSource()
+{
+    const ResultRow *const row = m_table->currentFile();
+    if (!row || row->isMinified() || row->source.isEmpty())
+        return;
+    if (!m_viewer)
+        m_viewer = new SourceViewer(this); // a child of this
+    m_viewer->showFailure(*row, m_encodingName());
 }
 
 void ResultsWindow::updateFilter()
@@ -256,6 +298,20 @@ void ResultsWindow::keyPressEvent(QKeyEvent *event)
         QMainWindow::keyPressEvent(event);
     else if (!m_filter->clearText())
         close();
+}
+
+void ResultsWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    updatePane();
+    updateOffer();
+}
+
+/// Nothing is asked for nobody.
+void ResultsWindow::hideEvent(QHideEvent *event)
+{
+    QMainWindow::hideEvent(event);
+    m_inquiry.wantNothing();
 }
 
 void ResultsWindow::resizeEvent(QResizeEvent *event)

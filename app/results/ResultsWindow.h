@@ -7,6 +7,8 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <functional>
+
 class QAction;
 class QLabel;
 class QPushButton;
@@ -15,19 +17,23 @@ namespace brevant {
 
 class ElidedLabel;
 class FilterBar;
+class Inquiry;
 class KindPicture;
 class MessagePane;
+class OfferBar;
 class ResultRuns;
 class ResultTable;
 class RunChooser;
+class SourceViewer;
 
 /// Shows what became of every file of a run: totals, a table, and all that there is to say of one of them.
 class ResultsWindow final : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// `runs` must outlive the window.
-    ResultsWindow(const ResultRuns &runs, QWidget *parent);
+    /// `runs` and `inquiry` must outlive the window. A source is shown in the encoding of that name.
+    ResultsWindow(const ResultRuns &runs, Inquiry &inquiry, std::function<QString()> encodingName,
+                  QWidget *parent);
 
     /// Shows a run, the last one if it is not told which.
     void showRun(int run);
@@ -37,11 +43,14 @@ Q_SIGNALS:
     void openRequested(const QString &path);
     void revealRequested(const QString &path);
     void retryRequested(const QStringList &sources);
+    void modernRequested(const QStringList &sources, bool isForAlways);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     [[nodiscard]] QWidget *makeHead();
@@ -50,6 +59,9 @@ private:
     void addRun(int run);
     void endRun(int run);
     void updateHead();
+    void updatePane();
+    void updateOffer();
+    void showSource();
     void updateFilter();
     void updateHint();
     void fitPicture();
@@ -57,6 +69,8 @@ private:
     [[nodiscard]] QStringList toRetry() const;
 
     const ResultRuns &m_runs;
+    Inquiry &m_inquiry;
+    const std::function<QString()> m_encodingName;
     ResultModel m_model;
     QTimer m_headTimer; ///< totals follow a run that goes on not row by row
     RunChooser *m_chooser = nullptr;
@@ -69,6 +83,8 @@ private:
     MessagePane *m_pane = nullptr;
     QPushButton *m_save = nullptr;
     QPushButton *m_retry = nullptr;
+    OfferBar *m_offer = nullptr;
+    SourceViewer *m_viewer = nullptr; ///< from the first request on
 };
 
 } // namespace brevant

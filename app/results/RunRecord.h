@@ -41,6 +41,7 @@ struct RunRecord {
     int count = 0;    ///< files that were to be minified
     QString reason;   ///< why nothing could be run
     double seconds = 0;
+    QStringList forModern; ///< sources that failed for JavaScript which modern compressors minify
 
     [[nodiscard]] bool isOfStart() const { return manner.isEmpty(); }
     [[nodiscard]] RunTotals totals() const;

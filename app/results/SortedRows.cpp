@@ -88,23 +88,36 @@ void SortedRows::addRecord(int record)
     endInsertRows();
 }
 
-/// A record that has changed may belong elsewhere, or not be shown any more.
+/// A record that has changed may belong elsewhere, or not be shown any more. Its row stays selected if it
+/// was.
 void SortedRows::changeRecord(int record)
 {
-    const auto found = std::ranges::find(m_shown, record);
-    const bool isNowShown = isAccepted(record);
-    if (found != m_shown.end() && isNowShown && m_column < 0) {
-        const auto row = static_cast<int>(found - m_shown.begin());
-        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
-        return;
-    }
-    if (found != m_shown.end()) {
-        const auto row = static_cast<int>(found - m_shown.begin());
+    const int row = rowOf(record);
+    if (row < 0) {
+        addRecord(record);
+    } else if (isAccepted(record)) {
+        moveRow(row);
+    } else {
         beginRemoveRows({}, row, row);
-        m_shown.erase(found);
+        m_shown.erase(m_shown.begin() + row);
         endRemoveRows();
     }
-    addRecord(record);
+}
+
+/// Moves a row whose record has changed to where that belongs.
+void SortedRows::moveRow(int row)
+{
+    const int record = recordAt(row);
+    m_shown.erase(m_shown.begin() + row);
+    const int place = placeOf(record);
+    m_shown.insert(m_shown.begin() + row, record);
+    if (place != row) {
+        beginMoveRows({}, row, row, {}, place > row ? place + 1 : place);
+        m_shown.erase(m_shown.begin() + row);
+        m_shown.insert(m_shown.begin() + place, record);
+        endMoveRows();
+    }
+    Q_EMIT dataChanged(index(place, 0), index(place, columnCount() - 1));
 }
 
 } // namespace brevant

@@ -48,6 +48,7 @@ protected:
 private:
     void sortRecords(std::vector<int> &records) const;
     [[nodiscard]] int placeOf(int record) const;
+    void moveRow(int row);
 
     std::vector<int> m_shown; ///< for each row, its record
     int m_column = -1;

@@ -21,7 +21,7 @@ public:
     /// The whole job, on the calling thread.
     void run(Application &app, const std::atomic<Stop> &stop)
     {
-        WindowRun shown(app, app.queue, stop);
+        WindowRun shown(app, app.queue, app.settings, stop);
         m_shown = &shown;
         MinifyJob(app.queue, app.settings, app.tools, *this, stop).run();
     }

@@ -96,14 +96,16 @@ private Q_SLOTS:
         m_app->results.show();
         const QString status = m_app->status();
         m_app->file(u"f1.css"_s, "copy");
-        const qsizetype calls = m_app->javaCalls().size();
+        // Compressors that are asked why they failed write elsewhere.
+        const auto calls = [this] { return m_app->javaCalls().filter(u".min.css"_s).size(); };
+        const qsizetype before = calls();
         press(u"Retry &Failed"_s);
         QTRY_COMPARE(m_app->results.runs.all().size(), 2U);
         QTRY_VERIFY(!m_app->jobs.isRunning());
         const auto again = m_app->results.runs.all().back();
         QCOMPARE(again->rows.size(), 2U);
         QCOMPARE(again->totals().count(ResultRow::State::Done), 1);
-        QCOMPARE(m_app->javaCalls().size(), calls + 2);
+        QCOMPARE(calls(), before + 2);
         QCOMPARE(mark()->text(), u"1 of 2 failed"_s);
         // The main window is about its own runs.
         QCOMPARE(m_app->status(), status);

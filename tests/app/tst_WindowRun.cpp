@@ -91,7 +91,7 @@ private Q_SLOTS:
         for (const bool isOn : {true, false}) {
             m_app->settings.setOverride(!isOn, soundCheckerKeyString);
             m_seen.clear();
-            WindowRun window(*m_app, m_app->queue, m_stop);
+            WindowRun window(*m_app, m_app->queue, m_app->settings, m_stop);
             window.runStarted();
             window.entryStarted({0, 1, u"/w/a.css"_s, u"Minified 1 of 1 items."_s});
             m_app->settings.setOverride(isOn, soundCheckerKeyString);

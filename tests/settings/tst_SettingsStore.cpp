@@ -178,6 +178,23 @@ private Q_SLOTS:
             {suffixKeyString, u"-set"_s}, {gzipCheckerKeyString, false}, {lineBreakKeyString, u"80"_s}};
         QCOMPARE(fileContent(), expected);
     }
+
+    void variantsDifferInOneValue()
+    {
+        const auto store = makeStore();
+        store->registerDefaults({{suffixKeyString, u"-default"_s}, {lineBreakKeyString, u"1"_s}});
+        store->setOverride(true, gzipCheckerKeyString);
+        store->setObject(u"-set"_s, suffixKeyString); // not written yet
+        const auto variant = store->variant(u"80"_s, lineBreakKeyString);
+        QCOMPARE(variant->stringForKey(lineBreakKeyString), std::optional(u"80"_s));
+        QCOMPARE(variant->stringForKey(suffixKeyString), std::optional(u"-set"_s));
+        QVERIFY(variant->isTrue(gzipCheckerKeyString));
+        QCOMPARE(store->stringForKey(lineBreakKeyString), std::optional(u"1"_s));
+        store->setObject(u"-later"_s, suffixKeyString);
+        QCOMPARE(variant->stringForKey(suffixKeyString), std::optional(u"-later"_s));
+        store->synchronize();
+        QCOMPARE(fileContent(), QJsonObject({{suffixKeyString, u"-later"_s}}));
+    }
 };
 
 BREVANT_TEST(tst_SettingsStore, QCoreApplication)

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "RunMaker.h"
+#include "InquiryFixture.h"
 #include "app/results/ResultTable.h"
 #include "app/results/ResultsWindow.h"
 #include "app/results/Signs.h"
@@ -97,9 +97,10 @@ private Q_SLOTS:
     void readFromTheRight()
     {
         QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-        ResultRuns runs;
-        addRun(runs, 1, mixedRows());
-        ResultsWindow window(runs, nullptr);
+        InquiryFixture bench;
+        addRun(bench.runs, 1, mixedRows());
+        ResultsWindow window(
+            bench.runs, bench.inquiry, [] { return QString(); }, nullptr);
         window.showLastRun();
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));

@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RunMaker.h"
+#include "app/results/Inquiry.h"
 #include "app/results/MessagePane.h"
 #include "app/results/ResultTable.h"
 #include "app/results/ResultsWindow.h"
 #include "app/results/RunChooser.h"
 #include "app/results/StateFilter.h"
+#include "engine/Tools.h"
+#include "settings/SettingsStore.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
 #include "widgets/FilterField.h"
@@ -30,9 +33,17 @@ class tst_ResultsWindow final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_runs = std::make_unique<ResultRuns>(); }
+    void init()
+    {
+        m_runs = std::make_unique<ResultRuns>();
+        m_inquiry = std::make_unique<Inquiry>(*m_runs, m_settings, m_tools);
+    }
 
-    void cleanup() { m_window.reset(); }
+    void cleanup()
+    {
+        m_window.reset();
+        m_inquiry.reset();
+    }
 
     void withoutARun()
     {
@@ -275,7 +286,8 @@ private Q_SLOTS:
 private:
     void open()
     {
-        m_window = std::make_unique<ResultsWindow>(*m_runs, nullptr);
+        m_window = std::make_unique<ResultsWindow>(
+            *m_runs, *m_inquiry, [] { return QString(); }, nullptr);
         m_window->showLastRun();
         m_window->resize(1200, 600); // room for all columns
         m_window->show();
@@ -338,7 +350,10 @@ private:
         return found.join(u' ');
     }
 
+    const SettingsStore m_settings{u"/nowhere/settings.json"_s};
+    const Tools m_tools;
     std::unique_ptr<ResultRuns> m_runs;
+    std::unique_ptr<Inquiry> m_inquiry;
     std::unique_ptr<ResultsWindow> m_window;
 };
 
