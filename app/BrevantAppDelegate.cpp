@@ -3,10 +3,39 @@
 #include "app/BrevantAppDelegate.h"
 
 #include "app/Application.h"
+#include "files/RawBytes.h"
+#include "queue/OutputPath.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
 
+#include <algorithm>
+#include <ranges>
+
 namespace brevant {
+
+namespace {
+
+/// What the last run over the file has left; for one that was in none, where its output would be.
+PreviewOutput previewedOutput(const Application &app, const QString &source)
+{
+    for (const auto runs = app.results.runs.all(); const auto &run : runs | std::views::reverse) {
+        const auto row = std::ranges::find(run->rows, source, &ResultRow::source);
+        if (row == run->rows.end() || row->state == ResultRow::State::NotRun)
+            continue;
+        if (row->state >= ResultRow::State::Running)
+            break;
+        const QString why = row->remarks && !row->remarks->messages.shown.empty()
+                                ? row->remarks->messages.shown.front().inWords()
+                                : row->reason();
+        return {{}, PreviewPanel::tr("Not minified: %1").arg(printable(why))};
+    }
+    const std::optional<QString> output = OutputPath(app.settings).next(source);
+    if (output == source)
+        return {{}, PreviewPanel::tr("The output replaces the source.")};
+    return {output.value_or(QString()), {}};
+}
+
+} // namespace
 
 BrevantAppDelegate::BrevantAppDelegate(Application &app, QObject *parent) : QObject(parent), m_app(app) {}
 
@@ -65,6 +94,8 @@ void BrevantAppDelegate::makePreviewPanel()
     m_sharedPreviewPanel = std::make_unique<PreviewPanel>(
         [this] { return m_app.settings.stringForKey(selectedEncodingKeyString).value_or(QString()); },
         &m_app.window);
+    m_sharedPreviewPanel->setOutputOf(
+        [this](const QString &source) { return previewedOutput(m_app, source); });
     connect(m_sharedPreviewPanel.get(), &PreviewPanel::willOpen, this, [this] {
         if (m_app.controller.acceptsPreviewPanelControl())
             m_app.controller.beginPreviewPanelControl(m_sharedPreviewPanel.get());

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewLoader.h"
 
+#include "app/preview/PreviewPages.h"
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -21,6 +23,8 @@ struct Request {
     quint64 number = 0;
     QString path;
     QString encoding;
+    QString output;
+    bool isOutputWanted = false;
 };
 
 } // namespace
@@ -57,11 +61,12 @@ PreviewLoader::~PreviewLoader()
     m_shared->ended.wait_for(lock, farewell, [this] { return m_shared->threads == 0; });
 }
 
-void PreviewLoader::start(const QString &path, const QString &encoding)
+void PreviewLoader::start(const QString &path, const QString &encoding, const QString &output,
+                          bool isOutputWanted)
 {
-    m_loading.emplace(path, encoding);
+    m_loading.emplace(path, encoding, output, isOutputWanted);
     const std::lock_guard lock(m_shared->mutex);
-    m_shared->pending = Request{++m_shared->wanted, path, encoding};
+    m_shared->pending = Request{++m_shared->wanted, path, encoding, output, isOutputWanted};
     if (m_shared->threads == mostThreads)
         return;
     try {
@@ -91,7 +96,8 @@ void PreviewLoader::work(const std::shared_ptr<Shared> &shared)
     while (const auto request = std::exchange(shared->pending, std::nullopt)) {
         lock.unlock();
         const auto cancelled = [&] { return shared->wanted != request->number; };
-        auto content = readPreview(request->path, request->encoding, cancelled);
+        auto content = readPreviewPage(request->path, request->output, request->isOutputWanted,
+                                       request->encoding, cancelled);
         lock.lock();
         if (content && !cancelled() && shared->loader)
             shared->deliver(*content, request->number);

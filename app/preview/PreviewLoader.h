@@ -8,7 +8,7 @@
 
 #include <memory>
 #include <optional>
-#include <utility>
+#include <tuple>
 
 namespace brevant {
 
@@ -23,14 +23,16 @@ public:
     explicit PreviewLoader(QObject *parent);
     ~PreviewLoader() override;
 
-    /// Starts to read `path`, instead of what is being read.
-    void start(const QString &path, const QString &encoding);
+    /// Starts to read a page of `path`, as readPreviewPage() does, instead of what is being read.
+    void start(const QString &path, const QString &encoding, const QString &output = {},
+               bool isOutputWanted = false);
     void cancel();
 
     /// Whether exactly that is being read.
-    [[nodiscard]] bool isLoading(const QString &path, const QString &encoding) const
+    [[nodiscard]] bool isLoading(const QString &path, const QString &encoding, const QString &output = {},
+                                 bool isOutputWanted = false) const
     {
-        return m_loading == std::pair(path, encoding);
+        return m_loading == std::tuple(path, encoding, output, isOutputWanted);
     }
 
 Q_SIGNALS:
@@ -42,7 +44,8 @@ private:
     void deliver(const PreviewContent &content, quint64 number);
 
     std::shared_ptr<Shared> m_shared;
-    std::optional<std::pair<QString, QString>> m_loading; ///< path and encoding of what is being read
+    /// Path, encoding, output and whether that is wanted, of what is being read.
+    std::optional<std::tuple<QString, QString, QString, bool>> m_loading;
 };
 
 } // namespace brevant

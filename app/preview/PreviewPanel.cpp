@@ -104,6 +104,31 @@ PreviewPanel::PreviewPanel(std::function<QString()> encodingName, QWidget *paren
 
 PreviewPanel::~PreviewPanel() = default;
 
+void PreviewPanel::setOutputOf(std::function<PreviewOutput(const QString &source)> outputOf)
+{
+    m_outputOf = std::move(outputOf);
+    connect(m_ui->previewSource, &QToolButton::clicked, this, [this] { turnTo(false); });
+    connect(m_ui->previewMinified, &QToolButton::clicked, this, [this] { turnTo(true); });
+}
+
+void PreviewPanel::turnTo(bool isOutput)
+{
+    m_isOutputWanted = isOutput;
+    setCurrentPreviewItemIndex(m_index);
+}
+
+void PreviewPanel::showPageButtons(bool isOutput, bool hasOutput)
+{
+    for (QToolButton *const button : {m_ui->previewSource, m_ui->previewMinified})
+        button->setVisible(m_outputOf && !m_item.isEmpty());
+    m_ui->previewSource->setChecked(!isOutput);
+    m_ui->previewMinified->setChecked(isOutput);
+    m_ui->previewMinified->setEnabled(hasOutput);
+    m_ui->previewMinified->setToolTip(hasOutput                   ? tr("Show the output")
+                                      : m_output.reason.isEmpty() ? tr("There is no output.")
+                                                                  : m_output.reason);
+}
+
 void PreviewPanel::makeKeyAndOrderFront()
 {
     if (m_open) {
@@ -219,15 +244,17 @@ void PreviewPanel::showItem(int index, int count)
         m_item.clear();
         m_loader->cancel();
         m_patience.stop();
+        showPageButtons(false, false);
         showPage({}, tr("No file is selected."));
         return;
     }
     m_item = m_dataSource->previewPanelPreviewItemAtIndex(index);
     const QString path = m_item.path(QUrl::FullyDecoded);
     const QString encoding = m_encodingName();
-    if (m_loader->isLoading(path, encoding))
+    m_output = m_outputOf ? m_outputOf(path) : PreviewOutput();
+    if (m_loader->isLoading(path, encoding, m_output.path, m_isOutputWanted))
         return;
-    m_loader->start(path, encoding);
+    m_loader->start(path, encoding, m_output.path, m_isOutputWanted);
     // What is shown of the same file stays while it is read once more.
     if (path == m_shownPath)
         m_patience.stop();
@@ -238,6 +265,7 @@ void PreviewPanel::showItem(int index, int count)
 void PreviewPanel::showContent(const PreviewContent &content)
 {
     m_patience.stop();
+    showPageButtons(content.isOutput, content.isOutput || content.otherSize);
     QString sentence = previewSentence(content);
     if (sentence.isEmpty() && !m_text)
         sentence = tr("The preview is not installed.");
@@ -251,6 +279,8 @@ void PreviewPanel::showContent(const PreviewContent &content)
     }
     m_ui->previewNotice->setText(previewNotice(content));
     m_ui->previewNotice->setVisible(!m_ui->previewNotice->text().isEmpty());
+    // Sizes are worth more than the date.
+    m_ui->previewFooter->setElideMode(content.otherSize ? Qt::ElideRight : Qt::ElideMiddle);
     m_ui->previewFooter->setText(previewFooter(content));
     if (m_zoom->isZooming() && m_open)
         m_zoom->setPicture(grab());

@@ -28,6 +28,12 @@ public:
     [[nodiscard]] virtual QUrl previewPanelPreviewItemAtIndex(int index) const = 0;
 };
 
+/// The output of a file, for its second page.
+struct PreviewOutput {
+    QString path;   ///< empty if there is none
+    QString reason; ///< why, in a sentence
+};
+
 /// How the panel behaves.
 class PreviewPanelDelegate {
 public:
@@ -56,6 +62,9 @@ public:
     /// Neither is owned. Nothing is asked without one.
     void setDataSource(PreviewPanelDataSource *dataSource) { m_dataSource = dataSource; }
     void setDelegate(PreviewPanelDelegate *delegate) { m_delegate = delegate; }
+
+    /// With it, files have two pages, the source and its output, by two buttons.
+    void setOutputOf(std::function<PreviewOutput(const QString &source)> outputOf);
 
     /// Whether it is open: from makeKeyAndOrderFront() to orderOut(), whatever still moves on the screen.
     [[nodiscard]] bool isOpen() const { return m_open; }
@@ -89,6 +98,8 @@ private:
     [[nodiscard]] int itemCount() const;
     [[nodiscard]] QRect sourceFrame() const;
     void showItem(int index, int count);
+    void turnTo(bool isOutput);
+    void showPageButtons(bool isOutput, bool hasOutput);
     void showContent(const PreviewContent &content);
     void showPage(const QString &path, const QString &sentence);
     void showHeader(const QString &path);
@@ -105,6 +116,9 @@ private:
     bool m_open = false;
     int m_index = -1;
     QUrl m_item;
+    std::function<PreviewOutput(const QString &source)> m_outputOf;
+    PreviewOutput m_output;        ///< of the item
+    bool m_isOutputWanted = false; ///< where there is one
     QString m_shownPath;
     const QEvent *m_offered = nullptr; ///< the key that the delegate has left to the panel
 };

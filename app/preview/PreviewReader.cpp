@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/preview/PreviewReader.h"
 
+#include "app/preview/PreviewPages.h"
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
 #include "settings/Encodings.h"
@@ -313,7 +314,7 @@ QString previewFooter(const PreviewContent &content)
     using State = PreviewContent::State;
     QStringList parts;
     if (content.state == State::Text || content.state == State::Empty || content.state == State::Binary)
-        parts += sizeText(content.size);
+        parts += sizesText(content);
     if (content.state == State::Text) {
         if (content.lines)
             parts += linesText(*content.lines);

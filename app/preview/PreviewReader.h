@@ -28,6 +28,8 @@ struct PreviewContent {
     std::optional<qint64> lines;  ///< of the file; not counted in a very large one
     bool hasInvalidBytes = false; ///< shown as U+FFFD
     QDateTime modified;
+    bool isOutput = false;           ///< what was read is the output of the file
+    std::optional<qint64> otherSize; ///< of the output, or of the file if that was read; if there is one
 };
 
 /// No more bytes of one file are shown.
