@@ -18,8 +18,8 @@ namespace brevant {
 namespace {
 
 constexpr int gap = 12;
-constexpr int usualBarWidth = 90;
-constexpr int usualBarHeight = 8;
+constexpr int longestBar = 90;
+constexpr int barThickness = 8;
 constexpr std::array kindNames{"CSS"_L1, "JavaScript"_L1, "HTML"_L1}; // by family
 
 } // namespace
@@ -65,7 +65,7 @@ int KindPicture::widestOf(QString Line::*text) const
 
 QSize KindPicture::sizeHint() const
 {
-    const auto barWidth = static_cast<int>(usualBarWidth * fontScale(fontMetrics()));
+    const auto barWidth = static_cast<int>(longestBar * fontScale(fontMetrics()));
     return {widestOf(&Line::kind) + gap + barWidth + gap + widestOf(&Line::saved),
             static_cast<int>(kindNames.size()) * fontMetrics().height()};
 }
@@ -77,8 +77,8 @@ void KindPicture::paintEvent(QPaintEvent *)
     const QColor ground = palette().color(QPalette::Active, QPalette::Window);
     const int height = fontMetrics().height();
     const int kinds = widestOf(&Line::kind);
-    const auto barWidth = static_cast<int>(usualBarWidth * fontScale(fontMetrics()));
-    const auto barHeight = static_cast<int>(usualBarHeight * fontScale(fontMetrics()));
+    const auto barWidth = static_cast<int>(longestBar * fontScale(fontMetrics()));
+    const auto barHeight = static_cast<int>(barThickness * fontScale(fontMetrics()));
     const auto visual = [this](const QRect &area) {
         return QStyle::visualRect(layoutDirection(), rect(), area);
     };

@@ -24,7 +24,7 @@ namespace brevant {
 
 namespace {
 
-constexpr int edge = 16;
+constexpr int paneEdge = 16;
 constexpr int lines = 3;
 
 QString sentence(QString text)
@@ -64,7 +64,7 @@ MessagePane::MessagePane(Reveal reveal, QWidget *parent)
       m_folder(new ElidedLabel(this)), m_messages(new QPlainTextEdit(this))
 {
     auto *const column = new QVBoxLayout(this);
-    column->setContentsMargins(edge, 8, edge, 8);
+    column->setContentsMargins(paneEdge, 8, paneEdge, 8);
     column->setSpacing(4);
     auto *const bar = new QHBoxLayout;
     bar->setSpacing(8);
@@ -185,7 +185,7 @@ void MessagePane::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
     int needed = 0;
     for (const QToolButton *const button : m_buttons)
-        needed += fontMetrics().horizontalAdvance(button->text()) + 2 * edge + 8;
+        needed += fontMetrics().horizontalAdvance(button->text()) + 2 * paneEdge + 8;
     const auto style = needed * 2 > width() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
     for (QToolButton *const button : m_buttons)
         button->setToolButtonStyle(style);

@@ -31,12 +31,12 @@ namespace brevant {
 
 namespace {
 
-constexpr int edge = 16;
+constexpr int windowEdge = 16;
 // The least size of the window.
 constexpr int lettersAcross = 60;
 constexpr int linesDown = 24;
 constexpr int lettersOfTotals = 85;
-constexpr QSize usualSize(936, 592);
+constexpr QSize resultsSize(936, 592);
 constexpr std::chrono::milliseconds headDelay(100);
 
 /// The buttons of the filter by state, in the order of ResultModel::Shown.
@@ -101,7 +101,7 @@ ResultsWindow::ResultsWindow(const ResultRuns &runs, Inquiry &inquiry, std::func
     updateLooks();
     const QSize least(lettersAcross * fontMetrics().averageCharWidth(), linesDown * fontMetrics().height());
     setMinimumSize(least.boundedTo(screen()->availableSize() * 0.9));
-    resize(usualSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
+    resize(resultsSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
     m_table->setFocus();
 }
 
@@ -109,7 +109,7 @@ QWidget *ResultsWindow::makeHead()
 {
     auto *const head = new QWidget(this);
     auto *const row = new QHBoxLayout(head);
-    row->setContentsMargins(edge, 8, edge, 8);
+    row->setContentsMargins(windowEdge, 8, windowEdge, 8);
     auto *const column = new QVBoxLayout;
     row->addLayout(column, 1);
     auto *const chooserRow = new QHBoxLayout;
@@ -134,13 +134,13 @@ QWidget *ResultsWindow::makeBottom()
 {
     auto *const bar = new QWidget(this);
     auto *const row = new QHBoxLayout(bar);
-    row->setContentsMargins(edge, 12, edge, 12);
+    row->setContentsMargins(windowEdge, 12, windowEdge, 12);
     row->addStretch(1);
     m_save = new QPushButton(tr("&Save Report…"), bar);
     m_retry = new QPushButton(tr("Retry &Failed"), bar);
     for (QPushButton *const button : {m_save, m_retry}) {
         button->setAutoDefault(true); // Return presses it
-        button->setMinimumWidth(button->sizeHint().width() + edge);
+        button->setMinimumWidth(button->sizeHint().width() + windowEdge);
         row->addWidget(button);
     }
     return bar;
@@ -273,7 +273,7 @@ void ResultsWindow::updateHint()
 /// The picture goes where it would take the room of the totals.
 void ResultsWindow::fitPicture()
 {
-    const int room = width() - 3 * edge - m_picture->sizeHint().width();
+    const int room = width() - 3 * windowEdge - m_picture->sizeHint().width();
     m_picture->setVisible(!m_picture->isEmpty() &&
                           room >= fontMetrics().averageCharWidth() * lettersOfTotals);
 }

@@ -16,7 +16,7 @@ namespace brevant {
 
 namespace {
 
-constexpr int gap = 6;
+constexpr int buttonGap = 6;
 
 } // namespace
 
@@ -108,7 +108,7 @@ QSize StateFilter::place(int width, bool isDone) const
         if (isDone)
             button->setGeometry(QStyle::visualRect(layoutDirection(), rect(), QRect(at, hint)));
         size = size.expandedTo(QSize(at.x() + hint.width(), at.y() + hint.height()));
-        at.rx() += hint.width() + gap;
+        at.rx() += hint.width() + buttonGap;
     }
     return size;
 }
