@@ -30,10 +30,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Kind = PlannedProblem::Kind;
+using Wrong = PlannedProblem::Kind;
 using Problems = std::vector<PlannedProblem>;
 
-constexpr qint64 pieceSize = 1 << 20;
+constexpr qint64 bytesAtOnce = 1 << 20;
 constexpr std::chrono::milliseconds tellEvery(100);
 
 /// What the settings mean for all files.
@@ -77,21 +77,21 @@ Problems PlanSettings::problemsOf(const FileKind *kind) const
 {
     Problems problems;
     if (!kind)
-        return {{.kind = Kind::BadSetting, .isFatal = true, .words = u"it is of no kind"_s}};
+        return {{.kind = Wrong::BadSetting, .isFatal = true, .words = u"it is of no kind"_s}};
     if (kind->family != KindFamily::Markup && isOddColumn)
-        problems.push_back({.kind = Kind::OddColumn, .isFatal = true});
+        problems.push_back({.kind = Wrong::OddColumn, .isFatal = true});
     const QString words = isModern ? command.modernOptions(*kind).error
                           : command.arguments(PathString::withExtension(u"x", kind->extension), {}).isEmpty()
                               ? u"a switch of its compressor is neither true nor false"_s
                               : QString();
     if (problems.empty() && !words.isEmpty())
-        problems.push_back({.kind = Kind::BadSetting, .isFatal = true, .words = words});
+        problems.push_back({.kind = Wrong::BadSetting, .isFatal = true, .words = words});
     if (hasSlash)
-        problems.push_back({.kind = Kind::SlashInSuffix});
+        problems.push_back({.kind = Wrong::SlashInSuffix});
     return problems;
 }
 
-std::optional<struct stat> statusOf(const QString &path)
+std::optional<struct stat> statusOfFile(const QString &path)
 {
     struct stat status {};
     if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
@@ -118,11 +118,11 @@ std::optional<qint64> firstFault(const Descriptor &file, qint64 size, TextEncodi
     QByteArray text;
     text.reserve(size);
     for (;;) {
-        const std::optional<QByteArray> piece = FileBytes::read(file.number(), pieceSize, text.size());
+        const std::optional<QByteArray> piece = FileBytes::read(file.number(), bytesAtOnce, text.size());
         if (!piece || stop.stop_requested())
             return std::nullopt;
         text += *piece;
-        if (piece->size() < pieceSize || text.size() > FileBytes::longestText)
+        if (piece->size() < bytesAtOnce || text.size() > FileBytes::longestText)
             break;
     }
     if (encoding == TextEncoding::Utf8 && QByteArrayView(text).isValidUtf8())
@@ -181,11 +181,11 @@ void Plan::findOutputs()
         const std::optional<QString> output = outputPath.next(file.source);
         file.output = output.value_or(QString());
         if (RawBytes::areIn(file.source))
-            file.problems.push_back({.kind = Kind::NotUtf8Path, .isFatal = true});
+            file.problems.push_back({.kind = Wrong::NotUtf8Path, .isFatal = true});
         if (!output)
-            file.problems.push_back({.kind = Kind::NoOutput, .isFatal = true});
+            file.problems.push_back({.kind = Wrong::NoOutput, .isFatal = true});
         else if (!m_settings.isModern && isTakenForPattern(file.source, *output))
-            file.problems.push_back({.kind = Kind::ColonInOutput, .isFatal = true});
+            file.problems.push_back({.kind = Wrong::ColonInOutput, .isFatal = true});
     }
 }
 
@@ -215,12 +215,12 @@ void Plan::compareOutput(std::size_t row, const Marks &marks, const MarkedFiles 
     PlannedFile &file = m_files[row];
     const auto isOwn = [&marks](const QString &mark) { return marks.source.contains(mark); };
     if (std::ranges::any_of(marks.output, isOwn))
-        file.problems.push_back({.kind = Kind::ReplacesItself});
+        file.problems.push_back({.kind = Wrong::ReplacesItself});
     const int replaced = sources.find(marks.output, marks.source);
     if (replaced >= 0) {
-        file.problems.push_back({.kind = Kind::ReplacesSource, .row = replaced});
+        file.problems.push_back({.kind = Wrong::ReplacesSource, .row = replaced});
         m_files[static_cast<std::size_t>(replaced)].problems.push_back(
-            {.kind = Kind::ReplacedByOther, .row = static_cast<int>(row)});
+            {.kind = Wrong::ReplacedByOther, .row = static_cast<int>(row)});
     }
     m_sameBefore[row] = outputs.findInAnyCase(file.output, marks.output);
     outputs.add(file.output, marks.output, static_cast<int>(row));
@@ -238,7 +238,7 @@ void Plan::tellSameOutputs()
         if (before >= 0)
             last.emplace(before, end);
         if (const int other = end == row ? before : end; other >= 0)
-            m_files[at].problems.push_back({.kind = Kind::SameOutput, .row = other});
+            m_files[at].problems.push_back({.kind = Wrong::SameOutput, .row = other});
     }
 }
 
@@ -276,20 +276,20 @@ void Plan::checkSource(PlannedFile &file)
     struct stat status {};
     if (!source.isOpen() || ::fstat(source.number(), &status) != 0) {
         const QString why = errno == EINVAL ? u"Not a regular file"_s : qt_error_string(errno);
-        file.problems.push_back({.kind = Kind::CannotBeRead, .isFatal = true, .words = why});
+        file.problems.push_back({.kind = Wrong::CannotBeRead, .isFatal = true, .words = why});
         return;
     }
     file.size = status.st_size;
     const bool isSource = std::ranges::any_of(file.problems, [](const PlannedProblem &problem) {
-        return problem.kind == Kind::ReplacesItself || problem.kind == Kind::ReplacesSource;
+        return problem.kind == Wrong::ReplacesItself || problem.kind == Wrong::ReplacesSource;
     });
-    if (const auto output = statusOf(file.output);
+    if (const auto output = statusOfFile(file.output);
         !isSource && output && S_ISREG(output->st_mode) && isLater(output->st_mtim, status.st_mtim))
-        file.problems.push_back({.kind = Kind::OutputIsNewer});
+        file.problems.push_back({.kind = Wrong::OutputIsNewer});
     if (m_settings.isAnyByteValid)
         return;
     if (const auto fault = firstFault(source, file.size, m_settings.encoding, m_stop))
-        file.problems.push_back({.kind = Kind::NotValid,
+        file.problems.push_back({.kind = Wrong::NotValid,
                                  .isFatal = m_settings.isModern,
                                  .byte = *fault,
                                  .words = m_settings.encodingName});
@@ -297,11 +297,11 @@ void Plan::checkSource(PlannedFile &file)
 
 void Plan::checkOutput(PlannedFile &file)
 {
-    const std::optional<struct stat> status = statusOf(file.output);
+    const std::optional<struct stat> status = statusOfFile(file.output);
     const bool isInto = status && (!m_settings.isModern || isWrittenInto(file.output));
     if (isInto) {
         if (!S_ISREG(status->st_mode) || !isAllowed(file.output, W_OK))
-            file.problems.push_back({.kind = Kind::OutputNotWritable, .isFatal = true});
+            file.problems.push_back({.kind = Wrong::OutputNotWritable, .isFatal = true});
         return;
     }
     QString folder = PathString::folder(file.output).toString();
@@ -314,7 +314,7 @@ void Plan::checkOutput(PlannedFile &file)
     if (known == m_writable.end())
         known = m_writable.emplace(folder, isAllowed(folder, W_OK | X_OK)).first;
     if (!known->second)
-        file.problems.push_back({.kind = Kind::FolderNotWritable, .isFatal = true});
+        file.problems.push_back({.kind = Wrong::FolderNotWritable, .isFatal = true});
 }
 
 } // namespace

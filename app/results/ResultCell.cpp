@@ -9,12 +9,12 @@
 
 namespace brevant {
 
-constexpr int usualBarWidth = 44;
-constexpr int usualBarHeight = 8;
+constexpr int savedBarWidth = 44;
+constexpr int savedBarHeight = 8;
 
 int ResultCell::barWidth(const QFontMetrics &metrics)
 {
-    return static_cast<int>(usualBarWidth * fontScale(metrics));
+    return static_cast<int>(savedBarWidth * fontScale(metrics));
 }
 
 void ResultCell::paintContents(QPainter &painter, const QStyleOptionViewItem &option, const QRect &inner,
@@ -31,7 +31,7 @@ void ResultCell::drawSaved(QPainter &painter, const QStyleOptionViewItem &option
 {
     const std::optional<double> part = row.savedPart();
     const int width = barWidth(option.fontMetrics);
-    const auto height = static_cast<int>(usualBarHeight * fontScale(option.fontMetrics));
+    const auto height = static_cast<int>(savedBarHeight * fontScale(option.fontMetrics));
     const QRect words = inner.adjusted(0, 0, -width - padding, 0);
     drawWords(painter, option, QStyle::visualRect(option.direction, inner, words),
               ResultModel::text(row, ResultModel::Saved),
