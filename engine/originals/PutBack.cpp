@@ -103,7 +103,7 @@ bool isOf(const OriginalRecord &original, const QString &source)
             !isYounger(source, original));
 }
 
-using Kind = StartNews::Kind;
+using NewsKind = StartNews::Kind;
 
 /// Writes a lost source back.
 StartNews putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool &isLost)
@@ -113,12 +113,12 @@ StartNews putBackSource(OriginalSlot &slot, const OriginalRecord &original, bool
     const QString error = done.error.isEmpty() ? putBackLink(original, false) : done.error;
     isLost = !error.isEmpty();
     if (isLost)
-        return {Kind::Failed, source,
+        return {NewsKind::Failed, source,
                 u"%1 was lost when a run was cut short, and cannot be put back now: %2. The next start tries "
                 "again, with the copy %3."_s.arg(source, error, slot.path())};
     slot.remove();
     const QString lacks = done.lacks.isEmpty() ? QString() : u", but not its "_s + done.lacks;
-    return {Kind::PutBack, source,
+    return {NewsKind::PutBack, source,
             u"%1 was lost when a run was cut short, and has been put back%2."_s.arg(source, lacks)};
 }
 
@@ -128,10 +128,10 @@ StartNews keepAsFile(const OriginalSlot &slot, const OriginalRecord &original)
     const QString source = QFile::decodeName(original.path);
     if (const std::optional<QString> path = slot.keep(original)) {
         slot.remove();
-        return {Kind::Kept, source,
+        return {NewsKind::Kept, source,
                 u"A run over %1 was cut short; what it was before is kept as %2."_s.arg(source, *path)};
     }
-    return {Kind::Failed, source,
+    return {NewsKind::Failed, source,
             u"A run over %1 was cut short; what it was before is in %2 and cannot be taken out: %3."_s.arg(
                 source, slot.path(), qt_error_string(errno))};
 }
@@ -154,7 +154,7 @@ StartNews takeUpSource(OriginalSlot &slot, const OriginalRecord &original, bool 
         break;
     }
     const QString source = QFile::decodeName(original.path);
-    return {Kind::Failed, source,
+    return {NewsKind::Failed, source,
             u"A run over %1 was cut short, and it cannot be read now; what it was before is in %2."_s.arg(
                 source, slot.path())};
 }
@@ -176,19 +176,19 @@ StartNews takeUp(OriginalSlot &slot, const QString &source, bool &isLost)
     case OriginalSlot::Content::Damaged:
         // Either it was never completed, and no compressor was started, or the disk has a fault.
         if (slot.stateOf(*original) != SourceState::Same)
-            return {Kind::Failed, QFile::decodeName(original->path),
+            return {NewsKind::Failed, QFile::decodeName(original->path),
                     u"A safety copy of %1 is damaged and of no use; it is kept as %2."_s.arg(
                         QFile::decodeName(original->path), slot.setAside())};
         slot.remove();
         return {};
     case OriginalSlot::Content::Unknown:
-        return {Kind::Failed,
+        return {NewsKind::Failed,
                 {},
                 u"A safety copy is damaged and of no use; it is kept as %1."_s.arg(slot.setAside())};
     case OriginalSlot::Content::Unreadable:
         break;
     }
-    return {Kind::Failed,
+    return {NewsKind::Failed,
             {},
             u"The safety copy %1 cannot be read now; the next start tries again."_s.arg(slot.path())};
 }
@@ -212,9 +212,9 @@ bool takeUpAll(const QString &source, const QStringList &originals, const std::a
             continue;
         if (!error.isEmpty())
             news.push_back(
-                {Kind::Failed, {}, u"The safety copies in %1 are not looked at: %2."_s.arg(path, error)});
+                {NewsKind::Failed, {}, u"The safety copies in %1 are not looked at: %2."_s.arg(path, error)});
         for (const QString &file : refused)
-            news.push_back({Kind::Failed,
+            news.push_back({NewsKind::Failed,
                             {},
                             u"The safety copy %1 is not used, as it may be somebody else's."_s.arg(file)});
     }
