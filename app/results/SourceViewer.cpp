@@ -20,7 +20,7 @@ namespace brevant {
 
 namespace {
 
-constexpr int edge = 16;
+constexpr int viewerEdge = 16;
 constexpr QSize usualSize(760, 520);
 
 /// The first one about a place; else the reason.
@@ -44,7 +44,7 @@ SourceViewer::SourceViewer(QWidget *parent)
     column->setContentsMargins({});
     column->setSpacing(0);
     auto *const head = new QVBoxLayout;
-    head->setContentsMargins(edge, 8, edge, 8);
+    head->setContentsMargins(viewerEdge, 8, viewerEdge, 8);
     head->setSpacing(4);
     m_folder->setElideMode(Qt::ElideLeft);
     for (QLabel *const label : {m_message, m_notice}) {
