@@ -9,7 +9,7 @@
 #include "ui_MainWindow.h"
 
 #include <algorithm>
-#include <ranges>
+#include <vector>
 
 namespace brevant {
 
@@ -18,9 +18,12 @@ namespace {
 /// What the last run over the file has left; for one that was in none, where its output would be.
 PreviewOutput previewedOutput(const Application &app, const QString &source)
 {
-    for (const auto runs = app.results.runs.all(); const auto &run : runs | std::views::reverse) {
-        const auto row = std::ranges::find(run->rows, source, &ResultRow::source);
-        if (row == run->rows.end() || row->state == ResultRow::State::NotRun)
+    auto runs = app.results.runs.all();
+    std::ranges::reverse(runs); // the last one first
+    for (const auto &run : runs) {
+        const std::vector<ResultRow> &rows = run->rows;
+        const auto row = std::ranges::find(rows, source, &ResultRow::source);
+        if (row == rows.end() || row->state == ResultRow::State::NotRun)
             continue;
         if (row->state >= ResultRow::State::Running)
             break;

@@ -69,7 +69,7 @@ QByteArray DurableFile::nameBeside()
 {
     const auto link = [this](const QByteArray &name) { return linkOpenFile(m_file.number(), name); };
     const QByteArray hash = QCryptographicHash::hash(m_target, QCryptographicHash::Sha1);
-    const QByteArray name = folderOf(m_target) + "/.brevant-" + hash.first(8).toHex() + ".tmp";
+    QByteArray name = folderOf(m_target) + "/.brevant-" + hash.first(8).toHex() + ".tmp";
     // The lock tells that the writer lives.
     if (::flock(m_file.number(), LOCK_EX | LOCK_NB) != 0)
         return makeBeside(m_target, link);

@@ -39,6 +39,7 @@ constexpr std::array filterStates{State::Ready, State::TakeCare, State::WillFail
 std::vector<StateFilter::Choice> filterChoices()
 {
     std::vector<StateFilter::Choice> choices;
+    choices.reserve(filterStates.size());
     for (const State state : filterStates)
         choices.emplace_back(signOf(state), stateText(state));
     return choices;
@@ -154,6 +155,7 @@ void PlannedWindow::updateHead()
                       totalsText(totals));
     m_manner->setText(mannerText(m_settings));
     std::vector<int> counts;
+    counts.reserve(filterStates.size());
     for (const State state : filterStates)
         counts.push_back(totals.count(state));
     const auto all = static_cast<int>(m_model.files().size());
@@ -202,14 +204,13 @@ void PlannedWindow::updateHint()
 void PlannedWindow::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (event->matches(QKeySequence::Close))
+    const bool isCancel = event->matches(QKeySequence::Cancel);
+    if (event->matches(QKeySequence::Close) || (isCancel && !m_filter->clearText()))
         close();
     else if (isReturn && !m_filter->field().hasFocus())
         m_minify->click();
-    else if (!event->matches(QKeySequence::Cancel))
+    else if (!isCancel)
         QMainWindow::keyPressEvent(event);
-    else if (!m_filter->clearText())
-        close();
 }
 
 void PlannedWindow::showEvent(QShowEvent *event)

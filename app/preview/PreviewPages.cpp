@@ -57,7 +57,7 @@ std::optional<PreviewContent> readPreviewPage(const QString &path, const QString
 
 QString sizesText(const PreviewContent &content)
 {
-    const QString size = sizeText(content.size);
+    QString size = sizeText(content.size);
     if (!content.otherSize)
         return size;
     const QString other = sizeText(*content.otherSize);

@@ -292,12 +292,11 @@ QStringList ResultsWindow::toRetry() const
 
 void ResultsWindow::keyPressEvent(QKeyEvent *event)
 {
-    if (event->matches(QKeySequence::Close))
+    const bool isCancel = event->matches(QKeySequence::Cancel);
+    if (event->matches(QKeySequence::Close) || (isCancel && !m_filter->clearText()))
         close();
-    else if (!event->matches(QKeySequence::Cancel))
+    else if (!isCancel)
         QMainWindow::keyPressEvent(event);
-    else if (!m_filter->clearText())
-        close();
 }
 
 void ResultsWindow::showEvent(QShowEvent *event)

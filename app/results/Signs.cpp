@@ -189,7 +189,7 @@ QIcon signIcon(State state, const QWidget &button)
 {
     const int size = signSize(button.fontMetrics());
     return drawnIcon(size, button, [&](QPainter &painter) {
-        const QPalette palette = button.palette();
+        const QPalette &palette = button.palette();
         drawSign(painter, QRectF(0, 0, size, size), state, palette.color(QPalette::Active, QPalette::Window),
                  palette.color(QPalette::Active, QPalette::WindowText), button.layoutDirection());
     });

@@ -71,7 +71,7 @@ int SortedRows::placeOf(int record) const
 {
     const auto comesAfter = [this](const std::pair<Key, int> &one, int other) {
         const auto order = one.first <=> keyOf(other, m_column);
-        return order == 0 ? one.second < other : (order < 0) == (m_order == Qt::AscendingOrder);
+        return std::is_eq(order) ? one.second < other : std::is_lt(order) == (m_order == Qt::AscendingOrder);
     };
     const auto place = std::upper_bound(m_shown.begin(), m_shown.end(),
                                         std::pair(keyOf(record, m_column), record), comesAfter);

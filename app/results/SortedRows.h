@@ -32,6 +32,7 @@ protected:
     struct Key {
         double number = 0;
         QString text = {};
+        // NOLINTNEXTLINE(modernize-use-nullptr): it takes the 0 in the generated code for a pointer
         std::partial_ordering operator<=>(const Key &) const = default;
     };
     [[nodiscard]] virtual int recordCount() const = 0;

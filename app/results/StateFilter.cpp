@@ -55,7 +55,7 @@ void StateFilter::setCounts(int all, const std::vector<int> &counts)
             m_group.button(0)->setChecked(true);
     }
     updateGeometry();
-    place(width(), true);
+    static_cast<void>(place(width(), true));
 }
 
 QSize StateFilter::sizeHint() const
@@ -73,7 +73,7 @@ QSize StateFilter::minimumSizeHint() const
 
 void StateFilter::resizeEvent(QResizeEvent *)
 {
-    place(width(), true);
+    static_cast<void>(place(width(), true));
 }
 
 void StateFilter::changeEvent(QEvent *event)

@@ -44,7 +44,7 @@ protected:
 
 private:
     void updateSigns();
-    QSize place(int width, bool isDone) const;
+    [[nodiscard]] QSize place(int width, bool isDone) const;
 
     const std::vector<Choice> m_choices;
     QButtonGroup m_group;

@@ -15,7 +15,6 @@ namespace brevant::markup {
 namespace {
 
 using std::string_view;
-constexpr auto npos = string_view::npos;
 
 constexpr std::array<string_view, 1> leftOut{"metadata"}; // by the library
 constexpr std::array<string_view, 2> keptElements{"text", "script"};

@@ -20,14 +20,13 @@ struct Guard {
         ContentWithCode, ///< without its tags, which the library needs, if it has PHP code
     };
     string_view element;
-    Extent extent;
     string_view before;
     string_view after;
+    Extent extent;
     bool isForDrawings = false;
 };
 
 namespace {
-constexpr auto npos = string_view::npos;
 
 char lower(char sign)
 {
@@ -70,16 +69,16 @@ Place placeOf(string_view text, std::size_t at)
 }
 
 constexpr Guard guards[] = {
-    {"svg", Guard::WithCode, "<img alt=\"", "\">"}, // which has spaces around it as they have
-    {"math", Guard::WithCode, "<img alt=\"", "\">"},
-    {"xmp", Guard::Always, "<img alt=\"", "\">"},
-    {"listing", Guard::Always, "<img alt=\"", "\">"},
-    {"text", Guard::Always, "<use id=\"", "\"/>", true},
-    {"script", Guard::Always, "<use id=\"", "\"/>", true},
-    {"script", Guard::ContentWithCode, "\"", "\""},
-    {"style", Guard::ContentWithCode, "", "{a:b}"},
+    {"svg", "<img alt=\"", "\">", Guard::WithCode}, // which has spaces around it as they have
+    {"math", "<img alt=\"", "\">", Guard::WithCode},
+    {"xmp", "<img alt=\"", "\">", Guard::Always},
+    {"listing", "<img alt=\"", "\">", Guard::Always},
+    {"text", "<use id=\"", "\"/>", Guard::Always, true},
+    {"script", "<use id=\"", "\"/>", Guard::Always, true},
+    {"script", "\"", "\"", Guard::ContentWithCode},
+    {"style", "", "{a:b}", Guard::ContentWithCode},
 };
-constexpr Guard commentGuard = {"", Guard::WithCode, "<!--#", "-->"}; // a comment that the library keeps
+constexpr Guard commentGuard = {"", "<!--#", "-->", Guard::WithCode}; // a comment that the library keeps
 
 constexpr string_view spaces = " \t\r\n\f";
 
@@ -100,8 +99,10 @@ bool isDamagedStyle(string_view style)
 bool isStandard(string_view doctype)
 {
     constexpr string_view strict[] = {"HTML 4.01//", "XHTML 1.0 Strict//", "XHTML 1.1//"};
+    constexpr string_view word = "public";
+    const auto isSame = [](char a, char b) { return lower(a) == b; };
     const bool isPublic =
-        std::ranges::search(doctype, string_view("public"), {}, lower).begin() != doctype.end();
+        std::search(doctype.begin(), doctype.end(), word.begin(), word.end(), isSame) != doctype.end();
     return !isPublic ||
            std::ranges::any_of(strict, [doctype](string_view name) { return doctype.find(name) != npos; });
 }

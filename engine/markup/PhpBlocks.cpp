@@ -13,8 +13,6 @@ using std::string_view;
 
 namespace {
 
-constexpr auto npos = string_view::npos;
-
 std::size_t behindString(string_view text, std::size_t from)
 {
     const char quote = text[from];

@@ -8,7 +8,6 @@
 namespace brevant::markup {
 
 using std::string_view;
-constexpr auto npos = string_view::npos;
 
 std::size_t behind(string_view text, string_view end, std::size_t from)
 {

@@ -7,6 +7,8 @@
 
 namespace brevant::markup {
 
+inline constexpr auto npos = std::string_view::npos;
+
 // All look at a text from the offset `from`, and answer with an offset: its end where they find nothing.
 
 /// Behind the next `end`.
