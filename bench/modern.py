@@ -9,6 +9,7 @@ import pathlib
 import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -88,6 +89,7 @@ def bench_modern(scratch):
 def packages():
     """The sources of public packages that the trial of the compressors has fetched, or fetches now."""
     path = str(ROOT / "scripts/try-packages")
+    sys.path.append(str(ROOT / "scripts"))  # for what it imports
     loader = importlib.machinery.SourceFileLoader("try_packages", path)
     trial = importlib.util.module_from_spec(importlib.util.spec_from_loader("try_packages", loader))
     loader.exec_module(trial)
