@@ -15,6 +15,13 @@ namespace brevant {
 
 namespace {
 
+PreviewOutput outputShown(const QString &source, const QString &output)
+{
+    if (output == source)
+        return {{}, PreviewPanel::tr("The output replaces the source.")};
+    return {output, {}};
+}
+
 /// What the last run over the file has left; for one that was in none, where its output would be.
 PreviewOutput previewedOutput(const Application &app, const QString &source)
 {
@@ -25,17 +32,16 @@ PreviewOutput previewedOutput(const Application &app, const QString &source)
         const auto row = std::ranges::find(rows, source, &ResultRow::source);
         if (row == rows.end() || row->state == ResultRow::State::NotRun)
             continue;
-        if (row->state >= ResultRow::State::Running)
+        if (row->state == ResultRow::State::Running)
             break;
+        if (row->isMinified())
+            return outputShown(source, row->output);
         const QString why = row->remarks && !row->remarks->messages.shown.empty()
                                 ? row->remarks->messages.shown.front().inWords()
                                 : row->reason();
         return {{}, PreviewPanel::tr("Not minified: %1").arg(printable(why))};
     }
-    const std::optional<QString> output = OutputPath(app.settings).next(source);
-    if (output == source)
-        return {{}, PreviewPanel::tr("The output replaces the source.")};
-    return {output.value_or(QString()), {}};
+    return outputShown(source, OutputPath(app.settings).next(source).value_or(QString()));
 }
 
 } // namespace

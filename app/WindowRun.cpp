@@ -3,6 +3,7 @@
 #include "app/WindowRun.h"
 
 #include "app/Application.h"
+#include "app/planned/PlanTexts.h"
 #include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
@@ -38,13 +39,12 @@ QStringList sentencesAbout(const EntryResult &result)
 /// What works and where to, in words.
 QString mannerOf(const SettingsStore &settings)
 {
-    const bool hasSuffix = settings.boolForKey(suffixSwitcherKeyString);
     const bool isBeside = settings.isTrue(sameFolderKeyString);
     const QString family = isModernChosen(settings) ? u"Modern compressors"_s : u"Classic compressors"_s;
     const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
-    return family + (!isBeside   ? u", outputs in "_s + folder
-                     : hasSuffix ? u", outputs beside the sources"_s
-                                 : u", sources replaced"_s);
+    return family + (!isBeside                          ? u", outputs in "_s + folder
+                     : outputSuffix(settings).isEmpty() ? u", sources replaced"_s
+                                                        : u", outputs beside the sources"_s);
 }
 
 void showEnd(Application &app, RunEnd end, const QString &status, bool isPlayed)

@@ -5,12 +5,15 @@
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
 #include "engine/OutputClaims.h"
+#include "files/FileBytes.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+
+#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -67,6 +70,12 @@ static QString filterLine(const Filter &filter, const QString &source, const QSt
                                          TerminalText::commandLine(u"mv"_s, {u"-f"_s, temporary, output}));
 }
 
+/// Nothing of one that cannot be read, which the commands then say themselves.
+static QByteArray sourceBytes(const QString &source)
+{
+    return FileBytes::readAll(QFile::encodeName(source)).value_or(QByteArray());
+}
+
 bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
 {
     QString text;
@@ -86,9 +95,10 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         if (isModern) {
             const FileKind &kind = *anyKindOf(entry);
             const ModernOptions options = command.modernOptions(kind);
-            text += options.error.isEmpty()
-                        ? filterLine(modernFilter(kind, options, tools), entry, *output)
-                        : printable(u"# %1: not minified: %2"_s.arg(entry, options.error)) + u'\n';
+            text +=
+                options.error.isEmpty()
+                    ? filterLine(modernFilterFor(kind, sourceBytes(entry), options, tools), entry, *output)
+                    : printable(u"# %1: not minified: %2"_s.arg(entry, options.error)) + u'\n';
             continue;
         }
         add(tools.java, command.arguments(entry, output));

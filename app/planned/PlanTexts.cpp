@@ -202,10 +202,15 @@ QString totalsText(const PlanTotals &totals)
     return parts.join(u" · "_s);
 }
 
+QString outputSuffix(const SettingsStore &settings)
+{
+    const bool isOn = settings.boolForKey(suffixSwitcherKeyString);
+    return isOn ? settings.stringForKey(suffixKeyString).value_or(QString()) : QString();
+}
+
 QString mannerText(const SettingsStore &settings)
 {
-    const bool hasSuffix = settings.boolForKey(suffixSwitcherKeyString);
-    const QString suffix = hasSuffix ? settings.stringForKey(suffixKeyString).value_or(QString()) : QString();
+    const QString suffix = outputSuffix(settings);
     const bool isBeside = settings.isTrue(sameFolderKeyString);
     QStringList parts{isModernChosen(settings) ? tr("Modern compressors") : tr("Classic compressors")};
     if (!isBeside)
@@ -227,8 +232,7 @@ QString mannerText(const SettingsStore &settings)
 QString minifyText(int count, const SettingsStore &settings)
 {
     const bool isOne = count == 1;
-    const bool hasSuffix = settings.boolForKey(suffixSwitcherKeyString);
-    const QString suffix = hasSuffix ? settings.stringForKey(suffixKeyString).value_or(QString()) : QString();
+    const QString suffix = outputSuffix(settings);
     if (count == 0)
         return tr("Minify every file in the list");
     if (!settings.isTrue(sameFolderKeyString)) {

@@ -57,10 +57,8 @@ std::size_t behindAny(std::span<const string_view> names, string_view text, std:
 Drawing::Drawing(string_view source)
     : m_source(source), m_hasText(std::ranges::any_of(
                             keptElements, [source](string_view name) { return source.find(name) != npos; })),
-      m_name("brevantkeeps")
+      m_kept(source)
 {
-    while (m_source.find(m_name) != npos)
-        m_name += 's';
     for (std::size_t i = 0; i < m_source.size();)
         i = takePart(i);
 }
@@ -82,13 +80,10 @@ std::size_t Drawing::take(std::size_t from, std::size_t end)
     return end;
 }
 
-/// Takes a name of its own, between `before` and `after`, in place of the part.
+/// Takes something of its own, between `before` and `after`, in place of the part.
 std::size_t Drawing::keep(std::size_t from, std::size_t end, string_view before, string_view after)
 {
-    std::string name(before);
-    name.append(m_name).append(std::to_string(m_kept.size())).append("_").append(after);
-    m_text += name;
-    m_kept.push_back({std::move(name), m_source.substr(from, end - from)});
+    m_text += m_kept.keep(m_source.substr(from, end - from), before, after);
     return end;
 }
 
@@ -126,20 +121,6 @@ std::size_t Drawing::takePart(std::size_t from)
     if (const std::size_t end = behindAny(keptElements, source, from); end > 0)
         return keep(from, end, "<", "/>");
     return takeTag(from, behindTag(source, from));
-}
-
-std::optional<std::string> Drawing::restored(const std::string &minified) const
-{
-    std::string drawing;
-    std::size_t from = 0;
-    for (const auto &[name, part] : m_kept) {
-        const std::size_t found = minified.find(name, from);
-        if (found == npos)
-            return std::nullopt;
-        drawing.append(minified, from, found - from).append(part);
-        from = found + name.size();
-    }
-    return drawing.append(minified, from);
 }
 
 } // namespace brevant::markup

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/markup/KeptParts.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace brevant::markup {
 
@@ -22,7 +23,10 @@ public:
     [[nodiscard]] const std::string &text() const { return m_text; }
 
     /// The drawing of what the library made of it; nothing if a part is not where it was.
-    [[nodiscard]] std::optional<std::string> restored(const std::string &minified) const;
+    [[nodiscard]] std::optional<std::string> restored(const std::string &minified) const
+    {
+        return m_kept.restored(minified);
+    }
 
 private:
     std::size_t take(std::size_t from, std::size_t end);
@@ -30,15 +34,10 @@ private:
     std::size_t keep(std::size_t from, std::size_t end, std::string_view before, std::string_view after);
     std::size_t takePart(std::size_t from);
 
-    struct Kept {
-        std::string name; ///< what stands for it in the text
-        std::string part;
-    };
     const std::string m_source;
     const bool m_hasText; ///< or scripts, perhaps
-    std::string m_name;   ///< that does not occur in the source
     std::string m_text;
-    std::vector<Kept> m_kept;
+    KeptParts m_kept;
 };
 
 } // namespace brevant::markup

@@ -132,10 +132,9 @@ std::string withLineEnds(const std::string &minified)
 
 } // namespace
 
-MarkupPage::MarkupPage(string_view source, Language language) : m_source(source), m_language(language)
+MarkupPage::MarkupPage(string_view source, Language language)
+    : m_source(source), m_language(language), m_kept(source)
 {
-    while (m_source.find(m_name) != npos)
-        m_name += 's';
     const std::string masked = language == Language::Php ? withoutCode(m_source) : m_source;
     for (std::size_t i = 0; i < m_source.size();) {
         if (m_origins.empty() || i - m_text.size() != m_origins.back().second - m_origins.back().first)
@@ -217,11 +216,7 @@ std::size_t MarkupPage::takeElement(string_view masked, std::size_t from, std::s
         return end;
     }
     take(from, start);
-    const std::string name = m_name + std::to_string(m_kept.size()) + '_';
-    const std::string whole = std::string(guard.before) + name + std::string(guard.after);
-    const std::size_t ending = guard.before.starts_with('<') ? whole.find_last_not_of("/>") + 1 : npos;
-    m_kept.push_back({whole.substr(0, ending), m_source.substr(start, end - start)});
-    m_text += whole;
+    m_text += m_kept.keep(m_source.substr(start, end - start), guard.before, guard.after);
     return end;
 }
 
@@ -256,34 +251,22 @@ void MarkupPage::watchTag(string_view masked, std::size_t from)
 
 std::optional<std::string> MarkupPage::restored(const std::string &minified) const
 {
-    std::string page = m_language == Language::Php ? withLineEnds(minified) : minified;
-    std::size_t from = 0;
-    std::string whole;
-    for (const auto &[name, part] : m_kept) {
-        const std::size_t found = page.find(name, from);
-        if (found == npos)
-            return std::nullopt;
-        whole.append(page, from, found - from).append(part);
-        // In a drawing within a drawing the library ends the tag in another way.
-        from = found + name.size();
-        if (name.front() == '<')
-            from = behind(page, ">", from);
-    }
-    whole.append(page, from);
-    if (m_language == Language::Php && !std::ranges::equal(phpBlocks(whole), phpBlocks(m_source)))
+    const bool isPhp = m_language == Language::Php;
+    std::optional<std::string> page = m_kept.restored(isPhp ? withLineEnds(minified) : minified);
+    if (!page || (isPhp && !std::ranges::equal(phpBlocks(*page), phpBlocks(m_source))))
         return std::nullopt;
     // The library turns each document type into that of today.
     constexpr string_view today = "<!doctype html>";
-    from = 0;
+    std::size_t from = 0;
     for (const std::string &doctype : m_doctypes) {
-        from = whole.find(today, from);
+        from = page->find(today, from);
         if (from == npos)
             break;
-        if (!isStandard(doctype))
-            whole.replace(from, today.size(), doctype);
-        from += std::min(doctype.size(), today.size());
+        const string_view kept = isStandard(doctype) ? today : string_view(doctype);
+        page->replace(from, today.size(), kept);
+        from += kept.size();
     }
-    return whole;
+    return page;
 }
 
 } // namespace brevant::markup

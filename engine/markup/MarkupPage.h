@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/markup/KeptParts.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,10 +47,6 @@ public:
     [[nodiscard]] std::optional<std::string> restored(const std::string &minified) const;
 
 private:
-    struct Kept {
-        std::string name; ///< what stands for it in the text, without the end of a tag
-        std::string part;
-    };
     [[nodiscard]] std::size_t takePart(std::string_view masked, std::size_t from);
     [[nodiscard]] std::size_t takeTag(std::string_view masked, std::size_t from);
     [[nodiscard]] std::size_t takeElement(std::string_view masked, std::size_t from, std::size_t start,
@@ -58,12 +56,11 @@ private:
 
     const std::string m_source;
     const Language m_language;
-    std::string m_name = "brevantkeeps"; ///< does not occur in the source
     std::string m_text;
     std::vector<std::string> m_doctypes; ///< of the source
     bool m_isInDrawing = false;
     bool m_keepsSpaces = false;
-    std::vector<Kept> m_kept; ///< in their order
+    KeptParts m_kept;
     std::vector<std::pair<std::size_t, std::size_t>>
         m_origins; ///< of parts of the text: offsets in text and source
 };

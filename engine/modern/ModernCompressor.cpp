@@ -134,6 +134,14 @@ bool isAsciiOnly(const QByteArray &text)
     return std::ranges::all_of(text, [](char byte) { return (byte & 0x80) == 0; });
 }
 
+/// The options for that source: what is not in it is not brought in, and what must stay in its place does.
+ModernOptions fitted(const FileKind &kind, ModernOptions options, const QByteArray &text)
+{
+    options.isAscii = isAsciiOnly(text);
+    options.keepSyntax |= kind.family == KindFamily::StyleSheet && hasFixedOrder(text);
+    return options;
+}
+
 Filter markupFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools)
 {
     Filter filter{tools.markup(), {kind.mediaType}};
@@ -146,12 +154,12 @@ Filter markupFilter(const FileKind &kind, const ModernOptions &options, const To
     return filter;
 }
 
-Filter esbuildFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools, bool isAscii)
+Filter esbuildFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools)
 {
     const bool isScript = kind.family == KindFamily::Script;
     Filter filter{options.esbuild.isEmpty() ? tools.esbuild() : options.esbuild,
                   {u"--minify-whitespace"_s, isScript ? u"--loader=js"_s : u"--loader=css"_s,
-                   isAscii ? u"--charset=ascii"_s : u"--charset=utf8"_s, u"--log-level=warning"_s,
+                   options.isAscii ? u"--charset=ascii"_s : u"--charset=utf8"_s, u"--log-level=warning"_s,
                    u"--color=false"_s,
                    // Such a style sheet would be repaired by guessing.
                    u"--log-override:css-syntax-error=error"_s}};
@@ -223,9 +231,15 @@ ModernOptions ModernOptions::forKind(const FileKind &kind, const SettingsStore &
     return options;
 }
 
-Filter modernFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools, bool isAscii)
+Filter modernFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools)
 {
-    return isMarkup(kind) ? markupFilter(kind, options, tools) : esbuildFilter(kind, options, tools, isAscii);
+    return isMarkup(kind) ? markupFilter(kind, options, tools) : esbuildFilter(kind, options, tools);
+}
+
+Filter modernFilterFor(const FileKind &kind, const QByteArray &source, const ModernOptions &options,
+                       const Tools &tools)
+{
+    return modernFilter(kind, fitted(kind, options, textOf(source, options.encoding).utf8), tools);
 }
 
 ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const ModernOptions &options,
@@ -237,11 +251,8 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
     const SourceText text = textOf(source, options.encoding);
     if (!text.error.isEmpty())
         return failure(text.error);
-    ModernOptions fitting = options;
-    if (kind.family == KindFamily::StyleSheet)
-        fitting.keepSyntax = hasFixedOrder(text.utf8);
-    for (const bool isAscii : {isAsciiOnly(text.utf8), true}) {
-        ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools, isAscii), text.utf8, stop);
+    for (ModernOptions fitting = fitted(kind, options, text.utf8);; fitting.isAscii = true) {
+        ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools), text.utf8, stop);
         if (!result.error.isEmpty())
             return result;
         // Who knows what program that is; ours makes nothing of comments alone.
@@ -251,7 +262,7 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
             result.sourceMap = takeSourceMap(result.output, sourcePath, outputPath);
         QByteArray encoded = text.mark;
         if (!encode(result.output, options.encoding, encoded)) {
-            if (!isAscii && !isMarkup(kind))
+            if (!fitting.isAscii && !isMarkup(kind))
                 continue;
             result.error = u"the result has a character that is not in %1"_s.arg(nameOf(options.encoding));
             return result;
@@ -264,7 +275,6 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
         result.output = result.isSource ? source : encoded;
         return result;
     }
-    Q_UNREACHABLE();
 }
 
 } // namespace brevant

@@ -26,6 +26,7 @@ struct ModernOptions {
     QString lineLimit; ///< the column after which lines are broken; empty for no breaks
     bool keepNames = false;  ///< of variables
     bool keepSyntax = false; ///< only white space and names get shorter
+    bool isAscii = false;    ///< all other characters are escaped where the language can
     bool keepSpaces = false; ///< between tags
     bool keepComments = false;
     bool makeSourceMap = false;
@@ -46,12 +47,14 @@ struct ModernResult {
     CompressorMessages messages;
 };
 
-/// The program for a kind, with its arguments. `isAscii`: all other characters are escaped where the language
-/// can.
+/// The program for a kind, with its arguments.
 ///
 /// Options of esbuild 0.28.2 (its --help).
-[[nodiscard]] Filter modernFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools,
-                                  bool isAscii = false);
+[[nodiscard]] Filter modernFilter(const FileKind &kind, const ModernOptions &options, const Tools &tools);
+
+/// The same as it is asked first about a source of these bytes.
+[[nodiscard]] Filter modernFilterFor(const FileKind &kind, const QByteArray &source,
+                                     const ModernOptions &options, const Tools &tools);
 
 /// Turns the bytes of a source into those of its output, by the programs esbuild and brevant-markup. No file
 /// is read or written: `sourcePath` and `outputPath` are for the source map. A stop at once ends the program.

@@ -39,6 +39,17 @@ private Q_SLOTS:
         QVERIFY2(whyGreyed().startsWith(u"Not minified: "_s), qPrintable(whyGreyed()));
     }
 
+    void outputOfARunBySettingsOfThen()
+    {
+        m_app->drop({m_app->file(u"a.css"_s, "copy")});
+        run();
+        m_app->settings.setObject(u"-other"_s, suffixKeyString);
+        preview(0);
+        QTRY_VERIFY(minified()->isEnabled());
+        QTest::mouseClick(minified(), Qt::LeftButton);
+        QTRY_COMPARE(panel().shownText(), u"minified "_s + m_app->folder.filePath(u"a.css"_s));
+    }
+
     void inPlace()
     {
         m_app->settings.setBool(false, suffixSwitcherKeyString);

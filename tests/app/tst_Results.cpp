@@ -64,6 +64,13 @@ private Q_SLOTS:
         QTest::newRow("elsewhere") << true << false << false << u"Modern compressors, outputs in /nowhere"_s;
     }
 
+    void withoutASuffixSourcesAreReplaced()
+    {
+        m_app->settings.setOverride(QString(), suffixKeyString);
+        run();
+        QCOMPARE(m_app->results.runs.all().back()->manner, u"Classic compressors, sources replaced"_s);
+    }
+
     void whatWorksAndWhereTo()
     {
         QFETCH(const bool, isModern);

@@ -131,6 +131,20 @@ private Q_SLOTS:
         QCOMPARE(sandbox.read(u"a.min.css"_s), "a{width:calc(100% + 30px)}\n"_ba);
     }
 
+    void aDryRunPrintsWhatARunDoes()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"ascii.css"_s, "a::before { content: \"\\f101\" }");
+        sandbox.add(u"order.css"_s, "a { margin: 0; margin-block: 1em; margin-left: 2px }");
+        sandbox.add(u"umlaut.js"_s, "use( \"\xC3\xA4\" )");
+        QCOMPARE(run(sandbox, {u"."_s}).status, 0);
+        const Ended printed = run(sandbox, {u"--set"_s, u"suffixKeyString=-printed"_s, u"--set"_s,
+                                            u"filterCheckerKeyString=true"_s, u"--dry-run"_s, u"."_s});
+        QCOMPARE(sandbox.runShell(QString::fromUtf8(printed.out)).status, 0);
+        for (const QString &name : {u"ascii%1.css"_s, u"order%1.css"_s, u"umlaut%1.js"_s})
+            QCOMPARE(sandbox.read(name.arg(u"-printed")), sandbox.read(name.arg(u".min")) + '\n');
+    }
+
     void whatADryRunPrintsKeepsSources()
     {
         const Sandbox sandbox;
