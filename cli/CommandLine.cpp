@@ -2,14 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/OptionTable.h"
 #include "files/RawBytes.h"
-#include "queue/FileKind.h"
-#include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 
 #include <QCommandLineParser>
+#include <QHash>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -17,118 +18,116 @@ namespace brevant {
 
 namespace {
 
+using Action = CommandLine::Action;
+
+/// The options that say what is to be done; of the first two the first one wins, all others exclude each
+/// other.
+constexpr std::array<std::pair<QStringView, Action>, 4> actions{{
+    {u"--help", Action::Help},
+    {u"--version", Action::Version},
+    {u"--list", Action::List},
+    {u"--dry-run", Action::DryRun},
+}};
+
+/// Its name as QCommandLineParser has it.
+QString bareName(QStringView name)
+{
+    return name.sliced(name.startsWith(u"--") ? 2 : 1).toString();
+}
+
 void addOptions(QCommandLineParser &parser)
 {
-    for (const OptionHelp &option : allOptions) {
-        const QStringList words = option.usage.sliced(2).toString().split(u' ');
-        parser.addOption(QCommandLineOption(words.first(), QString(), words.value(1)));
-    }
+    for (const Option &option : allOptions())
+        parser.addOption(
+            QCommandLineOption(bareName(option.name()), QString(), option.valueName().toString()));
     parser.addOption(QCommandLineOption(u"h"_s));
 }
 
-CommandLine::Action actionOf(const QCommandLineParser &parser)
+bool isGiven(const QCommandLineParser &parser, QStringView option)
 {
-    using enum CommandLine::Action;
-    if (parser.isSet(u"help"_s) || parser.isSet(u"h"_s))
-        return Help;
-    if (parser.isSet(u"version"_s))
-        return Version;
-    if (parser.isSet(u"list"_s))
-        return List;
-    return parser.isSet(u"dry-run"_s) ? DryRun : Minify;
+    return parser.isSet(bareName(option));
 }
 
-/// What is wrong with the options; empty if nothing is.
-QString optionsError(const QCommandLineParser &parser)
+Action actionOf(const QCommandLineParser &parser)
 {
-    const bool isList = parser.isSet(u"list"_s);
-    const bool isDryRun = parser.isSet(u"dry-run"_s);
-    if (isList && isDryRun)
-        return u"--list and --dry-run cannot be used together"_s;
-    for (const QString &option : {u"report"_s, u"check"_s}) {
-        if (parser.isSet(option) && (isList || isDryRun))
-            return u"--%1 needs a run, which --list and --dry-run are not"_s.arg(option);
+    if (isGiven(parser, u"-h"))
+        return Action::Help;
+    for (const auto &[option, action] : actions) {
+        if (isGiven(parser, option))
+            return action;
     }
-    // Only the paths to minify may hold bytes that are not UTF-8; they are listed and reported as failures.
-    for (const QString &option : parser.optionNames()) {
-        for (const QString &value : parser.values(option)) {
-            if (RawBytes::areIn(value))
-                return u"--%1: \"%2\" is not valid UTF-8"_s.arg(option, value);
-        }
-    }
-    for (const QString &option : {u"settings"_s, u"report"_s}) {
-        if (parser.isSet(option) && parser.value(option).isEmpty())
-            return u"--%1 needs the name of a file"_s.arg(option);
-    }
-    return {};
+    return Action::Minify;
 }
 
-QString readJobs(const QCommandLineParser &parser, int &jobs)
+/// What is wrong with the options beside each other; empty if nothing is.
+QString contradiction(const QCommandLineParser &parser)
 {
-    constexpr int mostJobs = 256;
-    if (!parser.isSet(u"jobs"_s))
-        return {};
-    const QString value = parser.value(u"jobs"_s);
-    // toInt() alone would accept blanks and a sign.
-    const bool isNumber = std::ranges::all_of(value, [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
-    jobs = isNumber ? value.toInt() : 0;
-    if (jobs >= 1 && jobs <= mostJobs)
-        return {};
-    return u"--jobs takes a number from 1 to %1, not \"%2\""_s.arg(mostJobs).arg(value);
-}
-
-/// Reads lists of extensions of extra kinds: mjs,svg.
-QString readAlso(const QCommandLineParser &parser, QStringList &also)
-{
-    QStringList extras;
-    for (const FileKind &kind : allFileKinds()) {
-        if (kind.isExtra)
-            extras.append(kind.extension.toString());
+    QStringList runless;
+    for (const auto &[option, action] : actions) {
+        if (isGiven(parser, option))
+            runless.append(option.toString());
     }
-    const QStringList values = parser.values(u"also"_s);
-    if (values.isEmpty())
-        return {};
-    also = values.join(u',').split(u',');
-    for (const QString &extension : std::as_const(also)) {
-        if (!extras.contains(extension))
-            return u"--also takes some of %1, not \"%2\""_s.arg(extras.join(u','), extension);
+    if (runless.size() > 1)
+        return u"%1 and %2 cannot be used together"_s.arg(runless[0], runless[1]);
+    for (const Option &option : allOptions()) {
+        if (option.needs.isEmpty() || !isGiven(parser, option.name()))
+            continue;
+        if (option.needs == aRun && !runless.isEmpty())
+            return u"%1 needs a run, which --list and --dry-run are not"_s.arg(option.name());
+        if (option.needs != aRun && !isGiven(parser, option.needs))
+            return u"%1 needs %2"_s.arg(option.name(), option.needs);
     }
     return {};
 }
 
-/// Why a setting cannot have that value; empty if it can.
-QString valueError(const SettingKey &setting, const QString &value)
+/// Reads the options in the order in which they are given. What is wrong with one, or empty.
+QString readOptions(const QCommandLineParser &parser, CommandLine &line)
 {
-    if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
-        return u"--set: %1 takes true or false, not \"%2\""_s.arg(setting.key, value);
-    if (setting.key == compressorsKeyString && value != u"classic" && value != u"modern")
-        return u"--set: %1 takes classic or modern, not \"%2\""_s.arg(setting.key, value);
-    if (setting.key != selectedEncodingKeyString || isEncodingName(value))
-        return {};
-    QStringList names;
-    for (const Encoding &encoding : allEncodings)
-        names.append(encoding.name);
-    return u"--set: there is no encoding \"%1\"; there are %2"_s.arg(value, names.join(u", "_s));
-}
-
-QString readSettings(const QCommandLineParser &parser, CommandLine &line)
-{
-    for (const QString &assignment : parser.values(u"set"_s)) {
-        const qsizetype sign = assignment.indexOf(u'=');
-        if (sign < 0)
-            return u"--set takes KEY=VALUE, not \"%1\""_s.arg(assignment);
-        const QString key = assignment.first(sign);
-        const QString value = assignment.sliced(sign + 1);
-        const SettingKey *setting = findSettingKey(key);
-        if (setting == nullptr)
-            return u"--set: there is no setting \"%1\""_s.arg(key);
-        if (QString error = valueError(*setting, value); !error.isEmpty())
+    QHash<QString, qsizetype> timesRead;
+    for (const QString &name : parser.optionNames()) {
+        const auto option =
+            std::ranges::find(allOptions(), name, [](const Option &row) { return bareName(row.name()); });
+        const QString value = parser.values(name).value(timesRead[name]++);
+        if (!option->mayHoldRawBytes && RawBytes::areIn(value))
+            return u"%1: \"%2\" is not valid UTF-8"_s.arg(option->name(), value);
+        if (option->read == nullptr)
+            continue;
+        if (QString error = option->read(line, {option->name(), value}); !error.isEmpty())
             return error;
-        const bool isBoolean = setting->type == SettingType::Boolean;
-        line.settings.emplace_back(setting->key,
-                                   isBoolean ? QJsonValue(value == u"true") : QJsonValue(value));
     }
     return {};
+}
+
+QString groupTitle(OptionGroup group)
+{
+    switch (group) {
+    case OptionGroup::Files:
+        return u"Which files:\n"_s;
+    case OptionGroup::Outputs:
+        return u"Where to:\n"_s;
+    case OptionGroup::Run:
+        return u"How:\n"_s;
+    case OptionGroup::Reports:
+        return u"Reports:\n"_s;
+    }
+    return {};
+}
+
+/// All options, one line each, with a title above each group.
+QString optionsHelp()
+{
+    const qsizetype width = std::ranges::max(allOptions(), {}, [](const Option &option) {
+                                return option.usage.size();
+                            }).usage.size();
+    QString text;
+    std::optional<OptionGroup> group;
+    for (const Option &option : allOptions()) {
+        if (group != option.group)
+            text += groupTitle(option.group).prepend(group ? u"\n"_s : QString());
+        group = option.group;
+        text += u"  %1  %2\n"_s.arg(option.usage, -static_cast<int>(width)).arg(option.meaning);
+    }
+    return text;
 }
 
 } // namespace
@@ -143,21 +142,12 @@ CommandLine parseCommandLine(const QStringList &arguments)
         return line;
     }
     line.action = actionOf(parser);
-    if (line.action == CommandLine::Action::Help || line.action == CommandLine::Action::Version)
+    if (line.action == Action::Help || line.action == Action::Version)
         return line;
-    line.all = parser.isSet(u"all"_s);
-    line.check = parser.isSet(u"check"_s);
-    line.quiet = parser.isSet(u"quiet"_s);
-    line.settingsFile = parser.value(u"settings"_s);
-    line.reportFile = parser.value(u"report"_s);
     line.paths = parser.positionalArguments();
-    line.error = optionsError(parser);
+    line.error = contradiction(parser);
     if (line.error.isEmpty())
-        line.error = readJobs(parser, line.jobs);
-    if (line.error.isEmpty())
-        line.error = readAlso(parser, line.also);
-    if (line.error.isEmpty())
-        line.error = readSettings(parser, line);
+        line.error = readOptions(parser, line);
     if (line.error.isEmpty() && line.paths.isEmpty())
         line.error = u"no file or folder is named"_s;
     return line;
@@ -166,10 +156,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
 QString helpText()
 {
     QString text = u"Usage: brevant-cli [options] PATH...\n"
-                   "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n"_s;
-    for (const OptionHelp &option : allOptions)
-        text += u"  %1 %2\n"_s.arg(option.usage, -18).arg(option.meaning);
-    text += u"\nSettings for --set, with their defaults:\n"_s;
+                   "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n"_s +
+                   optionsHelp() + u"\nSettings for --set, with their defaults:\n"_s;
     for (const SettingKey &setting : allSettingKeys) {
         const QString value = registeredDefaults().value(setting.key).toVariant().toString();
         text += u"  %1=%2\n"_s.arg(setting.key, value);

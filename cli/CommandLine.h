@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -31,28 +30,6 @@ struct CommandLine {
 
 /// Parses the arguments, without the program's own name. Touches no file.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList &arguments);
-
-/// An option as --help shows it.
-struct OptionHelp {
-    QStringView usage; ///< with its value: "--jobs N"
-    QStringView meaning;
-};
-
-/// In the order of the help text.
-inline constexpr std::array<OptionHelp, 12> allOptions{{
-    {u"--set KEY=VALUE", u"a setting for this run only; repeatable"},
-    {u"--settings FILE", u"read the settings from FILE, not the user's own"},
-    {u"--jobs N", u"run up to N compressors at once"},
-    {u"--also KINDS", u"take mjs, cjs, htm, svg files too; modern compressors only"},
-    {u"--all", u"take outputs of other files in folders too"},
-    {u"--list", u"print each file and its output, run nothing"},
-    {u"--dry-run", u"print each command line, run nothing"},
-    {u"--check", u"warn of what the classic compressors have damaged"},
-    {u"--report FILE", u"write a JSON report of the run to FILE"},
-    {u"--quiet", u"print failures only"},
-    {u"--version", u"print the versions of it and of the compressors"},
-    {u"--help", u"print this help"},
-}};
 
 [[nodiscard]] QString helpText();
 [[nodiscard]] QString versionText();

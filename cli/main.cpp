@@ -1,37 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
+#include "cli/InputChecks.h"
 #include "cli/Listing.h"
 #include "cli/PrintedRun.h"
 #include "cli/ResultChecks.h"
 #include "cli/RunReport.h"
+#include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
 #include "engine/MinifyJob.h"
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
 #include "files/DurableFile.h"
-#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QThread>
 
 #include <cerrno>
 #include <clocale>
 #include <csignal>
-#include <string_view>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -63,99 +55,6 @@ int statusOfPrinting(bool printed)
     return statusOf(printed);
 }
 
-QString settingsFile(const CommandLine &line)
-{
-    return line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
-                                       : PathString::absolute(line.settingsFile);
-}
-
-/// Why that settings file cannot be used; empty if it can. Keys in it that are no settings are named.
-QString settingsFileError(const QString &fileName)
-{
-    QFile file(fileName);
-    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
-        return u"the settings file %1 cannot be read"_s.arg(fileName);
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (!document.isObject())
-        return u"the settings file %1 holds no JSON object (%2)"_s.arg(
-            fileName, document.isNull() ? error.errorString() : u"it holds something else"_s);
-    QStringList unknown = document.object().keys();
-    unknown.removeIf([](const QString &key) { return findSettingKey(key) != nullptr; });
-    if (!unknown.isEmpty())
-        printError(u"the settings file %1 holds what is no setting: %2"_s.arg(fileName, unknown.join(u", ")));
-    return {};
-}
-
-QString reportError(const CommandLine &line, const QString &reason)
-{
-    return u"the report %1 cannot be written: %2"_s.arg(line.reportFile, reason);
-}
-
-/// What is wrong with the files and folders on the command line; empty if nothing is.
-QString inputError(const CommandLine &line)
-{
-    if (QDir::currentPath().isEmpty())
-        return u"the working folder is gone"_s;
-    if (!line.settingsFile.isEmpty()) {
-        if (QString error = settingsFileError(line.settingsFile); !error.isEmpty())
-            return error;
-    }
-    for (const QString &path : line.paths) {
-        struct stat status {};
-        if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
-            return u"%1 does not exist"_s.arg(path);
-    }
-    if (!line.reportFile.isEmpty()) {
-        if (DurableFile trial(line.reportFile); !trial.write({}))
-            return reportError(line, trial.errorText());
-    }
-    return {};
-}
-
-/// Why no run is possible with these settings; empty if one is.
-QString settingsError(const CommandLine &line, const SettingsStore &settings)
-{
-    if (!line.also.isEmpty() && !isModernChosen(settings))
-        return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
-    if (settings.isTrue(sameFolderKeyString) ||
-        !settings.stringForKey(selectedFolderKeyString).value_or(QString()).isEmpty())
-        return {};
-    return u"%1 is not true, and %2 names no folder for the outputs"_s.arg(sameFolderKeyString,
-                                                                           selectedFolderKeyString);
-}
-
-/// Applies --set. The compressors run in another folder, so a relative folder is made absolute here.
-void overrideSettings(SettingsStore &settings, const CommandLine &line)
-{
-    for (const auto &[key, value] : line.settings) {
-        const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
-        settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
-    }
-}
-
-/// Says which file of the run the report would overwrite; empty if none.
-QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
-{
-    if (line.reportFile.isEmpty())
-        return {};
-    const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
-    QStringList files{settingsFile(line)};
-    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
-        files.append(entry);
-        if (output)
-            files << *output << PathString::withExtension(*output, u"gz")
-                  << PathString::withExtension(*output, u"br") << PathString::withExtension(*output, u"map");
-    }
-    for (const QString &file : files) {
-        for (const QString &mark : FileMarks::all(file)) {
-            if (marks.contains(mark))
-                return u"the report %1 would be written over %2"_s.arg(line.reportFile, file);
-        }
-    }
-    return {};
-}
-
 /// Writes the report if one was asked for. Prints why if that fails, and returns false.
 bool writeReport(const CommandLine &line, const RunReport &report)
 {
@@ -165,36 +64,6 @@ bool writeReport(const CommandLine &line, const RunReport &report)
     if (!error.isEmpty())
         printError(reportError(line, error));
     return error.isEmpty();
-}
-
-std::atomic<Stop> stopRequested = Stop::No;
-std::atomic<int> stopSignal = 0;
-std::atomic<bool> isForSeveralFiles = false;
-static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Stop>::is_always_lock_free);
-
-void stopOnSignal(Stop stop, int number)
-{
-    if (stop == Stop::AfterFile)
-        stopSignal = number;
-    stopRequested = stop;
-    if (stop != Stop::AfterFile)
-        return;
-    constexpr std::string_view thisFile = "\nStopping after this file; once more to end at once.\n";
-    constexpr std::string_view theseFiles = "\nStopping after these files; once more to end at once.\n";
-    const std::string_view words = isForSeveralFiles ? theseFiles : thisFile;
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
-}
-
-void catchStopSignals(bool severalFiles)
-{
-    isForSeveralFiles = severalFiles;
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) // nohup(1)
-            catchStopSignal(number, stopOnSignal);
-    }
-    // A reader that goes away must not end a run between two files.
-    std::signal(SIGPIPE, SIG_IGN);
 }
 
 int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/OptionTable.h"
 #include "engine/Tools.h"
 #include "files/RawBytes.h"
 #include "settings/Encodings.h"
@@ -287,16 +288,17 @@ private Q_SLOTS:
     void helpNamesEverything()
     {
         const QString help = helpText();
-        const QStringList usages{u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,
-                                 u"--also KINDS"_s,    u"--all"_s,           u"--list"_s,
-                                 u"--dry-run"_s,       u"--check"_s,         u"--report FILE"_s,
-                                 u"--quiet"_s,         u"--version"_s,       u"--help"_s};
+        const QStringList usages{u"--also KINDS"_s,    u"--all"_s,           u"--list"_s,    u"--dry-run"_s,
+                                 u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,  u"--check"_s,
+                                 u"--report FILE"_s,   u"--quiet"_s,         u"--version"_s, u"--help"_s};
         QStringList shown;
-        for (const OptionHelp &option : allOptions)
+        for (const Option &option : allOptions())
             shown << option.usage.toString();
         QCOMPARE(shown, usages);
         for (const QString &usage : usages)
             QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
+        for (const QString &title : {u"\n\nWhich files:\n"_s, u"\n\nHow:\n"_s, u"\n\nReports:\n"_s})
+            QVERIFY2(help.contains(title), qPrintable(title));
         for (const SettingKey &setting : allSettingKeys)
             QVERIFY2(help.contains(u"\n  "_s + setting.key + u"="_s), setting.key.data());
         for (const QString &sample : {u"suffixKeyString=.min\n"_s, u"suffixSwitcherKeyString=true\n"_s,
@@ -308,7 +310,7 @@ private Q_SLOTS:
 
     void helpShowsOptionsThatExist()
     {
-        for (const OptionHelp &option : allOptions) {
+        for (const Option &option : allOptions()) {
             QStringList arguments = option.usage.toString().split(u' ');
             if (arguments.size() == 2)
                 arguments[1] = arguments[1] == u"FILE"    ? u"f"_s

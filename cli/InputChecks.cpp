@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/InputChecks.h"
+
+#include "cli/CommandLine.h"
+#include "cli/PrintedRun.h"
+#include "cli/TerminalText.h"
+#include "files/DurableFile.h"
+#include "files/Folders.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+#include "queue/FileQueue.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+/// Why that settings file cannot be used; empty if it can. Keys in it that are no settings are named.
+QString settingsFileError(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
+        return u"the settings file %1 cannot be read"_s.arg(fileName);
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject())
+        return u"the settings file %1 holds no JSON object (%2)"_s.arg(
+            fileName, document.isNull() ? error.errorString() : u"it holds something else"_s);
+    QStringList unknown = document.object().keys();
+    unknown.removeIf([](const QString &key) { return findSettingKey(key) != nullptr; });
+    if (!unknown.isEmpty())
+        TerminalText::printError(
+            u"the settings file %1 holds what is no setting: %2"_s.arg(fileName, unknown.join(u", ")));
+    return {};
+}
+
+} // namespace
+
+QString settingsFile(const CommandLine &line)
+{
+    return line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
+                                       : PathString::absolute(line.settingsFile);
+}
+
+void overrideSettings(SettingsStore &settings, const CommandLine &line)
+{
+    for (const auto &[key, value] : line.settings) {
+        const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
+        settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
+    }
+}
+
+QString reportError(const CommandLine &line, const QString &reason)
+{
+    return u"the report %1 cannot be written: %2"_s.arg(line.reportFile, reason);
+}
+
+QString inputError(const CommandLine &line)
+{
+    if (QDir::currentPath().isEmpty())
+        return u"the working folder is gone"_s;
+    if (!line.settingsFile.isEmpty()) {
+        if (QString error = settingsFileError(line.settingsFile); !error.isEmpty())
+            return error;
+    }
+    for (const QString &path : line.paths) {
+        struct stat status {};
+        if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
+            return u"%1 does not exist"_s.arg(path);
+    }
+    if (!line.reportFile.isEmpty()) {
+        if (DurableFile trial(line.reportFile); !trial.write({}))
+            return reportError(line, trial.errorText());
+    }
+    return {};
+}
+
+QString settingsError(const CommandLine &line, const SettingsStore &settings)
+{
+    if (!line.also.isEmpty() && !isModernChosen(settings))
+        return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
+    if (settings.isTrue(sameFolderKeyString) ||
+        !settings.stringForKey(selectedFolderKeyString).value_or(QString()).isEmpty())
+        return {};
+    return u"%1 is not true, and %2 names no folder for the outputs"_s.arg(sameFolderKeyString,
+                                                                           selectedFolderKeyString);
+}
+
+QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
+{
+    if (line.reportFile.isEmpty())
+        return {};
+    const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
+    QStringList files{settingsFile(line)};
+    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
+        files.append(entry);
+        if (output)
+            files << *output << PathString::withExtension(*output, u"gz")
+                  << PathString::withExtension(*output, u"br") << PathString::withExtension(*output, u"map");
+    }
+    for (const QString &file : files) {
+        for (const QString &mark : FileMarks::all(file)) {
+            if (marks.contains(mark))
+                return u"the report %1 would be written over %2"_s.arg(line.reportFile, file);
+        }
+    }
+    return {};
+}
+
+} // namespace brevant

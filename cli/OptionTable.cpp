@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/OptionTable.h"
+
+#include "cli/CommandLine.h"
+#include "queue/FileKind.h"
+#include "settings/Encodings.h"
+#include "settings/SettingsKeys.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+template <bool CommandLine::*member>
+QString readFlag(CommandLine &line, const GivenOption &)
+{
+    line.*member = true;
+    return {};
+}
+
+template <QString CommandLine::*member>
+QString readFileName(CommandLine &line, const GivenOption &given)
+{
+    line.*member = given.value;
+    return given.value.isEmpty() ? u"%1 needs the name of a file"_s.arg(given.name) : QString();
+}
+
+template <int CommandLine::*member, int most>
+QString readNumber(CommandLine &line, const GivenOption &given)
+{
+    // toInt() alone would accept blanks and a sign.
+    const bool isNumber =
+        std::ranges::all_of(given.value, [](QChar sign) { return sign >= u'0' && sign <= u'9'; });
+    line.*member = isNumber ? given.value.toInt() : 0;
+    if (line.*member >= 1 && line.*member <= most)
+        return {};
+    return u"%1 takes a number from 1 to %2, not \"%3\""_s.arg(given.name).arg(most).arg(given.value);
+}
+
+/// Reads a list of extensions of extra kinds: mjs,svg.
+QString readAlso(CommandLine &line, const GivenOption &given)
+{
+    QStringList extras;
+    for (const FileKind &kind : allFileKinds()) {
+        if (kind.isExtra)
+            extras.append(kind.extension.toString());
+    }
+    for (const QString &extension : given.value.split(u',')) {
+        if (!extras.contains(extension))
+            return u"%1 takes some of %2, not \"%3\""_s.arg(given.name, extras.join(u','), extension);
+        line.also.append(extension);
+    }
+    return {};
+}
+
+/// Why a setting cannot have that value; empty if it can.
+QString valueError(const SettingKey &setting, const QString &value)
+{
+    if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
+        return u"--set: %1 takes true or false, not \"%2\""_s.arg(setting.key, value);
+    if (setting.key == compressorsKeyString && value != u"classic" && value != u"modern")
+        return u"--set: %1 takes classic or modern, not \"%2\""_s.arg(setting.key, value);
+    if (setting.key != selectedEncodingKeyString || isEncodingName(value))
+        return {};
+    QStringList names;
+    for (const Encoding &encoding : allEncodings)
+        names.append(encoding.name);
+    return u"--set: there is no encoding \"%1\"; there are %2"_s.arg(value, names.join(u", "_s));
+}
+
+QString readSetting(CommandLine &line, const GivenOption &given)
+{
+    const qsizetype sign = given.value.indexOf(u'=');
+    if (sign < 0)
+        return u"--set takes KEY=VALUE, not \"%1\""_s.arg(given.value);
+    const QString key = given.value.first(sign);
+    const QString value = given.value.sliced(sign + 1);
+    const SettingKey *setting = findSettingKey(key);
+    if (setting == nullptr)
+        return u"--set: there is no setting \"%1\""_s.arg(key);
+    const bool isBoolean = setting->type == SettingType::Boolean;
+    line.settings.emplace_back(setting->key, isBoolean ? QJsonValue(value == u"true") : QJsonValue(value));
+    return valueError(*setting, value);
+}
+
+using enum OptionGroup;
+
+constexpr Option options[]{
+    {Files, u"--also KINDS", u"take mjs, cjs, htm, svg files too; modern compressors only", readAlso},
+    {Files, u"--all", u"take outputs of other files in folders too", readFlag<&CommandLine::all>},
+    {Files, u"--list", u"print each file and its output, run nothing"},
+    {Run, u"--dry-run", u"print each command line, run nothing"},
+    {Run, u"--set KEY=VALUE", u"a setting for this run only; repeatable", readSetting},
+    {Run, u"--settings FILE", u"read the settings from FILE, not the user's own",
+     readFileName<&CommandLine::settingsFile>},
+    {Run, u"--jobs N", u"run up to N compressors at once", readNumber<&CommandLine::jobs, 256>},
+    {Reports, u"--check", u"warn of what the classic compressors have damaged", readFlag<&CommandLine::check>,
+     aRun},
+    {Reports, u"--report FILE", u"write a JSON report of the run to FILE",
+     readFileName<&CommandLine::reportFile>, aRun},
+    {Reports, u"--quiet", u"print failures only", readFlag<&CommandLine::quiet>},
+    {Reports, u"--version", u"print the versions of it and of the compressors"},
+    {Reports, u"--help", u"print this help"},
+};
+
+} // namespace
+
+std::span<const Option> allOptions()
+{
+    return options;
+}
+
+} // namespace brevant
