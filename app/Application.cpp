@@ -38,6 +38,10 @@ constexpr std::chrono::seconds serviceWait(5);
 // How long the program stays after a run, for the sound.
 constexpr std::chrono::milliseconds soundLength(1000);
 
+// How long it stays besides for a click on the notification, which leads to results that end with it.
+// Desktops show one for 4 to 10 seconds.
+constexpr std::chrono::seconds clickWait(10);
+
 // The signal handler writes to one end, and the main loop reads from the other.
 std::array<int, 2> signalPipe{-1, -1};
 
@@ -267,7 +271,17 @@ void Application::runsEnded()
     if (m_quitting)
         QCoreApplication::exit(m_exitStatus);
     else if (window.isHidden())
-        QTimer::singleShot(soundLength, this, &Application::quitIfUnseen);
+        QTimer::singleShot(soundLength, this, &Application::quitUnlessNotified);
+}
+
+/// Like quitIfUnseen(), but leaves the user time for a click on what the desktop shows.
+void Application::quitUnlessNotified()
+{
+    if (!desktopReport.isShown())
+        return quitIfUnseen();
+    connect(&desktopReport, &DesktopReport::dismissed, this, &Application::quitIfUnseen,
+            Qt::UniqueConnection);
+    QTimer::singleShot(clickWait, this, &Application::quitIfUnseen);
 }
 
 std::future<void> loadFonts()

@@ -25,8 +25,9 @@ class PlannedWindow;
 
 /// The objects that live as long as the process, and when it ends. A QApplication must be there.
 ///
-/// Closing the window ends the program, but not before the run under way; quitting ends it after the file
-/// being worked on. The window opened again meanwhile takes a close back.
+/// Closing the window ends the program, but not before the run under way and, for some seconds, while a
+/// notification tells of that; quitting ends it after the file being worked on. The window opened again
+/// meanwhile takes a close back.
 class Application : public QObject {
     Q_OBJECT
 
@@ -83,6 +84,7 @@ private:
     void finishStart();
     void catchSignals();
     void quitIfUnseen();
+    void quitUnlessNotified();
     void windowClosed();
     void runsEnded();
 

@@ -41,8 +41,10 @@ DesktopReport::DesktopReport(QWidget &window, DockTile &dockTile, const QDBusCon
     const auto forget = [this] { m_sentences.clear(); };
     connect(&m_ofSources, &Notification::dismissed, this, forget);
     connect(&m_ofSources, &Notification::clicked, this, forget);
-    for (const Notification *const notification : {&m_ofRuns, &m_ofSources})
+    for (const Notification *const notification : {&m_ofRuns, &m_ofSources}) {
         connect(notification, &Notification::clicked, this, &DesktopReport::clicked);
+        connect(notification, &Notification::dismissed, this, &DesktopReport::dismissed);
+    }
     // A window may get the focus before it hears that it is no longer minimised.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &DesktopReport::withdrawIfLookedAt);
     m_window.installEventFilter(this);

@@ -48,11 +48,17 @@ public:
     /// else.
     void withdraw() { m_ofRuns.withdraw(); }
 
+    /// Whether there is a notification that can be clicked.
+    [[nodiscard]] bool isShown() const { return m_ofRuns.isShown() || m_ofSources.isShown(); }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     /// The user has clicked a notification; see there.
     void clicked(const QString &token);
+
+    /// The user has closed one.
+    void dismissed();
 
 private:
     struct Progress {

@@ -37,6 +37,9 @@ public:
     /// Takes it away, if it is still there.
     void withdraw();
 
+    /// Whether it is there, as far as the service has told.
+    [[nodiscard]] bool isShown() const { return m_id.has_value(); }
+
 Q_SIGNALS:
     /// The user has clicked it. `token` is the desktop's permission to bring a window to the front
     /// (xdg-activation); empty if it gives none.

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DesktopFixture.h"
+#include "app/results/ResultsWindow.h"
 #include "tests/TestClass.h"
 
 #include <QDialog>
+#include <QSignalSpy>
 
 using namespace brevant;
 using namespace Qt::StringLiterals;
@@ -226,6 +228,34 @@ private Q_SLOTS:
         m_app.reset();
         letAllArrive();
         QCOMPARE(m_service->asked, QStringList({u"capabilities"_s, u"notify 1"_s}));
+    }
+
+    void closedDuringARunItWaitsForAClick_data()
+    {
+        QTest::addColumn<bool>("isClicked");
+        QTest::newRow("clicked") << true;
+        QTest::newRow("closed") << false;
+    }
+
+    void closedDuringARunItWaitsForAClick()
+    {
+        QFETCH(const bool, isClicked);
+        AppFixture &app = filled({"copy"});
+        QVERIFY(QTest::qWaitForWindowActive(&app.window));
+        QSignalSpy ending(&app, &Application::ending);
+        app.controller.minify();
+        app.window.close();
+        QTRY_COMPARE(m_service->shown.size(), 1);
+        letAllArrive();
+        QVERIFY(!ending.wait(2000)); // the sound has had its time
+        if (isClicked)
+            m_service->click(1);
+        else
+            m_service->closedByUser(1);
+        QTRY_COMPARE(ending.size(), isClicked ? 0 : 1);
+        QTRY_COMPARE(app.window.isVisible(), isClicked);
+        const auto *const results = app.window.findChild<ResultsWindow *>();
+        QCOMPARE(results && results->isVisible(), isClicked);
     }
 
     void whatBecameOfASourceIsSaidInAnyCase()

@@ -77,7 +77,8 @@ def the_program_ends_and_its_notification_stays(case):
     close(program)
     held.release(TEXT)
     expect_notified(shell)
-    wait_for("the end of the program", lambda: shell.turn() and program.process.poll() is not None)
+    # It waits for a click first.
+    wait_for("the end of the program", lambda: shell.turn() and program.process.poll() is not None, 60)
     program.wait_for_exit()
     equal(list(shell.turn().shown.values()), [("Minified 2 files", "~/site")])
     shell.leave()
