@@ -41,10 +41,22 @@ ResultTable::ResultTable(ResultModel &model, QWidget *parent)
     resizeColumns();
 }
 
-void ResultTable::sortWorstFirst()
+void ResultTable::endRun()
 {
     if (!m_isSortedByUser)
         horizontalHeader()->setSortIndicator(ResultModel::State, Qt::AscendingOrder);
+    if (!selectionModel()->hasSelection())
+        selectFirst();
+}
+
+/// The first file that was not minified or, if all were, the first of all.
+void ResultTable::selectFirst()
+{
+    int row = 0;
+    while (row < m_model.rowCount() && m_model.at(row).isMinified())
+        ++row;
+    if (m_model.rowCount() > 0)
+        selectFile(row < m_model.rowCount() ? row : 0);
 }
 
 void ResultTable::showRun(std::shared_ptr<const RunRecord> run)
@@ -54,8 +66,8 @@ void ResultTable::showRun(std::shared_ptr<const RunRecord> run)
                                              Qt::AscendingOrder);
     m_model.setRun(std::move(run));
     updateColumns();
-    if (m_model.run() && !m_model.run()->isRunning && m_model.rowCount() > 0)
-        selectFile(0);
+    if (m_model.run() && !m_model.run()->isRunning)
+        selectFirst();
     Q_EMIT currentFileChanged();
 }
 

@@ -14,8 +14,9 @@ class ResultTable final : public StateTable {
 public:
     explicit ResultTable(ResultModel &model, QWidget *parent = nullptr);
 
-    /// Sorts the worst first, unless the user has chosen an order.
-    void sortWorstFirst();
+    /// To be called when the run shown has ended: sorts the worst first, unless the user has chosen an order,
+    /// and selects the first that was not minified, unless the user has selected another file.
+    void endRun();
 
     /// Shows another run: in its own order while it goes on, the worst first afterwards, or as the user has
     /// sorted.
@@ -39,6 +40,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    void selectFirst();
     void resizeColumns();
     void showColumnMenu(QPoint at);
 

@@ -201,7 +201,7 @@ void ResultsWindow::addRun(int run)
 void ResultsWindow::endRun(int run)
 {
     if (m_model.run() && m_model.run()->number == run)
-        m_table->sortWorstFirst();
+        m_table->endRun();
     updateHead();
 }
 

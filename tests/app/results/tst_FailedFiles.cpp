@@ -9,6 +9,7 @@
 #include "app/results/SourceViewer.h"
 #include "tests/TestClass.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -106,6 +107,40 @@ private Q_SLOTS:
         QTest::keyClick(view, Qt::Key_Escape);
         QVERIFY(!viewer->isVisible());
         QVERIFY(m_window->isVisible());
+    }
+
+    void atTheEndOfARunTheFirstFailureIsSelected_data()
+    {
+        QTest::addColumn<bool>("isSorted");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("nothing selected") << false << -1 << u"/w/a.js"_s;
+        QTest::newRow("a file selected") << false << 0 << u"/w/b.css"_s;
+        QTest::newRow("sorted") << true << -1 << u"/w/e.js"_s;
+    }
+
+    void atTheEndOfARunTheFirstFailureIsSelected()
+    {
+        QFETCH(const bool, isSorted);
+        QFETCH(const int, selected);
+        m_bench->runs.start(1, u"Classic compressors"_s);
+        open();
+        for (const ResultRow &made : mixedRows()) {
+            m_bench->runs.startFile(1, made.source, 5);
+            m_bench->runs.endFile(1, made);
+        }
+        QVERIFY(!table()->currentFile());
+        if (isSorted) { // from Z to A
+            QHeaderView &header = *table()->horizontalHeader();
+            const QPoint title(header.sectionViewportPosition(ResultModel::Name) + 30, header.height() / 2);
+            QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, title);
+            QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, title);
+        }
+        if (selected >= 0)
+            table()->selectRow(selected);
+        m_bench->runs.end(1, {});
+        QVERIFY(table()->currentFile());
+        QTEST(table()->currentFile()->source, "expected");
     }
 
     void aFileThatIsDoneIsNotShown()
