@@ -122,8 +122,8 @@ void Application::showPlannedOutputs()
 {
     const Ui::MainWindow &ui = window.ui();
     if (!m_planned) {
-        m_planned =
-            std::make_unique<PlannedWindow>(queue, settings, *ui.minifyMenu, *ui.preferencesMenu, &window);
+        m_planned = std::make_unique<PlannedWindow>(queue, settings, tools, *ui.minifyMenu,
+                                                    *ui.preferencesMenu, &window);
         connect(m_planned.get(), &PlannedWindow::openRequested, this,
                 [this](const QString &path) { static_cast<void>(workspace.openUrl(fileUrl(path))); });
         connect(m_planned.get(), &PlannedWindow::revealRequested, this,

@@ -134,8 +134,10 @@ std::optional<qint64> firstFault(const Descriptor &file, qint64 size, TextEncodi
 /// One walk over the list.
 class Plan final {
 public:
-    Plan(const std::vector<QString> &sources, const SettingsStore &settings, const std::stop_token &stop)
-        : m_store(settings), m_settings(settings), m_stop(stop), m_files(sources.size())
+    Plan(const std::vector<QString> &sources, const SettingsStore &settings, const QString &classicFolder,
+         const std::stop_token &stop)
+        : m_store(settings), m_settings(settings), m_classicFolder(classicFolder), m_stop(stop),
+          m_files(sources.size())
     {
         for (std::size_t row = 0; row < sources.size(); ++row)
             m_files[row].source = sources[row];
@@ -153,6 +155,7 @@ private:
         QStringList output;
     };
 
+    [[nodiscard]] QString foundByCompressor(const QString &output) const;
     void check(PlannedFile &file);
     void checkSource(PlannedFile &file);
     void checkOutput(PlannedFile &file);
@@ -161,6 +164,7 @@ private:
 
     const SettingsStore &m_store;
     const PlanSettings m_settings;
+    const QString m_classicFolder;
     const std::stop_token m_stop;
     std::vector<PlannedFile> m_files;
     std::vector<int> m_sameBefore;                  ///< for each row, the one before with its output, or -1
@@ -179,7 +183,7 @@ void Plan::findOutputs()
             m_ofKinds[kind] = m_settings.problemsOf(kind);
         file.problems = m_ofKinds[kind];
         const std::optional<QString> output = outputPath.next(file.source);
-        file.output = output.value_or(QString());
+        file.output = output ? foundByCompressor(*output) : QString();
         if (RawBytes::areIn(file.source))
             file.problems.push_back({.kind = Wrong::NotUtf8Path, .isFatal = true});
         if (!output)
@@ -187,6 +191,12 @@ void Plan::findOutputs()
         else if (!m_settings.isModern && isTakenForPattern(file.source, *output))
             file.problems.push_back({.kind = Wrong::ColonInOutput, .isFatal = true});
     }
+}
+
+QString Plan::foundByCompressor(const QString &output) const
+{
+    const bool isRelative = !m_settings.isModern && !output.startsWith(u'/');
+    return isRelative ? PathString::join(m_classicFolder, output) : output;
 }
 
 void Plan::findCollisions()
@@ -266,7 +276,9 @@ void Plan::check(PlannedFile &file)
     checkSource(file);
     if (!file.output.isNull())
         checkOutput(file);
-    std::ranges::stable_sort(file.problems, std::greater(), &PlannedProblem::isFatal);
+    std::ranges::stable_sort(file.problems, {}, [](const PlannedProblem &problem) {
+        return problem.isFatal ? 0 : problem.isNote() ? 2 : 1;
+    });
     file.isChecked = true;
 }
 
@@ -323,15 +335,15 @@ PlannedFile::State PlannedFile::state() const
 {
     if (std::ranges::any_of(problems, &PlannedProblem::isFatal))
         return State::WillFail;
-    if (!problems.empty())
+    if (!std::ranges::all_of(problems, &PlannedProblem::isNote))
         return State::TakeCare;
     return isChecked ? State::Ready : State::Checking;
 }
 
 void planOutputs(const std::vector<QString> &sources, const SettingsStore &settings,
-                 const std::stop_token &stop, const PlanReceiver &tell)
+                 const QString &classicFolder, const std::stop_token &stop, const PlanReceiver &tell)
 {
-    Plan plan(sources, settings, stop);
+    Plan plan(sources, settings, classicFolder, stop);
     plan.findOutputs();
     if (stop.stop_requested())
         return;

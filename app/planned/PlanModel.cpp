@@ -103,7 +103,8 @@ QVariant PlanModel::data(const QModelIndex &index, int role) const
     case StateRole:
         return column == State ? QVariant(static_cast<int>(signOf(file.state()))) : QVariant();
     case MutedRole:
-        return column == Row || column == Folder;
+        return column == Row || column == Folder ||
+               (column == Problem && std::ranges::all_of(file.problems, &PlannedProblem::isNote));
     case PathRole:
         return column == Folder || column == GoesTo;
     default:

@@ -47,10 +47,10 @@ std::vector<StateFilter::Choice> filterChoices()
 
 } // namespace
 
-PlannedWindow::PlannedWindow(const FileQueue &queue, const SettingsStore &settings, QAction &minify,
-                             QAction &preferences, QWidget *parent)
+PlannedWindow::PlannedWindow(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
+                             QAction &minify, QAction &preferences, QWidget *parent)
     : QMainWindow(parent, Qt::Window), m_queue(queue), m_settings(settings), m_minifyAction(minify),
-      m_preferencesAction(preferences), m_planner(queue, settings)
+      m_preferencesAction(preferences), m_planner(queue, settings, tools)
 {
     setWindowTitle(tr("Planned Outputs"));
     auto *const contents = new QWidget(this);

@@ -25,7 +25,7 @@ class PlannedWindow final : public QMainWindow {
 
 public:
     /// Its buttons trigger these two, and can be pressed when they can. All must outlive the window.
-    PlannedWindow(const FileQueue &queue, const SettingsStore &settings, QAction &minify,
+    PlannedWindow(const FileQueue &queue, const SettingsStore &settings, const Tools &tools, QAction &minify,
                   QAction &preferences, QWidget *parent);
 
     /// Looks at everything again, if it is on the screen.

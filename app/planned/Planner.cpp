@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/planned/Planner.h"
 
+#include "engine/Tools.h"
 #include "queue/FileQueue.h"
 
 #include <chrono>
@@ -12,7 +13,8 @@ namespace brevant {
 /// Changes often come several at a time.
 constexpr std::chrono::milliseconds restartDelay(50);
 
-Planner::Planner(const FileQueue &queue, const SettingsStore &settings) : m_queue(queue), m_settings(settings)
+Planner::Planner(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
+    : m_queue(queue), m_settings(settings), m_tools(tools)
 {
     m_delay.setSingleShot(true);
     m_delay.setInterval(restartDelay);
@@ -42,9 +44,10 @@ void Planner::startThread()
         return;
     }
     m_isRunning = true;
-    m_thread = std::jthread([this, plan = m_plan, sources = m_queue.entries()](const std::stop_token &stop) {
+    m_thread = std::jthread([this, plan = m_plan, sources = m_queue.entries(),
+                             folder = m_tools.folder](const std::stop_token &stop) {
         const auto count = static_cast<int>(sources.size());
-        planOutputs(sources, m_settings, stop,
+        planOutputs(sources, m_settings, folder, stop,
                     [this, plan, count](int first, std::vector<PlannedFile> files) {
                         const auto tell = [this, plan, first, count, told = std::move(files)] {
                             if (plan == m_plan)

@@ -12,14 +12,15 @@
 namespace brevant {
 
 class FileQueue;
+struct Tools;
 
 /// Finds out on a thread of its own what a run over the queue would do.
 class Planner final : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive the planner.
-    Planner(const FileQueue &queue, const SettingsStore &settings);
+    /// All must outlive the planner.
+    Planner(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
 
     /// Waits for the call of the system that is under way.
     ~Planner() override;
@@ -43,6 +44,7 @@ private:
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
+    const Tools &m_tools;
     QTimer m_delay;
     std::jthread m_thread;
     bool m_isRunning = false;

@@ -159,8 +159,42 @@ private Q_SLOTS:
         const std::vector<QString> sources{bench.add(u"a.css"_s), bench.add(u"b.css"_s)};
         QVERIFY(setTime(sources[0], 1000) && setTime(bench.add(u"a.min.css"_s), 1001));
         QVERIFY(setTime(sources[1], 1000) && setTime(bench.add(u"b.min.css"_s), 1000));
-        QCOMPARE(inWords(planOf(bench, sources).at(0)), u"care: newer"_s);
+        QCOMPARE(inWords(planOf(bench, sources).at(0)), u"ready: newer"_s);
         QCOMPARE(inWords(planOf(bench, sources).at(1)), u"ready"_s);
+        QVERIFY(writeFile(sources[0], "a{}\xE9") && setTime(sources[0], 1000));
+        QCOMPARE(inWords(planOf(bench, sources).at(0)), u"care: not valid 3, newer"_s);
+    }
+
+    void aRelativeFolder_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<bool>("isFromTools");
+        QTest::newRow("classic") << u"classic"_s << true;
+        QTest::newRow("modern") << u"modern"_s << false;
+    }
+
+    /// What is planned is where the run writes to.
+    void aRelativeFolder()
+    {
+        QFETCH(const QString, family);
+        QFETCH(const bool, isFromTools);
+        JobFixture bench;
+        const QString name = QFileInfo(bench.path({})).fileName(); // not in our working folder by chance
+        bench.settings.setOverride(family, compressorsKeyString);
+        bench.settings.setOverride(false, sameFolderKeyString);
+        bench.settings.setOverride(name, selectedFolderKeyString);
+        const std::vector<QString> sources{bench.append(u"a.css"_s)};
+        QCOMPARE(inWords(planOf(bench, sources).at(0)), u"fail: folder"_s);
+        const QString folder = isFromTools ? QDir(bench.tools.folder).filePath(name) : name;
+        QVERIFY(QDir().mkdir(folder));
+        const PlannedFile file = planOf(bench, sources).at(0);
+        QCOMPARE(inWords(file), u"ready"_s);
+        QCOMPARE(file.output, folder + u"/a.min.css"_s);
+        if (isFromTools) {
+            bench.run();
+            QVERIFY(QFile::exists(file.output));
+        }
+        QVERIFY(QDir(folder).removeRecursively());
     }
 
     void rights()
@@ -202,7 +236,7 @@ private Q_SLOTS:
     {
         JobFixture bench;
         QList<std::pair<int, QStringList>> told;
-        planOutputs({bench.path(u"none.css"_s), bench.add(u"a.css"_s)}, bench.settings, {},
+        planOutputs({bench.path(u"none.css"_s), bench.add(u"a.css"_s)}, bench.settings, {}, {},
                     [&told](int first, const std::vector<PlannedFile> &files) {
                         QStringList said;
                         for (const PlannedFile &file : files)
@@ -220,13 +254,13 @@ private Q_SLOTS:
         JobFixture bench;
         std::stop_source stop;
         int calls = 0;
-        planOutputs({bench.add(u"a.css"_s)}, bench.settings, stop.get_token(),
+        planOutputs({bench.add(u"a.css"_s)}, bench.settings, {}, stop.get_token(),
                     [&](int, const std::vector<PlannedFile> &) {
                         ++calls;
                         stop.request_stop();
                     });
         QCOMPARE(calls, 1);
-        planOutputs({bench.add(u"a.css"_s)}, bench.settings, stop.get_token(),
+        planOutputs({bench.add(u"a.css"_s)}, bench.settings, {}, stop.get_token(),
                     [&calls](int, const std::vector<PlannedFile> &) { ++calls; });
         QCOMPARE(calls, 1);
     }
@@ -242,9 +276,10 @@ private:
     static std::vector<PlannedFile> planOf(const JobFixture &bench, const std::vector<QString> &sources)
     {
         std::vector<PlannedFile> all(sources.size());
-        planOutputs(sources, bench.settings, {}, [&all](int first, const std::vector<PlannedFile> &files) {
-            std::ranges::copy(files, all.begin() + first);
-        });
+        planOutputs(sources, bench.settings, bench.tools.folder, {},
+                    [&all](int first, const std::vector<PlannedFile> &files) {
+                        std::ranges::copy(files, all.begin() + first);
+                    });
         return all;
     }
 };

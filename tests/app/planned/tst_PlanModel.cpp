@@ -45,6 +45,17 @@ private Q_SLOTS:
         QVERIFY(m_model->index(0, PlanModel::Folder).data(MutedRole).toBool());
     }
 
+    void aNoteIsNoProblem()
+    {
+        std::vector<PlannedFile> noted = files();
+        noted[1].problems.push_back({.kind = Kind::OutputIsNewer});
+        noted[2].problems = {{.kind = Kind::OutputIsNewer}};
+        m_model->setFiles(0, noted, 3);
+        QCOMPARE(line(2), u"3|Ready|c.js|/w|/o/c.js|Output is newer than the source"_s);
+        QVERIFY(m_model->index(2, PlanModel::Problem).data(MutedRole).toBool());
+        QVERIFY(!m_model->index(1, PlanModel::Problem).data(MutedRole).toBool());
+    }
+
     void sorting_data()
     {
         QTest::addColumn<int>("column");
@@ -104,7 +115,7 @@ private Q_SLOTS:
         m_model->setFiles(0, files(), 3);
         m_model->setFilter(State::TakeCare, {});
         std::vector<PlannedFile> news = files();
-        news[2].problems = {{.kind = Kind::OutputIsNewer}};
+        news[2].problems = {{.kind = Kind::ReplacesItself}};
         m_model->setFiles(2, {news[2]}, 3);
         QCOMPARE(names(), u"a.css"_s);
         QVERIFY(m_model->isStale());
