@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "app/planned/PlanTexts.h"
+#include "app/planned/RunManner.h"
 #include "app/platform/DockTile.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -200,7 +200,7 @@ void MainWindow::showBadgeIfOn()
 
 void MainWindow::updateMinifyToolTip()
 {
-    m_ui->minifyButton->setToolTip(minifyText(m_queue.count(), m_settings));
+    m_ui->minifyButton->setToolTip(RunManner(m_settings).ofMinify(m_queue.count()));
 }
 
 void MainWindow::updateBadge()

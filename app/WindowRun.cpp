@@ -3,7 +3,7 @@
 #include "app/WindowRun.h"
 
 #include "app/Application.h"
-#include "app/planned/PlanTexts.h"
+#include "app/planned/RunManner.h"
 #include "files/PathString.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
@@ -34,17 +34,6 @@ QStringList sentencesAbout(const EntryResult &result)
         result.outcome == Refused)
         sentences.append(u"%1: %2"_s.arg(result.source, result.reason()));
     return sentences;
-}
-
-/// What works and where to, in words.
-QString mannerOf(const SettingsStore &settings)
-{
-    const bool isBeside = settings.isTrue(sameFolderKeyString);
-    const QString family = isModernChosen(settings) ? u"Modern compressors"_s : u"Classic compressors"_s;
-    const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
-    return family + (!isBeside                          ? u", outputs in "_s + folder
-                     : outputSuffix(settings).isEmpty() ? u", sources replaced"_s
-                                                        : u", outputs beside the sources"_s);
 }
 
 void showEnd(Application &app, RunEnd end, const QString &status, bool isPlayed)
@@ -114,7 +103,7 @@ void WindowRun::onMainThread(std::function<void()> step)
 
 void WindowRun::runStarted()
 {
-    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = mannerOf(m_settings)] {
+    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = RunManner(m_settings).ofRun()] {
         if (isInWindow)
             app.window.setRunning(true);
         app.results.runs.start(run, manner);

@@ -5,7 +5,6 @@
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 #include "widgets/Dialogs.h"
 
 #include <QCoreApplication>
@@ -200,52 +199,6 @@ QString totalsText(const PlanTotals &totals)
             parts.append(u"%1 %2"_s.arg(count).arg(stateText(state).toLower()));
     }
     return parts.join(u" · "_s);
-}
-
-QString outputSuffix(const SettingsStore &settings)
-{
-    const bool isOn = settings.boolForKey(suffixSwitcherKeyString);
-    return isOn ? settings.stringForKey(suffixKeyString).value_or(QString()) : QString();
-}
-
-QString mannerText(const SettingsStore &settings)
-{
-    const QString suffix = outputSuffix(settings);
-    const bool isBeside = settings.isTrue(sameFolderKeyString);
-    QStringList parts{isModernChosen(settings) ? tr("Modern compressors") : tr("Classic compressors")};
-    if (!isBeside)
-        parts.append(
-            tr("into %1").arg(shortPath(settings.stringForKey(selectedFolderKeyString).value_or(QString()))));
-    else
-        parts.append(suffix.isEmpty() ? tr("replacing the sources") : tr("beside the sources"));
-    if (!suffix.isEmpty())
-        parts.append(tr("suffix %1").arg(printable(suffix)));
-    const bool hasGzip = settings.boolForKey(gzipCheckerKeyString);
-    const bool hasBrotli = settings.isTrue(brotliCheckerKeyString);
-    if (hasGzip || hasBrotli)
-        parts.append(hasGzip && hasBrotli ? tr("with gzip and Brotli copies")
-                     : hasGzip            ? tr("with gzip copies")
-                                          : tr("with Brotli copies"));
-    return tr("%1. Nothing has been written yet.").arg(parts.join(u", "_s));
-}
-
-QString minifyText(int count, const SettingsStore &settings)
-{
-    const bool isOne = count == 1;
-    const QString suffix = outputSuffix(settings);
-    if (count == 0)
-        return tr("Minify every file in the list");
-    if (!settings.isTrue(sameFolderKeyString)) {
-        const QString folder = shortPath(settings.stringForKey(selectedFolderKeyString).value_or(QString()));
-        return isOne ? tr("Writes 1 minified copy into %1").arg(folder)
-                     : tr("Writes %1 minified copies into %2").arg(count).arg(folder);
-    }
-    if (suffix.isEmpty())
-        return isOne ? tr("Replaces 1 source") : tr("Replaces %1 sources").arg(count);
-    if (suffix.contains(u'/'))
-        return isOne ? tr("Writes 1 minified copy") : tr("Writes %1 minified copies").arg(count);
-    return isOne ? tr("Writes 1 minified copy beside its source")
-                 : tr("Writes %1 minified copies beside their sources").arg(count);
 }
 
 } // namespace brevant

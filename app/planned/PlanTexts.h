@@ -38,13 +38,4 @@ struct PlanTotals {
 /// "12 files · 35.3 kB · 5 ready · 5 take care · 2 will fail".
 [[nodiscard]] QString totalsText(const PlanTotals &totals);
 
-/// What the names of outputs get; empty if they are those of the sources.
-[[nodiscard]] QString outputSuffix(const SettingsStore &settings);
-
-/// "Modern compressors, into ~/dist, suffix .min, with gzip copies. Nothing has been written yet."
-[[nodiscard]] QString mannerText(const SettingsStore &settings);
-
-/// What Minify does, by the settings alone: "Writes 9 minified copies beside their sources".
-[[nodiscard]] QString minifyText(int count, const SettingsStore &settings);
-
 } // namespace brevant

@@ -4,6 +4,7 @@
 
 #include "app/planned/PlanTable.h"
 #include "app/planned/PlanTexts.h"
+#include "app/planned/RunManner.h"
 #include "app/results/FilterBar.h"
 #include "app/results/MessagePane.h"
 #include "app/results/Signs.h"
@@ -153,7 +154,7 @@ void PlannedWindow::updateHead()
     // A mark makes it flush with the rest (U+200F).
     m_totals->setText((layoutDirection() == Qt::RightToLeft ? QString(QChar(0x200F)) : QString()) +
                       totalsText(totals));
-    m_manner->setText(mannerText(m_settings));
+    m_manner->setText(RunManner(m_settings).ofPlan());
     std::vector<int> counts;
     counts.reserve(filterStates.size());
     for (const State state : filterStates)
@@ -169,7 +170,7 @@ void PlannedWindow::updateHead()
 void PlannedWindow::updateButtons()
 {
     m_minify->setEnabled(m_minifyAction.isEnabled());
-    m_minify->setToolTip(minifyText(m_queue.count(), m_settings));
+    m_minify->setToolTip(RunManner(m_settings).ofMinify(m_queue.count()));
 }
 
 void PlannedWindow::updateFilter()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/planned/PlanTexts.h"
+#include "app/planned/RunManner.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "tests/TestClass.h"
@@ -131,8 +132,8 @@ private Q_SLOTS:
         store.registerDefaults(registeredDefaults());
         for (const auto &[key, value] : settings)
             store.setOverride(value, key);
-        QCOMPARE(mannerText(store), manner + u". Nothing has been written yet."_s);
-        QTEST(minifyText(9, store), "tip");
+        QCOMPARE(RunManner(store).ofPlan(), manner + u". Nothing has been written yet."_s);
+        QTEST(RunManner(store).ofMinify(9), "tip");
     }
 
     void oneFileOrNone()
@@ -140,13 +141,13 @@ private Q_SLOTS:
         const QTemporaryDir place;
         SettingsStore store(place.filePath(u"settings.json"_s));
         store.registerDefaults(registeredDefaults());
-        QCOMPARE(minifyText(0, store), u"Minify every file in the list"_s);
-        QCOMPARE(minifyText(1, store), u"Writes 1 minified copy beside its source"_s);
+        QCOMPARE(RunManner(store).ofMinify(0), u"Minify every file in the list"_s);
+        QCOMPARE(RunManner(store).ofMinify(1), u"Writes 1 minified copy beside its source"_s);
         store.setOverride(false, suffixSwitcherKeyString);
-        QCOMPARE(minifyText(1, store), u"Replaces 1 source"_s);
+        QCOMPARE(RunManner(store).ofMinify(1), u"Replaces 1 source"_s);
         store.setOverride(false, sameFolderKeyString);
         store.setOverride(u"/d"_s, selectedFolderKeyString);
-        QCOMPARE(minifyText(1, store), u"Writes 1 minified copy into /d"_s);
+        QCOMPARE(RunManner(store).ofMinify(1), u"Writes 1 minified copy into /d"_s);
     }
 };
 
