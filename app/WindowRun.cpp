@@ -103,11 +103,12 @@ void WindowRun::onMainThread(std::function<void()> step)
 
 void WindowRun::runStarted()
 {
-    onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = RunManner(m_settings).ofRun()] {
-        if (isInWindow)
-            app.window.setRunning(true);
-        app.results.runs.start(run, manner);
-    });
+    onMainThread(
+        [&app = m_app, run = m_run, isInWindow = m_isInWindow, manner = RunManner(m_settings).ofRun()] {
+            if (isInWindow)
+                app.window.setRunning(true);
+            app.results.runs.start(run, manner);
+        });
 }
 
 void WindowRun::entryStarted(const EntryStart &start)

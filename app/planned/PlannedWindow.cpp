@@ -19,7 +19,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 
 #include <array>
 
@@ -50,34 +49,20 @@ std::vector<StateFilter::Choice> filterChoices()
 
 PlannedWindow::PlannedWindow(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
                              QAction &minify, QAction &preferences, QWidget *parent)
-    : QMainWindow(parent, Qt::Window), m_queue(queue), m_settings(settings), m_minifyAction(minify),
-      m_preferencesAction(preferences), m_planner(queue, settings, tools)
+    : StateWindow(tr("Planned Outputs"), parent), m_queue(queue), m_settings(settings),
+      m_minifyAction(minify), m_preferencesAction(preferences), m_planner(queue, settings, tools)
 {
-    setWindowTitle(tr("Planned Outputs"));
-    auto *const contents = new QWidget(this);
-    auto *const column = new QVBoxLayout(contents);
-    column->setContentsMargins({});
-    column->setSpacing(0);
     // The order of the Tab key is that of making.
-    m_table = new PlanTable(m_model, contents);
-    m_pane = new MessagePane(MessagePane::Reveal::Source, contents);
-    QWidget *const bottom = makeBottom();
-    m_filter = new FilterBar(filterChoices(), tr("Filter by name or problem"), contents);
-    for (QWidget *const part :
-         {makeHead(), horizontalLine(contents), static_cast<QWidget *>(m_filter), horizontalLine(contents)})
-        column->addWidget(part);
-    column->addWidget(m_table, 1);
-    for (QWidget *const part :
-         {horizontalLine(contents), static_cast<QWidget *>(m_pane), horizontalLine(contents), bottom})
-        column->addWidget(part);
-    setCentralWidget(contents);
-    m_hint = new QLabel(m_table->viewport());
-    m_hint->setAlignment(Qt::AlignCenter);
-    m_hint->setWordWrap(true);
+    m_table = new PlanTable(m_model, this);
+    m_pane = new MessagePane(MessagePane::Reveal::Source, this);
+    m_note = new ElidedLabel(this);
+    m_preferences = new QPushButton(tr("&Preferences…"), this);
+    m_minify = new QPushButton(tr("&Minify"), this);
+    m_minify->setDefault(true);
+    QWidget *const bottom = makeBottom(m_note, {m_preferences, m_minify});
+    m_filter = new FilterBar(filterChoices(), tr("Filter by name or problem"), this);
     connectAll();
-    updateLooks();
-    resize(firstSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
-    m_table->setFocus();
+    setUp({makeHead(), nullptr, m_filter, m_table, m_pane, bottom}, firstSize);
 }
 
 QWidget *PlannedWindow::makeHead()
@@ -86,30 +71,9 @@ QWidget *PlannedWindow::makeHead()
     auto *const column = new QVBoxLayout(head);
     column->setContentsMargins(windowEdge, 8, windowEdge, 8);
     column->setSpacing(4);
-    m_totals = new QLabel(head);
-    m_totals->setWordWrap(true);
     column->addWidget(m_totals);
-    m_manner = new ElidedLabel(head);
     column->addWidget(m_manner);
     return head;
-}
-
-QWidget *PlannedWindow::makeBottom()
-{
-    auto *const bar = new QWidget(this);
-    auto *const row = new QHBoxLayout(bar);
-    row->setContentsMargins(windowEdge, 12, windowEdge, 12);
-    row->setSpacing(8);
-    m_note = new ElidedLabel(bar);
-    row->addWidget(m_note, 1);
-    m_preferences = new QPushButton(tr("&Preferences…"), bar);
-    m_minify = new QPushButton(tr("&Minify"), bar);
-    m_minify->setDefault(true);
-    for (QPushButton *const button : {m_preferences, m_minify}) {
-        button->setMinimumWidth(button->sizeHint().width() + windowEdge);
-        row->addWidget(button);
-    }
-    return bar;
 }
 
 void PlannedWindow::connectAll()
@@ -195,61 +159,42 @@ void PlannedWindow::updatePane()
 
 void PlannedWindow::updateHint()
 {
-    m_hint->setVisible(m_model.rowCount() == 0);
-    m_hint->setText(m_model.files().empty()
-                        ? tr("The list is empty. Where each of its files will go is shown here.")
-                        : tr("No file matches."));
-    m_hint->resize(m_table->viewport()->size());
+    showHint(m_model.files().empty() ? tr("The list is empty. Where each of its files will go is shown here.")
+                                     : tr("No file matches."));
 }
 
 void PlannedWindow::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    const bool isCancel = event->matches(QKeySequence::Cancel);
-    if (event->matches(QKeySequence::Close) || (isCancel && !m_filter->clearText()))
-        close();
-    else if (isReturn && !m_filter->field().hasFocus())
+    if (isReturn && !m_filter->field().hasFocus())
         m_minify->click();
-    else if (!isCancel)
-        QMainWindow::keyPressEvent(event);
+    else
+        StateWindow::keyPressEvent(event);
 }
 
 void PlannedWindow::showEvent(QShowEvent *event)
 {
-    QMainWindow::showEvent(event);
+    StateWindow::showEvent(event);
     refresh();
 }
 
 void PlannedWindow::hideEvent(QHideEvent *event)
 {
-    QMainWindow::hideEvent(event);
+    StateWindow::hideEvent(event);
     m_planner.stop();
-}
-
-void PlannedWindow::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    m_hint->resize(m_table->viewport()->size());
 }
 
 void PlannedWindow::changeEvent(QEvent *event)
 {
-    QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        updateLooks();
-    else if (event->type() == QEvent::ActivationChange && isActiveWindow())
+    StateWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
         refresh(); // files may have changed while others were in front
 }
 
-/// What the style does not give the labels by itself.
 void PlannedWindow::updateLooks()
 {
-    mute(*m_manner, QPalette::Window);
+    StateWindow::updateLooks();
     mute(*m_note, QPalette::Window);
-    mute(*m_hint, QPalette::Base);
-    QFont bold = font();
-    bold.setBold(true);
-    m_totals->setFont(bold);
 }
 
 } // namespace brevant

@@ -4,23 +4,18 @@
 
 #include "app/planned/PlanModel.h"
 #include "app/planned/Planner.h"
-
-#include <QMainWindow>
+#include "app/results/StateWindow.h"
 
 class QAction;
-class QLabel;
-class QPushButton;
 
 namespace brevant {
 
-class ElidedLabel;
-class FilterBar;
 class MessagePane;
 class PlanTable;
 
 /// Shows each file of the list, where it will go, and what is wrong with it already. Follows list and
 /// settings while it is on the screen.
-class PlannedWindow final : public QMainWindow {
+class PlannedWindow final : public StateWindow {
     Q_OBJECT
 
 public:
@@ -39,12 +34,11 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void updateLooks() override;
 
 private:
     [[nodiscard]] QWidget *makeHead();
-    [[nodiscard]] QWidget *makeBottom();
     void connectAll();
     void take(int first, const std::vector<PlannedFile> &files, int count);
     void updateHead();
@@ -52,7 +46,6 @@ private:
     void updateFilter();
     void updatePane();
     void updateHint();
-    void updateLooks();
 
     const FileQueue &m_queue;
     const SettingsStore &m_settings;
@@ -60,11 +53,8 @@ private:
     QAction &m_preferencesAction;
     PlanModel m_model;
     Planner m_planner;
-    QLabel *m_totals = nullptr;
-    ElidedLabel *m_manner = nullptr;
     FilterBar *m_filter = nullptr;
     PlanTable *m_table = nullptr;
-    QLabel *m_hint = nullptr; ///< in the place of rows
     MessagePane *m_pane = nullptr;
     ElidedLabel *m_note = nullptr;
     QPushButton *m_preferences = nullptr;

@@ -5,8 +5,8 @@
 #include "app/results/Signs.h"
 #include "widgets/FilterField.h"
 
+#include <QBoxLayout>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QIcon>
 #include <QShortcut>
 
@@ -18,19 +18,17 @@ namespace brevant {
 constexpr int edgeOfBar = 16;
 
 FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &placeholder, QWidget *parent)
-    : QWidget(parent), m_states(new StateFilter(std::move(choices), this)), m_field(new FilterField(this))
+    : QWidget(parent), m_parts(new QBoxLayout(QBoxLayout::LeftToRight, this)),
+      m_states(new StateFilter(std::move(choices), this)), m_field(new FilterField(this))
 {
-    auto *const row = new QHBoxLayout(this);
-    row->setContentsMargins(edgeOfBar - 4, 8, edgeOfBar, 8);
-    row->addWidget(m_states, 1);
+    m_parts->setContentsMargins(edgeOfBar - 4, 8, edgeOfBar, 8);
+    m_parts->addWidget(m_states, 1);
     m_field->setPlaceholderText(placeholder);
     m_field->setAccessibleName(tr("Filter"));
     m_field->setClearButtonEnabled(true);
     m_find = m_field->addAction(QIcon(), QLineEdit::LeadingPosition);
-    m_field->setFixedWidth(fontMetrics().horizontalAdvance(placeholder) + 2 * edgeOfBar +
-                           2 * signSize(fontMetrics()));
     updateLooks();
-    row->addWidget(m_field, 0, Qt::AlignTop);
+    m_parts->addWidget(m_field, 0, Qt::AlignTop);
     connect(m_states, &StateFilter::changed, this, &FilterBar::changed);
     connect(m_field, &QLineEdit::textChanged, this, &FilterBar::changed);
     auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this
@@ -38,6 +36,19 @@ FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &pl
         m_field->setFocus(Qt::ShortcutFocusReason);
         m_field->selectAll();
     });
+}
+
+bool FilterBar::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)
+        placeField();
+    return QWidget::event(event);
+}
+
+void FilterBar::placeField()
+{
+    const int needed = m_states->sizeHint().width() + m_field->width() + 2 * edgeOfBar + m_parts->spacing();
+    m_parts->setDirection(needed > width() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void FilterBar::changeEvent(QEvent *event)
@@ -54,6 +65,8 @@ void FilterBar::updateLooks()
                                                         palette().color(QPalette::Active, QPalette::Text)));
     m_field->setPalette(looks);
     m_find->setIcon(textIcon(u"edit-find"_s, *this));
+    m_field->setFixedWidth(fontMetrics().horizontalAdvance(m_field->placeholderText()) + 2 * edgeOfBar +
+                           2 * signSize(fontMetrics()));
 }
 
 QString FilterBar::text() const

@@ -5,13 +5,14 @@
 #include "app/results/StateFilter.h"
 
 class QAction;
+class QBoxLayout;
 
 namespace brevant {
 
 class FilterField;
 
 /// The states to choose from, and a field for a text: what a table of files is to show. Ctrl+F in the window
-/// goes to the field.
+/// goes to the field. Where there is no room beside the states, the field is below them.
 class FilterBar final : public QWidget {
     Q_OBJECT
 
@@ -29,11 +30,14 @@ Q_SIGNALS:
     void changed();
 
 protected:
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
+    void placeField();
     void updateLooks();
 
+    QBoxLayout *m_parts;
     StateFilter *m_states;
     FilterField *m_field;
     QAction *m_find; ///< the sign in the field

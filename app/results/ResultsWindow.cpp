@@ -15,12 +15,9 @@
 #include "app/results/SourceViewer.h"
 #include "widgets/Lines.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 
 #include <chrono>
 #include <utility>
@@ -32,9 +29,6 @@ namespace brevant {
 namespace {
 
 constexpr int windowEdge = 16;
-// The least size of the window.
-constexpr int lettersAcross = 60;
-constexpr int linesDown = 24;
 constexpr int lettersOfTotals = 85;
 constexpr QSize resultsSize(936, 592);
 constexpr std::chrono::milliseconds headDelay(100);
@@ -68,41 +62,21 @@ std::vector<int> countsOf(const RunTotals &totals)
 
 ResultsWindow::ResultsWindow(const ResultRuns &runs, Inquiry &inquiry, std::function<QString()> encodingName,
                              QWidget *parent)
-    : QMainWindow(parent, Qt::Window), m_runs(runs), m_inquiry(inquiry),
+    : StateWindow(tr("Results"), parent), m_runs(runs), m_inquiry(inquiry),
       m_encodingName(std::move(encodingName)), m_model(runs)
 {
-    setWindowTitle(tr("Results"));
-    auto *const contents = new QWidget(this);
-    auto *const column = new QVBoxLayout(contents);
-    column->setContentsMargins({});
-    column->setSpacing(0);
-    // The first stop of the Tab key is the table, whose place is below others.
-    m_table = new ResultTable(m_model, contents);
-    m_pane = new MessagePane(MessagePane::Reveal::Output, contents);
-    column->addWidget(makeHead());
-    column->addWidget(horizontalLine(contents));
-    m_offer = new OfferBar(contents);
-    m_filter = new FilterBar(stateChoices(), tr("Filter by name or message"), contents);
-    for (QWidget *const part :
-         {static_cast<QWidget *>(m_offer), static_cast<QWidget *>(m_filter), horizontalLine(contents)})
-        column->addWidget(part);
-    column->addWidget(m_table, 1);
-    for (QWidget *const part :
-         {horizontalLine(contents), static_cast<QWidget *>(m_pane), horizontalLine(contents), makeBottom()})
-        column->addWidget(part);
-    setCentralWidget(contents);
-    m_hint = new QLabel(m_table->viewport());
-    m_hint->setAlignment(Qt::AlignCenter);
-    m_hint->setWordWrap(true);
-    auto *const place = new QVBoxLayout(m_table->viewport());
-    place->addWidget(m_hint);
+    // The order of the Tab key is that of making.
+    m_table = new ResultTable(m_model, this);
+    m_pane = new MessagePane(MessagePane::Reveal::Output, this);
+    m_save = new QPushButton(tr("&Save Report…"), this);
+    m_retry = new QPushButton(tr("Retry &Failed"), this);
+    QWidget *const bottom = makeBottom(nullptr, {m_save, m_retry});
+    QWidget *const head = makeHead();
+    m_offer = new OfferBar(this);
+    m_filter = new FilterBar(stateChoices(), tr("Filter by name or message"), this);
     m_headTimer.setSingleShot(true);
     connectAll();
-    updateLooks();
-    const QSize least(lettersAcross * fontMetrics().averageCharWidth(), linesDown * fontMetrics().height());
-    setMinimumSize(least.boundedTo(screen()->availableSize() * 0.9));
-    resize(resultsSize.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * 0.9));
-    m_table->setFocus();
+    setUp({head, m_offer, m_filter, m_table, m_pane, bottom}, resultsSize);
 }
 
 QWidget *ResultsWindow::makeHead()
@@ -117,33 +91,14 @@ QWidget *ResultsWindow::makeHead()
     auto *const label = new QLabel(tr("R&un:"), head);
     m_chooser = new RunChooser(m_runs, head);
     label->setBuddy(m_chooser);
-    m_manner = new ElidedLabel(head);
     m_manner->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     chooserRow->addWidget(label);
     chooserRow->addWidget(m_chooser);
     chooserRow->addWidget(m_manner, 1);
-    m_totals = new QLabel(head);
-    m_totals->setWordWrap(true);
     column->addWidget(m_totals);
     m_picture = new KindPicture(head);
     row->addWidget(m_picture);
     return head;
-}
-
-QWidget *ResultsWindow::makeBottom()
-{
-    auto *const bar = new QWidget(this);
-    auto *const row = new QHBoxLayout(bar);
-    row->setContentsMargins(windowEdge, 12, windowEdge, 12);
-    row->addStretch(1);
-    m_save = new QPushButton(tr("&Save Report…"), bar);
-    m_retry = new QPushButton(tr("Retry &Failed"), bar);
-    for (QPushButton *const button : {m_save, m_retry}) {
-        button->setAutoDefault(true); // Return presses it
-        button->setMinimumWidth(button->sizeHint().width() + windowEdge);
-        row->addWidget(button);
-    }
-    return bar;
 }
 
 void ResultsWindow::connectAll()
@@ -164,7 +119,10 @@ void ResultsWindow::connectAll()
     connect(&m_inquiry, &Inquiry::changed, this, &ResultsWindow::updatePane);
     connect(&m_runs, &ResultRuns::forModernChanged, this, &ResultsWindow::updateOffer);
     connect(m_offer, &OfferBar::accepted, this, &ResultsWindow::modernRequested);
-    connect(m_offer, &OfferBar::closed, this, [this] { m_table->setFocus(); });
+    connect(m_offer, &OfferBar::closed, this, [this] {
+        updateOffer();
+        m_table->setFocus();
+    });
     connect(m_save, &QPushButton::clicked, this, [this] { saveReport(m_model.run(), this); });
     connect(m_retry, &QPushButton::clicked, this, [this] { Q_EMIT retryRequested(toRetry()); });
     connect(m_pane, &MessagePane::openRequested, this, &ResultsWindow::openRequested);
@@ -245,6 +203,7 @@ void ResultsWindow::updateOffer()
     if (run && isVisible())
         m_inquiry.wantModern(run->number);
     m_offer->setRun(run.get(), !m_runs.isAnyRunning());
+    m_retry->setDefault(m_retry->isEnabled() && m_offer->isHidden()); // one at most
 }
 
 void ResultsWindow::showSource()
@@ -265,9 +224,7 @@ void ResultsWindow::updateFilter()
 void ResultsWindow::updateHint()
 {
     const bool hasRows = m_model.run() && !m_model.run()->rows.empty();
-    m_hint->setVisible(m_model.rowCount() == 0);
-    m_hint->setText(hasRows ? tr("No file matches.")
-                            : tr("No run yet. What becomes of each file is shown here."));
+    showHint(hasRows ? tr("No file matches.") : tr("No run yet. What becomes of each file is shown here."));
 }
 
 /// The picture goes where it would take the room of the totals.
@@ -290,18 +247,9 @@ QStringList ResultsWindow::toRetry() const
     return sources;
 }
 
-void ResultsWindow::keyPressEvent(QKeyEvent *event)
-{
-    const bool isCancel = event->matches(QKeySequence::Cancel);
-    if (event->matches(QKeySequence::Close) || (isCancel && !m_filter->clearText()))
-        close();
-    else if (!isCancel)
-        QMainWindow::keyPressEvent(event);
-}
-
 void ResultsWindow::showEvent(QShowEvent *event)
 {
-    QMainWindow::showEvent(event);
+    StateWindow::showEvent(event);
     updatePane();
     updateOffer();
 }
@@ -309,31 +257,14 @@ void ResultsWindow::showEvent(QShowEvent *event)
 /// Nothing is asked for nobody.
 void ResultsWindow::hideEvent(QHideEvent *event)
 {
-    QMainWindow::hideEvent(event);
+    StateWindow::hideEvent(event);
     m_inquiry.wantNothing();
 }
 
 void ResultsWindow::resizeEvent(QResizeEvent *event)
 {
-    QMainWindow::resizeEvent(event);
+    StateWindow::resizeEvent(event);
     fitPicture();
-}
-
-void ResultsWindow::changeEvent(QEvent *event)
-{
-    QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        updateLooks();
-}
-
-/// What the style does not give the labels by itself.
-void ResultsWindow::updateLooks()
-{
-    mute(*m_manner, QPalette::Window);
-    mute(*m_hint, QPalette::Base);
-    QFont bold = font();
-    bold.setBold(true);
-    m_totals->setFont(bold);
 }
 
 } // namespace brevant

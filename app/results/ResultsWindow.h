@@ -3,20 +3,14 @@
 #pragma once
 
 #include "app/results/ResultModel.h"
+#include "app/results/StateWindow.h"
 
-#include <QMainWindow>
 #include <QTimer>
 
 #include <functional>
 
-class QAction;
-class QLabel;
-class QPushButton;
-
 namespace brevant {
 
-class ElidedLabel;
-class FilterBar;
 class Inquiry;
 class KindPicture;
 class MessagePane;
@@ -27,7 +21,7 @@ class RunChooser;
 class SourceViewer;
 
 /// Shows what became of every file of a run: totals, a table, and all that there is to say of one of them.
-class ResultsWindow final : public QMainWindow {
+class ResultsWindow final : public StateWindow {
     Q_OBJECT
 
 public:
@@ -46,15 +40,12 @@ Q_SIGNALS:
     void modernRequested(const QStringList &sources, bool isForAlways);
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
     [[nodiscard]] QWidget *makeHead();
-    [[nodiscard]] QWidget *makeBottom();
     void connectAll();
     void addRun(int run);
     void endRun(int run);
@@ -65,7 +56,6 @@ private:
     void updateFilter();
     void updateHint();
     void fitPicture();
-    void updateLooks();
     [[nodiscard]] QStringList toRetry() const;
 
     const ResultRuns &m_runs;
@@ -74,12 +64,9 @@ private:
     ResultModel m_model;
     QTimer m_headTimer; ///< totals follow a run that goes on not row by row
     RunChooser *m_chooser = nullptr;
-    ElidedLabel *m_manner = nullptr;
-    QLabel *m_totals = nullptr;
     KindPicture *m_picture = nullptr;
     FilterBar *m_filter = nullptr;
     ResultTable *m_table = nullptr;
-    QLabel *m_hint = nullptr; ///< in the place of rows
     MessagePane *m_pane = nullptr;
     QPushButton *m_save = nullptr;
     QPushButton *m_retry = nullptr;

@@ -7,6 +7,7 @@
 #include "tests/TestClass.h"
 #include "widgets/Contrast.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QImage>
 #include <QLabel>
@@ -114,7 +115,54 @@ private Q_SLOTS:
         }));
     }
 
+    void nothingIsCutOff_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("isOffered");
+        for (const int points : {9, 13}) { // larger ones are too large for this screen
+            for (const bool isOffered : {false, true})
+                QTest::addRow("%d points%s", points, isOffered ? ", an offer" : "") << points << isOffered;
+        }
+    }
+
+    /// However small the window is made.
+    void nothingIsCutOff()
+    {
+        QFETCH(const int, points);
+        QFETCH(const bool, isOffered);
+        InquiryFixture bench;
+        std::vector<ResultRow> rows = mixedRows();
+        rows.push_back(row(State::NotRun, u"/w/f.js"_s, 1));
+        addRun(bench.runs, 1, rows);
+        ResultsWindow window(
+            bench.runs, bench.inquiry, [] { return QString(); }, nullptr);
+        QFont font = window.font();
+        font.setPointSize(points);
+        window.setFont(font);
+        if (isOffered)
+            bench.runs.addForModern(1, 1);
+        window.showLastRun();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (const QSize &size : {QSize(600, 1), QSize(1, 1), QSize(700, 1)}) {
+            window.resize(size.expandedTo(window.minimumSize()));
+            QTRY_COMPARE(cutOff(window), QString());
+        }
+    }
+
 private:
+    /// The texts of what cannot be seen whole.
+    static QString cutOff(const QWidget &window)
+    {
+        QStringList found;
+        for (const QAbstractButton *const button : window.findChildren<QAbstractButton *>()) {
+            if (button->isVisible() && button->visibleRegion().boundingRect() != button->rect())
+                found.append(button->text() + u" of "_s +
+                             QString::fromLatin1(button->parent()->metaObject()->className()));
+        }
+        return found.join(u", "_s);
+    }
+
     static QImage drawn(State state, const QColor &ground, const QColor &text, Qt::LayoutDirection direction)
     {
         QImage image(32, 32, QImage::Format_RGB32);
