@@ -70,6 +70,7 @@ void OfferBar::setRun(const RunRecord *run, bool isPossible)
                                : tr("&Minify These With Modern Compressors"));
     m_once->setEnabled(isPossible);
     m_always->setEnabled(isPossible);
+    m_once->setDefault(isPossible);
     setVisible(files > 0);
 }
 

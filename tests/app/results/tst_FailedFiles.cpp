@@ -147,6 +147,7 @@ private Q_SLOTS:
     {
         addRun(m_bench->runs, 1, {row(State::Done, u"/w/a.js"_s, 2, 1)});
         open();
+        QCOMPARE(defaultButton(), QString());
         QTest::keyClick(table(), Qt::Key_Return);
         QVERIFY(!m_window->findChild<SourceViewer *>());
     }
@@ -157,8 +158,10 @@ private Q_SLOTS:
         addRun(m_bench->runs, 1, mixedRows());
         open();
         QVERIFY(!offer()->isVisible());
+        QCOMPARE(defaultButton(), u"Retry &Failed"_s);
         m_bench->runs.addForModern(1, 1);
         QVERIFY(offer()->isVisible());
+        QCOMPARE(defaultButton(), u"&Minify It With Modern Compressors"_s);
         QVERIFY(hasLabel(*offer(), u"1 of these uses newer JavaScript than YUI Compressor knows"_s));
         QCOMPARE(button(0)->text(), u"&Minify It With Modern Compressors"_s);
         m_bench->runs.addForModern(1, 4);
@@ -170,6 +173,7 @@ private Q_SLOTS:
         m_window->showRun(1);
         QVERIFY(!button(0)->isEnabled());
         QVERIFY(!button(1)->isEnabled());
+        QCOMPARE(defaultButton(), QString());
         m_bench->runs.end(2, {});
         QVERIFY(button(0)->isEnabled());
     }
@@ -204,6 +208,7 @@ private Q_SLOTS:
         QTest::mouseClick(offer()->findChild<QToolButton *>(), Qt::LeftButton);
         QVERIFY(!offer()->isVisible());
         QVERIFY(table()->hasFocus());
+        QCOMPARE(defaultButton(), u"Retry &Failed"_s);
         m_bench->runs.addForModern(1, 4);
         QVERIFY(!offer()->isVisible());
     }
@@ -232,6 +237,16 @@ private:
     [[nodiscard]] QPushButton *button(int place) const
     {
         return offer()->findChildren<QPushButton *>().at(place);
+    }
+    /// What is to be seen of those that look like the default one.
+    [[nodiscard]] QString defaultButton() const
+    {
+        QStringList found;
+        for (const QPushButton *const made : m_window->findChildren<QPushButton *>()) {
+            if (made->isVisible() && made->isDefault())
+                found.append(made->text());
+        }
+        return found.join(u", "_s);
     }
     [[nodiscard]] QString messages() const
     {
