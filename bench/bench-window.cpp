@@ -10,9 +10,11 @@
 // bench-window drop TREE         prints the seconds that a drop of TREE takes, and the entries
 // bench-window edit COUNT        prints the milliseconds of Select All and Remove with COUNT rows
 // bench-window job FILE...       prints the seconds of one run over the files
+// bench-window results FILE...   the same while Results shows the run
 //
 // The settings are those of the user: name another XDG_CONFIG_HOME.
 #include "app/Application.h"
+#include "app/results/ResultsWindow.h"
 #include "bench/FirstPaint.h"
 #include "queue/view/BVTableView.h"
 #include "ui_MainWindow.h"
@@ -97,6 +99,15 @@ void benchEdit(Application &application, const char *count)
     std::printf("%.1f %.1f\n", selected, millisecondsSince(start) - selected);
 }
 
+void openResults(Application &application)
+{
+    application.results.show();
+    auto *const results = application.window.findChild<ResultsWindow *>();
+    if (!QTest::qWaitForWindowExposed(results))
+        std::exit(1);
+    results->repaint(); // loads the fonts
+}
+
 void benchJob(Application &application, const QStringList &files)
 {
     drop(application, files);
@@ -140,11 +151,14 @@ int main(int argc, char *argv[])
                     qUtf8Printable(application.window.ui().progressTextField->text()));
     } else if (mode == "edit" && argc == 3) {
         benchEdit(application, argv[2]);
-    } else if (mode == "job" && argc > 2) {
+    } else if ((mode == "job" || mode == "results") && argc > 2) {
+        if (mode == "results")
+            openResults(application);
         benchJob(application, QCoreApplication::arguments().sliced(2));
     } else {
         std::fprintf(stderr,
-                     "usage: bench-window start | frames COUNT | drop TREE | edit COUNT | job FILE...\n");
+                     "usage: bench-window start | frames COUNT | drop TREE | edit COUNT | job FILE... | "
+                     "results FILE...\n");
         return 2;
     }
     return 0;
