@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/planned/PlanTexts.h"
 
+#include "app/results/RunRecord.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
@@ -188,7 +189,7 @@ QStringList sentencesAbout(const PlannedFile &file, int row)
     return sentences;
 }
 
-QString totalsText(const PlanTotals &totals)
+QString totalsText(const PlanTotals &totals, Qt::LayoutDirection direction)
 {
     int files = 0;
     for (const int count : totals.counts)
@@ -198,7 +199,7 @@ QString totalsText(const PlanTotals &totals)
         if (const int count = totals.count(state); count > 0)
             parts.append(u"%1 %2"_s.arg(count).arg(stateText(state).toLower()));
     }
-    return parts.join(u" · "_s);
+    return joinedParts(parts, direction);
 }
 
 } // namespace brevant

@@ -36,6 +36,6 @@ struct PlanTotals {
 [[nodiscard]] QStringList sentencesAbout(const PlannedFile &file, int row);
 
 /// "12 files · 35.3 kB · 5 ready · 5 take care · 2 will fail".
-[[nodiscard]] QString totalsText(const PlanTotals &totals);
+[[nodiscard]] QString totalsText(const PlanTotals &totals, Qt::LayoutDirection direction = Qt::LeftToRight);
 
 } // namespace brevant

@@ -115,9 +115,7 @@ void PlannedWindow::take(int first, const std::vector<PlannedFile> &files, int c
 void PlannedWindow::updateHead()
 {
     const PlanTotals totals = totalsOf(m_model.files());
-    // A mark makes it flush with the rest (U+200F).
-    m_totals->setText((layoutDirection() == Qt::RightToLeft ? QString(QChar(0x200F)) : QString()) +
-                      totalsText(totals));
+    m_totals->setText(totalsText(totals, layoutDirection()));
     m_manner->setText(RunManner(m_settings).ofPlan());
     std::vector<int> counts;
     counts.reserve(filterStates.size());

@@ -176,7 +176,7 @@ void MessagePane::updateLooks()
     QTextOption option;
     option.setAlignment(layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
     m_messages->document()->setDefaultTextOption(option);
-    m_messages->setFixedHeight(lines * m_messages->fontMetrics().lineSpacing() + 2);
+    m_messages->setFixedHeight(lines * m_messages->fontMetrics().lineSpacing() + 1);
 }
 
 /// Where there is no room for their words, the buttons keep their signs.

@@ -3,6 +3,7 @@
 #include "app/results/OfferBar.h"
 
 #include "app/results/RunRecord.h"
+#include "app/results/Signs.h"
 #include "widgets/Contrast.h"
 
 #include <QBoxLayout>
@@ -27,7 +28,8 @@ constexpr double partOfHighlight = 0.2;
 
 OfferBar::OfferBar(QWidget *parent)
     : QWidget(parent), m_lines(new QBoxLayout(QBoxLayout::LeftToRight, this)), m_sign(new QLabel(this)),
-      m_text(new QLabel(this)), m_once(new QPushButton(this)), m_always(new QPushButton(tr("&Always"), this))
+      m_text(new QLabel(this)), m_once(new QPushButton(this)), m_always(new QPushButton(tr("&Always"), this)),
+      m_close(new QToolButton(this))
 {
     m_lines->setContentsMargins(edge, between / 2, edge, between / 2);
     m_lines->setSpacing(between);
@@ -41,20 +43,17 @@ OfferBar::OfferBar(QWidget *parent)
         button->setAutoDefault(true); // Return presses it
         buttons->addWidget(button);
     }
-    auto *const close = new QToolButton(this);
-    close->setIcon(
-        QIcon::fromTheme(u"window-close"_s, style()->standardIcon(QStyle::SP_TitleBarCloseButton)));
-    close->setAutoRaise(true);
-    close->setFocusPolicy(Qt::StrongFocus);
-    close->setToolTip(tr("Close"));
-    close->setAccessibleName(tr("Close"));
-    buttons->addWidget(close);
+    m_close->setAutoRaise(true);
+    m_close->setFocusPolicy(Qt::StrongFocus);
+    m_close->setToolTip(tr("Close"));
+    m_close->setAccessibleName(tr("Close"));
+    buttons->addWidget(m_close);
     m_lines->addLayout(words, 1);
     m_lines->addLayout(buttons);
     m_always->setToolTip(tr("Minifies these, and sets Compressors to Modern in the preferences"));
     connect(m_once, &QPushButton::clicked, this, [this] { accept(false); });
     connect(m_always, &QPushButton::clicked, this, [this] { accept(true); });
-    connect(close, &QToolButton::clicked, this, &OfferBar::decline);
+    connect(m_close, &QToolButton::clicked, this, &OfferBar::decline);
     updateLooks();
     hide();
 }
@@ -68,6 +67,8 @@ void OfferBar::setRun(const RunRecord *run, bool isPossible)
                                : tr("%1 of these use newer JavaScript than YUI Compressor knows").arg(files));
     m_once->setText(files == 1 ? tr("&Minify It With Modern Compressors")
                                : tr("&Minify These With Modern Compressors"));
+    for (QPushButton *const button : {m_once, m_always})
+        button->setMinimumWidth(button->sizeHint().width() + edge);
     m_once->setEnabled(isPossible);
     m_always->setEnabled(isPossible);
     m_once->setDefault(isPossible);
@@ -107,15 +108,22 @@ void OfferBar::resizeEvent(QResizeEvent *event)
 void OfferBar::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::PaletteChange)
         updateLooks();
 }
 
 void OfferBar::updateLooks()
 {
-    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    const QIcon own = style()->standardIcon(QStyle::SP_MessageBoxInformation, nullptr, this);
-    m_sign->setPixmap(QIcon::fromTheme(u"dialog-information"_s, own).pixmap(size));
+    const int size = signSize(fontMetrics());
+    const auto sign = [this](const QString &name, QStyle::StandardPixmap own) {
+        return QIcon::hasThemeIcon(name) ? textIcon(name, *this) : style()->standardIcon(own, nullptr, this);
+    };
+    m_sign->setPixmap(sign(u"dialog-information"_s, QStyle::SP_MessageBoxInformation)
+                          .pixmap({size, size}, devicePixelRatioF()));
+    m_close->setIconSize({size, size});
+    // The one that is not symbolic is red.
+    m_close->setIcon(sign(u"window-close-symbolic"_s, QStyle::SP_TitleBarCloseButton));
 }
 
 } // namespace brevant

@@ -9,6 +9,7 @@
 class QBoxLayout;
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace brevant {
 
@@ -46,6 +47,7 @@ private:
     QLabel *m_text;
     QPushButton *m_once;
     QPushButton *m_always;
+    QToolButton *m_close;
     QStringList m_sources;
     int m_run = -1;
     QSet<int> m_declined; ///< runs

@@ -96,6 +96,11 @@ QString totalsText(const RunRecord &run, const RunTotals &totals, Qt::LayoutDire
               << savedText(totals.all, false);
     }
     parts += lackTexts(totals);
+    return joinedParts(std::move(parts), direction);
+}
+
+QString joinedParts(QStringList parts, Qt::LayoutDirection direction)
+{
     if (direction == Qt::LeftToRight)
         return parts.join(u" · ");
     std::ranges::transform(parts, parts.begin(), isolated);

@@ -59,6 +59,9 @@ struct ShortResult {
 [[nodiscard]] QString totalsText(const RunRecord &run, const RunTotals &totals,
                                  Qt::LayoutDirection direction);
 
+/// Parts that stand beside one another in the order in which texts are read, with dots between.
+[[nodiscard]] QString joinedParts(QStringList parts, Qt::LayoutDirection direction);
+
 /// A text that stands for itself among others, in whatever direction those are read.
 [[nodiscard]] QString isolated(const QString &text);
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr int viewerEdge = 16;
 constexpr QSize usualSize(760, 520);
+constexpr int leastLetters = 40; // letters, and lines half as many
 
 /// The first one about a place; else the reason.
 CompressorMessage messageOf(const ResultRow &row)
@@ -62,6 +63,8 @@ SourceViewer::SourceViewer(QWidget *parent)
     column->addWidget(m_view, 1);
     setFocusProxy(m_view);
     connect(m_loader, &PreviewLoader::loaded, this, &SourceViewer::showContent);
+    setMinimumSize(leastLetters * fontMetrics().averageCharWidth(),
+                   leastLetters / 2 * fontMetrics().lineSpacing());
     resize(usualSize.boundedTo(screen()->availableSize() * 0.9));
 }
 

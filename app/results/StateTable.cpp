@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -21,6 +22,7 @@ namespace brevant {
 namespace {
 
 constexpr int rowMargins = 8;
+constexpr int leastRows = 2;
 
 /// Titles begin and end where the cells do.
 class StateHeader final : public QHeaderView {
@@ -142,8 +144,10 @@ void StateTable::contextMenuEvent(QContextMenuEvent *event)
 /// As high as a line and its margins; the style's own rows are too high for many.
 void StateTable::fitRows()
 {
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargins);
-    horizontalHeader()->setFixedHeight(fontMetrics().height() + rowMargins);
+    const int height = fontMetrics().height() + rowMargins;
+    verticalHeader()->setDefaultSectionSize(height);
+    horizontalHeader()->setFixedHeight(height);
+    setMinimumHeight((1 + leastRows) * height + horizontalScrollBar()->sizeHint().height());
 }
 
 void StateTable::setColumnLetters(int column, int letters, int extra)

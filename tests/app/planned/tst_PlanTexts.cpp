@@ -88,6 +88,8 @@ private Q_SLOTS:
         const PlannedFile fail{u"/a"_s, u"/b"_s, -1, true, {{.kind = Kind::CannotBeRead, .isFatal = true}}};
         const PlannedFile checking{u"/a"_s, u"/b"_s, -1, false, {}};
         QCOMPARE(totalsText(totalsOf({ready})), u"1 file · 1 kB · 1 ready"_s);
+        QCOMPARE(totalsText(totalsOf({ready}), Qt::RightToLeft), // each part is read by itself
+                 u"\u200F\u20681 file\u2069 · \u20681 kB\u2069 · \u20681 ready\u2069"_s);
         QCOMPARE(totalsText(totalsOf({ready, fail, care, ready, checking})),
                  u"5 files · 2.5 kB · 2 ready · 1 take care · 1 will fail · 1 checking"_s);
     }

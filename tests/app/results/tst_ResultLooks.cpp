@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "InquiryFixture.h"
+#include "app/results/MessagePane.h"
 #include "app/results/ResultTable.h"
 #include "app/results/ResultsWindow.h"
 #include "app/results/Signs.h"
@@ -12,6 +13,8 @@
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
+#include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QSet>
 #include <QTest>
 
@@ -115,6 +118,20 @@ private Q_SLOTS:
         }));
     }
 
+    void threeMessagesHaveRoom()
+    {
+        MessagePane pane(MessagePane::Reveal::Output, nullptr);
+        ResultRow file(State::Failed, u"/w/a.css"_s);
+        file.remarks = std::make_shared<ResultRemarks>(ResultRemarks{{}, {}, {u"a"_s, u"b"_s, u"c"_s}});
+        pane.setRow(&file);
+        pane.resize(400, 100);
+        pane.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&pane));
+        const QPlainTextEdit *const messages = pane.findChild<QPlainTextEdit *>();
+        QCOMPARE(messages->blockCount(), 3);
+        QVERIFY(!messages->verticalScrollBar()->isVisible());
+    }
+
     void nothingIsCutOff_data()
     {
         QTest::addColumn<int>("points");
@@ -147,6 +164,8 @@ private Q_SLOTS:
         for (const QSize &size : {QSize(600, 1), QSize(1, 1), QSize(700, 1)}) {
             window.resize(size.expandedTo(window.minimumSize()));
             QTRY_COMPARE(cutOff(window), QString());
+            const auto *const table = window.findChild<ResultTable *>();
+            QVERIFY(table->viewport()->height() >= 2 * table->rowHeight(0));
         }
     }
 
