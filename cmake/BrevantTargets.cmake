@@ -85,6 +85,8 @@ function(brevant_add_test program)
     endif()
     add_executable(${program} $<TARGET_OBJECTS:brevant_test_main> ${built} ${arg_THREADS} ${arg_SOURCES})
     set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    # To optimize them took most of the time of a build.
+    target_compile_options(${program} PRIVATE -O0)
     target_compile_definitions(${program} PRIVATE ${arg_DEFINITIONS})
     target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/generated")
     target_link_libraries(${program} PRIVATE brevant_options Qt6::Test ${arg_LIBRARIES})
