@@ -5,6 +5,7 @@
 #include "app/results/Signs.h"
 #include "widgets/FilterField.h"
 
+#include <QAction>
 #include <QBoxLayout>
 #include <QEvent>
 #include <QIcon>
@@ -27,15 +28,21 @@ FilterBar::FilterBar(std::vector<StateFilter::Choice> choices, const QString &pl
     m_field->setAccessibleName(tr("Filter"));
     m_field->setClearButtonEnabled(true);
     m_find = m_field->addAction(QIcon(), QLineEdit::LeadingPosition);
+    m_find->setText(tr("Find"));
+    // Qt gives its own no name for those who do not see it.
+    if (auto *const clear = m_field->findChild<QAction *>(u"_q_qlineeditclearaction"_s))
+        clear->setText(tr("Clear"));
     updateLooks();
     m_parts->addWidget(m_field, 0, Qt::AlignTop);
     connect(m_states, &StateFilter::changed, this, &FilterBar::changed);
     connect(m_field, &QLineEdit::textChanged, this, &FilterBar::changed);
     auto *const find = new QShortcut(QKeySequence::Find, this); // a child of this
-    connect(find, &QShortcut::activated, this, [this] {
+    const auto goToField = [this] {
         m_field->setFocus(Qt::ShortcutFocusReason);
         m_field->selectAll();
-    });
+    };
+    connect(find, &QShortcut::activated, this, goToField);
+    connect(m_find, &QAction::triggered, this, goToField);
 }
 
 bool FilterBar::event(QEvent *event)

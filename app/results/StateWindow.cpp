@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QShowEvent>
 
 #include <algorithm>
 
@@ -59,7 +60,6 @@ void StateWindow::setUp(const Parts &parts, QSize size)
     place->addWidget(m_hint);
     updateLooks();
     resize(size.expandedTo(sizeHint()).boundedTo(screen()->availableSize() * partOfScreen));
-    parts.table->setFocus();
 }
 
 QWidget *StateWindow::makeBottom(QWidget *first, std::initializer_list<QPushButton *> buttons)
@@ -116,6 +116,14 @@ void StateWindow::keyPressEvent(QKeyEvent *event)
         close();
     else if (!isCancel)
         QMainWindow::keyPressEvent(event);
+}
+
+/// Opened again, the window begins at the table, wherever it was left.
+void StateWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous())
+        m_parts.table->setFocus();
 }
 
 void StateWindow::changeEvent(QEvent *event)

@@ -70,6 +70,20 @@ class Program:
         button = self.button(name)
         return bool(button) and "showing" in button.states
 
+    def focused(self):
+        """The control with the keyboard focus."""
+        for window in self.root.children:
+            for node in window.walk():
+                # Of tabs it is the list of them; Qt says it of the tab of the page always, and of what holds both.
+                if "focused" in node.states and node.role not in ("frame", "dialog", "table", "cell", "page tab",
+                                                                  "filler"):
+                    return node
+        return self.table if "focused" in self.table.states else None
+
+    def expect_focus(self, name):
+        wait_for(lambda: f"the focus on {name!r}, not on {self.focused()!r}",
+                 lambda: (node := self.focused()) and node.name == name)
+
     def expect_names(self, *names):
         wait_for(lambda: f"the rows {names}, not {self.names()}", lambda: self.names() == list(names))
 

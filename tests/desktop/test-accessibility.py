@@ -73,6 +73,37 @@ def every_preference_has_a_name_and_a_role(case):
     equal(counts, {"check box": 15, "radio button": 2, "text": 2, "combo box": 3, "page tab": 3})
 
 
+def expect_names_in(window):
+    controls = ("push button", "check box", "text", "table", "combo box", "column header")
+    found = [node for node in window.walk() if node.role in controls and "showing" in node.states]
+    equal([node for node in found if not node.name], [], "controls without a name")
+    return {node.name for node in found}
+
+
+def results_and_planned_outputs_have_names(case):
+    program = case.start(case.file("good.css", "a  {  color : red ; }\n"), case.file("new.js", "let a = () => 1;\n"))
+    program.key("ctrl+shift+l")
+    planned = program.root.find("frame", "Planned Outputs")
+    planned.find("check box", "Ready 2")
+    names = {"Planned Outputs", "All 2", "Ready 2", "Filter", "Open", "Reveal Source", "Copy Path", "Messages",
+             "Preferences…", "Minify", "Row", "State", "Name", "Folder", "Goes to", "Problem"}
+    equal(names - {name.strip() for name in expect_names_in(planned)}, set(), "controls that are not found")
+    program.key("ctrl+f")
+    program.type("c")
+    planned.find("push button", "Clear")
+    expect_names_in(planned)
+    program.key("Escape", "Escape")
+    program.expect_active("Brevant")
+    program.key("Return")
+    program.expect_status("Well done!")
+    program.key("ctrl+l")
+    results = program.root.find("frame", "Results")
+    results.find("push button", "Minify It With Modern Compressors")
+    names = {"Results", "All 2", "Done 1", "Failed 1", "Filter", "Open", "Reveal Output", "Copy Path", "Messages",
+             "Save Report…", "Retry Failed", "Always", "Close", "State", "Name", "Saved", "Message"}
+    equal(names - {name.strip() for name in expect_names_in(results)}, set(), "controls that are not found")
+
+
 def the_preview_is_a_dialog(case):
     program = case.start(case.file("a.css"))
     program.expect_names("a.css")
@@ -161,5 +192,6 @@ def the_dock_icon_counts(case):
 
 
 run([every_control_has_a_name_and_a_role, every_preference_has_a_name_and_a_role,
+     results_and_planned_outputs_have_names,
      the_preview_is_a_dialog, the_lists_menu_is_found, rows_read_name_and_folder,
      a_run_is_started_and_heard_of, the_dock_icon_counts])

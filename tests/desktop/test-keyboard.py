@@ -22,21 +22,6 @@ def started(case):
     return program
 
 
-def focused(program):
-    """The control with the keyboard focus."""
-    for window in program.root.children:
-        for node in window.walk():
-            # Of tabs it is the list of them; Qt says it of the tab of the page always, and of what holds both.
-            if "focused" in node.states and node.role not in ("frame", "dialog", "table", "cell", "page tab", "filler"):
-                return node
-    return program.table if "focused" in program.table.states else None
-
-
-def expect_focus(program, name):
-    wait_for(lambda: f"the focus on {name!r}, not on {focused(program)!r}",
-             lambda: (node := focused(program)) and node.name == name)
-
-
 def rows_are_chosen(case):
     program = started(case)
     program.key("ctrl+a")
@@ -62,22 +47,22 @@ def the_focus_goes_round_and_is_seen(case):
     x, y, width, height = program.table.extents
     unfocused = case.session.pixels(x, y + height - 4, width, 4)
     program.key("Tab")
-    expect_focus(program, "Clear")
+    program.expect_focus("Clear")
     program.key("Tab")
-    expect_focus(program, "Minify")
+    program.expect_focus("Minify")
     program.key("Tab")
     wait_for("the ring round the list", lambda: case.session.pixels(x, y + height - 4, width, 4) != unfocused)
     program.key("Down")
     program.expect_selected("b.css")
     program.key("shift+Tab")
-    expect_focus(program, "Minify")
+    program.expect_focus("Minify")
     wait_for("the ring to go", lambda: case.session.pixels(x, y + height - 4, width, 4) == unfocused)
     # And the menu bar gives back what it takes.
     program.key("alt+f")
     wait_for("the menu", program.context_menu)
     program.key("Escape", "Escape")
     wait_for("the menu to go", lambda: not program.context_menu())
-    expect_focus(program, "Minify")
+    program.expect_focus("Minify")
     program.key("space")
     program.expect_status("Well done!")
 
@@ -171,13 +156,13 @@ def every_preference_is_reached(case):
     usable = {node for node in controls if "sensitive" in node.states}
     seen = set()
     for page in ("Output", "Compressors", "Files and Runs"):
-        expect_focus(program, page)
-        tab = focused(program)
+        program.expect_focus(page)
+        tab = program.focused()
         rows = []
         for _ in range(len(controls)):
             program.key("Tab")
             before = node if rows else tab
-            node = wait_for("the focus to move", lambda: focused(program) not in (None, before) and focused(program))
+            node = wait_for("the focus to move", lambda: program.focused() not in (None, before) and program.focused())
             if node == tab:
                 break
             seen.add(node)
@@ -191,7 +176,7 @@ def every_preference_is_reached(case):
     program.key("alt+g")
     wait_for("the stored switch", lambda: program.settings().get("gzipCheckerKeyString") is True)
     program.key("ctrl+Tab", "ctrl+Tab", "alt+r")
-    expect_focus(program, window.find("combo box", "Unicode (utf-8)").name)
+    program.expect_focus(window.find("combo box", "Unicode (utf-8)").name)
     program.key("Down", "Down", "Return")
     wait_for("the stored encoding", lambda: program.settings().get("selectedEncodingKeyString") == "gb2312")
     program.key("Escape")

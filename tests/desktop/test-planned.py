@@ -61,6 +61,15 @@ def with_the_keyboard(case):
     program.key("Escape")
     program.expect_active("Brevant")
     equal(program.status(), "3 items")
+    program.key("ctrl+shift+l")
+    program.expect_active("Planned Outputs")
+    program.key("ctrl+w")
+    program.expect_active("Brevant")
+    program.key("ctrl+shift+l")
+    program.expect_active("Planned Outputs")
+    program.key("Return")
+    wait_for("the output", lambda: (case.folder / "good.min.css").exists())
+    program.expect_status("Well done!")
 
 
 run([with_the_mouse, with_the_keyboard])

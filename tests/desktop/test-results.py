@@ -90,4 +90,43 @@ def with_the_keyboard(case):
     program.expect_active("Results")
 
 
-run([with_the_mouse, with_the_keyboard])
+def the_focus_goes_round(case):
+    program = after_a_run(case)
+    program.key("ctrl+l")
+    window = results(program)
+    wait_for("the focus on the table", lambda: "focused" in table(window).states)
+    for name in ("Open", "Copy Path", "Messages", "Save Report…", "Retry Failed",
+                 window.find("combo box").name, "All 3", "Filter"):
+        program.key("Tab")
+        program.expect_focus(name)
+    program.key("Tab")
+    wait_for("the focus on the table", lambda: "focused" in table(window).states)
+    program.key("shift+Tab", "shift+Tab")
+    program.expect_focus("All 3")
+    program.key("Right")
+    program.expect_focus("Done 1")
+    expect_files(window, "good.css")
+    program.key("ctrl+w")
+    program.expect_active("Brevant")
+
+
+def newer_javascript_with_the_keyboard(case):
+    program = case.start(case.file("new.js", "let a = () => 1;\n"))
+    program.expect_names("new.js")
+    program.key("Return")
+    program.expect_status("Well done!")
+    program.key("ctrl+l")
+    window = results(program)
+    window.find("push button", "Minify It With Modern Compressors")
+    program.key(*["Tab"] * 6)
+    program.expect_focus(window.find("combo box").name)
+    for name in ("Minify It With Modern Compressors", "Always", "Close"):
+        program.key("Tab")
+        program.expect_focus(name)
+    program.key("shift+Tab", "shift+Tab", "Return")
+    output = case.folder / "new.min.js"
+    wait_for("the output", lambda: output.exists() and output.read_text().strip() == "let a=()=>1;")
+    wait_for("the focus on the table", lambda: "focused" in table(window).states)
+
+
+run([with_the_mouse, with_the_keyboard, the_focus_goes_round, newer_javascript_with_the_keyboard])

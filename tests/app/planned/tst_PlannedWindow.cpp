@@ -121,8 +121,11 @@ private Q_SLOTS:
         QTRY_VERIFY(toolButton(u"Will fail 1"_s));
         QTest::mouseClick(toolButton(u"Will fail 1"_s), Qt::LeftButton);
         QCOMPARE(column(PlanModel::Name), u"b.css"_s);
+        filter()->setFocus();
         QTest::keyClick(m_window.get(), Qt::Key_Escape);
         QVERIFY(!m_window->isVisible());
+        m_window->show();
+        QCOMPARE(m_window->focusWidget(), table()); // where Return minifies
     }
 
     void theFilterHoldsForNews()
