@@ -18,6 +18,15 @@ namespace {
 
 constexpr QChar separator = u'/';
 
+/// As QStringView::lastIndexOf(), without its price for each call.
+qsizetype lastIndexOf(QStringView text, QChar sign)
+{
+    const QChar *at = text.end();
+    while (at != text.begin() && at[-1] != sign)
+        --at;
+    return at - text.begin() - 1;
+}
+
 QStringView withoutSeparatorsAtEnd(QStringView path)
 {
     while (path.size() > 1 && path.endsWith(separator))
@@ -28,7 +37,7 @@ QStringView withoutSeparatorsAtEnd(QStringView path)
 /// Where the dot before the extension stands in `name`, or -1.
 qsizetype extensionDot(QStringView name)
 {
-    const qsizetype dot = name.lastIndexOf(u'.');
+    const qsizetype dot = lastIndexOf(name, u'.');
     return dot > 0 ? dot : -1;
 }
 
@@ -55,7 +64,7 @@ QStringView lastComponent(QStringView path)
     path = withoutSeparatorsAtEnd(path);
     if (path.size() == 1)
         return path;
-    return path.sliced(path.lastIndexOf(separator) + 1);
+    return path.sliced(lastIndexOf(path, separator) + 1);
 }
 
 QStringView extension(QStringView path)
@@ -65,9 +74,14 @@ QStringView extension(QStringView path)
     return dot < 0 ? QStringView() : name.sliced(dot + 1);
 }
 
+bool isSameExtension(QStringView one, QStringView other)
+{
+    return std::ranges::equal(one, other, {}, inLowerCase, inLowerCase);
+}
+
 bool hasExtension(QStringView path, QStringView wanted)
 {
-    return std::ranges::equal(extension(path), wanted, {}, inLowerCase, inLowerCase);
+    return isSameExtension(extension(path), wanted);
 }
 
 QStringView stem(QStringView path)
@@ -81,7 +95,7 @@ QStringView stem(QStringView path)
 QStringView folder(QStringView path)
 {
     path = withoutSeparatorsAtEnd(path);
-    const qsizetype slash = path.lastIndexOf(separator);
+    const qsizetype slash = lastIndexOf(path, separator);
     if (slash < 0)
         return {};
     return withoutSeparatorsAtEnd(path.first(slash == 0 ? 1 : slash));

@@ -17,6 +17,9 @@ namespace brevant::PathString {
 /// What follows the last "." of the last component, without the dot; empty if there is none.
 [[nodiscard]] QStringView extension(QStringView path);
 
+/// Whether two extensions are the same, ignoring the case of A to Z only.
+[[nodiscard]] bool isSameExtension(QStringView one, QStringView other);
+
 /// Whether `wanted` is its extension, ignoring the case of A to Z only.
 [[nodiscard]] bool hasExtension(QStringView path, QStringView wanted);
 

@@ -64,7 +64,14 @@ QByteArray RawBytes::encoded(const QString &text)
 
 bool RawBytes::areIn(const QString &text)
 {
-    return escaped(text) != text;
+    char16_t bits = 0; // of all characters: most texts are known for plain by these
+    for (const QChar character : text)
+        bits |= character.unicode();
+    bool found = false;
+    if (bits >= base)
+        split(
+            text, [](QStringView) {}, [&found](unsigned char) { found = true; });
+    return found;
 }
 
 QString RawBytes::escaped(const QString &text)

@@ -6,6 +6,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <algorithm>
 #include <array>
 
 namespace brevant {
@@ -51,19 +52,43 @@ const FileKind *kindOf(QStringView path)
 
 const FileKind *anyKindOf(QStringView path)
 {
-    for (const FileKind &kind : kinds) {
-        if (PathString::hasExtension(path, kind.extension))
-            return &kind;
-    }
-    return nullptr;
+    const QStringView extension = PathString::extension(path);
+    const auto *const found = std::ranges::find_if(
+        kinds, [&](const FileKind &kind) { return PathString::isSameExtension(extension, kind.extension); });
+    return found == kinds.end() ? nullptr : found;
+}
+
+static bool isMinified(QStringView path)
+{
+    return PathString::stem(path).endsWith(minifiedEnding);
+}
+
+static bool isOn(const FileKind &kind, const SettingsStore &settings, const QStringList &also)
+{
+    return kind.isExtra ? also.contains(kind.extension) : kind.isSwitchedOn(settings);
 }
 
 bool isAccepted(QStringView path, const SettingsStore &settings, const QStringList &also)
 {
     const FileKind *const kind = anyKindOf(path);
-    if (!kind || !(kind->isExtra ? also.contains(kind->extension) : kind->isSwitchedOn(settings)))
-        return false;
-    return !PathString::stem(path).endsWith(minifiedEnding) || !settings.boolForKey(filterCheckerKeyString);
+    return kind && isOn(*kind, settings, also) &&
+           (!isMinified(path) || !settings.boolForKey(filterCheckerKeyString));
+}
+
+AcceptedKinds::AcceptedKinds(const SettingsStore &settings, const QStringList &also)
+    : m_skipsMinified(settings.boolForKey(filterCheckerKeyString))
+{
+    for (const FileKind &kind : kinds) {
+        if (isOn(kind, settings, also))
+            m_kinds.push_back(&kind);
+    }
+}
+
+bool AcceptedKinds::accept(QStringView path) const
+{
+    const FileKind *const kind = anyKindOf(path);
+    return kind && std::ranges::find(m_kinds, kind) != m_kinds.end() &&
+           !(m_skipsMinified && isMinified(path));
 }
 
 } // namespace brevant

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <span>
+#include <vector>
 
 namespace brevant {
 
@@ -39,5 +40,17 @@ struct FileKind {
 /// `also`, and it is not a file named .min while those are skipped. Never looks at the disk, and reads the
 /// settings anew at each call.
 [[nodiscard]] bool isAccepted(QStringView path, const SettingsStore &settings, const QStringList &also = {});
+
+/// What isAccepted() says by the settings of one moment, for many paths.
+class AcceptedKinds final {
+public:
+    explicit AcceptedKinds(const SettingsStore &settings, const QStringList &also = {});
+
+    [[nodiscard]] bool accept(QStringView path) const;
+
+private:
+    std::vector<const FileKind *> m_kinds;
+    bool m_skipsMinified = false;
+};
 
 } // namespace brevant

@@ -26,11 +26,7 @@ constexpr std::size_t bufferSize = 65536; // of names at a time
 
 class Walker final {
 public:
-    Walker(const QByteArray &top, const std::function<void(const QString &)> &visit,
-           const std::function<void(const QString &, int)> &unreadable, QString (*decode)(const QByteArray &))
-        : m_top(top), m_visit(visit), m_unreadable(unreadable), m_decode(decode)
-    {
-    }
+    Walker(const QByteArray &top, const FolderWalk &walk) : m_top(top), m_walk(walk) {}
 
     void walk()
     {
@@ -74,8 +70,8 @@ private:
     /// The folder at m_path could not be read. One that vanished, or is a folder no more, is no failure.
     void failed() const
     {
-        if (m_unreadable && errno != ENOENT && errno != ENOTDIR)
-            m_unreadable(m_path, errno);
+        if (m_walk.unreadable && errno != ENOENT && errno != ENOTDIR)
+            m_walk.unreadable(m_path, errno);
     }
 
     /// Without readdir(3), which would need a descriptor and a buffer of its own for each folder.
@@ -114,10 +110,17 @@ private:
         level.next += length + 2;
 
         m_path.truncate(level.pathLength);
-        m_path += m_decode(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
-        m_visit(m_path);
-        if (isFolder(level.folder.number(), name, type))
+        m_path += m_walk.decode(QByteArray::fromRawData(name, static_cast<qsizetype>(length)));
+        m_walk.visit(m_path, typeOf(type));
+        if (isFolder(level.folder.number(), name, type) && (!m_walk.isEntered || m_walk.isEntered(m_path)))
             enter(level.folder.number(), name, O_NOFOLLOW); // which may move the vector under `level`
+    }
+
+    [[nodiscard]] static EntryType typeOf(unsigned char type)
+    {
+        if (type == DT_DIR)
+            return EntryType::Folder;
+        return type == DT_UNKNOWN || type == DT_LNK ? EntryType::Unknown : EntryType::File;
     }
 
     [[nodiscard]] static bool isFolder(int parent, const char *name, unsigned char type)
@@ -168,9 +171,7 @@ private:
     }
 
     const QByteArray m_top;
-    const std::function<void(const QString &)> &m_visit;
-    const std::function<void(const QString &, int)> &m_unreadable;
-    QString (*const m_decode)(const QByteArray &);
+    const FolderWalk &m_walk;
     std::vector<Level> m_levels;
     QString m_path;
     std::vector<char> m_buffer =
@@ -179,11 +180,18 @@ private:
 
 } // namespace
 
+void walkFolder(const QString &top, const FolderWalk &walk)
+{
+    Walker(RawBytes::encoded(top), walk).walk();
+}
+
 void walkFolder(const QString &top, const std::function<void(const QString &relativePath)> &visit,
                 const std::function<void(const QString &relativePath, int error)> &unreadable,
                 QString (*decode)(const QByteArray &name))
 {
-    Walker(RawBytes::encoded(top), visit, unreadable, decode).walk();
+    walkFolder(
+        top,
+        {[&visit](const QString &relativePath, EntryType) { visit(relativePath); }, unreadable, {}, decode});
 }
 
 } // namespace brevant

@@ -13,13 +13,14 @@ namespace brevant {
 
 void OutputPath::Naming::read(const SettingsStore &settings)
 {
+    isModern = isModernChosen(settings);
     suffixSwitch = settings.objectForKey(suffixSwitcherKeyString);
     sameFolder = settings.isTrue(sameFolderKeyString);
     suffix = settings.stringForKey(suffixKeyString).value_or(QString());
     folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
 }
 
-void OutputPath::Naming::next(const QString &entry, const std::optional<QString> &extension)
+void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> extension)
 {
     if (!suffixSwitch.isBool())
         return;
@@ -30,22 +31,26 @@ void OutputPath::Naming::next(const QString &entry, const std::optional<QString>
     const QString before = sameFolder ? QString() : folder + u'/'; // whatever the folder ends with
     const QStringView stem = PathString::stem(sameFolder ? entry : PathString::lastComponent(entry));
     const QString after = suffixSwitch.toBool() ? suffix : QString();
-    path = PathString::withExtension(QString(before % stem % after), *extension);
+    path = before % stem % after % u'.' % *extension;
 }
 
-OutputPath::OutputPath(const SettingsStore &settings) : m_settings(settings)
+OutputPath::OutputPath(const SettingsStore &settings, Reading reading)
+    : m_settings(settings), m_reading(reading)
 {
     m_atStart.read(settings);
+    m_now = m_atStart;
 }
 
 std::optional<QString> OutputPath::next(const QString &entry)
 {
-    const FileKind *const kind = isModernChosen(m_settings) ? anyKindOf(entry) : kindOf(entry);
+    if (m_reading == Reading::Anew)
+        m_now.read(m_settings);
+    const FileKind *const kind = m_now.isModern ? anyKindOf(entry) : kindOf(entry);
     if (kind)
-        m_extension = kind->extension.toString();
-    m_now.read(m_settings);
+        m_extension = kind->extension;
     m_now.next(entry, m_extension);
-    m_atStart.next(entry, m_extension);
+    if (m_reading == Reading::Anew)
+        m_atStart.next(entry, m_extension);
     return m_now.path;
 }
 

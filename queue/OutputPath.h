@@ -15,17 +15,24 @@ class SettingsStore;
 /// an undecided setting, or an entry of no kind, falls back on what the entry before it got.
 class OutputPath final {
 public:
-    explicit OutputPath(const SettingsStore &settings);
+    /// Whether the settings are read anew for each entry, or hold as they are now.
+    enum class Reading { Anew, Once };
+
+    explicit OutputPath(const SettingsStore &settings, Reading reading = Reading::Anew);
 
     /// The output path of `entry` by the settings as they stand now; nothing if none can be formed, which
     /// only happens at the beginning of a run.
     [[nodiscard]] std::optional<QString> next(const QString &entry);
 
     /// The output path of the entry asked for last, by the settings as they were when this was made.
-    [[nodiscard]] const std::optional<QString> &atStart() const { return m_atStart.path; }
+    [[nodiscard]] const std::optional<QString> &atStart() const
+    {
+        return m_reading == Reading::Anew ? m_atStart.path : m_now.path;
+    }
 
 private:
     struct Naming {
+        bool isModern = false;
         QJsonValue suffixSwitch;
         bool sameFolder = true;
         QString suffix;
@@ -33,11 +40,12 @@ private:
         std::optional<QString> path; ///< of the entry before
 
         void read(const SettingsStore &settings);
-        void next(const QString &entry, const std::optional<QString> &extension);
+        void next(const QString &entry, std::optional<QStringView> extension);
     };
 
     const SettingsStore &m_settings;
-    std::optional<QString> m_extension; ///< of the entry before
+    const Reading m_reading;
+    std::optional<QStringView> m_extension; ///< of the entry before
     Naming m_now;
     Naming m_atStart;
 };

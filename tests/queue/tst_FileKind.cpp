@@ -191,6 +191,20 @@ private Q_SLOTS:
         settings.set(enablePHPCheckerKeyString, false);
         QVERIFY(!isAccepted(u"/x/a.php", settings.store()));
     }
+
+    void settingsOfOneMoment()
+    {
+        QueueSettings settings{{filterCheckerKeyString, true}};
+        const QStringList also{u"svg"_s};
+        const AcceptedKinds kinds(settings.store(), also);
+        for (const QString &path : {u"/x/a.css"_s, u"/x/a.PHP"_s, u"/x/a.min.js"_s, u"/x/a.svg"_s,
+                                    u"/x/a.mjs"_s, u"/x/a.html"_s, u"/x/a"_s, u"/x/a.txt"_s})
+            QCOMPARE(kinds.accept(path), isAccepted(path, settings.store(), also));
+        settings.set(enablePHPCheckerKeyString, true);
+        settings.set(filterCheckerKeyString, false);
+        QVERIFY(!kinds.accept(u"/x/a.php"));
+        QVERIFY(!kinds.accept(u"/x/a.min.js"));
+    }
 };
 
 BREVANT_TEST(tst_FileKind, QCoreApplication)

@@ -209,6 +209,17 @@ private Q_SLOTS:
             user.join();
         QCOMPARE(wrong, 0);
     }
+
+    void settingsOfOneMoment()
+    {
+        QueueSettings settings;
+        OutputPath output(settings.store(), OutputPath::Reading::Once);
+        settings.set(suffixKeyString, u"-x"_s);
+        QCOMPARE(textOf(output.next(u"/x/a.css"_s)), u"/x/a.min.css"_s);
+        QCOMPARE(textOf(output.atStart()), u"/x/a.min.css"_s);
+        QCOMPARE(textOf(OutputPath(settings.store(), OutputPath::Reading::Once).next(u"/x/a.css"_s)),
+                 u"/x/a-x.css"_s);
+    }
 };
 
 BREVANT_TEST(tst_OutputPath, QCoreApplication)
