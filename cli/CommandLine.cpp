@@ -148,7 +148,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     line.error = contradiction(parser);
     if (line.error.isEmpty())
         line.error = readOptions(parser, line);
-    if (line.error.isEmpty() && line.paths.isEmpty())
+    if (line.error.isEmpty() && line.paths.isEmpty() && line.filesFrom.isEmpty())
         line.error = u"no file or folder is named"_s;
     return line;
 }

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/Globs.h"
+#include "cli/Shard.h"
+
 #include <QJsonValue>
 #include <QString>
 #include <QStringList>
@@ -21,9 +24,17 @@ struct CommandLine {
     QStringList also;                                               ///< extensions of extra kinds
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile;                                             ///< empty for none
+    QString filesFrom;                                              ///< a list of paths; empty for none
+    GlobList exclude;
+    GlobList include; ///< empty for all
+    Shard shard;
     int jobs = 0;       ///< compressors at once; 0 for as many as suit them
     bool check = false; ///< the results of the classic compressors
-    bool all = false;   ///< take outputs of other files too
+    bool all = false;   ///< take outputs of other files too, and search all folders
+    bool gitignore = false;
+    bool sort = false;
+    bool nulls = false;  ///< zero bytes, not line ends, end the paths in filesFrom
+    bool print0 = false; ///< and in what --list prints
     bool quiet = false;
     QString error; ///< what is wrong with the arguments, in words; empty if nothing is
 };

@@ -8,12 +8,13 @@
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
-#include "queue/FileKind.h"
 #include "queue/FileQueue.h"
-#include "queue/FolderWalk.h"
 #include "queue/OutputPath.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+
+#include <QDir>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <utility>
@@ -30,79 +31,134 @@ namespace {
 QSet<QString> outputsAmong(const QStringList &files, const SettingsStore &settings)
 {
     const QString suffix = settings.stringForKey(suffixKeyString).value_or(QString());
-    const auto mayBeOutput = [&](const QString &file) { return PathString::stem(file).endsWith(suffix); };
     if (suffix.isEmpty() || !settings.isTrue(suffixSwitcherKeyString) ||
-        !settings.isTrue(sameFolderKeyString) || std::ranges::none_of(files, mayBeOutput))
+        !settings.isTrue(sameFolderKeyString))
         return {};
-    OutputPath outputPath(settings);
+    QSet<QStringView> sourceStems; // of files named like outputs
+    for (const QString &file : files) {
+        if (const QStringView stem = PathString::stem(file); stem.endsWith(suffix))
+            sourceStems.insert(stem.chopped(suffix.size()));
+    }
+    OutputPath outputPath(settings, OutputPath::Reading::Once);
     QSet<QString> outputs;
-    for (const QString &file : files)
-        outputs.insert(outputPath.next(file).value_or(QString()));
+    for (const QString &file : sourceStems.isEmpty() ? QStringList() : files) {
+        if (sourceStems.contains(PathString::stem(file)))
+            outputs.insert(outputPath.next(file).value_or(QString()));
+    }
     return outputs;
 }
 
-QString whyNothingIsListed(const SettingsStore &settings)
+void sortByBytes(std::vector<QString> &files)
 {
-    QStringList reasons;
-    const auto off = [&](QLatin1StringView key, const QString &kinds) {
-        if (!settings.boolForKey(key))
-            reasons.append(u"%1 files are off (%2)"_s.arg(kinds, key));
-    };
-    off(enableHTMLCheckerKeyString, u"HTML"_s);
-    off(enablePHPCheckerKeyString, u"PHP and PHTML"_s);
-    if (settings.boolForKey(filterCheckerKeyString))
-        reasons.append(u"files named .min are skipped (%1)"_s.arg(filterCheckerKeyString));
-    const QString text = u"Nothing to minify: no file of a kind that is on was found"_s;
-    return (reasons.isEmpty() ? text : text + u"; "_s + reasons.join(u", ")) + u".\n"_s;
+    std::vector<std::pair<QByteArray, QString>> named;
+    for (QString &file : files)
+        named.emplace_back(RawBytes::encoded(file), std::move(file));
+    std::ranges::sort(named, {}, [](const auto &pair) -> const QByteArray & { return pair.first; });
+    std::ranges::transform(named, files.begin(), [](auto &pair) { return std::move(pair.second); });
+}
+
+bool isFolder(const QString &path)
+{
+    struct stat status {};
+    return ::stat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 } // namespace
 
+Listing::Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line)
+    : m_queue(queue), m_settings(settings), m_line(line), m_kinds(settings, line.also),
+      m_rules(line, settings)
+{
+}
+
+QString Listing::fill()
+{
+    QStringList paths;
+    for (const QString &path : m_line.paths)
+        paths.append(PathString::absolute(path));
+    if (QString error = m_rules.askGit(paths); !error.isEmpty())
+        return error;
+    for (const QString &path : std::as_const(paths))
+        add(path);
+    if (m_line.sort)
+        sortByBytes(m_files);
+    const bool isShared = m_line.shard.count > 1;
+    for (const QString &file :
+         isShared ? filesOfShard(m_files, m_line.shard, QDir::currentPath()) : m_files) {
+        m_queue.append(file);
+        if (RawBytes::areIn(file))
+            m_unnameable.append(file);
+    }
+    return m_rules.error();
+}
+
 void Listing::add(const QString &path)
 {
-    QStringList found;
-    walkFolder(
-        path,
-        [&](const QString &relativePath) {
-            if (QString file = PathString::join(path, relativePath); isListed(file))
-                found.append(std::move(file));
-        },
-        [&](const QString &relativePath, int error) {
-            const QString folder = relativePath.isEmpty() ? path : PathString::join(path, relativePath);
-            m_unreadable.append(u"%1 cannot be read: %2"_s.arg(folder, qt_error_string(error)));
-        },
-        RawBytes::decoded);
+    if (!m_rules.turnTo(path))
+        return;
+    const QStringList found = filesBelow(path);
     const QSet<QString> outputs = m_line.all ? QSet<QString>() : outputsAmong(found, m_settings);
-    for (const QString &file : std::as_const(found)) {
-        if (outputs.contains(file))
+    m_taken.reserve(m_taken.size() + found.size());
+    for (const QString &file : found) {
+        if (!outputs.isEmpty() && outputs.contains(file))
             m_outputs.append(file);
         else
             append(file);
     }
-    if (isListed(path))
+    if (isListed(path, {}, EntryType::Unknown))
         append(path);
 }
 
-bool Listing::isListed(const QString &path)
+QStringList Listing::filesBelow(const QString &top)
 {
-    if (!isAccepted(path, m_settings, m_line.also))
+    QStringList found;
+    FolderWalk walk;
+    walk.visit = [&](const QString &relativePath, EntryType type) {
+        if (isListed(top, relativePath, type))
+            found.append(PathString::join(top, relativePath));
+    };
+    walk.unreadable = [&](const QString &relativePath, int error) {
+        const QString folder = relativePath.isEmpty() ? top : PathString::join(top, relativePath);
+        m_unreadable.append(u"%1 cannot be read: %2"_s.arg(folder, qt_error_string(error)));
+    };
+    walk.isEntered = [&](const QString &relativePath) { return m_rules.takesFolder(relativePath); };
+    walk.decode = RawBytes::decoded;
+    walkFolder(top, walk);
+    return found;
+}
+
+bool Listing::isListed(const QString &top, const QString &relativePath, EntryType type)
+{
+    if (!m_kinds.accept(relativePath.isEmpty() ? top : relativePath))
         return false;
-    struct stat status {};
-    if (::stat(RawBytes::encoded(path).constData(), &status) != 0 || !S_ISDIR(status.st_mode))
-        return true;
-    m_folders.append(path);
+    if (type == EntryType::File)
+        return m_rules.takesFile(relativePath);
+    const QString path = relativePath.isEmpty() ? top : PathString::join(top, relativePath);
+    if (type != EntryType::Folder && !isFolder(path))
+        return m_rules.takesFile(relativePath);
+    if (type != EntryType::Folder || m_rules.takesFolder(relativePath))
+        m_folders.append(path);
     return false;
 }
 
 void Listing::append(const QString &file)
 {
     const qsizetype before = m_taken.size();
-    m_taken.insert(FileMarks::ofPlace(file));
-    if (m_taken.size() == before)
-        return;
-    m_queue.append(file);
-    if (RawBytes::areIn(file))
-        m_unnameable.append(file);
+    m_taken.insert(markOf(file));
+    if (m_taken.size() > before)
+        m_files.push_back(file);
+}
+
+/// Its FileMarks::ofPlace(), for which the disk is asked once for several files of a folder in a row.
+QString Listing::markOf(const QString &file)
+{
+    const QStringView name = PathString::lastComponent(file);
+    const QStringView folder = PathString::folder(file);
+    if (m_markedFolder != folder || m_folderMark.isEmpty()) {
+        m_markedFolder = folder.toString();
+        m_folderMark = FileMarks::ofPlace(file).chopped(name.size());
+    }
+    return m_folderMark % name;
 }
 
 QStringList Listing::passedOver() const
@@ -116,6 +172,24 @@ QStringList Listing::passedOver() const
         told.insert(mark);
     }
     return outputs;
+}
+
+QString Listing::whyNothingIsListed() const
+{
+    if (!m_files.empty())
+        return u"Nothing to minify: the other parts hold all files.\n"_s;
+    QStringList reasons;
+    const auto off = [&](QLatin1StringView key, const QString &kinds) {
+        if (!m_settings.boolForKey(key))
+            reasons.append(u"%1 files are off (%2)"_s.arg(kinds, key));
+    };
+    off(enableHTMLCheckerKeyString, u"HTML"_s);
+    off(enablePHPCheckerKeyString, u"PHP and PHTML"_s);
+    if (m_settings.boolForKey(filterCheckerKeyString))
+        reasons.append(u"files named .min are skipped (%1)"_s.arg(filterCheckerKeyString));
+    reasons += m_rules.reasons();
+    const QString text = u"Nothing to minify: no file of a kind that is on was found"_s;
+    return (reasons.isEmpty() ? text : text + u"; "_s + reasons.join(u", ")) + u".\n"_s;
 }
 
 void Listing::printWhatIsMissing() const
@@ -136,7 +210,7 @@ void Listing::printWhatIsMissing() const
         TerminalText::print(stderr, text);
     }
     if (m_queue.isEmpty() && m_unreadable.isEmpty())
-        TerminalText::print(stderr, whyNothingIsListed(m_settings));
+        TerminalText::print(stderr, whyNothingIsListed());
 }
 
 } // namespace brevant

@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/PathRules.h"
+#include "queue/FileKind.h"
+#include "queue/FolderWalk.h"
+
 #include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 namespace brevant {
 
@@ -13,17 +19,15 @@ class SettingsStore;
 struct CommandLine;
 
 /// Fills a queue from the paths of a command line: with what addTopLevelPath() would add, except for folders,
-/// for files already there in another spelling, and for outputs of other files that are found.
+/// for files already there in another spelling, for outputs of other files that are found, and for what the
+/// rules of the command line leave out.
 class Listing final {
 public:
-    Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line)
-        : m_queue(queue), m_settings(settings), m_line(line)
-    {
-    }
+    Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line);
 
-    /// Adds one absolute path, a file or a folder to be walked. The path itself is never passed over as an
-    /// output.
-    void add(const QString &path);
+    /// Fills the queue. The paths themselves are never passed over as outputs. Returns why that is not
+    /// possible, in words; empty if it is.
+    [[nodiscard]] QString fill();
 
     /// Says on standard error what was found but left out of the queue, or out of --list.
     void printWhatIsMissing() const;
@@ -32,15 +36,25 @@ public:
     [[nodiscard]] bool isComplete() const { return m_unreadable.isEmpty() && m_unnameable.isEmpty(); }
 
 private:
-    /// Whether the path is accepted. A folder is not, and is noted.
-    [[nodiscard]] bool isListed(const QString &path);
+    void add(const QString &path);
+    [[nodiscard]] QStringList filesBelow(const QString &top);
+
+    /// Whether the path, relative to `top`, is accepted. A folder is not, and is noted.
+    [[nodiscard]] bool isListed(const QString &top, const QString &relativePath, EntryType type);
     void append(const QString &file);
+    [[nodiscard]] QString markOf(const QString &file);
     [[nodiscard]] QStringList passedOver() const;
+    [[nodiscard]] QString whyNothingIsListed() const;
 
     FileQueue &m_queue;
     const SettingsStore &m_settings;
     const CommandLine &m_line;
-    QSet<QString> m_taken;    ///< marks of the files in the queue
+    const AcceptedKinds m_kinds;
+    PathRules m_rules;
+    std::vector<QString> m_files; ///< those found so far
+    QSet<QString> m_taken;        ///< their marks
+    QString m_markedFolder;       ///< that of the file marked last
+    QString m_folderMark;
     QStringList m_outputs;    ///< files passed over as outputs of others
     QStringList m_folders;    ///< passed over because they are named like files
     QStringList m_unnameable; ///< files in the queue that cannot be minified, as their paths hold RawBytes

@@ -3,6 +3,7 @@
 #include "cli/OptionTable.h"
 
 #include "cli/CommandLine.h"
+#include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
@@ -39,6 +40,27 @@ QString readNumber(CommandLine &line, const GivenOption &given)
     if (line.*member >= 1 && line.*member <= most)
         return {};
     return u"%1 takes a number from 1 to %2, not \"%3\""_s.arg(given.name).arg(most).arg(given.value);
+}
+
+template <GlobList CommandLine::*member>
+QString readGlob(CommandLine &line, const GivenOption &given)
+{
+    const QString error = (line.*member).add(RawBytes::encoded(given.value));
+    return error.isEmpty() ? QString() : u"%1: \"%2\" %3"_s.arg(given.name, given.value, error);
+}
+
+QString readFilesFrom(CommandLine &line, const GivenOption &given)
+{
+    if (!line.filesFrom.isEmpty())
+        return u"%1 can be given once; join the lists and give - for standard input"_s.arg(given.name);
+    return readFileName<&CommandLine::filesFrom>(line, given);
+}
+
+QString readShardOption(CommandLine &line, const GivenOption &given)
+{
+    if (readShard(given.value, line.shard))
+        return {};
+    return u"%1 takes K/N with K from 1 to N, as in 1/2, not \"%2\""_s.arg(given.name, given.value);
 }
 
 /// Reads a list of extensions of extra kinds: mjs,svg.
@@ -89,10 +111,38 @@ QString readSetting(CommandLine &line, const GivenOption &given)
 
 using enum OptionGroup;
 
+constexpr bool rawBytes = true;
+
 constexpr Option options[]{
+    {Files,
+     u"--exclude GLOB",
+     u"leave out what matches, as in a .gitignore; repeatable",
+     readGlob<&CommandLine::exclude>,
+     {},
+     rawBytes},
+    {Files,
+     u"--include GLOB",
+     u"take only files that match; repeatable",
+     readGlob<&CommandLine::include>,
+     {},
+     rawBytes},
+    {Files, u"--gitignore", u"leave out what git ignores", readFlag<&CommandLine::gitignore>},
+    {Files,
+     u"--files-from FILE",
+     u"take the paths in FILE too, one a line; - is standard input",
+     readFilesFrom,
+     {},
+     rawBytes},
+    {Files, u"-0", u"paths in FILE end with zero bytes, not with lines", readFlag<&CommandLine::nulls>,
+     u"--files-from"},
+    {Files, u"--sort", u"order the files by path", readFlag<&CommandLine::sort>},
+    {Files, u"--shard K/N", u"take the K-th of N parts of about the same size", readShardOption},
     {Files, u"--also KINDS", u"take mjs, cjs, htm, svg files too; modern compressors only", readAlso},
-    {Files, u"--all", u"take outputs of other files in folders too", readFlag<&CommandLine::all>},
+    {Files, u"--all", u"search all folders, and take outputs of other files too",
+     readFlag<&CommandLine::all>},
     {Files, u"--list", u"print each file and its output, run nothing"},
+    {Files, u"--print0", u"print the files alone, with zero bytes between", readFlag<&CommandLine::print0>,
+     u"--list"},
     {Run, u"--dry-run", u"print each command line, run nothing"},
     {Run, u"--set KEY=VALUE", u"a setting for this run only; repeatable", readSetting},
     {Run, u"--settings FILE", u"read the settings from FILE, not the user's own",

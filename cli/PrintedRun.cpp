@@ -43,19 +43,38 @@ Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &set
 
 EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings)
 {
-    OutputPath outputPath(settings);
+    OutputPath outputPath(settings, OutputPath::Reading::Once);
     EntriesWithOutputs pairs;
     for (const QString &entry : queue.entries())
         pairs.emplace_back(entry, outputPath.next(entry));
     return pairs;
 }
 
-bool printList(const FileQueue &queue, const SettingsStore &settings)
+/// Appends what printable() makes of a path, most of which are plain.
+static void appendPrintable(QByteArray &text, const QString &path)
 {
-    QString text;
-    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
-        if (!RawBytes::areIn(entry))
-            text += printable(entry) + u'\t' + printable(output.value_or(QString())) + u'\n';
+    unsigned outside = 0; // counted without a branch, for the compiler to take several at once
+    for (const QChar character : path)
+        outside |= static_cast<char16_t>(character.unicode() - u' ') > u'~' - u' ' ? 1U : 0U;
+    text += outside == 0 ? path.toLatin1() : printable(path).toUtf8();
+}
+
+bool printList(const FileQueue &queue, const SettingsStore &settings, bool forPrograms)
+{
+    QByteArray text;
+    OutputPath outputPath(settings, OutputPath::Reading::Once);
+    for (const QString &entry : queue.entries()) {
+        const std::optional<QString> output = outputPath.next(entry);
+        if (RawBytes::areIn(entry))
+            continue;
+        if (forPrograms) {
+            text += entry.toUtf8() + '\0';
+            continue;
+        }
+        appendPrintable(text, entry);
+        text += '\t';
+        appendPrintable(text, output.value_or(QString()));
+        text += '\n';
     }
     return TerminalText::print(stdout, text);
 }

@@ -22,9 +22,9 @@ namespace brevant {
 using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>>>;
 [[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings);
 
-/// Prints the path of each entry and of its output, except for entries that hold RawBytes. False, with errno
-/// set, on failure.
-[[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings);
+/// Prints the path of each entry and of its output, except for entries that hold RawBytes; or, `forPrograms`,
+/// that of the entry alone, as it is, and a zero byte. False, with errno set, on failure.
+[[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings, bool forPrograms = false);
 
 /// Prints the commands of a run as a shell script. False, with errno set, on failure.
 [[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);

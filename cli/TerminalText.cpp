@@ -130,7 +130,11 @@ QString progressLine(const Progress &progress, int columns)
 
 bool print(std::FILE *stream, const QString &text)
 {
-    const QByteArray bytes = text.toUtf8();
+    return print(stream, text.toUtf8());
+}
+
+bool print(std::FILE *stream, const QByteArray &bytes)
+{
     const auto size = static_cast<std::size_t>(bytes.size());
     return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
 }

@@ -45,6 +45,7 @@ struct Progress {
 /// Writes and flushes `text`, so that what child processes print comes after it. False, with errno set, on
 /// failure.
 bool print(std::FILE *stream, const QString &text);
+bool print(std::FILE *stream, const QByteArray &bytes);
 
 /// Prints a sentence about what is wrong on standard error, under the program's name.
 void printError(const QString &text);

@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/InputChecks.h"
 #include "cli/Listing.h"
+#include "cli/PathList.h"
 #include "cli/PrintedRun.h"
 #include "cli/ResultChecks.h"
 #include "cli/RunReport.h"
@@ -13,7 +14,6 @@
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
 #include "files/DurableFile.h"
-#include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -104,7 +104,7 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
     if (queue.isEmpty())
         return statusOf(line.action != CommandLine::Action::Minify || writeReport(line, RunReport({})));
     if (line.action == CommandLine::Action::List)
-        return statusOfPrinting(printList(queue, settings));
+        return statusOfPrinting(printList(queue, settings, line.print0));
     if (line.action == CommandLine::Action::DryRun)
         return statusOfPrinting(printCommands(queue, settings, tools));
     if (const QString missing = tools.missing(settings); !missing.isEmpty()) {
@@ -117,7 +117,7 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
     return minify(line, tools, queue, settings);
 }
 
-int run(const CommandLine &line, const Tools &tools)
+int run(CommandLine line, const Tools &tools)
 {
     if (line.action == CommandLine::Action::Help)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
@@ -125,6 +125,8 @@ int run(const CommandLine &line, const Tools &tools)
         return statusOfPrinting(TerminalText::print(stdout, versionText() + tools.versions()));
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
+    if (const QString error = addPathsFromFile(line); !error.isEmpty())
+        return wrongUsage(error);
     if (const QString error = inputError(line); !error.isEmpty())
         return wrongUsage(error);
 
@@ -139,8 +141,8 @@ int run(const CommandLine &line, const Tools &tools)
 
     FileQueue queue;
     Listing listing(queue, settings, line);
-    for (const QString &path : line.paths)
-        listing.add(PathString::absolute(path));
+    if (const QString error = listing.fill(); !error.isEmpty())
+        return wrongUsage(error);
     if (const QString error = reportPlaceError(line, queue, settings); !error.isEmpty())
         return wrongUsage(error);
     listing.printWhatIsMissing();

@@ -42,7 +42,8 @@ _brevant_cli() {
     case $prev in
     --set) _brevant_cli_setting ;;
     --settings) _filedir '@([jJ][sS][oO][nN])' ;;
-    --report) _filedir ;;
+    --report | --files-from | --exclude | --include) _filedir ;;
+    --shard) mapfile -t COMPREPLY < <(compgen -W '1/2 2/2' -- "$cur") ;;
     --also)
         local before=
         [[ $cur != *,* ]] || before=${cur%,*},
@@ -52,7 +53,8 @@ _brevant_cli() {
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--set --settings --jobs --also --all --list --dry-run --check --report --quiet --version --help -h' -- "$cur")
+                '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0 --dry-run
+                    --set --settings --jobs --check --report --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both
             _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"

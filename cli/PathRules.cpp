@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/PathRules.h"
+
+#include "cli/CommandLine.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QDir>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+constexpr QStringView foreignFolders[]{u"node_modules", u".git", u".hg", u".svn"};
+
+/// The path without links, "." and ".."; empty if there is nothing.
+QByteArray realPath(const QString &path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(
+        ::realpath(RawBytes::encoded(path).constData(), nullptr), &std::free);
+    return real ? QByteArray(real.get()) : QByteArray();
+}
+
+QByteArray outputFolder(const SettingsStore &settings)
+{
+    const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
+    return settings.isTrue(sameFolderKeyString) || folder.isEmpty() ? QByteArray() : realPath(folder);
+}
+
+bool isFolder(const QString &path)
+{
+    struct stat status {};
+    return ::stat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+PathRules::PathRules(const CommandLine &line, const SettingsStore &settings)
+    : m_line(line), m_workingFolder(QDir::currentPath()), m_outputFolder(outputFolder(settings))
+{
+}
+
+QString PathRules::askGit(const QStringList &paths)
+{
+    if (!m_line.gitignore)
+        return {};
+    QHash<QString, QStringList> files; // by the folder that git is asked in
+    for (const QString &path : paths) {
+        if (!isFolder(path)) {
+            const bool isBelow = path.startsWith(m_workingFolder + u'/');
+            files[isBelow ? m_workingFolder : PathString::folder(path).toString()].append(path);
+        } else if (QString error = m_ignored.askBelow(path); !error.isEmpty()) {
+            return error;
+        }
+    }
+    for (const auto &[folder, named] : files.asKeyValueRange()) {
+        if (QString error = m_ignored.ask(folder, named); !error.isEmpty())
+            return error;
+    }
+    return {};
+}
+
+bool PathRules::turnTo(const QString &top)
+{
+    m_top = top;
+    const QString clean = QDir::cleanPath(top);
+    const bool isBelow = clean.startsWith(m_workingFolder + u'/');
+    m_topPattern = isBelow ? RawBytes::encoded(clean.sliced(m_workingFolder.size() + 1)) : QByteArray();
+    const QByteArray real = m_outputFolder.isEmpty() ? QByteArray() : realPath(top) + '/';
+    m_outputFolderBelow = real.size() > 1 && m_outputFolder.startsWith(real)
+                              ? RawBytes::decoded(m_outputFolder.sliced(real.size()))
+                              : QString();
+    const bool isOut = m_ignored.contains(top) || m_line.exclude.covers(m_topPattern, isFolder(top));
+    m_hasExcluded |= isOut;
+    return !isOut;
+}
+
+bool PathRules::takesFile(const QString &relativePath)
+{
+    const bool isTaken =
+        !isExcluded(relativePath, false) &&
+        (m_line.include.isEmpty() || m_line.include.covers(patternPath(relativePath), false));
+    m_hasExcluded |= !isTaken;
+    return isTaken;
+}
+
+bool PathRules::takesFolder(const QString &relativePath)
+{
+    const bool isForeign = isLeftOutByDefault(relativePath);
+    const bool isOut = isForeign || isExcluded(relativePath, true);
+    m_hasLeftOutFolders |= isForeign;
+    m_hasExcluded |= isOut && !isForeign;
+    if (!isOut && m_line.gitignore && isRepository(absolutePath(relativePath)) && m_error.isEmpty())
+        m_error = m_ignored.askBelow(absolutePath(relativePath));
+    return !isOut;
+}
+
+QStringList PathRules::reasons() const
+{
+    QStringList options;
+    if (!m_line.exclude.isEmpty())
+        options.append(u"--exclude"_s);
+    if (!m_line.include.isEmpty())
+        options.append(u"--include"_s);
+    if (m_line.gitignore)
+        options.append(u"--gitignore"_s);
+    QStringList reasons;
+    if (m_hasExcluded)
+        reasons.append(u"some are left out (%1)"_s.arg(options.join(u", ")));
+    if (m_hasLeftOutFolders)
+        reasons.append(
+            u"node_modules, .git, .hg, .svn and the folder of the outputs are not searched (--all)"_s);
+    return reasons;
+}
+
+bool PathRules::isLeftOutByDefault(const QString &relativePath) const
+{
+    if (m_line.all)
+        return false;
+    return std::ranges::find(foreignFolders, PathString::lastComponent(relativePath)) !=
+               std::end(foreignFolders) ||
+           (!m_outputFolderBelow.isEmpty() && relativePath == m_outputFolderBelow);
+}
+
+bool PathRules::isExcluded(const QString &relativePath, bool isFolder) const
+{
+    return (m_line.gitignore && m_ignored.contains(absolutePath(relativePath))) ||
+           (!m_line.exclude.isEmpty() && m_line.exclude.matches(patternPath(relativePath), isFolder));
+}
+
+/// A path as patterns see it. A single file that they do not count to goes by its name.
+QByteArray PathRules::patternPath(const QString &relativePath) const
+{
+    const QByteArray below = RawBytes::encoded(relativePath);
+    if (m_topPattern.isEmpty())
+        return below.isEmpty() ? RawBytes::encoded(PathString::lastComponent(m_top).toString()) : below;
+    return below.isEmpty() ? m_topPattern : m_topPattern + '/' + below;
+}
+
+QString PathRules::absolutePath(const QString &relativePath) const
+{
+    return relativePath.isEmpty() ? m_top : PathString::join(m_top, relativePath);
+}
+
+} // namespace brevant
