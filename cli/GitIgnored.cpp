@@ -57,8 +57,9 @@ Answer askGit(const QString &folder, const QStringList &question, const QStringL
     answer.status = git.exitStatus() == QProcess::NormalExit ? git.exitCode() : -1;
     if (answer.status != 0 && answer.status != 1) {
         const QString said = RawBytes::decoded(git.readAllStandardError()).section(u'\n', 0, 0);
-        answer.error = u"--gitignore: git cannot tell what it ignores in %1: %2"_s.arg(
-            folder, said.isEmpty() ? u"it has failed"_s : said);
+        answer.error =
+            u"--gitignore: git cannot tell what it ignores in %1 (%2); leave the option out there"_s.arg(
+                folder, said.isEmpty() ? u"it has failed"_s : said);
     }
     for (const QByteArray &path : git.readAllStandardOutput().split('\0'))
         answer.paths.append(RawBytes::decoded(path));

@@ -19,8 +19,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 
 namespace brevant {
@@ -55,12 +53,6 @@ void sortByBytes(std::vector<QString> &files)
         named.emplace_back(RawBytes::encoded(file), std::move(file));
     std::ranges::sort(named, {}, [](const auto &pair) -> const QByteArray & { return pair.first; });
     std::ranges::transform(named, files.begin(), [](auto &pair) { return std::move(pair.second); });
-}
-
-bool isFolder(const QString &path)
-{
-    struct stat status {};
-    return ::stat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 } // namespace
@@ -134,7 +126,7 @@ bool Listing::isListed(const QString &top, const QString &relativePath, EntryTyp
     if (type == EntryType::File)
         return m_rules.takesFile(relativePath);
     const QString path = relativePath.isEmpty() ? top : PathString::join(top, relativePath);
-    if (type != EntryType::Folder && !isFolder(path))
+    if (type != EntryType::Folder && !leadsToFolder(RawBytes::encoded(path)))
         return m_rules.takesFile(relativePath);
     if (type != EntryType::Folder || m_rules.takesFolder(relativePath))
         m_folders.append(path);

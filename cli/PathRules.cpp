@@ -3,6 +3,7 @@
 #include "cli/PathRules.h"
 
 #include "cli/CommandLine.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
@@ -13,8 +14,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -32,22 +31,30 @@ QByteArray realPath(const QString &path)
     return real ? QByteArray(real.get()) : QByteArray();
 }
 
+/// The folder or the next one above it that is the top of a repository; the folder itself if there is none.
+QString repositoryOf(const QString &folder)
+{
+    const QString real = RawBytes::decoded(realPath(folder));
+    for (QStringView top = real; !top.isEmpty(); top = PathString::folder(top)) {
+        if (isRepository(top.toString()))
+            return top.toString();
+        if (top.size() == 1)
+            break;
+    }
+    return folder;
+}
+
 QByteArray outputFolder(const SettingsStore &settings)
 {
     const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
     return settings.isTrue(sameFolderKeyString) || folder.isEmpty() ? QByteArray() : realPath(folder);
 }
 
-bool isFolder(const QString &path)
-{
-    struct stat status {};
-    return ::stat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 } // namespace
 
 PathRules::PathRules(const CommandLine &line, const SettingsStore &settings)
-    : m_line(line), m_workingFolder(QDir::currentPath()), m_outputFolder(outputFolder(settings))
+    : m_line(line), m_workingFolder(PathString::join(QDir::currentPath(), {})),
+      m_outputFolder(outputFolder(settings))
 {
 }
 
@@ -55,14 +62,18 @@ QString PathRules::askGit(const QStringList &paths)
 {
     if (!m_line.gitignore)
         return {};
-    QHash<QString, QStringList> files; // by the folder that git is asked in
+    QHash<QString, QString> repositories; // of the folders of files
+    QHash<QString, QStringList> files;    // by their repositories
     for (const QString &path : paths) {
-        if (!isFolder(path)) {
-            const bool isBelow = path.startsWith(m_workingFolder + u'/');
-            files[isBelow ? m_workingFolder : PathString::folder(path).toString()].append(path);
-        } else if (QString error = m_ignored.askBelow(path); !error.isEmpty()) {
-            return error;
+        if (leadsToFolder(RawBytes::encoded(path))) {
+            if (QString error = m_ignored.askBelow(path); !error.isEmpty())
+                return error;
+            continue;
         }
+        const QString folder = PathString::folder(path).toString();
+        if (!repositories.contains(folder))
+            repositories.insert(folder, repositoryOf(folder));
+        files[repositories.value(folder)].append(path);
     }
     for (const auto &[folder, named] : files.asKeyValueRange()) {
         if (QString error = m_ignored.ask(folder, named); !error.isEmpty())
@@ -75,13 +86,15 @@ bool PathRules::turnTo(const QString &top)
 {
     m_top = top;
     const QString clean = QDir::cleanPath(top);
-    const bool isBelow = clean.startsWith(m_workingFolder + u'/');
-    m_topPattern = isBelow ? RawBytes::encoded(clean.sliced(m_workingFolder.size() + 1)) : QByteArray();
+    const bool isBelow = clean.startsWith(m_workingFolder) && clean != m_workingFolder;
+    m_topPattern = isBelow ? RawBytes::encoded(clean.sliced(m_workingFolder.size())) : QByteArray();
     const QByteArray real = m_outputFolder.isEmpty() ? QByteArray() : realPath(top) + '/';
     m_outputFolderBelow = real.size() > 1 && m_outputFolder.startsWith(real)
                               ? RawBytes::decoded(m_outputFolder.sliced(real.size()))
                               : QString();
-    const bool isOut = m_ignored.contains(top) || m_line.exclude.covers(m_topPattern, isFolder(top));
+    const bool isOut =
+        m_ignored.contains(top) ||
+        (isBelow && m_line.exclude.covers(m_topPattern, leadsToFolder(RawBytes::encoded(top))));
     m_hasExcluded |= isOut;
     return !isOut;
 }

@@ -47,7 +47,7 @@ private:
     [[nodiscard]] QString absolutePath(const QString &relativePath) const;
 
     const CommandLine &m_line;
-    const QString m_workingFolder;
+    const QString m_workingFolder;   ///< with "/" at its end
     const QByteArray m_outputFolder; ///< without links; empty for none
     GitIgnored m_ignored;
     QString m_top;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Shard.h"
 
+#include "files/PathString.h"
 #include "files/RawBytes.h"
 
 #include <QStringList>
@@ -26,14 +27,15 @@ struct SizedFile {
 
 std::vector<SizedFile> largestFirst(const std::vector<QString> &files, const QString &folder)
 {
+    const QString start = PathString::join(folder, {});
     std::vector<SizedFile> sized;
     for (const QString &file : files) {
         const QByteArray path = RawBytes::encoded(file);
         struct stat status {};
         const bool isThere = ::stat(path.constData(), &status) == 0;
-        const bool isBelow = file.startsWith(folder + u'/');
+        const bool isBelow = file.startsWith(start);
         sized.push_back({isThere ? status.st_size : 0,
-                         isBelow ? RawBytes::encoded(file.sliced(folder.size() + 1)) : path, sized.size()});
+                         isBelow ? RawBytes::encoded(file.sliced(start.size())) : path, sized.size()});
     }
     std::ranges::sort(sized, [](const SizedFile &a, const SizedFile &b) {
         return std::tie(b.size, a.path) < std::tie(a.size, b.path);

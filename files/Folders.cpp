@@ -40,6 +40,12 @@ QByteArray linkTarget(QByteArray path)
     return path;
 }
 
+bool leadsToFolder(const QByteArray &path)
+{
+    struct stat status {};
+    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 bool makeFolders(const QByteArray &path)
 {
     constexpr mode_t ownerOnly = 0700;

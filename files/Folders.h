@@ -17,6 +17,9 @@ namespace brevant {
 /// The path at the end of a chain of symbolic links; the file itself need not exist.
 [[nodiscard]] QByteArray linkTarget(QByteArray path);
 
+/// Whether a path leads to a folder, through links too.
+[[nodiscard]] bool leadsToFolder(const QByteArray &path);
+
 /// Makes a folder and its parents if they are missing, accessible to their owner alone, as the XDG Base
 /// Directory Specification 0.8 demands. False on failure.
 [[nodiscard]] bool makeFolders(const QByteArray &path);

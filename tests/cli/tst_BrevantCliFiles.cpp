@@ -39,6 +39,8 @@ private Q_SLOTS:
         row("anchored elsewhere", {u"--exclude=/d"_s, u"w"_s}, tree);
         row("named itself", {u"--exclude=a.css"_s, u"w/a.css"_s, u"w/b.js"_s}, {u"w/b.js"_s});
         row("named in an excluded folder", {u"--exclude=d"_s, u"w/d/e"_s, u"w/b.js"_s}, {u"w/b.js"_s});
+        row("all but some", {u"--exclude=*"_s, u"--exclude=!/w/"_s, u"--exclude=!*.js"_s, u"."_s},
+            {u"w/b.js"_s});
         row("include", {u"--include=*.js"_s, u"w"_s}, {u"w/b.js"_s});
         row("include folder", {u"--include=e/"_s, u"w"_s}, {u"w/d/e/c.css"_s});
         row("two includes", {u"--include=*.js"_s, u"--include=/w/d/*"_s, u"w"_s},
@@ -97,6 +99,16 @@ private Q_SLOTS:
             u"cd other; \"$CLI\" --list --print0 --exclude /d/a.css ../w; \"$CLI\" --list --exclude b.css ../w/d/b.css"_s);
         QCOMPARE(ended.out, QFile::encodeName(sandbox.path(u"other/../w/d/b.css"_s)) + '\0');
         QVERIFY2(ended.err.contains("some are left out (--exclude)"), ended.err);
+    }
+
+    void rulesAtTheRoot()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "");
+        const QString path = sandbox.path(u"a.css"_s);
+        const QString script = u"cd /; \"$CLI\" --list --exclude '%1' \"${1#/}\""_s;
+        QCOMPARE(sandbox.runShell(script.arg(path), {path}).out, QByteArray());
+        QVERIFY(sandbox.runShell(script.arg(u"/a.css"_s), {path}).out.contains(path.toUtf8()));
     }
 
     void namesThatAreNotUtf8()

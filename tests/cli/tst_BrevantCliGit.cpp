@@ -53,6 +53,9 @@ private Q_SLOTS:
         QTest::newRow("files that are named")
             << u"find . -name '*.css' -print0 | sort -z | $CLI --list --print0 --gitignore --files-from - -0"_s
             << all;
+        QTest::newRow("files of a repository inside")
+            << u"$CLI --list --print0 --gitignore inner/i.css inner/j.css src/x.log.css a.css"_s
+            << QByteArray("inner/j.css a.css ");
         QTest::newRow("a file from elsewhere")
             << u"cd /; $CLI --list --print0 --gitignore \"$OLDPWD/a.css\" \"$OLDPWD/dist/a.css\" \"$OLDPWD/src\""_s
             << QByteArray("a.css src/a.css ");
@@ -83,12 +86,12 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("error"); // with the sandbox for %
         QTest::newRow("no repository")
             << u"mkdir w; GIT_CEILING_DIRECTORIES=$PWD $CLI --gitignore w"_s
-            << QByteArray("--gitignore: git cannot tell what it ignores in %/w: fatal: ");
+            << QByteArray("--gitignore: git cannot tell what it ignores in %/w (fatal: ");
         QTest::newRow("no git") << u"mkdir w; PATH=/none; $CLI --gitignore w"_s
                                 << QByteArray("--gitignore needs git, which is not installed\n");
         QTest::newRow("a broken repository inside")
             << u"git init -q .; mkdir -p w/d; echo gitdir: /none >w/d/.git; $CLI --gitignore w"_s
-            << QByteArray("--gitignore: git cannot tell what it ignores in %/w/d: fatal: ");
+            << QByteArray("--gitignore: git cannot tell what it ignores in %/w/d (fatal: ");
     }
 
     void cannotTell()
