@@ -38,6 +38,9 @@ public:
         return ModernOptions::forKind(kind, m_settings, m_lineBreakColumn, m_encoding);
     }
 
+    /// The character set of the sources and outputs of the run.
+    [[nodiscard]] TextEncoding encoding() const { return textEncodingNamed(m_encoding); }
+
 private:
     [[nodiscard]] QStringList yuiArguments(bool isScript, const QString &entry,
                                            const std::optional<QString> &output) const;

@@ -24,8 +24,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
 
-constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
-
 QString gzipPath(const QString &output)
 {
     return PathString::withExtension(output, u"gz");
@@ -134,21 +132,13 @@ EntryResult resultWithoutRun(const QString &source, const std::optional<QString>
 }
 
 EntryWatch::EntryWatch(const QString &source, const std::optional<QString> &output)
-    : m_result(resultWithoutRun(source, output, Outcome::NoOutput, {})), m_mayBeEmpty(isBlankSource(source))
+    : m_result(resultWithoutRun(source, output, Outcome::NoOutput, {})), m_mayBeEmpty(isBlankSource(source)),
+      m_sourceBefore(FileState::of(source))
 {
     if (output) {
-        m_outputBefore = stateOf(*output);
-        m_gzipBefore = stateOf(gzipPath(*output));
+        m_outputBefore = FileState::of(*output);
+        m_gzipBefore = FileState::of(gzipPath(*output));
     }
-}
-
-std::optional<EntryWatch::State> EntryWatch::stateOf(const QString &path)
-{
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return std::nullopt;
-    return State{status.st_ino, status.st_size,
-                 status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
 }
 
 void EntryWatch::compressorEnded(const QProcess &compressor)
@@ -159,7 +149,7 @@ void EntryWatch::compressorEnded(const QProcess &compressor)
         m_result.outcome = isKilled ? Outcome::CompressorKilled : Outcome::CompressorFailed;
         return;
     }
-    const std::optional<State> written = m_result.output ? stateOf(*m_result.output) : std::nullopt;
+    const std::optional<FileState> written = m_result.output ? FileState::of(*m_result.output) : std::nullopt;
     if (!written || written == m_outputBefore)
         return; // no output, which the result says from the start
     m_writtenSize = written->size;
@@ -175,10 +165,10 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     if (!m_result.output)
         return m_result;
     const bool isDone = m_result.outcome == Outcome::Done;
-    if (const std::optional<State> state = stateOf(*m_result.output))
+    if (const std::optional<FileState> state = FileState::of(*m_result.output))
         m_result.sizeAfter = state->size;
     if (gzipWanted) {
-        const std::optional<State> copy = stateOf(gzipPath(*m_result.output));
+        const std::optional<FileState> copy = FileState::of(gzipPath(*m_result.output));
         if (copy && copy != m_gzipBefore)
             m_result.gzipSize = copy->size;
     }
@@ -187,6 +177,15 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     else if (isDone && gzipWanted && (!m_result.gzipSize || !m_result.sizeAfter))
         m_result.outcome = Outcome::NoGzipCopy;
     return m_result;
+}
+
+std::optional<CheckBasis> EntryWatch::basisOfCheck(TextEncoding encoding) const
+{
+    const std::optional<FileState> source = FileState::of(m_result.source);
+    const std::optional<FileState> output = m_result.output ? FileState::of(*m_result.output) : std::nullopt;
+    if (!source || source != m_sourceBefore || !output)
+        return std::nullopt;
+    return CheckBasis{encoding, *source, *output};
 }
 
 QString EntryResult::reason() const

@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/check/CheckBasis.h"
 #include "engine/modern/FilterMessages.h"
 
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-
-#include <sys/types.h>
 
 class QProcess;
 
@@ -55,6 +54,7 @@ struct EntryResult {
     std::optional<qint64> brotliSize; ///< likewise
     CompressorMessages messages;      ///< of a modern compressor
     QStringList arguments;            ///< of a classic compressor that has minified nothing; else empty
+    std::optional<CheckBasis> basis;  ///< of a check, if a classic compressor has minified it elsewhere
 
     /// Whether it has an output that counts, whatever became of its copies.
     [[nodiscard]] bool isMinified() const
@@ -86,20 +86,16 @@ public:
     /// The result, once everything has been done for the entry.
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);
 
-private:
-    /// One state of a file; its change time tells a file written again from the one before.
-    struct State {
-        ino_t inode;
-        qint64 size;
-        qint64 changedAt;
-        bool operator==(const State &) const = default;
-    };
-    [[nodiscard]] static std::optional<State> stateOf(const QString &path);
+    /// What the result can be checked by, once nothing more is done for the entry. Nothing if the source is
+    /// not as it was before the compressor started.
+    [[nodiscard]] std::optional<CheckBasis> basisOfCheck(TextEncoding encoding) const;
 
+private:
     EntryResult m_result;
     const bool m_mayBeEmpty; ///< the source is blank
-    std::optional<State> m_outputBefore;
-    std::optional<State> m_gzipBefore;
+    const std::optional<FileState> m_sourceBefore;
+    std::optional<FileState> m_outputBefore;
+    std::optional<FileState> m_gzipBefore;
     qint64 m_writtenSize = 0; ///< by the compressor
 };
 

@@ -205,9 +205,11 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
     m_safetyCopy.finish(result, gzipWanted);
-    if (!result.isMinified())
-        result.arguments = java->arguments();
     makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
+    if (result.isMinified())
+        result.basis = watch.basisOfCheck(m_command.encoding());
+    else
+        result.arguments = java->arguments();
     return result;
 }
 

@@ -125,7 +125,7 @@ ResultRow::ResultRow(const EntryResult &result)
     : state(stateOf(result)), source(result.source), output(result.output.value_or(QString())),
       sizeBefore(result.sizeBefore.value_or(noSize)), sizeAfter(result.sizeAfter.value_or(noSize)),
       gzipSize(result.gzipSize.value_or(noSize)), brotliSize(result.brotliSize.value_or(noSize)),
-      seconds(result.seconds)
+      seconds(result.seconds), basis(result.basis)
 {
     const QString why = result.reason();
     if (!why.isEmpty() || !result.messages.shown.empty() || !result.notes.isEmpty())
@@ -142,6 +142,14 @@ std::optional<double> ResultRow::savedPart() const
 
 void ResultRow::setChecked(const CheckedFile &checked)
 {
+    basis.reset();
+    // Most of 100,000 rows may have nothing else to say.
+    static const auto allWell =
+        std::make_shared<const ResultRemarks>(ResultRemarks{{}, {}, {}, {}, 0, CheckedFile()});
+    if (!remarks && checked == CheckedFile()) {
+        remarks = allWell;
+        return;
+    }
     auto more = remarks ? std::make_shared<ResultRemarks>(*remarks) : std::make_shared<ResultRemarks>();
     more->checked = checked;
     remarks = more;

@@ -49,12 +49,13 @@ struct ResultRow {
     qint64 brotliSize = noSize;
     double seconds = 0;
     std::shared_ptr<const ResultRemarks> remarks; ///< null if there are none
+    std::optional<CheckBasis> basis;              ///< of a check that is still to be made
 
     ResultRow() = default;
     ResultRow(State itsState, const QString &itsSource) : state(itsState), source(itsSource) {}
     explicit ResultRow(const EntryResult &result);
 
-    /// Adds what became of checking it.
+    /// Adds what became of checking it, which is done with that.
     void setChecked(const CheckedFile &checked);
 
     /// Whether it has an output that counts, whatever became of its copies.

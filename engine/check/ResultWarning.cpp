@@ -34,10 +34,9 @@ QString ResultWarning::sentence() const
     Q_UNREACHABLE();
 }
 
-QString ResultWarning::inWords() const
+QString ResultWarning::withoutLine(const QString &arrow) const
 {
-    QString words = line > 0 ? u"line %1: "_s.arg(line) : QString();
-    words += sentence();
+    QString words = sentence();
     QStringList place = within;
     if (!selector.isEmpty())
         place.append(selector);
@@ -49,7 +48,12 @@ QString ResultWarning::inWords() const
     if (!property.isEmpty())
         words += property + u": "_s;
     words += before;
-    return after.isEmpty() ? words : words + u" -> "_s + after;
+    return after.isEmpty() ? words : words + u' ' + arrow + u' ' + after;
+}
+
+QString ResultWarning::inWords() const
+{
+    return (line > 0 ? u"line %1: "_s.arg(line) : QString()) + withoutLine(u"->"_s);
 }
 
 bool CheckedFile::isSuspicious() const

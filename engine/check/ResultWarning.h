@@ -33,6 +33,9 @@ struct ResultWarning {
     /// What it is, in words: "declaration lost", "declaration changed".
     [[nodiscard]] QString sentence() const;
 
+    /// All of it but the line: "declaration changed in @media print, .a: top: 0s -> 0".
+    [[nodiscard]] QString withoutLine(const QString &arrow) const;
+
     /// All of it in one line: "line 3: declaration changed in @media print, .a: top: 0s -> 0".
     [[nodiscard]] QString inWords() const;
 
@@ -46,6 +49,8 @@ struct CheckedFile {
 
     /// Whether there is more than notes.
     [[nodiscard]] bool isSuspicious() const;
+
+    bool operator==(const CheckedFile &) const = default;
 };
 
 /// All of them in one line: "3 declarations lost, links glued together". Notes are named if there is nothing

@@ -55,6 +55,30 @@ private Q_SLOTS:
         QVERIFY(result.seconds > 0);
     }
 
+    /// Where source and output can be compared afterwards, what they were is known.
+    void theBasisOfACheck()
+    {
+        m_bench->settings.setOverride(u"gbk"_s, selectedEncodingKeyString);
+        m_bench->append(u"a.css"_s);
+        m_bench->append(u"b.css"_s, "fail");
+        m_bench->run();
+        const EntryResult &done = m_bench->observer.results.at(0);
+        QVERIFY(done.basis);
+        QCOMPARE(done.basis->encoding, TextEncoding::Gbk);
+        QCOMPARE(done.basis->source, FileState::of(done.source));
+        QCOMPARE(done.basis->output, FileState::of(*done.output));
+        QVERIFY(!m_bench->observer.results.at(1).basis);
+    }
+
+    void noBasisOfAReplacedSource()
+    {
+        m_bench->settings.setOverride(false, suffixSwitcherKeyString);
+        m_bench->append(u"a.css"_s);
+        m_bench->run();
+        QCOMPARE(m_bench->observer.results.at(0).outcome, EntryResult::Outcome::Done);
+        QVERIFY(!m_bench->observer.results.at(0).basis);
+    }
+
     void anOutputFromBeforeIsNone()
     {
         m_bench->append(u"a.css"_s, "silent");

@@ -72,6 +72,28 @@ private Q_SLOTS:
         QCOMPARE(ResultRow(result).remarks->messages.shown, result.messages.shown);
     }
 
+    void whatACheckHasFound()
+    {
+        EntryResult result;
+        result.outcome = Outcome::Done;
+        result.basis = CheckBasis();
+        ResultRow row(result);
+        QVERIFY(row.basis);
+        ResultRow other = row;
+        row.setChecked({});
+        other.setChecked({});
+        QVERIFY(!row.basis);
+        QCOMPARE(row.state, State::Done);
+        QCOMPARE(*row.remarks->checked, CheckedFile());
+        QCOMPARE(row.remarks, other.remarks); // that of all such rows, which may be many
+        other.setChecked({{}, {{ResultWarning::Kind::UseStrict}}});
+        QCOMPARE(other.state, State::Done);
+        QCOMPARE(other.remarks->checked->warnings.size(), 1);
+        QCOMPARE(*row.remarks->checked, CheckedFile());
+        other.setChecked({{}, {{ResultWarning::Kind::NotSmaller}}});
+        QCOMPARE(other.state, State::Warned);
+    }
+
     void percentSaved_data()
     {
         QTest::addColumn<qint64>("before");

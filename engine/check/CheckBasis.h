@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/TextCodec.h"
+#include "engine/check/ResultWarning.h"
+#include "files/FileState.h"
+
+namespace brevant {
+
+/// What the result of a classic compressor can be checked by once its run has ended.
+struct CheckBasis {
+    TextEncoding encoding = TextEncoding::Utf8; ///< that of the run
+    FileState source;                           ///< as the compressor found it
+    FileState output;                           ///< as the run left it
+
+    /// Checks the result as checkFile() does, unless either file has changed since or is too large to be
+    /// checked without being asked.
+    [[nodiscard]] CheckedFile check(const QString &sourcePath, const QString &outputPath) const;
+};
+
+} // namespace brevant
