@@ -14,9 +14,14 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QTextCursor>
 #include <QToolButton>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -24,8 +29,12 @@ namespace brevant {
 
 namespace {
 
+using Kind = CompressorMessage::Kind;
+
 constexpr int paneEdge = 16;
 constexpr int lines = 3;
+/// More would take long to lay out, and nobody reads them.
+constexpr std::size_t mostListed = 500;
 
 QString sentence(QString text)
 {
@@ -42,11 +51,18 @@ QStringList linesAbout(const ResultRow &row)
     QStringList said;
     if (!row.remarks)
         return said;
-    for (const CompressorMessage &message : row.remarks->messages.shown) {
-        QString words = printable(message.inWords());
+    const std::vector<CompressorMessage> messages = messagesAbout(row);
+    const std::size_t ofCompressor = row.remarks->messages.shown.size();
+    for (std::size_t i = 0; i < messages.size() && i < mostListed; ++i) {
+        QString words = printable(messages[i].inWords());
         words[0] = words[0].toUpper();
-        said.append(message.kind == CompressorMessage::Kind::Warning ? u"Warning: "_s + words : words);
+        // Of what a check has found the most are warnings.
+        const auto marked = i < ofCompressor ? Kind::Warning : Kind::Information;
+        const QString mark = marked == Kind::Warning ? u"Warning: "_s : u"Note: "_s;
+        said.append(messages[i].kind == marked ? mark + words : words);
     }
+    if (messages.size() > mostListed)
+        said.append(QCoreApplication::translate("Results", "And %1 more.").arg(messages.size() - mostListed));
     if (const int more = row.remarks->messages.more; more > 0)
         said.append(QCoreApplication::translate("Results", "And %1 more.").arg(more));
     // The reason of a modern compressor repeats its first message.
@@ -56,6 +72,9 @@ QStringList linesAbout(const ResultRow &row)
         said.append(sentence(printable(row.reason())));
     for (const QString &note : row.remarks->notes)
         said.append(sentence(printable(note)));
+    if (const auto &checked = row.remarks->checked; checked && !checked->obstacle.isEmpty())
+        said.append(
+            QCoreApplication::translate("Results", "Not checked: %1.").arg(printable(checked->obstacle)));
     return said;
 }
 
@@ -90,6 +109,8 @@ MessagePane::MessagePane(Reveal reveal, QWidget *parent)
     m_messages->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_messages->setAccessibleName(tr("Messages"));
     m_messages->document()->setDocumentMargin(0);
+    m_messages->installEventFilter(this);
+    m_messages->viewport()->installEventFilter(this);
     column->addWidget(m_messages, 1);
     setTabOrder(m_buttons.back(), m_messages);
     setRow(nullptr);
@@ -126,6 +147,7 @@ void MessagePane::setRow(const ResultRow *row, bool isAsked)
                            : QStringList{m_whatToReveal == Reveal::Output
                                              ? tr("Select a file to see its messages.")
                                              : tr("Select a file to see what is planned for it.")};
+    m_linesBefore = isAsked ? 1 : 0;
     if (isAsked)
         said.prepend(tr("Asking the compressor once more…"));
     if (const QString text = said.join(u'\n'); text != m_messages->toPlainText())
@@ -141,6 +163,30 @@ void MessagePane::setRow(const ResultRow *row, bool isAsked)
     m_open->setToolTip(tr("Open the source with the program of your choice for such files"));
     m_copy->setToolTip(tr("Copy the path of the source"));
     updateLooks();
+}
+
+bool MessagePane::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter)
+            return chooseMessage(m_messages->textCursor());
+    } else if (event->type() == QEvent::MouseButtonDblClick) {
+        return chooseMessage(
+            m_messages->cursorForPosition(static_cast<QMouseEvent *>(event)->position().toPoint()));
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+/// That in the line of the cursor; false if it is about no place.
+bool MessagePane::chooseMessage(const QTextCursor &at)
+{
+    const std::vector<CompressorMessage> messages = messagesAbout(m_row);
+    const auto number = static_cast<std::size_t>(at.blockNumber() - m_linesBefore); // huge if there is none
+    if (number >= std::min(messages.size(), mostListed) || messages[number].line == 0)
+        return false;
+    Q_EMIT messageChosen(messages[number]);
+    return true;
 }
 
 void MessagePane::changeEvent(QEvent *event)

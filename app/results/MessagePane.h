@@ -10,6 +10,7 @@ class QAction;
 class QHBoxLayout;
 class QLabel;
 class QPlainTextEdit;
+class QTextCursor;
 class QToolButton;
 
 namespace brevant {
@@ -36,16 +37,22 @@ Q_SIGNALS:
     void openRequested(const QString &source);
     void revealRequested(const QString &output);
 
+    /// The user has chosen a message, by Return or a double click.
+    void messageChosen(const CompressorMessage &message);
+
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     QAction *addButton(QHBoxLayout &bar, const QString &text);
+    bool chooseMessage(const QTextCursor &at);
     void updateLooks();
 
     const Reveal m_whatToReveal;
     ResultRow m_row;
+    int m_linesBefore = 0; ///< the first message
     QLabel *m_sign;
     ElidedLabel *m_name;
     ElidedLabel *m_folder;

@@ -86,6 +86,16 @@ void ResultRuns::explain(int run, int row, const CompressorMessages &messages)
     Q_EMIT rowChanged(run, row);
 }
 
+void ResultRuns::setChecked(int run, int row, const CheckedFile &checked)
+{
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record)
+        return;
+    record->rows.at(static_cast<std::size_t>(row)).setChecked(checked);
+    if (checked != CheckedFile())
+        Q_EMIT rowChanged(run, row);
+}
+
 void ResultRuns::addForModern(int run, int row)
 {
     if (const std::shared_ptr<RunRecord> record = recordOf(run)) {

@@ -43,6 +43,9 @@ public:
     /// What the compressor of a file that failed says, asked once more.
     void explain(int run, int row, const CompressorMessages &messages);
 
+    /// What became of checking the result of a file.
+    void setChecked(int run, int row, const CheckedFile &checked);
+
     /// A file that failed would be minified by modern compressors.
     void addForModern(int run, int row);
 

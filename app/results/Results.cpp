@@ -14,6 +14,7 @@ Results::Results(QWidget &mainWindow, const SettingsStore &settings, const Tools
 {
     connect(&runs, &ResultRuns::added, this, &Results::hideMark);
     connect(&runs, &ResultRuns::ended, this, &Results::showMark);
+    connect(&m_inquiry, &Inquiry::checked, this, &Results::updateMark);
 }
 
 Results::~Results() = default;
@@ -78,6 +79,14 @@ void Results::showMark(int run)
         connect(m_mark, &ResultMark::clicked, this, &Results::show);
     }
     m_mark->showResult(shortResult(*record));
+    m_markedRun = run;
+}
+
+/// The results of that run have been checked.
+void Results::updateMark(int run)
+{
+    if (m_mark && !m_mark->isHidden() && run == m_markedRun)
+        showMark(run);
 }
 
 } // namespace brevant

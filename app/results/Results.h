@@ -49,6 +49,7 @@ Q_SIGNALS:
 
 private:
     void showMark(int run);
+    void updateMark(int run);
     ResultsWindow &shownWindow();
 
     QWidget &m_mainWindow;
@@ -57,6 +58,7 @@ private:
     QLabel *m_status = nullptr;
     QHBoxLayout *m_bar = nullptr;
     ResultMark *m_mark = nullptr; ///< a child of the bar
+    int m_markedRun = -1;
     std::unique_ptr<ResultsWindow> m_window;
 };
 

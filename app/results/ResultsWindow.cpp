@@ -115,7 +115,8 @@ void ResultsWindow::connectAll()
     connect(m_chooser, &RunChooser::chosen, this, &ResultsWindow::showRun);
     connect(m_filter, &FilterBar::changed, this, &ResultsWindow::updateFilter);
     connect(m_table, &ResultTable::currentFileChanged, this, &ResultsWindow::updatePane);
-    connect(m_table, &ResultTable::sourceRequested, this, &ResultsWindow::showSource);
+    connect(m_table, &ResultTable::sourceRequested, this, &ResultsWindow::showFirstPlace);
+    connect(m_pane, &MessagePane::messageChosen, this, &ResultsWindow::showSource);
     connect(&m_inquiry, &Inquiry::changed, this, &ResultsWindow::updatePane);
     connect(&m_runs, &ResultRuns::forModernChanged, this, &ResultsWindow::updateOffer);
     connect(m_offer, &OfferBar::accepted, this, &ResultsWindow::modernRequested);
@@ -206,14 +207,21 @@ void ResultsWindow::updateOffer()
     m_retry->setDefault(m_retry->isEnabled() && m_offer->isHidden()); // one at most
 }
 
-void ResultsWindow::showSource()
+void ResultsWindow::showFirstPlace()
 {
     const ResultRow *const row = m_table->currentFile();
-    if (!row || row->isMinified() || row->source.isEmpty())
+    if (row && !(row->isMinified() && messagesAbout(*row).empty()))
+        showSource(firstPlaceIn(*row));
+}
+
+void ResultsWindow::showSource(const CompressorMessage &about)
+{
+    const ResultRow *const row = m_table->currentFile();
+    if (!row || row->source.isEmpty())
         return;
     if (!m_viewer)
         m_viewer = new SourceViewer(this); // a child of this
-    m_viewer->showFailure(*row, m_encodingName());
+    m_viewer->showSource(*row, about, m_encodingName());
 }
 
 void ResultsWindow::updateFilter()

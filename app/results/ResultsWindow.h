@@ -52,7 +52,8 @@ private:
     void updateHead();
     void updatePane();
     void updateOffer();
-    void showSource();
+    void showFirstPlace();
+    void showSource(const CompressorMessage &about);
     void updateFilter();
     void updateHint();
     void fitPicture();

@@ -22,7 +22,7 @@ using Kind = CompressorMessage::Kind;
 /// Makes what it begins read from the right.
 constexpr QChar rightToLeftMark(0x200F);
 
-/// "3 failed", "1 put back" and so on, of what was not minified.
+/// "3 failed", "1 put back", "2 with warnings" and so on, of what did not go well.
 QStringList lackTexts(const RunTotals &totals)
 {
     QStringList texts;
@@ -30,6 +30,8 @@ QStringList lackTexts(const RunTotals &totals)
         if (const int count = totals.count(state); count > 0)
             texts.append(u"%1 %2"_s.arg(count).arg(stateText(state).toLower()));
     }
+    if (const int count = totals.count(State::Warned); count > 0)
+        texts.append(u"%1 with warnings"_s.arg(count));
     return texts;
 }
 
@@ -138,6 +140,9 @@ QString messageText(const ResultRow &row)
 {
     if (!row.remarks)
         return {};
+    const CheckedFile checked = row.remarks->checked.value_or(CheckedFile());
+    if (row.reason().isEmpty() && !checked.warnings.isEmpty())
+        return (checked.isSuspicious() ? u"Warning: "_s : u"Note: "_s) + summaryOf(checked.warnings);
     const std::vector<CompressorMessage> &messages = row.remarks->messages.shown;
     const Kind wanted = row.isMinified() ? Kind::Warning : Kind::Error;
     const auto first = std::ranges::find(messages, wanted, &CompressorMessage::kind);
@@ -151,6 +156,28 @@ QString messageText(const ResultRow &row)
     const QString place = first->line > 0 ? u"%1:%2  "_s.arg(first->line).arg(first->column) : QString();
     const QString text = place + printable(first->text);
     return wanted == Kind::Warning ? u"Warning: "_s + text : text;
+}
+
+std::vector<CompressorMessage> messagesAbout(const ResultRow &row)
+{
+    if (!row.remarks)
+        return {};
+    std::vector<CompressorMessage> messages = row.remarks->messages.shown;
+    for (const ResultWarning &warning : row.remarks->checked.value_or(CheckedFile()).warnings)
+        messages.push_back({warning.isNote() ? Kind::Information : Kind::Warning, warning.withoutLine(u"→"_s),
+                            warning.line, 0});
+    return messages;
+}
+
+CompressorMessage firstPlaceIn(const ResultRow &row)
+{
+    const std::vector<CompressorMessage> messages = messagesAbout(row);
+    const auto placed =
+        std::ranges::find_if(messages, [](const CompressorMessage &message) { return message.line > 0; });
+    if (placed != messages.end())
+        return *placed;
+    return row.isMinified() && !messages.empty() ? messages.front()
+                                                 : CompressorMessage{Kind::Error, row.reason(), 0, 0};
 }
 
 QString folderText(const QString &path)

@@ -71,6 +71,12 @@ struct ShortResult {
 /// What a row has to say first: "68:58  Unexpected "}"", "The compressor left an empty output".
 [[nodiscard]] QString messageText(const ResultRow &row);
 
+/// Everything that compressor and check have said of a file.
+[[nodiscard]] std::vector<CompressorMessage> messagesAbout(const ResultRow &row);
+
+/// The first of them that is about a place in the source; if there is none, why the file failed.
+[[nodiscard]] CompressorMessage firstPlaceIn(const ResultRow &row);
+
 /// The folder of a file, with "~" for the home folder.
 [[nodiscard]] QString folderText(const QString &path);
 

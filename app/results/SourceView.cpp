@@ -48,7 +48,7 @@ ShownSource::ShownSource(const PreviewContent &content, qint64 line, qint64 colu
                              std::ranges::binary_search(content.marks, byte);
         byte += bytesOf(unit);
         const bool isCounted = !isAdded && !unit.isLowSurrogate();
-        if (place < 0 && isCounted && atLine == line && (atColumn == column || isLineEnd(unit)))
+        if (place < 0 && isCounted && atLine == line && (atColumn >= column || isLineEnd(unit)))
             place = text.size();
         if (!isLineEnd(unit)) {
             text += unit;

@@ -16,7 +16,7 @@ struct ShownSource {
     std::vector<qint64> numbers; ///< of its lines in the source; 0 for the rest of a folded one
     qsizetype place = -1;        ///< in the text; -1 if it is not shown
 
-    /// Line and column, in characters, count from 1.
+    /// Line and column, in characters, count from 1; column 0 is the beginning of the line.
     ShownSource(const PreviewContent &content, qint64 line, qint64 column);
 };
 

@@ -14,8 +14,6 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace brevant {
 
 namespace {
@@ -23,17 +21,6 @@ namespace {
 constexpr int viewerEdge = 16;
 constexpr QSize usualSize(760, 520);
 constexpr int leastLetters = 40; // letters, and lines half as many
-
-/// The first one about a place; else the reason.
-CompressorMessage messageOf(const ResultRow &row)
-{
-    const std::vector<CompressorMessage> messages =
-        row.remarks ? row.remarks->messages.shown : std::vector<CompressorMessage>();
-    const auto placed =
-        std::ranges::find_if(messages, [](const CompressorMessage &message) { return message.line > 0; });
-    return placed == messages.end() ? CompressorMessage{CompressorMessage::Kind::Error, row.reason(), 0, 0}
-                                    : *placed;
-}
 
 } // namespace
 
@@ -68,9 +55,9 @@ SourceViewer::SourceViewer(QWidget *parent)
     resize(usualSize.boundedTo(screen()->availableSize() * 0.9));
 }
 
-void SourceViewer::showFailure(const ResultRow &row, const QString &encoding)
+void SourceViewer::showSource(const ResultRow &row, const CompressorMessage &about, const QString &encoding)
 {
-    m_about = messageOf(row);
+    m_about = about;
     const QString name = printable(PathString::lastComponent(row.source).toString());
     setWindowTitle(name);
     m_folder->setText(folderText(row.source));

@@ -23,9 +23,8 @@ class SourceViewer final : public QWidget {
 public:
     explicit SourceViewer(QWidget *parent);
 
-    /// Opens with the source of a file that failed, at the first place there is a message about, or shows it
-    /// instead of another.
-    void showFailure(const ResultRow &row, const QString &encoding);
+    /// Opens with the source of a file, at the place that `about` is about, or shows it instead of another.
+    void showSource(const ResultRow &row, const CompressorMessage &about, const QString &encoding);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

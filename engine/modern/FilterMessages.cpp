@@ -66,7 +66,10 @@ qint64 lineCount(QStringView text)
 
 QString CompressorMessage::inWords() const
 {
-    return line == 0 ? text : u"line %1, column %2: %3"_s.arg(line).arg(column).arg(text);
+    if (line == 0)
+        return text;
+    return column == 0 ? u"line %1: "_s.arg(line) + text
+                       : u"line %1, column %2: "_s.arg(line).arg(column) + text;
 }
 
 QString CompressorMessages::inWords() const

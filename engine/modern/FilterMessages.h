@@ -17,9 +17,9 @@ struct CompressorMessage {
     Kind kind = Kind::Error;
     QString text;
     qint64 line = 0;   ///< in the source, from 1; 0 if it is about no place
-    qint64 column = 0; ///< in characters, from 1
+    qint64 column = 0; ///< in characters, from 1; 0 if it is about the whole line
 
-    /// "line 3, column 5: Unexpected ";"".
+    /// "line 3, column 5: Unexpected ";"", "line 3: declaration lost".
     [[nodiscard]] QString inWords() const;
 
     bool operator==(const CompressorMessage &) const = default;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ResultsFixture.h"
+#include "app/results/Signs.h"
 #include "tests/TestClass.h"
 
 /// The mark beside the status text, and the bar that it stands in.
@@ -19,7 +20,7 @@ private Q_SLOTS:
         const QByteArray cut("cut 0 xy"); // to two bytes
         const QString behind = u"Shows what became of each file (Ctrl+L)"_s;
         QTest::newRow("all well") << Texts{cut, cut} << u"75 % saved"_s << behind;
-        QTest::newRow("one failed") << Texts{"copy", "fail", "copy"} << u"1 of 3 failed"_s
+        QTest::newRow("one failed") << Texts{sound, "fail", sound} << u"1 of 3 failed"_s
                                     << u"1 failed. "_s + behind;
         QTest::newRow("none is left")
             << Texts{"fail", "silent"} << u"2 of 2 failed"_s << u"2 failed. "_s + behind;
@@ -41,6 +42,33 @@ private Q_SLOTS:
         mark()->click();
         QVERIFY(results()->isVisible());
         m_app->controller.clear();
+        QVERIFY(!mark()->isVisible());
+    }
+
+    /// The words stay those of the notification.
+    void whatChecksHaveFoundIsSaidLater()
+    {
+        m_app->window.show();
+        fill({"copy", sound});
+        run();
+        const QString text = mark()->text();
+        const auto sign = [this] { return mark()->icon().pixmap(mark()->iconSize()).toImage(); };
+        QTRY_COMPARE(mark()->toolTip(), u"1 with warnings. Shows what became of each file (Ctrl+L)"_s);
+        QCOMPARE(mark()->text(), text);
+        QCOMPARE(sign(), signIcon(ResultRow::State::Warned, *mark()).pixmap(mark()->iconSize()).toImage());
+        m_app->controller.clear();
+        QVERIFY(!mark()->isVisible());
+    }
+
+    /// Nor does it come back for that.
+    void aMarkThatIsGoneStaysSo()
+    {
+        m_app->window.show();
+        fill({"copy"});
+        run();
+        m_app->controller.clear();
+        QTRY_COMPARE(m_app->results.runs.all().back()->rows.front().state, ResultRow::State::Warned);
+        QCoreApplication::processEvents();
         QVERIFY(!mark()->isVisible());
     }
 
@@ -108,7 +136,7 @@ private Q_SLOTS:
     void inANarrowWindowTheSignIsLeft()
     {
         m_app->window.show();
-        fill({"copy", "fail"});
+        fill({sound, "fail"});
         run();
         QCOMPARE(mark()->text(), u"1 of 2 failed"_s);
         m_app->window.resize(m_app->window.minimumSize());

@@ -102,7 +102,7 @@ private Q_SLOTS:
         run();
         m_app->results.show();
         const QString status = m_app->status();
-        m_app->file(u"f1.css"_s, "copy");
+        m_app->file(u"f1.css"_s, sound);
         // Compressors that are asked why they failed write elsewhere.
         const auto calls = [this] { return m_app->javaCalls().filter(u".min.css"_s).size(); };
         const qsizetype before = calls();

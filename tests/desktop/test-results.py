@@ -8,6 +8,7 @@ from session import equal, wait_for
 
 GOOD = "a  {  color : red ; }\n"
 BAD = "var = ;\n"
+DAMAGED = "@media print {\n  .a { color: red }\n  .b { width: calc(1px + 2px) }\n}\n"
 
 
 def after_a_run(case):
@@ -129,4 +130,25 @@ def newer_javascript_with_the_keyboard(case):
     wait_for("the focus on the table", lambda: "focused" in table(window).states)
 
 
-run([with_the_mouse, with_the_keyboard, the_focus_goes_round, newer_javascript_with_the_keyboard])
+def with_what_is_damaged(case):
+    program = case.start(case.file("good.css", GOOD), case.file("damaged.css", DAMAGED))
+    program.expect_names("good.css", "damaged.css")
+    program.click(program.button("Minify"))
+    program.expect_status("Well done!")
+    program.key("ctrl+l")
+    window = results(program)
+    expect_files(window, "damaged.css", "good.css")
+    wait_for("the warning", lambda: "Warning: 1 declaration lost" in cells(window))
+    program.click(window.find("check box", "Warnings 1"))
+    expect_files(window, "damaged.css")
+    program.click(window.find("cell", "damaged.css"))
+    loss = "Line 3: declaration changed in @media print, .b: width: calc(1px + 2px) → calc(1px+2px)"
+    wait_for("the loss", lambda: window.find("text", "Messages").text == loss)
+    program.key("Return")
+    program.expect_active("damaged.css")
+    program.key("Escape")
+    program.expect_active("Results")
+
+
+run([with_the_mouse, with_the_keyboard, the_focus_goes_round, newer_javascript_with_the_keyboard,
+     with_what_is_damaged])

@@ -48,6 +48,34 @@ struct InquiryFixture {
         return ResultRow(result);
     }
 
+    /// A new style sheet that is done, and not checked yet.
+    [[nodiscard]] ResultRow doneRow(const QString &name, QByteArrayView text, QByteArrayView result) const
+    {
+        ResultRow row(ResultRow::State::Done, path(name));
+        row.output = path(name + u".out"_s);
+        row.sizeBefore = text.size();
+        row.sizeAfter = result.size();
+        if (writeFile(row.source, text) && writeFile(row.output, result))
+            row.basis =
+                CheckBasis{TextEncoding::Utf8, *FileState::of(row.source), *FileState::of(row.output)};
+        return row;
+    }
+
+    /// One that has lost declarations in lines 2 and 4.
+    [[nodiscard]] ResultRow damagedRow(const QString &name) const
+    {
+        return doneRow(name, ".a {\n  width: calc(1px + 2px);\n  color: red;\n  left: calc(3px + 4px) }",
+                       ".a{width:calc(1px+2px);color:red;left:calc(3px+4px)}");
+    }
+
+    [[nodiscard]] const ResultRow &rowOf(int run, std::size_t row) const { return runs.find(run)->rows[row]; }
+
+    /// Whether that row has been checked.
+    [[nodiscard]] bool isChecked(int run, std::size_t row) const
+    {
+        return rowOf(run, row).remarks && rowOf(run, row).remarks->checked;
+    }
+
     /// What has been found out about a row of a run.
     [[nodiscard]] QString words(int run, std::size_t row) const
     {

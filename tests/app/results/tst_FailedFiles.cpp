@@ -1,16 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "InquiryFixture.h"
-#include "app/results/MessagePane.h"
+#include "WindowFixture.h"
 #include "app/results/OfferBar.h"
-#include "app/results/ResultTable.h"
-#include "app/results/ResultsWindow.h"
-#include "app/results/SourceView.h"
-#include "app/results/SourceViewer.h"
 #include "tests/TestClass.h"
 
 #include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -22,7 +16,7 @@ using namespace brevant::test;
 using State = ResultRow::State;
 
 /// What the window Results says of files that failed, and offers to do about them.
-class tst_FailedFiles final : public QObject {
+class tst_FailedFiles final : public WindowFixture {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -94,18 +88,17 @@ private Q_SLOTS:
             QTest::keyClick(table(), Qt::Key_Return);
         else
             doubleClick(0);
-        auto *const viewer = m_window->findChild<SourceViewer *>();
-        QVERIFY(viewer);
-        QVERIFY(viewer->isVisible());
-        QCOMPARE(viewer->windowTitle(), u"a.js"_s);
-        auto *const view = viewer->findChild<SourceView *>();
+        QVERIFY(viewer());
+        QVERIFY(viewer()->isVisible());
+        QCOMPARE(viewer()->windowTitle(), u"a.js"_s);
+        auto *const view = viewer()->findChild<SourceView *>();
         QTRY_COMPARE(view->toPlainText(), u"one\ntwo\nthree"_s);
         QCOMPARE(view->textCursor().blockNumber(), 1);
         QCOMPARE(view->textCursor().positionInBlock(), 2);
         QVERIFY(view->isReadOnly());
-        QVERIFY(hasLabel(*viewer, u"Line 2, column 3: syntax error"_s));
+        QVERIFY(hasLabel(*viewer(), u"Line 2, column 3: syntax error"_s));
         QTest::keyClick(view, Qt::Key_Escape);
-        QVERIFY(!viewer->isVisible());
+        QVERIFY(!viewer()->isVisible());
         QVERIFY(m_window->isVisible());
     }
 
@@ -214,25 +207,6 @@ private Q_SLOTS:
     }
 
 private:
-    void open()
-    {
-        m_window = std::make_unique<ResultsWindow>(
-            m_bench->runs, m_bench->inquiry, [] { return u"utf-8"_s; }, nullptr);
-        m_window->showLastRun();
-        m_window->resize(1200, 600);
-        m_window->show();
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
-
-    void doubleClick(int row) const
-    {
-        const QPoint place = table()->visualRect(table()->model()->index(row, ResultModel::Name)).center();
-        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, place);
-        QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, place);
-    }
-
-    [[nodiscard]] ResultTable *table() const { return m_window->findChild<ResultTable *>(); }
     [[nodiscard]] OfferBar *offer() const { return m_window->findChild<OfferBar *>(); }
     [[nodiscard]] QPushButton *button(int place) const
     {
@@ -248,20 +222,6 @@ private:
         }
         return found.join(u", "_s);
     }
-    [[nodiscard]] QString messages() const
-    {
-        return m_window->findChild<MessagePane *>()->findChild<QPlainTextEdit *>()->toPlainText();
-    }
-
-    static bool hasLabel(const QWidget &parent, const QString &text)
-    {
-        return std::ranges::any_of(parent.findChildren<QLabel *>(), [&text](const QLabel *label) {
-            return label->isVisible() && label->text() == text;
-        });
-    }
-
-    std::unique_ptr<InquiryFixture> m_bench;
-    std::unique_ptr<ResultsWindow> m_window;
 };
 
 BREVANT_TEST(tst_FailedFiles, QApplication)

@@ -4,6 +4,7 @@
 #include "app/results/ReportTexts.h"
 #include "tests/TestClass.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -22,6 +23,21 @@ private Q_SLOTS:
         const QJsonObject report = QJsonDocument::fromJson(reportAsJson(mixedRows(), {})).object();
         QCOMPARE(report[u"done"_s].toInt(), 1);
         QCOMPARE(report[u"failed"_s].toInt(), 4); // also what only lacks a copy
+    }
+
+    void whatChecksHaveFound()
+    {
+        ResultRow warned = row(State::Done, u"/w/a.css"_s, 1000, 600);
+        warned.setChecked({{}, {{ResultWarning::Kind::Declaration, 3, {}, u".a"_s, u"top"_s, u"0s"_s}}});
+        ResultRow sound = row(State::Done, u"/w/b.css"_s, 1000, 600);
+        sound.setChecked({});
+        const RunRecord run = record({warned, sound});
+        const QJsonObject report = QJsonDocument::fromJson(reportAsJson(run.rows, {})).object();
+        QCOMPARE(report[u"done"_s].toInt(), 2);
+        QCOMPARE(report[u"files"_s][0][u"warnings"_s][0][u"before"_s], QJsonValue(u"0s"_s));
+        QCOMPARE(report[u"files"_s][1][u"warnings"_s], QJsonValue(QJsonArray()));
+        QVERIFY(reportAsCsv(run).contains(",Warning: 1 declaration lost\r\n"));
+        QVERIFY(reportAsMarkdown(run).contains("| Warning: 1 declaration lost |\n"));
     }
 
     void csv()

@@ -62,7 +62,8 @@ private Q_SLOTS:
         addRun(*m_runs, 1, mixedRows());
         open();
         QVERIFY(table()->hasFocus());
-        QVERIFY(hasLabel(u"5 files · 4 kB → 2.1 kB · 47.5 % saved · 1 failed · 1 put back · 1 skipped"_s));
+        QVERIFY(hasLabel(
+            u"5 files · 4 kB → 2.1 kB · 47.5 % saved · 1 failed · 1 put back · 1 skipped · 1 with warnings"_s));
         QCOMPARE(names(), u"a.js e.js d.css c.html b.css"_s); // the worst first
         QCOMPARE(table()->selectedRows(), std::vector<int>{0});
         QCOMPARE(messages(), u"Line 68, column 58: Unexpected \"}\""_s);

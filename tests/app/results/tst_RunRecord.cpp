@@ -9,6 +9,7 @@
 using namespace brevant;
 using namespace brevant::test;
 using State = ResultRow::State;
+using Warning = ResultWarning::Kind;
 using Rows = std::vector<ResultRow>;
 
 /// A run in words.
@@ -32,8 +33,9 @@ private Q_SLOTS:
     void totalsInWords()
     {
         const RunRecord run = record(mixedRows(), 2, 5);
-        QCOMPARE(totalsText(run, run.totals(), Qt::LeftToRight),
-                 u"5 files · 4 kB → 2.1 kB · 47.5 % saved · 1 failed · 1 put back · 1 skipped"_s);
+        QCOMPARE(
+            totalsText(run, run.totals(), Qt::LeftToRight),
+            u"5 files · 4 kB → 2.1 kB · 47.5 % saved · 1 failed · 1 put back · 1 skipped · 1 with warnings"_s);
         QVERIFY(totalsText(run, run.totals(), Qt::RightToLeft)
                     .contains(isolated(u"4 kB"_s) + u" ← "_s + isolated(u"2.1 kB"_s)));
         const RunRecord one = record({row(State::NotRun, u"/w/a.css"_s)}, 0, 1);
@@ -61,6 +63,8 @@ private Q_SLOTS:
                                     << u"2 failed."_s;
         QTest::newRow("put back") << Rows{done, failed, putBack} << 1 << false << u"2 of 3 not minified"_s
                                   << u"1 failed, 1 put back."_s;
+        QTest::newRow("with warnings") << Rows{done, row(State::Warned, u"/w/d.css"_s, 1000, 573)} << 2
+                                       << false << u"43 % saved"_s << u"1 with warnings."_s;
         QTest::newRow("one output replaced another")
             << Rows{done, done} << 1 << false << u"1 of 2 not minified"_s << QString();
     }
@@ -100,6 +104,14 @@ private Q_SLOTS:
         said.messages.shown = {{CompressorMessage::Kind::Information, u"not smaller"_s}};
         noted.remarks = std::make_shared<ResultRemarks>(said);
         QTest::newRow("an information") << noted << u"Not smaller"_s;
+        QTest::newRow("lost declarations")
+            << checkedRow({{Warning::Declaration, 3}, {Warning::Declaration, 4}, {Warning::UseStrict, 1}})
+            << u"Warning: 2 declarations lost"_s;
+        QTest::newRow("a note") << checkedRow({{Warning::UseStrict, 1}}) << u"Note: \"use strict\" lost"_s;
+        QTest::newRow("all well") << checkedRow({}) << QString();
+        ResultRow uncopied = row(State::Warned, u"/w/a.js"_s, 2, 1, u"the gzip copy could not be made"_s);
+        uncopied.setChecked({{}, {{Warning::NotSmaller}}});
+        QTest::newRow("first what became of it") << uncopied << u"The gzip copy could not be made"_s;
         QTest::newRow("a trick") << row(State::Failed, u"/w/a.js"_s, 1, 1, u"a\nb\x1b[2J"_s)
                                  << u"A\\nb\\x1b[2J"_s;
     }
@@ -110,6 +122,26 @@ private Q_SLOTS:
         QTEST(messageText(row), "expected");
     }
 
+    void messagesAboutAFile()
+    {
+        ResultRow checked =
+            checkedRow({{Warning::NotSmaller},
+                        {Warning::Declaration, 3, {u"@media print"_s}, u".a"_s, u"top"_s, u"0s"_s, u"0"_s},
+                        {Warning::UseStrict, 4}});
+        using Kind = CompressorMessage::Kind;
+        const std::vector<CompressorMessage> expected{
+            {Kind::Warning, u"not smaller than its source"_s, 0, 0},
+            {Kind::Warning, u"declaration changed in @media print, .a: top: 0s → 0"_s, 3, 0},
+            {Kind::Information, u"\"use strict\" lost"_s, 4, 0}};
+        QCOMPARE(messagesAbout(checked), expected);
+        QCOMPARE(firstPlaceIn(checked), expected[1]);
+        checked.setChecked({{}, {{Warning::NotSmaller}}});
+        QCOMPARE(firstPlaceIn(checked), expected[0]);
+        const ResultRow failed = row(State::Failed, u"/w/a.js"_s, 1, 1, u"the disk is full"_s);
+        QCOMPARE(firstPlaceIn(failed).text, u"the disk is full"_s);
+        QVERIFY(messagesAbout(row(State::Done, u"/w/a.css"_s)).empty());
+    }
+
     void folders()
     {
         QCOMPARE(folderText(QDir::homePath() + u"/site/a.css"_s), u"~/site"_s);
@@ -117,6 +149,13 @@ private Q_SLOTS:
     }
 
 private:
+    static ResultRow checkedRow(const QList<ResultWarning> &warnings)
+    {
+        ResultRow made = row(State::Done, u"/w/a.css"_s, 2, 1);
+        made.setChecked({{}, warnings});
+        return made;
+    }
+
     static RunRecord record(const Rows &rows, int minified, int count)
     {
         RunRecord made;
