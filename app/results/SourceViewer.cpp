@@ -60,11 +60,15 @@ void SourceViewer::showSource(const ResultRow &row, const CompressorMessage &abo
     m_about = about;
     const QString name = printable(PathString::lastComponent(row.source).toString());
     setWindowTitle(name);
-    m_folder->setText(folderText(row.source));
+    const bool isFromTheRight = layoutDirection() == Qt::RightToLeft;
+    const QString folder = folderText(row.source);
+    m_folder->setText(isFromTheRight ? isolated(folder) : folder);
     QString words = printable(m_about.inWords());
     if (!words.isEmpty())
         words[0] = words[0].toUpper();
     m_message->setText(words);
+    // A text that can be selected is aligned as it is read itself, not as the window is.
+    m_message->setAlignment(Qt::AlignVCenter | (isFromTheRight ? Qt::AlignRight : Qt::AlignLeft));
     m_message->setVisible(!words.isEmpty());
     m_notice->hide();
     m_view->setAccessibleName(tr("Text of %1").arg(name));

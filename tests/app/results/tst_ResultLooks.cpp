@@ -5,6 +5,7 @@
 #include "app/results/ResultTable.h"
 #include "app/results/ResultsWindow.h"
 #include "app/results/Signs.h"
+#include "app/results/SourceViewer.h"
 #include "tests/TestClass.h"
 #include "widgets/Contrast.h"
 
@@ -116,6 +117,21 @@ private Q_SLOTS:
         QVERIFY(std::ranges::any_of(labels, [](const QLabel *label) {
             return label->text().isRightToLeft() && label->text().contains(u"←"_s);
         }));
+    }
+
+    void theSourceReadFromTheRight()
+    {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        SourceViewer viewer(nullptr);
+        viewer.showFailure(failure(u"/w/a.js"_s, u"Unexpected"_s, 1, 2), u"utf-8"_s);
+        QStringList texts;
+        for (const QLabel *const label : viewer.findChildren<QLabel *>()) {
+            texts.append(label->text());
+            if (label->textInteractionFlags().testFlag(Qt::TextSelectableByMouse))
+                QVERIFY(label->alignment().testFlag(Qt::AlignRight));
+        }
+        QVERIFY(texts.contains(u"\u2068/w\u2069"_s)); // the slash stays before
+        QVERIFY(texts.contains(u"Line 1, column 2: Unexpected"_s));
     }
 
     void threeMessagesHaveRoom()
