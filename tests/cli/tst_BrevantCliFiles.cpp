@@ -255,6 +255,26 @@ private Q_SLOTS:
             QCOMPARE(sandbox.run({u"--list"_s, u"--shard"_s, part, u"w"_s}).out.count('\n'), 5);
     }
 
+    void theOrderOfTheListDoesNotMatter()
+    {
+        const Sandbox sandbox;
+        QStringList files;
+        for (int i = 0; i < 11; ++i) {
+            sandbox.add(u"%1.css"_s.arg(i), "a");
+            files << u"%1.css"_s.arg(i);
+        }
+        const auto part = [&] {
+            QList<QByteArray> lines =
+                sandbox.run(QStringList{u"--list"_s, u"--shard"_s, u"1/3"_s} + files).out.split('\n');
+            std::ranges::sort(lines);
+            return lines;
+        };
+        const QList<QByteArray> before = part();
+        QCOMPARE(before.size(), 1 + 4); // one is empty
+        std::ranges::reverse(files);
+        QCOMPARE(part(), before);
+    }
+
     void partWithNothing()
     {
         const Sandbox sandbox;
