@@ -123,7 +123,8 @@ private Q_SLOTS:
     {
         QGuiApplication::setLayoutDirection(Qt::RightToLeft);
         SourceViewer viewer(nullptr);
-        viewer.showFailure(failure(u"/w/a.js"_s, u"Unexpected"_s, 1, 2), u"utf-8"_s);
+        const ResultRow file = failure(u"/w/a.js"_s, u"Unexpected"_s, 1, 2);
+        viewer.showSource(file, file.remarks->messages.shown.front(), u"utf-8"_s);
         QStringList texts;
         for (const QLabel *const label : viewer.findChildren<QLabel *>()) {
             texts.append(label->text());
