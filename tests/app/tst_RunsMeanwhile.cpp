@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 #include "CountedJob.h"
+#include "FoundOut.h"
 
 #include "tests/Files.h"
 #include "tests/TestClass.h"
@@ -28,8 +29,9 @@ enum class Place { Beside, Elsewhere, Same };
 } // namespace
 
 /// Two jobs at once, again and again, while the user adds, removes, clears, selects, combines, previews and
-/// changes settings, and another program changes one too. It lasts as many seconds as BREVANT_THREADS_SECONDS
-/// says, 3 if it is not set. Worth most under the thread sanitizer.
+/// changes settings, another program changes one too, and Results finds out more about the jobs before. It
+/// lasts as many seconds as BREVANT_THREADS_SECONDS says, 3 if it is not set. Worth most under the thread
+/// sanitizer.
 class tst_RunsMeanwhile final : public QObject {
     Q_OBJECT
 
@@ -95,6 +97,8 @@ private Q_SLOTS:
                 return;
             }
         }
+        QVERIFY(m_tally["results checked"_L1] > 0);
+        QVERIFY(m_tally["reasons asked for"_L1] > 0);
         QString line;
         for (const auto &[what, count] : m_tally)
             line += u"%1 %2, "_s.arg(count).arg(what);
@@ -127,6 +131,11 @@ private:
         set(compressorsKeyString, m_choices[compressorsKeyString].back());
         for (int i = 0; i < 5; ++i)
             addFiles();
+        // Asked once more, the stubs that destroy their sources would do so without a safety copy.
+        if (place == Place::Same)
+            m_app->results.close();
+        else
+            m_app->results.show();
     }
 
     void startJob()
@@ -255,7 +264,11 @@ private:
             ++m_tally["jobs"_L1];
             m_tally["files worked on"_L1] += static_cast<int>(job->sources().size());
         }
-        const qsizetype javaCalls = m_app->javaCalls().size() - m_javaCalls;
+        if (!m_isModernToo && place != Place::Same) // else the next round interrupts it
+            QTRY_VERIFY_WITH_TIMEOUT(isAllFoundOut(*m_app), 30'000);
+        m_tally["results checked"_L1] += countOf(*m_app, isChecked);
+        m_tally["reasons asked for"_L1] += countOf(*m_app, isExplained);
+        const qsizetype javaCalls = callsOfJobs(*m_app).size() - m_javaCalls;
         m_javaCalls += javaCalls;
         m_tally["of them by modern compressors"_L1] += static_cast<int>(worked - javaCalls);
         QVERIFY(m_isModernToo ? javaCalls <= worked : javaCalls == worked);
