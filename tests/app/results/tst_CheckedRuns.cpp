@@ -47,9 +47,9 @@ private Q_SLOTS:
 
     void nothingIsCheckedDuringARun()
     {
+        const QSignalSpy changed(&m_bench->inquiry, &Inquiry::changed);
         m_bench->runs.start(1, u"Classic compressors"_s);
         addRun(m_bench->runs, 2, {m_bench->damagedRow(u"a.css"_s)});
-        const QSignalSpy changed(&m_bench->inquiry, &Inquiry::changed);
         m_bench->inquiry.wantModern(2); // is asked what is next
         QVERIFY(changed.isEmpty());
         m_bench->runs.end(1, {});
