@@ -159,6 +159,8 @@ QString helpText()
                    "Minifies CSS, JavaScript, HTML and PHP files and the files below folders.\n\n"_s +
                    optionsHelp() + u"\nSettings for --set, with their defaults:\n"_s;
     for (const SettingKey &setting : allSettingKeys) {
+        if (setting.key == keepOriginalsCheckerKeyString)
+            continue; // for Results, which the window has
         const QString value = registeredDefaults().value(setting.key).toVariant().toString();
         text += u"  %1=%2\n"_s.arg(setting.key, value);
     }

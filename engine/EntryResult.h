@@ -41,10 +41,13 @@ struct EntryResult {
     std::optional<QString> output;
     Outcome outcome = Outcome::NoOutput;
     Source sourceState = Source::Safe;
-    QString kept;      ///< where the content that a put-back source had is kept, as it may be newer work
-    QString detail;    ///< why there is no safety copy, why it was refused, or why the source is not put back
-    QStringList notes; ///< whole sentences about other things that became of the user's files
-    QString obstacle;  ///< what was in the compressor's way; empty if nothing was in sight
+    QString kept;   ///< where the content that a put-back source had is kept, as it may be newer work
+    QString detail; ///< why there is no safety copy, why it was refused, or why the source is not put back
+    QByteArray written;               ///< SHA-256 of the output, where that is known beforehand
+    QString original;                 ///< the content that KeptOriginals keeps of a source that was replaced
+    QString notKept;                  ///< why it keeps none, where that is asked for
+    QStringList notes;                ///< whole sentences about other things that became of the user's files
+    QString obstacle;                 ///< what was in the compressor's way; empty if nothing was in sight
     bool isUntouched = false;         ///< a modern compressor failed before its output was written into
     int status = 0;                   ///< the compressor's exit status, or the signal that ended it
     double seconds = 0;               ///< for the compressor and the gzip copy

@@ -10,6 +10,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFileInfo>
 
@@ -89,8 +90,8 @@ void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> 
 }
 
 EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                   const CompressorCommand &command, const std::atomic<Stop> &stop)
-    : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop),
+                   const CompressorCommand &command, const std::atomic<Stop> &stop, KeptOriginals::Use *kept)
+    : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop), m_kept(kept),
       m_safetyCopy(tools.originals, stop)
 {
 }
@@ -119,6 +120,12 @@ bool EntryRun::isListed(const QString &path)
                                [this](const QString &mark) { return m_listed.contains(mark); });
 }
 
+/// Where replaced sources are kept; null if they are not.
+KeptOriginals::Use *EntryRun::wantedKeeper() const
+{
+    return m_settings.isTrue(keepOriginalsCheckerKeyString) ? m_kept : nullptr;
+}
+
 /// What the output means for source and list, whatever the compressor.
 Danger EntryRun::dangerOf(const QString &source, const QString &target,
                           const std::optional<QString> &outputAtStart)
@@ -142,14 +149,16 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
 }
 
 /// Modern compressors write no file, so that a source can be lost only where their output is meant to replace
-/// one, or is written into a file.
+/// one, or is written into a file. One that is to be kept is copied as for the others.
 QString EntryRun::keepSafeFromModern(const QString &source, const QString &target, bool isInto,
                                      const std::optional<QString> &outputAtStart)
 {
     const Danger danger = dangerOf(source, target, outputAtStart);
     if (danger == Danger::AnotherEntry || (danger == Danger::None && isInto))
         return m_safetyCopy.make(target, danger == Danger::None ? Danger::Output : danger);
-    return m_safetyCopy.make(source, danger == Danger::Replaced && !isInto ? Danger::Exchanged : danger);
+    const bool isCopyNeeded = isInto || wantedKeeper() != nullptr;
+    return m_safetyCopy.make(source,
+                             danger == Danger::Replaced && !isCopyNeeded ? Danger::Exchanged : danger);
 }
 
 EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
@@ -164,7 +173,9 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
     std::optional<QByteArray> written;
     if (error.isEmpty())
         written = runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
-    m_safetyCopy.finish(result, false);
+    if (written && wantedKeeper())
+        result.written = QCryptographicHash::hash(*written, QCryptographicHash::Sha256);
+    m_safetyCopy.finish(result, false, wantedKeeper());
     makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString),
                          m_settings.isTrue(brotliCheckerKeyString), written, m_stop, result);
     result.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
@@ -204,7 +215,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
         makeGzipCopy(output, m_stop);
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
-    m_safetyCopy.finish(result, gzipWanted);
+    m_safetyCopy.finish(result, gzipWanted, wantedKeeper());
     makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
     if (result.isMinified())
         result.basis = watch.basisOfCheck(m_command.encoding());

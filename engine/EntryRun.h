@@ -31,9 +31,11 @@ void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> 
 /// The work on one entry after another: safety copy, compressor, gzip copy.
 class EntryRun final {
 public:
-    /// `queue`: where the entries are from. A stop at once ends the child that works on the entry.
+    /// `queue`: where the entries are from. A stop at once ends the child that works on the entry. In `kept`
+    /// go the sources that outputs replace, if the settings ask for it.
     EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-             const CompressorCommand &command, const std::atomic<Stop> &stop);
+             const CompressorCommand &command, const std::atomic<Stop> &stop,
+             KeptOriginals::Use *kept = nullptr);
 
     /// Does everything for one entry, on the calling thread. Nothing is returned if the Java runtime could
     /// not be started.
@@ -52,6 +54,7 @@ private:
     [[nodiscard]] Danger dangerOf(const QString &source, const QString &target,
                                   const std::optional<QString> &outputAtStart);
     [[nodiscard]] bool isListed(const QString &path);
+    [[nodiscard]] KeptOriginals::Use *wantedKeeper() const;
     [[nodiscard]] EntryResult runModern(const EntryTask &task, const FileKind &kind);
 
     const FileQueue &m_queue;
@@ -59,6 +62,7 @@ private:
     const Tools m_tools;
     const CompressorCommand &m_command;
     const std::atomic<Stop> &m_stop;
+    KeptOriginals::Use *const m_kept; ///< may be null
     SafetyCopy m_safetyCopy;
     QSet<QString> m_listed;         ///< marks of the files in the queue
     quint64 m_listedRevision = 0;   ///< of the queue, when they were taken

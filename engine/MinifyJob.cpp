@@ -43,7 +43,7 @@ RunEnd MinifyJob::run(int jobs)
 
 void MinifyJob::work(const CompressorCommand &command)
 {
-    EntryRun entryRun(m_queue, m_settings, m_tools, command, m_stop);
+    EntryRun entryRun(m_queue, m_settings, m_tools, command, m_stop, m_kept);
     while (OpenEntry *const entry = takeNext()) {
         std::optional<EntryResult> result = entryRun.run(entry->task);
         const std::lock_guard lock(m_mutex);

@@ -62,6 +62,9 @@ public:
     MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
               RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal = {});
 
+    /// Sources that outputs replace go there, if the settings ask for it.
+    void keepOriginals(KeptOriginals::Use &kept) { m_kept = &kept; }
+
     /// Runs to the end, or until a stop is asked for, with up to `jobs` compressors at once: one on the
     /// calling thread, each of the others on a thread of its own, or fewer if the system has no more threads.
     RunEnd run(int jobs = 1);
@@ -84,6 +87,7 @@ private:
     RunObserver &m_observer;
     const std::atomic<Stop> &m_stop;
     const Refusal m_refusal;
+    KeptOriginals::Use *m_kept = nullptr;
 
     std::mutex m_mutex; ///< guards all below, the refusal and the calls to the observer
     OutputPath m_outputPath;

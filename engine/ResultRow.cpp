@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -128,9 +129,13 @@ ResultRow::ResultRow(const EntryResult &result)
       seconds(result.seconds), basis(result.basis)
 {
     const QString why = result.reason();
-    if (!why.isEmpty() || !result.messages.shown.empty() || !result.notes.isEmpty())
-        remarks = std::make_shared<ResultRemarks>(
-            ResultRemarks{why, result.messages, result.notes, result.arguments, result.status});
+    const bool isKeepingSaid = !result.original.isEmpty() || !result.notKept.isEmpty();
+    if (why.isEmpty() && result.messages.shown.empty() && result.notes.isEmpty() && !isKeepingSaid)
+        return;
+    ResultRemarks made{why, result.messages, result.notes, result.arguments, result.status};
+    made.original = result.original;
+    made.notKept = result.notKept;
+    remarks = std::make_shared<ResultRemarks>(std::move(made));
 }
 
 std::optional<double> ResultRow::savedPart() const

@@ -23,6 +23,9 @@ struct ResultRemarks {
     int status = 0;                       ///< EntryResult::status
     std::optional<CheckedFile> checked{}; ///< its result, where that was asked for
     bool isExplained = false;             ///< the compressor has been asked once more why it failed
+    QString original{};                   ///< EntryResult::original, until it is put back
+    QString notKept{};                    ///< EntryResult::notKept
+    bool isRestored = false;              ///< the original has been put back
 };
 
 /// What became of one file of a run, as it is reported. Kept small, as a run may have 100,000 of them; most

@@ -68,7 +68,8 @@ bool DurableFile::openTemporary(mode_t mode)
 QByteArray DurableFile::nameBeside()
 {
     const auto link = [this](const QByteArray &name) { return linkOpenFile(m_file.number(), name); };
-    const QByteArray hash = QCryptographicHash::hash(m_target, QCryptographicHash::Sha1);
+    const QByteArray hash = // the folder may have several paths
+        QCryptographicHash::hash(m_target.sliced(m_target.lastIndexOf('/') + 1), QCryptographicHash::Sha1);
     QByteArray name = folderOf(m_target) + "/.brevant-" + hash.first(8).toHex() + ".tmp";
     // The lock tells that the writer lives.
     if (::flock(m_file.number(), LOCK_EX | LOCK_NB) != 0)

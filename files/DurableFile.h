@@ -38,6 +38,9 @@ public:
     /// The mode of a target that does not exist; without this, what the umask leaves of 0666.
     void setModeOfNew(mode_t mode) { m_modeOfNew = mode; }
 
+    /// The open temporary file, for what else is to be given to it; -1 before write().
+    [[nodiscard]] int number() const { return m_file.number(); }
+
     /// Appends `bytes` to the temporary file, which the first call makes. False on failure.
     [[nodiscard]] bool write(QByteArrayView bytes);
 

@@ -36,6 +36,7 @@ inline constexpr QLatin1StringView keepCommentsCheckerKeyString{"keepCommentsChe
 inline constexpr QLatin1StringView sourceMapCheckerKeyString{"sourceMapCheckerKeyString"};
 inline constexpr QLatin1StringView brotliCheckerKeyString{"brotliCheckerKeyString"};
 inline constexpr QLatin1StringView esbuildPathKeyString{"esbuildPathKeyString"};
+inline constexpr QLatin1StringView keepOriginalsCheckerKeyString{"keepOriginalsCheckerKeyString"};
 
 /// What a setting holds when the application wrote it.
 enum class SettingType { Boolean, Text };
@@ -88,6 +89,7 @@ inline constexpr std::array allSettingKeys{
     SettingKey::boolean(sourceMapCheckerKeyString, false),
     SettingKey::boolean(brotliCheckerKeyString, false),
     SettingKey::textWithoutDefault(esbuildPathKeyString),
+    SettingKey::boolean(keepOriginalsCheckerKeyString, false),
 };
 
 /// The setting of that name, or null if there is none.

@@ -216,6 +216,8 @@ QByteArray OriginalRecord::toBytes() const
     for (const auto &[name, value] : attributes)
         values[QString::fromUtf8(name)] = toJson(value);
     object["attributes"_L1] = values;
+    if (!written.isEmpty())
+        object["written"_L1] = QString::fromLatin1(written.toHex());
     const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact);
     return sha256(line).toHex() + '\n' + line + '\n';
 }
@@ -235,6 +237,7 @@ std::optional<OriginalRecord> OriginalRecord::fromBytes(QByteArrayView bytes)
     OriginalRecord record;
     forEachField(record, [&](QLatin1StringView name, auto &value) { readJson(object[name], value); });
     record.hash = QByteArray::fromHex(object["sha256"_L1].toString().toLatin1());
+    record.written = QByteArray::fromHex(object["written"_L1].toString().toLatin1());
     const QJsonObject values = object["attributes"_L1].toObject();
     for (auto value = values.begin(); value != values.end(); ++value)
         readJson(value.value(), record.attributes[value.key().toUtf8()]);

@@ -19,6 +19,7 @@ struct OriginalRecord {
     QByteArray file;     ///< the file itself, at the end of all links
     QByteArray linkText; ///< the target of `path` if that is a symbolic link; else empty
     QByteArray hash;     ///< SHA-256 of the content
+    QByteArray written;  ///< likewise of the output that has replaced it, where that is known; else empty
     qint64 size = 0;
     quint64 device = 0;
     quint64 inode = 0;

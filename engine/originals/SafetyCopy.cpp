@@ -200,7 +200,7 @@ bool SafetyCopy::isLost(SourceState state, bool isDone) const
     return state == SourceState::Missing || (isOther && !isDone);
 }
 
-void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
+void SafetyCopy::finish(EntryResult &result, bool gzipWanted, KeptOriginals::Use *kept)
 {
     result.notes += std::exchange(m_notes, {});
     m_isGzipped = gzipWanted && isOutput();
@@ -219,6 +219,8 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted)
             undoGzipSteps(result, state);
         if (m_isGzipped && result.outcome != Outcome::Done)
             putBackGzipCopy(result);
+        if (kept && m_danger == Danger::Replaced && result.outcome == Outcome::Done)
+            kept->keep(*m_slot, *m_source.record, result);
     }
     if (m_source.record && m_slot)
         m_slot->clear();

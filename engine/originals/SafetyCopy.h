@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/Stop.h"
+#include "engine/originals/KeptOriginals.h"
 #include "engine/originals/OriginalSlot.h"
 
 #include <QScopeGuard>
@@ -65,8 +66,9 @@ public:
         return qScopeGuard([set] { set(false); });
     }
 
-    /// To be called last for an entry: puts the file back if it is lost, and completes the result.
-    void finish(EntryResult &result, bool gzipWanted);
+    /// To be called last for an entry: puts the file back if it is lost, and completes the result. With
+    /// `kept`, a source that was meant to be replaced, and is, is kept there.
+    void finish(EntryResult &result, bool gzipWanted, KeptOriginals::Use *kept = nullptr);
 
 private:
     /// An open file and its record.

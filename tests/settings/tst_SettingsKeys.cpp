@@ -72,6 +72,7 @@ private Q_SLOTS:
         row("keepCommentsCheckerKeyString", keepCommentsCheckerKeyString, false);
         row("sourceMapCheckerKeyString", sourceMapCheckerKeyString, false);
         row("brotliCheckerKeyString", brotliCheckerKeyString, false);
+        row("keepOriginalsCheckerKeyString", keepOriginalsCheckerKeyString, false);
     }
 
     void defaults()
