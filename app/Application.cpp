@@ -73,6 +73,7 @@ Application::Application(const QString &settingsFile, const QDBusConnection &bus
 Application::~Application()
 {
     jobs.stopAndWait(); // while the controllers they use still exist
+    keptOriginals.dropOld();
 }
 
 void Application::setUp()
@@ -104,6 +105,7 @@ void Application::connectResults()
             [this](const QString &path) { static_cast<void>(workspace.openUrl(fileUrl(path))); });
     connect(&results, &Results::revealRequested, this,
             [this](const QString &path) { workspace.selectFile(path); });
+    connect(&results, &Results::restoreRequested, this, &Application::restoreSources);
     connect(&results, &Results::retryRequested, this, [this](const QStringList &sources) {
         jobs.detachNewThread(
             [this, sources](const std::atomic<Stop> &stop) { runAgain(*this, settings, sources, stop); });
@@ -115,6 +117,25 @@ void Application::connectResults()
             const auto modern = settings.variant(u"modern"_s, compressorsKeyString);
             runAgain(*this, *modern, sources, stop);
         });
+    });
+}
+
+/// On a thread of its own, as the disk may be slow.
+void Application::restoreSources(const std::vector<RestoreWish> &wishes, bool isBeside)
+{
+    QStringList originals;
+    for (const RestoreWish &wish : wishes)
+        originals.append(wish.original);
+    const auto use = std::make_shared<KeptOriginals::Use>(keptOriginals, originals);
+    jobs.detachNewThread([this, use, wishes, isBeside](const std::atomic<Stop> &stop) {
+        std::vector<RestoredSource> done;
+        for (auto wish = wishes.begin(); wish != wishes.end() && stop != Stop::AtOnce; ++wish)
+            done.push_back((isBeside ? restoreBeside : restoreSource)(wish->source, wish->original));
+        const auto end = [this, wishes, done] {
+            results.endRestoring(wishes, done);
+            controller.refreshPreview();
+        };
+        QMetaObject::invokeMethod(&results, end, Qt::QueuedConnection);
     });
 }
 
@@ -196,6 +217,7 @@ void Application::putBackOriginals()
     for (const StartNews &one : news)
         sentences.append(one.sentence);
     desktopReport.tell(sentences);
+    keptOriginals.dropOld();
     if (news.empty())
         return;
     results.runs.addStart(news);

@@ -13,6 +13,7 @@
 #include "app/platform/Workspace.h"
 #include "app/results/Results.h"
 #include "engine/Tools.h"
+#include "engine/originals/KeptOriginals.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsStore.h"
 
@@ -59,6 +60,7 @@ public:
     SettingsStore settings;
     FileQueue queue;
     Tools tools;
+    KeptOriginals keptOriginals{tools};
     QString homePage;    ///< its address; empty if the build names none
     QString supportMail; ///< likewise
     DockTile dockTile;
@@ -80,6 +82,7 @@ private:
     void act(const QString &name, const QStringList &paths, const QVariantMap &platformData);
     void connectResults();
     void showPlannedOutputs();
+    void restoreSources(const std::vector<RestoreWish> &wishes, bool isBeside);
     void putBackOriginals();
     void finishStart();
     void catchSignals();

@@ -48,6 +48,17 @@ void showEnd(Application &app, RunEnd end, const QString &status, bool isPlayed)
     app.window.setRunning(false);
 }
 
+void runOver(const FileQueue &queue, Application &app, const SettingsStore &settings,
+             const std::atomic<Stop> &stop)
+{
+    app.keptOriginals.dropForRun();
+    KeptOriginals::Use kept(app.keptOriginals);
+    WindowRun window(app, queue, settings, stop);
+    MinifyJob job(queue, settings, app.tools, window, stop);
+    job.keepOriginals(kept);
+    job.run();
+}
+
 } // namespace
 
 JobRunner::~JobRunner()
@@ -178,8 +189,7 @@ QStringList WindowRun::notRun() const
 
 void runMinifyJob(Application &app, const std::atomic<Stop> &stop)
 {
-    WindowRun window(app, app.queue, app.settings, stop);
-    MinifyJob(app.queue, app.settings, app.tools, window, stop).run();
+    runOver(app.queue, app, app.settings, stop);
 }
 
 void runAgain(Application &app, const SettingsStore &settings, const QStringList &sources,
@@ -188,8 +198,7 @@ void runAgain(Application &app, const SettingsStore &settings, const QStringList
     FileQueue queue;
     for (const QString &source : sources)
         queue.append(source);
-    WindowRun window(app, queue, settings, stop);
-    MinifyJob(queue, settings, app.tools, window, stop).run();
+    runOver(queue, app, settings, stop);
 }
 
 } // namespace brevant

@@ -36,15 +36,15 @@ constexpr int lines = 3;
 /// More would take long to lay out, and nobody reads them.
 constexpr std::size_t mostListed = 500;
 
-QString sentence(QString text)
+} // namespace
+
+QString wholeSentence(QString text)
 {
     if (text.isEmpty())
         return text;
     text[0] = text[0].toUpper();
     return text.endsWith(u'.') ? text : text + u'.';
 }
-
-} // namespace
 
 QStringList linesAbout(const ResultRow &row)
 {
@@ -69,12 +69,14 @@ QStringList linesAbout(const ResultRow &row)
     const bool isSaid = !row.remarks->messages.shown.empty() &&
                         row.reason().contains(row.remarks->messages.shown.front().text);
     if (!row.reason().isEmpty() && !isSaid)
-        said.append(sentence(printable(row.reason())));
+        said.append(wholeSentence(printable(row.reason())));
     for (const QString &note : row.remarks->notes)
-        said.append(sentence(printable(note)));
+        said.append(wholeSentence(printable(note)));
     if (const auto &checked = row.remarks->checked; checked && !checked->obstacle.isEmpty())
         said.append(
             QCoreApplication::translate("Results", "Not checked: %1.").arg(printable(checked->obstacle)));
+    if (!row.remarks->notKept.isEmpty())
+        said.append(wholeSentence(printable(row.remarks->notKept)));
     return said;
 }
 
@@ -97,6 +99,8 @@ MessagePane::MessagePane(Reveal reveal, QWidget *parent)
     m_open = addButton(*bar, tr("&Open"));
     m_reveal = addButton(*bar, reveal == Reveal::Output ? tr("Re&veal Output") : tr("Re&veal Source"));
     m_copy = addButton(*bar, tr("&Copy Path"));
+    if (reveal == Reveal::Output)
+        m_restore = addButton(*bar, tr("&Restore Source"));
     connect(m_open, &QAction::triggered, this, [this] { Q_EMIT openRequested(m_row.source); });
     connect(m_reveal, &QAction::triggered, this, [this] {
         Q_EMIT revealRequested(m_whatToReveal == Reveal::Output ? m_row.output : m_row.source);
@@ -132,7 +136,10 @@ QAction *MessagePane::addButton(QHBoxLayout &bar, const QString &text)
 
 QList<QAction *> MessagePane::fileActions() const
 {
-    return {m_open, m_reveal, m_copy};
+    QList<QAction *> actions{m_open, m_reveal, m_copy};
+    if (m_restore)
+        actions.append(m_restore);
+    return actions;
 }
 
 void MessagePane::setRow(const ResultRow *row, bool isAsked)
@@ -204,6 +211,8 @@ void MessagePane::updateLooks()
     m_open->setIcon(textIcon(u"document-open"_s, *this));
     m_reveal->setIcon(textIcon(u"folder-open"_s, *this));
     m_copy->setIcon(textIcon(u"edit-copy"_s, *this));
+    if (m_restore)
+        m_restore->setIcon(textIcon(u"document-revert"_s, *this));
     if (m_sign->isVisibleTo(this))
         m_sign->setPixmap(signIcon(m_row.state, *this).pixmap({size, size}, devicePixelRatioF()));
     QFont bold = font();

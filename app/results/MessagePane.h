@@ -30,8 +30,11 @@ public:
     /// Shows a file, or that none is selected. `isAsked`: its compressor is being asked once more.
     void setRow(const ResultRow *row, bool isAsked = false);
 
-    /// Open, Reveal Output or Reveal Source, and Copy Path.
+    /// Open, Reveal Output or Reveal Source, Copy Path, and Restore Source for results.
     [[nodiscard]] QList<QAction *> fileActions() const;
+
+    /// Restore Source, which is left to others; null for plans.
+    [[nodiscard]] QAction *restoreAction() const { return m_restore; }
 
 Q_SIGNALS:
     void openRequested(const QString &source);
@@ -61,7 +64,11 @@ private:
     QAction *m_open;
     QAction *m_reveal;
     QAction *m_copy;
+    QAction *m_restore = nullptr;
 };
+
+/// The text with a capital and a full stop.
+[[nodiscard]] QString wholeSentence(QString text);
 
 /// Everything that is to be said of a file, a line each: messages with their places, then what became of it.
 [[nodiscard]] QStringList linesAbout(const ResultRow &row);

@@ -2,8 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/results/ResultRuns.h"
 
+#include "files/PathString.h"
+
 #include <algorithm>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brevant {
 
@@ -94,6 +98,32 @@ void ResultRuns::setChecked(int run, int row, const CheckedFile &checked)
     record->rows.at(static_cast<std::size_t>(row)).setChecked(checked);
     if (checked != CheckedFile())
         Q_EMIT rowChanged(run, row);
+}
+
+void ResultRuns::restore(int run, int row, const RestoredSource &restored)
+{
+    using enum RestoredSource::Outcome;
+    const std::shared_ptr<RunRecord> record = recordOf(run);
+    if (!record || restored.outcome == Changed)
+        return;
+    ResultRow &file = record->rows.at(static_cast<std::size_t>(row));
+    ResultRemarks remarks = *file.remarks;
+    const QString lacks = restored.lacks.isEmpty() ? QString() : u", but not its "_s + restored.lacks;
+    if (restored.outcome == Restored) {
+        file.state = ResultRow::State::PutBack;
+        remarks.reason = u"the original was put back"_s + lacks;
+        remarks.original.clear();
+        remarks.isRestored = true;
+    } else {
+        const QString note = restored.outcome == Beside
+                                 ? u"its original is beside it, as %1%2"_s.arg(
+                                       PathString::lastComponent(restored.path).toString(), lacks)
+                                 : u"its original could not be put back: "_s + restored.error;
+        if (!remarks.notes.contains(note))
+            remarks.notes.append(note);
+    }
+    file.remarks = std::make_shared<ResultRemarks>(std::move(remarks));
+    Q_EMIT rowChanged(run, row);
 }
 
 void ResultRuns::addForModern(int run, int row)

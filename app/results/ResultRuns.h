@@ -4,6 +4,7 @@
 
 #include "app/results/RunRecord.h"
 #include "engine/originals/PutBack.h"
+#include "engine/originals/RestoreSource.h"
 
 #include <QObject>
 
@@ -45,6 +46,9 @@ public:
 
     /// What became of checking the result of a file.
     void setChecked(int run, int row, const CheckedFile &checked);
+
+    /// What became of putting the original of a file back.
+    void restore(int run, int row, const RestoredSource &restored);
 
     /// A file that failed would be minified by modern compressors.
     void addForModern(int run, int row);

@@ -48,6 +48,7 @@ ResultsWindow &Results::shownWindow()
         connect(m_window.get(), &ResultsWindow::revealRequested, this, &Results::revealRequested);
         connect(m_window.get(), &ResultsWindow::retryRequested, this, &Results::retryRequested);
         connect(m_window.get(), &ResultsWindow::modernRequested, this, &Results::modernRequested);
+        connect(&m_window->restoring(), &Restoring::requested, this, &Results::restoreRequested);
     }
     if (!m_window->isVisible())
         m_window->showLastRun();
@@ -61,6 +62,14 @@ void Results::close()
 {
     if (m_window)
         m_window->close();
+}
+
+void Results::endRestoring(const std::vector<RestoreWish> &wishes, const std::vector<RestoredSource> &done)
+{
+    for (std::size_t i = 0; i < done.size(); ++i)
+        runs.restore(wishes[i].run, wishes[i].row, done[i]);
+    m_window->restoring().take(wishes, done);
+    m_window->restoring().follow(runs.isAnyRunning());
 }
 
 void Results::hideMark()

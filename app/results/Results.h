@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/results/Inquiry.h"
+#include "app/results/Restoring.h"
 #include "app/results/ResultRuns.h"
 
 #include <memory>
@@ -39,6 +40,9 @@ public:
     /// Takes the mark away, until the next run has ended.
     void hideMark();
 
+    /// What became of originals that were to be put back.
+    void endRestoring(const std::vector<RestoreWish> &wishes, const std::vector<RestoredSource> &done);
+
     ResultRuns runs;
 
 Q_SIGNALS:
@@ -46,6 +50,7 @@ Q_SIGNALS:
     void revealRequested(const QString &path);
     void retryRequested(const QStringList &sources);
     void modernRequested(const QStringList &sources, bool isForAlways);
+    void restoreRequested(const std::vector<RestoreWish> &wishes, bool isBeside);
 
 private:
     void showMark(int run);

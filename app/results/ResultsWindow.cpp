@@ -7,6 +7,7 @@
 #include "app/results/KindPicture.h"
 #include "app/results/MessagePane.h"
 #include "app/results/OfferBar.h"
+#include "app/results/Restoring.h"
 #include "app/results/ResultRuns.h"
 #include "app/results/ResultTable.h"
 #include "app/results/RunChooser.h"
@@ -129,6 +130,7 @@ void ResultsWindow::connectAll()
     connect(m_pane, &MessagePane::openRequested, this, &ResultsWindow::openRequested);
     connect(m_pane, &MessagePane::revealRequested, this, &ResultsWindow::revealRequested);
     m_table->addActions(m_pane->fileActions());
+    m_restoring = new Restoring(*m_pane->restoreAction(), *m_table, m_model, *this);
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &ResultsWindow::updateHint);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &ResultsWindow::updateHint);
 }
@@ -196,6 +198,7 @@ void ResultsWindow::updatePane()
     if (record >= 0 && isVisible())
         m_inquiry.wantReason(run, record);
     m_pane->setRow(m_table->currentFile(), m_inquiry.isAskingWhy(run, record));
+    m_restoring->follow(m_runs.isAnyRunning());
 }
 
 void ResultsWindow::updateOffer()
@@ -249,7 +252,8 @@ QStringList ResultsWindow::toRetry() const
     if (!m_model.run() || m_model.run()->isRunning || m_model.run()->isOfStart())
         return sources; // what a start tells of was not to be minified now
     for (const ResultRow &row : m_model.run()->rows) {
-        if (!row.isMinified() && !row.source.isEmpty())
+        const bool isRestored = row.remarks && row.remarks->isRestored;
+        if (!row.isMinified() && !isRestored && !row.source.isEmpty())
             sources.append(row.source);
     }
     return sources;

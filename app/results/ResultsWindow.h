@@ -15,6 +15,7 @@ class Inquiry;
 class KindPicture;
 class MessagePane;
 class OfferBar;
+class Restoring;
 class ResultRuns;
 class ResultTable;
 class RunChooser;
@@ -32,6 +33,8 @@ public:
     /// Shows a run, the last one if it is not told which.
     void showRun(int run);
     void showLastRun();
+
+    [[nodiscard]] Restoring &restoring() { return *m_restoring; }
 
 Q_SIGNALS:
     void openRequested(const QString &path);
@@ -72,6 +75,7 @@ private:
     QPushButton *m_save = nullptr;
     QPushButton *m_retry = nullptr;
     OfferBar *m_offer = nullptr;
+    Restoring *m_restoring = nullptr;
     SourceViewer *m_viewer = nullptr; ///< from the first request on
 };
 

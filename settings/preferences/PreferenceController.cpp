@@ -55,6 +55,7 @@ constexpr CheckerRow checkers[]{
     {&Ui::Preferences::keepCommentsChecker, keepCommentsCheckerKeyString},
     {&Ui::Preferences::sourceMapChecker, sourceMapCheckerKeyString},
     {&Ui::Preferences::brotliChecker, brotliCheckerKeyString},
+    {&Ui::Preferences::keepOriginalsChecker, keepOriginalsCheckerKeyString},
 };
 
 } // namespace

@@ -158,7 +158,7 @@ private Q_SLOTS:
         }
         const auto *field = bench.control<QLineEdit>("lineBreakField");
         QVERIFY(field->width() > field->fontMetrics().horizontalAdvance(u"100000"_s));
-        QCOMPARE(seen, 11 + (2 + bench.checkers().size()) + 3);
+        QCOMPARE(seen, 12 + (2 + bench.checkers().size()) + 3);
     }
 
     void followsTheFont()
