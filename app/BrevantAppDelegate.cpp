@@ -15,8 +15,10 @@ namespace brevant {
 
 namespace {
 
-PreviewOutput outputShown(const QString &source, const QString &output)
+PreviewOutput outputShown(const QString &source, const QString &output, const QString &original = {})
 {
+    if (KeptOriginals::isThere(original))
+        return {output, {}, original};
     if (output == source)
         return {{}, PreviewPanel::tr("The output replaces the source.")};
     return {output, {}};
@@ -35,7 +37,7 @@ PreviewOutput previewedOutput(const Application &app, const QString &source)
         if (row->state == ResultRow::State::Running)
             break;
         if (row->isMinified())
-            return outputShown(source, row->output);
+            return outputShown(source, row->output, row->remarks ? row->remarks->original : QString());
         const QString why = row->remarks && !row->remarks->messages.shown.empty()
                                 ? row->remarks->messages.shown.front().inWords()
                                 : row->reason();

@@ -25,6 +25,7 @@ struct Request {
     QString encoding;
     QString output;
     bool isOutputWanted = false;
+    QString original;
 };
 
 } // namespace
@@ -62,11 +63,11 @@ PreviewLoader::~PreviewLoader()
 }
 
 void PreviewLoader::start(const QString &path, const QString &encoding, const QString &output,
-                          bool isOutputWanted)
+                          bool isOutputWanted, const QString &original)
 {
-    m_loading.emplace(path, encoding, output, isOutputWanted);
+    m_loading.emplace(path, encoding, output, isOutputWanted, original);
     const std::lock_guard lock(m_shared->mutex);
-    m_shared->pending = Request{++m_shared->wanted, path, encoding, output, isOutputWanted};
+    m_shared->pending = Request{++m_shared->wanted, path, encoding, output, isOutputWanted, original};
     if (m_shared->threads == mostThreads)
         return;
     try {
@@ -96,8 +97,8 @@ void PreviewLoader::work(const std::shared_ptr<Shared> &shared)
     while (const auto request = std::exchange(shared->pending, std::nullopt)) {
         lock.unlock();
         const auto cancelled = [&] { return shared->wanted != request->number; };
-        auto content = readPreviewPage(request->path, request->output, request->isOutputWanted,
-                                       request->encoding, cancelled);
+        auto content = readPreviewPage(request->path, request->original, request->output,
+                                       request->isOutputWanted, request->encoding, cancelled);
         lock.lock();
         if (content && !cancelled() && shared->loader)
             shared->deliver(*content, request->number);

@@ -25,14 +25,14 @@ public:
 
     /// Starts to read a page of `path`, as readPreviewPage() does, instead of what is being read.
     void start(const QString &path, const QString &encoding, const QString &output = {},
-               bool isOutputWanted = false);
+               bool isOutputWanted = false, const QString &original = {});
     void cancel();
 
     /// Whether exactly that is being read.
     [[nodiscard]] bool isLoading(const QString &path, const QString &encoding, const QString &output = {},
-                                 bool isOutputWanted = false) const
+                                 bool isOutputWanted = false, const QString &original = {}) const
     {
-        return m_loading == std::tuple(path, encoding, output, isOutputWanted);
+        return m_loading == std::tuple(path, encoding, output, isOutputWanted, original);
     }
 
 Q_SIGNALS:
@@ -44,8 +44,8 @@ private:
     void deliver(const PreviewContent &content, quint64 number);
 
     std::shared_ptr<Shared> m_shared;
-    /// Path, encoding, output and whether that is wanted, of what is being read.
-    std::optional<std::tuple<QString, QString, QString, bool>> m_loading;
+    /// Path, encoding, output, whether that is wanted, and original, of what is being read.
+    std::optional<std::tuple<QString, QString, QString, bool, QString>> m_loading;
 };
 
 } // namespace brevant

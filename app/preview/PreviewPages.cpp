@@ -41,17 +41,19 @@ QString difference(qint64 before, qint64 after)
 
 } // namespace
 
-std::optional<PreviewContent> readPreviewPage(const QString &path, const QString &output, bool isOutputWanted,
+std::optional<PreviewContent> readPreviewPage(const QString &path, const QString &original,
+                                              const QString &output, bool isOutputWanted,
                                               const QString &encoding, const std::function<bool()> &cancelled)
 {
     const std::optional<qint64> outputSize = regularSize(output);
     const bool isOutput = isOutputWanted && outputSize;
-    std::optional<PreviewContent> content = readPreview(isOutput ? output : path, encoding, cancelled);
+    const QString source = original.isEmpty() ? path : original;
+    std::optional<PreviewContent> content = readPreview(isOutput ? output : source, encoding, cancelled);
     if (!content)
         return content;
     content->path = path;
     content->isOutput = isOutput;
-    content->otherSize = isOutput ? regularSize(path) : outputSize;
+    content->otherSize = isOutput ? regularSize(source) : outputSize;
     return content;
 }
 

@@ -252,9 +252,9 @@ void PreviewPanel::showItem(int index, int count)
     const QString path = m_item.path(QUrl::FullyDecoded);
     const QString encoding = m_encodingName();
     m_output = m_outputOf ? m_outputOf(path) : PreviewOutput();
-    if (m_loader->isLoading(path, encoding, m_output.path, m_isOutputWanted))
+    if (m_loader->isLoading(path, encoding, m_output.path, m_isOutputWanted, m_output.original))
         return;
-    m_loader->start(path, encoding, m_output.path, m_isOutputWanted);
+    m_loader->start(path, encoding, m_output.path, m_isOutputWanted, m_output.original);
     // What is shown of the same file stays while it is read once more.
     if (path == m_shownPath)
         m_patience.stop();

@@ -30,8 +30,9 @@ public:
 
 /// The output of a file, for its second page.
 struct PreviewOutput {
-    QString path;   ///< empty if there is none
-    QString reason; ///< why, in a sentence
+    QString path;       ///< empty if there is none
+    QString reason;     ///< why, in a sentence
+    QString original{}; ///< a copy of what the file was before, for its first page; else empty
 };
 
 /// How the panel behaves.

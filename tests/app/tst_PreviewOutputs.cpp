@@ -59,6 +59,27 @@ private Q_SLOTS:
         QCOMPARE(whyGreyed(), u"The output replaces the source."_s);
     }
 
+    void inPlaceWithTheOriginalKept()
+    {
+        m_app->tools.originals = {m_app->folder.filePath(u"originals"_s)};
+        m_app->settings.setBool(false, suffixSwitcherKeyString);
+        m_app->settings.setBool(true, keepOriginalsCheckerKeyString);
+        m_app->drop({m_app->file(u"a.css"_s, "copy")});
+        run();
+        preview(0);
+        QTRY_COMPARE(panel().shownText(), u"copy"_s);
+        QVERIFY(minified()->isEnabled());
+        QCOMPARE(panel().findChild<QLabel *>(u"previewName"_s)->text(), u"a.css"_s);
+        QTest::mouseClick(minified(), Qt::LeftButton);
+        const QString output = u"minified "_s + m_app->folder.filePath(u"a.css"_s);
+        QTRY_COMPARE(panel().shownText(), output);
+        m_app->delegate.togglePreviewPanel();
+        m_app->keptOriginals.dropForRun();
+        preview(0);
+        QTRY_COMPARE(panel().shownText(), output);
+        QCOMPARE(whyGreyed(), u"The output replaces the source."_s);
+    }
+
 private:
     void preview(int row)
     {
