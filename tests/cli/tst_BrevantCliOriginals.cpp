@@ -80,6 +80,18 @@ private Q_SLOTS:
         QCOMPARE(sandbox.has(name + u".gz"_s), gzip && reason.isEmpty());
     }
 
+    void onlyTheWindowKeepsOriginals()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, css);
+        const Ended ended = sandbox.run(
+            inPlace + QStringList{u"--set"_s, u"keepOriginalsCheckerKeyString=true"_s, u"a.css"_s});
+        QCOMPARE(ended.err, QByteArray());
+        QCOMPARE(ended.status, 0);
+        QCOMPARE(sandbox.read(u"a.css"_s), "a{b:c}"_ba);
+        QCOMPARE(copies(sandbox), QStringList());
+    }
+
     void killedAmidARun()
     {
         if (!m_noNamespace.isEmpty())
