@@ -147,8 +147,8 @@ void Restoring::offerBeside(const std::vector<RestoreWish> &changed, const QStri
     QStringList names;
     for (const RestoreWish &wish : changed)
         names.append(u"%1, as %2"_s.arg(nameOf(wish.source), freeSecondName(wish.source)));
-    const QString text = isOne ? tr("%1 has been changed since its run.").arg(nameOf(source))
-                               : tr("%1 files have been changed since their run.").arg(changed.size());
+    const QString text = isOne ? tr("%1 is no longer what its run has written.").arg(nameOf(source))
+                               : tr("%1 files are no longer what their run has written.").arg(changed.size());
     const QString offer = isOne
                               ? tr("So that nothing newer is lost, its original was not put back. It can be "
                                    "saved beside it, as %1.")

@@ -68,6 +68,43 @@ private Q_SLOTS:
         QTEST(whyGreyed(source(0)), "reason");
     }
 
+    void whyItWasNotKept()
+    {
+        runAndShow({"copy"});
+        ResultRow row(ResultRow::State::Done, source(0));
+        row.output = source(0);
+        ResultRemarks remarks;
+        remarks.notKept = u"its original was not kept, as that"_s;
+        row.remarks = std::make_shared<ResultRemarks>(remarks);
+        m_app->results.runs.start(1000, u"Classic compressors"_s);
+        m_app->results.runs.startFile(1000, source(0), 1);
+        m_app->results.runs.endFile(1000, row);
+        m_app->results.runs.end(1000, {});
+        results()->showRun(1000);
+        QCOMPARE(whyGreyed(source(0)), u"Its original was not kept, as that."_s);
+        QCOMPARE(linesAbout(row), QStringList{u"Its original was not kept, as that."_s});
+    }
+
+    void severalAreOfferedAtOnce()
+    {
+        runAndShow({"copy", "copy", "copy"});
+        QVERIFY(writeFile(source(0), "newer") && QFile::remove(source(1)));
+        QVERIFY(writeFile(m_app->folder.filePath(u"f0.original.css"_s), "taken"));
+        table().selectAll();
+        restore().trigger();
+        QTRY_VERIFY(sheet());
+        QCOMPARE(sheet()->text(), u"2 files are no longer what their run has written."_s);
+        QVERIFY2(sheet()->informativeText().contains(u"f0.css, as f0.original-2.css"_s),
+                 qPrintable(sheet()->informativeText()));
+        sheet()->defaultButton()->click();
+        QTRY_COMPARE(readFile(m_app->folder.filePath(u"f1.original.css"_s)), "copy"_ba);
+        QCOMPARE(readFile(m_app->folder.filePath(u"f0.original-2.css"_s)), "copy"_ba);
+        QCOMPARE(readFile(m_app->folder.filePath(u"f0.original.css"_s)), "taken"_ba);
+        QCOMPARE(readFile(source(0)), "newer"_ba);
+        QCOMPARE(readFile(source(2)), "copy"_ba);
+        QTRY_VERIFY(!m_app->jobs.isRunning());
+    }
+
     void theNextRunEndsIt()
     {
         runAndShow({"copy"});
@@ -97,7 +134,7 @@ private Q_SLOTS:
         select(source(0));
         restore().trigger();
         QTRY_VERIFY(sheet());
-        QCOMPARE(sheet()->text(), u"f0.css has been changed since its run."_s);
+        QCOMPARE(sheet()->text(), u"f0.css is no longer what its run has written."_s);
         QVERIFY2(sheet()->informativeText().endsWith(u"as f0.original.css."_s),
                  qPrintable(sheet()->informativeText()));
         QCOMPARE(sheet()->windowModality(), Qt::WindowModal);
@@ -125,7 +162,7 @@ private Q_SLOTS:
         table().selectAll();
         restore().trigger();
         QTRY_VERIFY(sheet());
-        QCOMPARE(sheet()->text(), u"f1.css has been changed since its run."_s);
+        QCOMPARE(sheet()->text(), u"f1.css is no longer what its run has written."_s);
         QVERIFY2(sheet()->informativeText().endsWith(
                      u"One original could not be put back.\nf0.css: The copy of it is damaged."_s),
                  qPrintable(sheet()->informativeText()));

@@ -150,5 +150,35 @@ def with_what_is_damaged(case):
     program.expect_active("Results")
 
 
+def originals_put_back(case):
+    case.settings('{"suffixSwitcherKeyString": false, "keepOriginalsCheckerKeyString": true}')
+    program = case.start(case.file("good.css", GOOD))
+    source = case.folder / "good.css"
+    program.expect_names("good.css")
+    program.click(program.button("Minify"))
+    program.expect_status("Well done!")
+    equal(source.read_text(), "a{color:red}")
+    program.key("ctrl+l")
+    window = results(program)
+    expect_files(window, "good.css")
+    program.key("alt+r")
+    wait_for("the original", lambda: source.read_text() == GOOD)
+    wait_for("the state of the row", lambda: "Put back" in cells(window))
+    program.key("Escape")
+    program.expect_active("Brevant")
+    program.click(program.button("Minify"))
+    wait_for("the output", lambda: source.read_text() == "a{color:red}")
+    program.expect_status("Well done!")
+    source.write_text("newer {}")
+    program.key("ctrl+l")
+    expect_files(results(program), "good.css")
+    program.key("alt+r")
+    wait_for("the question", lambda: program.root.first("push button", "Save Beside"))
+    program.key("Return")
+    wait_for("the second name", lambda: (case.folder / "good.original.css").exists())
+    equal((case.folder / "good.original.css").read_text(), GOOD)
+    equal(source.read_text(), "newer {}")
+
+
 run([with_the_mouse, with_the_keyboard, the_focus_goes_round, newer_javascript_with_the_keyboard,
-     with_what_is_damaged])
+     with_what_is_damaged, originals_put_back])
