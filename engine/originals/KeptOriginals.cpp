@@ -92,12 +92,11 @@ KeptOriginals::Use::~Use()
 
 void KeptOriginals::Use::keep(const OriginalSlot &slot, OriginalRecord record, EntryResult &result)
 {
-    if (!result.written.isEmpty())
-        record.written = result.written;
-    else if (const std::optional<QByteArray> hash = hashOf(record.file))
-        record.written = *hash;
-    if (record.written.isEmpty() || record.written == record.hash)
-        return; // unchanged, or gone again already
+    // An output that cannot be read is not replaced later on, as no content has this hash.
+    const QByteArray unknown(record.hash.size(), '\0');
+    record.written = result.written.isEmpty() ? hashOf(record.file).value_or(unknown) : result.written;
+    if (record.written == record.hash)
+        return;
     const std::lock_guard lock(m_originals.m_mutex);
     const std::optional<QString> kept = m_originals.keep(slot, record, result.notKept);
     if (!kept)

@@ -202,6 +202,23 @@ private Q_SLOTS:
         QCOMPARE(restoreSource(source, kept).outcome, Restored::Restored);
     }
 
+    void anOutputThatCannotBeRead()
+    {
+        const QString source = add(u"a.css"_s, "copy");
+        const QString elsewhere = add(u"elsewhere.css"_s, "output");
+        KeptOriginals::Use use(*m_kept);
+        SafetyCopy copy(m_tools.originals, m_stop);
+        QCOMPARE(copy.make(source, Danger::Replaced), QString());
+        QVERIFY(QFile::remove(source) && makeLink(elsewhere, source));
+        EntryResult result;
+        result.outcome = EntryResult::Outcome::Done;
+        copy.finish(result, false, &use);
+        QVERIFY(KeptOriginals::isThere(result.original));
+        QCOMPARE(restoreSource(source, result.original).outcome, Restored::Changed);
+        QCOMPARE(readFile(restoreBeside(source, result.original).path), "copy"_ba);
+        QCOMPARE(readFile(elsewhere), "output"_ba);
+    }
+
     void aFolderThatCannotBeWritten()
     {
         const OrdinaryUser user;
