@@ -23,8 +23,9 @@ struct CommandLine {
     std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< --set, in their order
     QStringList also;                                               ///< extensions of extra kinds
     QString settingsFile;                                           ///< empty for the user's own
-    QString reportFile;                                             ///< empty for none
-    QString filesFrom;                                              ///< a list of paths; empty for none
+    QString reportFile; ///< empty for none; "-" for standard output
+    QString reportFormat = QStringLiteral("json");
+    QString filesFrom; ///< a list of paths; empty for none
     GlobList exclude;
     GlobList include; ///< empty for all
     Shard shard;

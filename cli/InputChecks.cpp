@@ -4,6 +4,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/PrintedRun.h"
+#include "cli/ReportOutput.h"
 #include "cli/TerminalText.h"
 #include "files/DurableFile.h"
 #include "files/Folders.h"
@@ -64,7 +65,8 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line)
 
 QString reportError(const CommandLine &line, const QString &reason)
 {
-    return u"the report %1 cannot be written: %2"_s.arg(line.reportFile, reason);
+    return u"the report %1 cannot be written: %2"_s.arg(
+        isReportPrinted(line) ? u"on standard output"_s : line.reportFile, reason);
 }
 
 QString inputError(const CommandLine &line)
@@ -80,7 +82,7 @@ QString inputError(const CommandLine &line)
         if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
             return u"%1 does not exist"_s.arg(path);
     }
-    if (!line.reportFile.isEmpty()) {
+    if (!line.reportFile.isEmpty() && !isReportPrinted(line)) {
         if (DurableFile trial(line.reportFile); !trial.write({}))
             return reportError(line, trial.errorText());
     }
@@ -100,7 +102,7 @@ QString settingsError(const CommandLine &line, const SettingsStore &settings)
 
 QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
 {
-    if (line.reportFile.isEmpty())
+    if (line.reportFile.isEmpty() || isReportPrinted(line))
         return {};
     const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
     QStringList files{settingsFile(line)};

@@ -3,6 +3,7 @@
 #include "cli/OptionTable.h"
 
 #include "cli/CommandLine.h"
+#include "cli/ReportOutput.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "settings/Encodings.h"
@@ -109,6 +110,15 @@ QString readSetting(CommandLine &line, const GivenOption &given)
     return valueError(*setting, value);
 }
 
+QString readReportFormat(CommandLine &line, const GivenOption &given)
+{
+    line.reportFormat = given.value;
+    const QStringList formats = reportFormats();
+    return formats.contains(given.value)
+               ? QString()
+               : u"%1 takes one of %2, not \"%3\""_s.arg(given.name, formats.join(u", "), given.value);
+}
+
 using enum OptionGroup;
 
 constexpr bool rawBytes = true;
@@ -150,8 +160,10 @@ constexpr Option options[]{
     {Run, u"--jobs N", u"run up to N compressors at once", readNumber<&CommandLine::jobs, 256>},
     {Reports, u"--check", u"warn of what the classic compressors have damaged", readFlag<&CommandLine::check>,
      aRun},
-    {Reports, u"--report FILE", u"write a JSON report of the run to FILE",
+    {Reports, u"--report FILE", u"write a report of the run to FILE; - is standard output",
      readFileName<&CommandLine::reportFile>, aRun},
+    {Reports, u"--report-format FORMAT", u"write it as json (default), junit, github or markdown",
+     readReportFormat, u"--report"},
     {Reports, u"--quiet", u"print failures only", readFlag<&CommandLine::quiet>},
     {Reports, u"--version", u"print the versions of it and of the compressors"},
     {Reports, u"--help", u"print this help"},

@@ -3,7 +3,7 @@
 #include "cli/RunReport.h"
 
 #include "cli/TerminalText.h"
-#include "engine/ResultRow.h"
+#include "engine/classic/Explanation.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
@@ -72,6 +72,7 @@ void RunReport::entryEnded(const EntryResult &result)
 void RunReport::runEnded(RunEnd end, const QString &status)
 {
     m_end = end;
+    m_seconds = std::chrono::duration<double>(Clock::now() - m_start).count();
     if (end == RunEnd::JavaNotStarted)
         m_failure = status;
     // The results are in the queue's order, and no entry is there twice.
@@ -191,16 +192,29 @@ QString RunReport::warnings() const
     return text;
 }
 
-QByteArray RunReport::toJson() const
+void RunReport::explainFailures(const Tools &tools, qsizetype most)
 {
-    std::vector<ResultRow> rows(m_results.begin(), m_results.end());
+    const auto isStopped = [this] { return m_stop == nullptr || *m_stop != Stop::No; };
+    for (EntryResult &result : m_results) {
+        const bool isSilent = !result.arguments.isEmpty() && result.messages.shown.empty();
+        if (!isSilent || result.outcome == EntryResult::Outcome::CompressorKilled)
+            continue;
+        if (isStopped() || most-- <= 0)
+            return;
+        result.messages = explainFailure(result.arguments, tools, *m_stop).messages;
+    }
+}
+
+Report RunReport::toReport() const
+{
+    Report report{{m_results.begin(), m_results.end()}, m_failure, m_started, m_seconds};
     for (std::size_t i = 0; i < m_checked.size(); ++i) {
         if (m_checked[i])
-            rows[i].setChecked(*m_checked[i]);
+            report.rows[i].setChecked(*m_checked[i]);
     }
     for (const QString &entry : m_notRun)
-        rows.emplace_back(ResultRow::State::NotRun, entry);
-    return reportAsJson(rows, m_failure);
+        report.rows.emplace_back(ResultRow::State::NotRun, entry);
+    return report;
 }
 
 } // namespace brevant

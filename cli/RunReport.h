@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/MinifyJob.h"
-#include "engine/check/ResultWarning.h"
+#include "engine/report/Report.h"
 
 #include <QStringList>
 
@@ -59,8 +59,11 @@ public:
     /// What the checks have found, one line each; notes too, unless the run is quiet.
     [[nodiscard]] QString warnings() const;
 
-    /// The report for machines; brevant-cli(1) describes its format.
-    [[nodiscard]] QByteArray toJson() const;
+    /// Asks the classic compressors once more why they failed, at most so many times. Ends on a stop.
+    void explainFailures(const Tools &tools, qsizetype most);
+
+    /// All of it for a report, without the folder and the character set of the sources.
+    [[nodiscard]] Report toReport() const;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -74,6 +77,7 @@ private:
     const Style m_style;
     const std::atomic<Stop> *const m_stop;
     const Clock::time_point m_start = Clock::now();
+    const QDateTime m_started = QDateTime::currentDateTime();
     QString m_status;
     bool m_liveLineShown = false; ///< on the line above the cursor
     std::vector<EntryResult> m_results;
@@ -82,6 +86,7 @@ private:
     QStringList m_notRun;
     QString m_failure;
     RunEnd m_end = RunEnd::Completed;
+    double m_seconds = 0;
 };
 
 } // namespace brevant

@@ -5,6 +5,7 @@
 #include "cli/Listing.h"
 #include "cli/PathList.h"
 #include "cli/PrintedRun.h"
+#include "cli/ReportOutput.h"
 #include "cli/ResultChecks.h"
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
@@ -13,12 +14,13 @@
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
-#include "files/DurableFile.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QDir>
+#include <QLocale>
 #include <QThread>
 
 #include <cerrno>
@@ -56,17 +58,21 @@ int statusOfPrinting(bool printed)
 }
 
 /// Writes the report if one was asked for. Prints why if that fails, and returns false.
-bool writeReport(const CommandLine &line, const RunReport &report)
+bool writeReport(const CommandLine &line, const ReportOutput &output, const SettingsStore &settings,
+                 Report report)
 {
-    if (line.reportFile.isEmpty())
+    if (!output.isWanted())
         return true;
-    const QString error = DurableFile::replace(line.reportFile, report.toJson());
+    report.folder = QDir::currentPath();
+    report.encoding = textEncodingNamed(settings.stringForKey(selectedEncodingKeyString));
+    const QString error = output.write(report);
     if (!error.isEmpty())
         printError(reportError(line, error));
     return error.isEmpty();
 }
 
-int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
+int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
+           const ReportOutput &place)
 {
     RunReport report(queue.entries(),
                      line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
@@ -90,7 +96,9 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     else if (end == RunEnd::JavaNotStarted)
         printError(report.failure());
     TerminalText::print(stderr, report.notes() + report.failures() + report.warnings());
-    const bool isReported = writeReport(line, report);
+    if (place.isWanted())
+        report.explainFailures(tools, queue.count());
+    const bool isReported = writeReport(line, place, settings, report.toReport());
     if (end == RunEnd::Stopped)
         return statusOfSignal(stopSignal);
     if (end == RunEnd::JavaNotStarted)
@@ -99,10 +107,12 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
 }
 
 /// Carries out the action on the files in the queue.
-int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings)
+int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
+        const ReportOutput &output)
 {
     if (queue.isEmpty())
-        return statusOf(line.action != CommandLine::Action::Minify || writeReport(line, RunReport({})));
+        return statusOf(line.action != CommandLine::Action::Minify ||
+                        writeReport(line, output, settings, RunReport({}).toReport()));
     if (line.action == CommandLine::Action::List)
         return statusOfPrinting(printList(queue, settings, line.print0));
     if (line.action == CommandLine::Action::DryRun)
@@ -111,10 +121,10 @@ int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, con
         printError(missing);
         RunReport report(queue.entries());
         report.runEnded(RunEnd::JavaNotStarted, missing);
-        static_cast<void>(writeReport(line, report));
+        static_cast<void>(writeReport(line, output, settings, report.toReport()));
         return NoTools;
     }
-    return minify(line, tools, queue, settings);
+    return minify(line, tools, queue, settings, output);
 }
 
 int run(CommandLine line, const Tools &tools)
@@ -123,6 +133,7 @@ int run(CommandLine line, const Tools &tools)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
     if (line.action == CommandLine::Action::Version)
         return statusOfPrinting(TerminalText::print(stdout, versionText() + tools.versions()));
+    const ReportOutput output(line);
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
     if (const QString error = addPathsFromFile(line); !error.isEmpty())
@@ -146,7 +157,7 @@ int run(CommandLine line, const Tools &tools)
     if (const QString error = reportPlaceError(line, queue, settings); !error.isEmpty())
         return wrongUsage(error);
     listing.printWhatIsMissing();
-    const int status = act(line, tools, queue, settings);
+    const int status = act(line, tools, queue, settings, output);
     return status == 0 ? statusOf(listing.isComplete()) : status;
 }
 
@@ -163,6 +174,8 @@ int main(int argc, char *argv[])
     std::signal(SIGXFSZ, SIG_IGN);
     // For wcwidth() only. The environment, which the compressors inherit, stays as it is.
     std::setlocale(LC_CTYPE, "C.UTF-8");
+
+    QLocale::setDefault(QLocale::c()); // programs read reports
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)

@@ -174,6 +174,7 @@ QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reaso
         notRun += outcome == u"not run" ? 1 : 0;
     }
     QJsonObject report{
+        {u"version"_s, reportVersion},
         {u"brevant"_s, QStringLiteral(BREVANT_VERSION)},
         {u"done"_s, done},
         {u"failed"_s, files.size() - done - notRun},

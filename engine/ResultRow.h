@@ -71,6 +71,10 @@ struct ResultRow {
     [[nodiscard]] QString reason() const { return remarks ? remarks->reason : QString(); }
 };
 
+/// Of the JSON report. It grows where something is left out or gets another meaning, not where something is
+/// added.
+inline constexpr int reportVersion = 1;
+
 /// The report for machines; brevant-cli(1) describes its format. `reason`: why nothing could be run.
 [[nodiscard]] QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason);
 

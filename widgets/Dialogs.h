@@ -9,9 +9,6 @@ class QWidget;
 
 namespace brevant {
 
-/// The size of a file in words: "1 byte", "12.3 kB", "1 MB". A kB has 1000 bytes.
-[[nodiscard]] QString sizeText(qint64 bytes);
-
 /// Makes Qt's own file panel wide enough for its columns in any font, and shows sizes as sizeText() has them.
 /// Does nothing to a panel of the desktop. Call it before connecting to the selection of the panel's list.
 void setUpFilePanel(QFileDialog &panel);

@@ -5,8 +5,8 @@
 #include "app/results/RunRecord.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "files/SizeText.h"
 #include "settings/SettingsKeys.h"
-#include "widgets/Dialogs.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -3,7 +3,7 @@
 #include "app/preview/PreviewPages.h"
 
 #include "files/RawBytes.h"
-#include "widgets/Dialogs.h"
+#include "files/SizeText.h"
 
 #include <QCoreApplication>
 

@@ -5,8 +5,8 @@
 #include "app/preview/PreviewPages.h"
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
+#include "files/SizeText.h"
 #include "settings/Encodings.h"
-#include "widgets/Dialogs.h"
 
 #include <QCoreApplication>
 #include <QFile>

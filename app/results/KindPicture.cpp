@@ -3,7 +3,7 @@
 #include "app/results/KindPicture.h"
 
 #include "app/results/Signs.h"
-#include "widgets/Dialogs.h"
+#include "files/SizeText.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/results/ReportTexts.h"
 
-#include "app/results/ResultModel.h"
 #include "files/RawBytes.h"
 
 using namespace Qt::StringLiterals;
@@ -31,14 +30,6 @@ QString csvLine(const QStringList &values)
     return cells.join(u',') + u"\r\n"_s;
 }
 
-/// No cell ends early, and nothing in it is taken for markup.
-QString markdownCell(QString text)
-{
-    for (const QChar special : u"\\`*_[]<>|"_s)
-        text.replace(special, u'\\' + QString(special));
-    return text;
-}
-
 } // namespace
 
 QByteArray reportAsCsv(const RunRecord &run)
@@ -50,23 +41,6 @@ QByteArray reportAsCsv(const RunRecord &run)
                          RawBytes::escaped(row.output), number(row.sizeBefore), number(row.sizeAfter),
                          number(row.gzipSize), number(row.brotliSize), QString::number(row.seconds, 'f', 3),
                          messageText(row)});
-    return text.toUtf8();
-}
-
-QByteArray reportAsMarkdown(const RunRecord &run)
-{
-    using Column = ResultModel::Column;
-    QString text = u"# Brevant, %1\n\n%2\n\n"_s.arg(run.started.toString(u"yyyy-MM-dd HH:mm"_s),
-                                                    totalsText(run, run.totals(), Qt::LeftToRight));
-    text += u"| State | File | Before | After | Saved | gzip | Brotli | Time | Message |\n"
-            "|---|---|--:|--:|--:|--:|--:|--:|---|\n"_s;
-    for (const ResultRow &row : run.rows) {
-        text += u"| %1 | %2 "_s.arg(stateText(row.state), markdownCell(printable(row.source)));
-        for (const int column :
-             {Column::Before, Column::After, Column::Saved, Column::Gzip, Column::Brotli, Column::Time})
-            text += u"| %1 "_s.arg(ResultModel::text(row, column));
-        text += u"| %1 |\n"_s.arg(markdownCell(messageText(row)));
-    }
     return text.toUtf8();
 }
 

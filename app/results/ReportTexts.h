@@ -11,7 +11,4 @@ namespace brevant {
 /// The rows of a run as comma-separated values (RFC 4180) with a line of titles, in UTF-8.
 [[nodiscard]] QByteArray reportAsCsv(const RunRecord &run);
 
-/// A run for readers: its totals, and a table in the Markdown of GitHub.
-[[nodiscard]] QByteArray reportAsMarkdown(const RunRecord &run);
-
 } // namespace brevant

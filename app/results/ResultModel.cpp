@@ -7,7 +7,6 @@
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
-#include "widgets/Dialogs.h"
 
 #include <algorithm>
 #include <array>
@@ -23,22 +22,6 @@ namespace {
 using RowState = ResultRow::State;
 
 const QString dash = QStringLiteral("–");
-
-QString sizeOrDash(qint64 size)
-{
-    return size == ResultRow::noSize ? dash : sizeText(size);
-}
-
-QString secondsText(double seconds)
-{
-    return seconds > 0 ? u"%1 s"_s.arg(seconds, 0, 'f', seconds < 10 ? 2 : 1) : dash;
-}
-
-QString savedText(const ResultRow &row)
-{
-    const std::optional<double> part = row.savedPart();
-    return part ? u"%1 %"_s.arg(*part * 100, 0, 'f', 1) : dash;
-}
 
 bool isNumber(int column)
 {

@@ -173,7 +173,7 @@ void ResultsWindow::updateHead()
     const int rows = run ? static_cast<int>(run->rows.size()) : 0;
     m_chooser->setRun(run ? run->number : -1);
     m_manner->setText(run ? mannerText(*run) : QString());
-    m_totals->setText(run ? totalsText(*run, totals, layoutDirection()) : QString());
+    m_totals->setText(run ? totalsText(totals, layoutDirection()) : QString());
     const int done = totals.count(ResultRow::State::Done) + totals.count(ResultRow::State::Warned);
     m_totals->setToolTip(done == 1 ? tr("The sizes are those of the file that is done.")
                                    : tr("The sizes are those of the %1 files that are done.").arg(done));

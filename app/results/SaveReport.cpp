@@ -3,6 +3,7 @@
 #include "app/results/SaveReport.h"
 
 #include "app/results/ReportTexts.h"
+#include "engine/report/Report.h"
 #include "files/DurableFile.h"
 #include "files/PathString.h"
 #include "widgets/Dialogs.h"
@@ -27,7 +28,10 @@ constexpr std::array formats{
     Format{"json"_L1, QT_TRANSLATE_NOOP("Results", "JSON, as brevant-cli has it (*.json)"),
            [](const RunRecord &run) { return reportAsJson(run.rows, run.reason); }},
     Format{"csv"_L1, QT_TRANSLATE_NOOP("Results", "Comma-separated values (*.csv)"), reportAsCsv},
-    Format{"md"_L1, QT_TRANSLATE_NOOP("Results", "Markdown (*.md)"), reportAsMarkdown},
+    Format{"md"_L1, QT_TRANSLATE_NOOP("Results", "Markdown (*.md)"),
+           [](const RunRecord &run) {
+               return reportAsMarkdown({run.rows, run.reason, run.started});
+           }},
 };
 
 QString nameOf(const Format &format)

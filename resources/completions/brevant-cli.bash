@@ -43,6 +43,7 @@ _brevant_cli() {
     --set) _brevant_cli_setting ;;
     --settings) _filedir '@([jJ][sS][oO][nN])' ;;
     --report | --files-from | --exclude | --include) _filedir ;;
+    --report-format) mapfile -t COMPREPLY < <(compgen -W 'json junit github markdown' -- "$cur") ;;
     --shard) mapfile -t COMPREPLY < <(compgen -W '1/2 2/2' -- "$cur") ;;
     --also)
         local before=
@@ -54,7 +55,8 @@ _brevant_cli() {
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0 --dry-run
-                    --set --settings --jobs --check --report --quiet --version --help -h' -- "$cur")
+                    --set --settings --jobs --check --report --report-format
+                    --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both
             _filedir "@($(sed 's/[a-z]/[&\U&]/g' <<<'@BREVANT_KINDS_PATTERN@'))"

@@ -40,6 +40,7 @@ private Q_SLOTS:
                                  u"--jobs N"_s,
                                  u"--check"_s,
                                  u"--report FILE"_s,
+                                 u"--report-format FORMAT"_s,
                                  u"--quiet"_s,
                                  u"--version"_s,
                                  u"--help"_s};
@@ -67,14 +68,14 @@ private Q_SLOTS:
         const QHash<QString, QString> samples{{u"N"_s, u"2"_s},
                                               {u"K/N"_s, u"1/2"_s},
                                               {u"KINDS"_s, u"mjs"_s},
+                                              {u"FORMAT"_s, u"junit"_s},
                                               {u"KEY=VALUE"_s, u"suffixKeyString=x"_s}};
         for (const Option &option : allOptions()) {
             QStringList arguments{option.name().toString()};
             if (!option.valueName().isEmpty())
                 arguments << samples.value(option.valueName().toString(), u"f"_s);
             if (!option.needs.isEmpty() && option.needs != aRun)
-                arguments << option.needs.toString() +
-                                 (option.needs == u"--files-from" ? u"=f"_s : QString());
+                arguments << option.needs.toString() + (option.needs == u"--list" ? QString() : u"=f"_s);
             QCOMPARE(parseCommandLine(arguments + QStringList{u"a"_s}).error, QString());
         }
     }

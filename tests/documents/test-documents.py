@@ -162,12 +162,13 @@ class ManualPages(unittest.TestCase):
         members = self.report({})
         self.assertIn("reason", members)
         heads = {item.split()[0] for item in self.pages["brevant-cli"].items("JSON REPORT") if "(" in item}
-        for key, settings, needed in (("messages", {"compressorsKeyString": "modern"}, BUILD / "libexec/esbuild"),
-                                      ("brotliSize", {"brotliCheckerKeyString": True}, Path("/usr/bin/brotli"))):
-            self.assertNotIn(key, members)
-            if needed.exists():
-                self.assertIn(key, self.report(settings))
-            members.add(key)
+        self.assertIn("messages", members)
+        if (BUILD / "libexec/esbuild").exists():
+            self.assertIn("messages", self.report({"compressorsKeyString": "modern"}))
+        self.assertNotIn("brotliSize", members)
+        if Path("/usr/bin/brotli").exists():
+            self.assertIn("brotliSize", self.report({"brotliCheckerKeyString": True}))
+        members.add("brotliSize")
         checked = self.report({}, "--check") - members
         self.assertEqual(checked, {"warnings", "notChecked"})
         self.assertEqual(heads, members | checked)
