@@ -92,7 +92,7 @@ void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> 
 EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
                    const CompressorCommand &command, const std::atomic<Stop> &stop, KeptOriginals::Use *kept)
     : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop), m_kept(kept),
-      m_safetyCopy(tools.originals, stop)
+      m_safetyCopy(tools.originals, stop), m_filters(stop)
 {
 }
 
@@ -172,7 +172,7 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
     EntryResult result = resultWithoutRun(task.entry, task.output, EntryResult::Outcome::NotSafe, error);
     std::optional<QByteArray> written;
     if (error.isEmpty())
-        written = runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_stop, isInto, result);
+        written = runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_filters, isInto, result);
     if (written && wantedKeeper())
         result.written = QCryptographicHash::hash(*written, QCryptographicHash::Sha256);
     m_safetyCopy.finish(result, false, wantedKeeper());

@@ -5,6 +5,7 @@
 #include "engine/CompressorCommand.h"
 #include "engine/EntryResult.h"
 #include "engine/Tools.h"
+#include "engine/modern/FilterRunner.h"
 #include "engine/originals/SafetyCopy.h"
 
 #include <QProcess>
@@ -64,6 +65,7 @@ private:
     const std::atomic<Stop> &m_stop;
     KeptOriginals::Use *const m_kept; ///< may be null
     SafetyCopy m_safetyCopy;
+    FilterRunner m_filters;
     QSet<QString> m_listed;         ///< marks of the files in the queue
     quint64 m_listedRevision = 0;   ///< of the queue, when they were taken
     std::unique_ptr<QProcess> java; ///< of the file being worked on; the last one stays

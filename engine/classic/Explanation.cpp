@@ -4,7 +4,7 @@
 
 #include "engine/CompressorCommand.h"
 #include "engine/Tools.h"
-#include "engine/modern/Filter.h"
+#include "engine/modern/FilterRunner.h"
 #include "files/FileBytes.h"
 #include "files/PathString.h"
 #include "queue/FileKind.h"
@@ -115,8 +115,9 @@ bool isForModern(const QStringList &arguments, int status, const CompressorComma
     const bool isPage = kind.family == KindFamily::Markup;
     const std::optional<QByteArray> source =
         status == (isPage ? htmlFailure : yuiSyntax) ? readSource(entry, tools) : std::nullopt;
+    FilterRunner filters(stop);
     return source &&
-           minifyModern(kind, *source, command.modernOptions(kind), tools, entry, entry, stop)
+           minifyModern(kind, *source, command.modernOptions(kind), tools, entry, entry, filters)
                .error.isEmpty() &&
            (!isPage || explainFailure(arguments, tools, stop).isAboutSyntax);
 }

@@ -19,13 +19,9 @@ using namespace std::chrono_literals;
 
 constexpr qsizetype mostMessages = 65536;
 
-// Far above what escaping can make of a text, or a source map add to it.
-constexpr qsizetype longestOutput(qsizetype inputSize)
-{
-    return 16 * inputSize + 16'000'000;
-}
+} // namespace
 
-void setUp(QProcess &process, const Filter &filter)
+void setUpFilter(QProcess &process, const Filter &filter)
 {
     process.setProgram(filter.program);
     process.setArguments(filter.arguments);
@@ -46,13 +42,20 @@ void killGroup(const QProcess &process)
         ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
 }
 
+void takeMessages(QProcess &process, FilterRun &run)
+{
+    const QByteArray messages = process.readAllStandardError();
+    run.messages +=
+        QByteArrayView(messages).first(std::min(messages.size(), mostMessages - run.messages.size()));
+}
+
+namespace {
+
 /// Takes what has come meanwhile, so that little of it is held twice.
 void takeOutput(QProcess &process, FilterRun &run)
 {
     run.output += process.readAllStandardOutput();
-    const QByteArray messages = process.readAllStandardError();
-    run.messages +=
-        QByteArrayView(messages).first(std::min(messages.size(), mostMessages - run.messages.size()));
+    takeMessages(process, run);
 }
 
 /// As soon as it comes, so that a flood does not gather.
@@ -110,7 +113,7 @@ FilterRun runFilter(const Filter &filter, const QByteArray &input, const std::at
     const auto deadline = std::chrono::steady_clock::now() + limit;
     FilterRun run;
     QProcess process;
-    setUp(process, filter);
+    setUpFilter(process, filter);
     takeWhatComes(process, run, input.size());
     process.start();
     process.write(input);

@@ -11,6 +11,8 @@
 #include <atomic>
 #include <chrono>
 
+class QProcess;
+
 namespace brevant {
 
 /// A program that reads text from standard input and writes its result to standard output.
@@ -18,6 +20,7 @@ struct Filter {
     QString program; ///< by its absolute path
     QStringList arguments;
     QString folder = QStringLiteral("/"); ///< it works in; no file of the user's is near the root
+    bool canBeKept = false;               ///< it is the esbuild that Brevant brings along: see FilterRunner
 };
 
 /// What became of one run of a filter.
@@ -51,5 +54,17 @@ struct FilterRun {
 /// when `limit` has passed.
 [[nodiscard]] FilterRun runFilter(const Filter &filter, const QByteArray &input,
                                   const std::atomic<Stop> &stop, std::chrono::milliseconds limit);
+
+/// For what else starts filters: makes a process ready to be started, ends it and its children, and takes
+/// what it has said meanwhile.
+void setUpFilter(QProcess &process, const Filter &filter);
+void killGroup(const QProcess &process);
+void takeMessages(QProcess &process, FilterRun &run);
+
+/// Far above what escaping can make of a text, or a source map add to it.
+[[nodiscard]] constexpr qsizetype longestOutput(qsizetype inputSize)
+{
+    return 16 * inputSize + 16'000'000;
+}
 
 } // namespace brevant

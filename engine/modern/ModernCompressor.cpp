@@ -3,6 +3,7 @@
 #include "engine/modern/ModernCompressor.h"
 
 #include "engine/Tools.h"
+#include "engine/modern/FilterRunner.h"
 #include "engine/modern/SourceMap.h"
 #include "queue/FileKind.h"
 #include "settings/SettingsKeys.h"
@@ -171,6 +172,7 @@ Filter esbuildFilter(const FileKind &kind, const ModernOptions &options, const T
         filter.arguments.append(u"--line-limit="_s + options.lineLimit);
     if (options.makeSourceMap)
         filter.arguments.append(u"--sourcemap=inline"_s); // the only form on standard output
+    filter.canBeKept = options.esbuild.isEmpty();         // who knows which version another is
     return filter;
 }
 
@@ -183,11 +185,11 @@ ModernResult failure(const QString &error)
 
 /// What a filter made of a text, in UTF-8, without the line feed that esbuild adds.
 ModernResult runOnce(const FileKind &kind, const Filter &filter, const QByteArray &text,
-                     const std::atomic<Stop> &stop)
+                     FilterRunner &filters)
 {
     if (!QFileInfo(filter.program).isExecutable())
         return failure(u"the modern compressor %1 is missing"_s.arg(filter.program));
-    FilterRun run = runFilter(filter, text, stop, timeFor(text.size()));
+    FilterRun run = filters.run(filter, text, timeFor(text.size()));
     ModernResult result;
     result.messages = isMarkup(kind) ? markupMessages(run.messages) : esbuildMessages(run.messages, text);
     if (!run.isSuccess()) {
@@ -244,7 +246,7 @@ Filter modernFilterFor(const FileKind &kind, const QByteArray &source, const Mod
 
 ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const ModernOptions &options,
                           const Tools &tools, const QString &sourcePath, const QString &outputPath,
-                          const std::atomic<Stop> &stop)
+                          FilterRunner &filters)
 {
     if (!options.error.isEmpty())
         return failure(options.error);
@@ -252,7 +254,7 @@ ModernResult minifyModern(const FileKind &kind, const QByteArray &source, const 
     if (!text.error.isEmpty())
         return failure(text.error);
     for (ModernOptions fitting = fitted(kind, options, text.utf8);; fitting.isAscii = true) {
-        ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools), text.utf8, stop);
+        ModernResult result = runOnce(kind, modernFilter(kind, fitting, tools), text.utf8, filters);
         if (!result.error.isEmpty())
             return result;
         // Who knows what program that is; ours makes nothing of comments alone.

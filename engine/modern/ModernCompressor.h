@@ -16,6 +16,7 @@
 namespace brevant {
 
 struct FileKind;
+class FilterRunner;
 class SettingsStore;
 struct Tools;
 
@@ -57,10 +58,10 @@ struct ModernResult {
                                      const ModernOptions &options, const Tools &tools);
 
 /// Turns the bytes of a source into those of its output, by the programs esbuild and brevant-markup. No file
-/// is read or written: `sourcePath` and `outputPath` are for the source map. A stop at once ends the program.
+/// is read or written: `sourcePath` and `outputPath` are for the source map.
 [[nodiscard]] ModernResult minifyModern(const FileKind &kind, const QByteArray &source,
                                         const ModernOptions &options, const Tools &tools,
                                         const QString &sourcePath, const QString &outputPath,
-                                        const std::atomic<Stop> &stop);
+                                        FilterRunner &filters);
 
 } // namespace brevant

@@ -137,7 +137,7 @@ bool isWrittenInto(const QString &output)
 }
 
 std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptions &options,
-                                         const Tools &tools, const std::atomic<Stop> &stop, bool isInto,
+                                         const Tools &tools, FilterRunner &filters, bool isInto,
                                          EntryResult &result)
 {
     if (!result.obstacle.isEmpty())
@@ -151,7 +151,8 @@ std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptio
                                 errno == EINVAL ? u"it is not a regular file"_s : qt_error_string(errno)));
     result.sizeBefore = bytes->size();
     const bool isInPlace = isSameFile(source, statusOf(*result.output));
-    ModernResult minified = minifyModern(kind, *bytes, options, tools, result.source, *result.output, stop);
+    ModernResult minified =
+        minifyModern(kind, *bytes, options, tools, result.source, *result.output, filters);
     result.messages = std::move(minified.messages);
     if (!minified.error.isEmpty())
         return fail(result, minified.error);

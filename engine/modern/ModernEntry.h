@@ -18,7 +18,7 @@ namespace brevant {
 /// with `isInto`, into the output. Completes `result`, which names source and output. Returns the output,
 /// where there is one.
 std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptions &options,
-                                         const Tools &tools, const std::atomic<Stop> &stop, bool isInto,
+                                         const Tools &tools, FilterRunner &filters, bool isInto,
                                          EntryResult &result);
 
 /// Makes the compressed copies of an output that the settings ask for, each in one durable step, with the

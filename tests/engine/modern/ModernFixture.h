@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/Tools.h"
+#include "engine/modern/FilterRunner.h"
 #include "engine/modern/ModernCompressor.h"
 #include "queue/FileKind.h"
 
@@ -18,11 +19,12 @@ struct ModernFixture {
                                       const ModernOptions &options = {}) const
     {
         return minifyModern(*anyKindOf(name), source, options, tools, u"/site/src/"_s + name,
-                            u"/site/out/"_s + name, stop);
+                            u"/site/out/"_s + name, filters);
     }
 
     Tools tools;
     std::atomic<Stop> stop = Stop::No;
+    mutable FilterRunner filters{stop};
 };
 
 } // namespace brevant::test

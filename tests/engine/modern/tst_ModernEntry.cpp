@@ -306,7 +306,7 @@ private:
     {
         EntryResult result = resultWithoutRun(path(source), path(output), Outcome::NotSafe, {});
         m_written =
-            runModernEntry(*kindOf(source), m_options, tools, stop, isWrittenInto(path(output)), result);
+            runModernEntry(*kindOf(source), m_options, tools, filters, isWrittenInto(path(output)), result);
         return result;
     }
 
