@@ -219,8 +219,12 @@ void SafetyCopy::finish(EntryResult &result, bool gzipWanted, KeptOriginals::Use
             undoGzipSteps(result, state);
         if (m_isGzipped && result.outcome != Outcome::Done)
             putBackGzipCopy(result);
-        if (kept && m_danger == Danger::Replaced && result.outcome == Outcome::Done)
+    }
+    if (kept && m_danger == Danger::Replaced && result.outcome == Outcome::Done) {
+        if (m_source.record && m_slot)
             kept->keep(*m_slot, *m_source.record, result);
+        else
+            result.notKept = u"its original could not be kept: there was no safety copy of it"_s;
     }
     if (m_source.record && m_slot)
         m_slot->clear();

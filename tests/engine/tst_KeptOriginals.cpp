@@ -227,6 +227,20 @@ private Q_SLOTS:
         QCOMPARE(readFile(source), "output"_ba);
     }
 
+    void withoutASafetyCopyThatIsSaid()
+    {
+        const QString source = add(u"a.css"_s, "copy");
+        KeptOriginals::Use use(*m_kept);
+        SafetyCopy copy({}, m_stop);
+        QCOMPARE(copy.make(source, Danger::Replaced), QString());
+        QVERIFY(writeFile(source, "output"));
+        EntryResult result;
+        result.outcome = Outcome::Done;
+        copy.finish(result, false, &use);
+        QCOMPARE(result.original, QString());
+        QCOMPARE(result.notKept, u"its original could not be kept: there was no safety copy of it"_s);
+    }
+
     void whatIsNotOursStays()
     {
         const QString target = add(u"precious.css"_s, "precious");
