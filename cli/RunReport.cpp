@@ -4,6 +4,7 @@
 
 #include "cli/TerminalText.h"
 #include "engine/classic/Explanation.h"
+#include "engine/report/SourceLine.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
@@ -32,6 +33,32 @@ bool isJavaTalkative()
 {
     constexpr std::array<const char *, 3> variables{"JAVA_TOOL_OPTIONS", "JDK_JAVA_OPTIONS", "_JAVA_OPTIONS"};
     return ::isatty(STDERR_FILENO) != 0 && std::ranges::any_of(variables, qEnvironmentVariableIsSet);
+}
+
+bool isDone(const EntryResult &result)
+{
+    return result.outcome == EntryResult::Outcome::Done;
+}
+
+/// 0 for a file that is not done.
+qint64 savedBytes(const EntryResult &result)
+{
+    return isDone(result) ? result.sizeBefore.value_or(0) - result.sizeAfter.value_or(0) : 0;
+}
+
+/// As compilers name a place, with the line and a mark below it.
+QString placeText(const QString &source, const CompressorMessage &message, TextEncoding encoding,
+                  const Colours &colours)
+{
+    QString text = printable(source) + u":%1:%2: "_s.arg(message.line).arg(message.column) +
+                   colours.error(u"error"_s) + u": "_s + printable(message.text) + u'\n';
+    const auto line = sourceLineAt(source, message.line, message.column, encoding);
+    if (!line)
+        return text;
+    text += u"    "_s + line->text() + u'\n';
+    if (message.column > 0)
+        text += QString(4 + TerminalText::width(line->before), u' ') + colours.error(u"^"_s) + u'\n';
+    return text;
 }
 
 QString counted(qint64 count)
@@ -125,7 +152,7 @@ qsizetype RunReport::doneCount() const
     return std::ranges::count(m_results, EntryResult::Outcome::Done, &EntryResult::outcome);
 }
 
-QString RunReport::summary() const
+QString RunReport::summary(const Colours &colours) const
 {
     qint64 before = 0;
     qint64 after = 0;
@@ -135,24 +162,68 @@ QString RunReport::summary() const
             after += result.sizeAfter.value_or(0);
         }
     }
-    QString text =
-        u"%1: %2 -> %3 bytes, %4 % saved"_s.arg(counted(doneCount()), TerminalText::grouped(before),
-                                                TerminalText::grouped(after), percentSaved(before, after));
+    QString text = u"%1: %2 -> %3 bytes, %4"_s.arg(
+        counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
+        colours.success(u"%1 % saved"_s.arg(percentSaved(before, after))));
     if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
         text += u"; %1 failed"_s.arg(TerminalText::grouped(failed));
-    text += u".\n"_s;
+    text += u".\n"_s + remarkable();
     if (!m_notRun.isEmpty())
         text += u"Stopped before %1; %2 not minified.\n"_s.arg(printable(m_notRun.first()),
                                                                counted(m_notRun.size()));
     return text;
 }
 
-QString RunReport::failures() const
+/// What else there is to say of what was minified, in two columns; empty for nothing.
+QString RunReport::remarkable() const
+{
+    constexpr qsizetype leastFiles = 5; // of fewer the lines above tell as much
+    QString text;
+    const auto add = [&text](const QString &title, const QString &value) {
+        text += u"  %1%2\n"_s.arg(title, -16).arg(value);
+    };
+    for (const auto &[title, size] :
+         {std::pair(u"gzip"_s, &EntryResult::gzipSize), std::pair(u"Brotli"_s, &EntryResult::brotliSize)}) {
+        qint64 sum = 0;
+        for (const EntryResult &result : m_results)
+            sum += (result.*size).value_or(0);
+        if (sum > 0)
+            add(title, TerminalText::grouped(sum) + u" bytes"_s);
+    }
+    if (doneCount() < leastFiles)
+        return text;
+    const auto secondsOf = [](const EntryResult &result) { return isDone(result) ? result.seconds : -1; };
+    const EntryResult &slowest = *std::ranges::max_element(m_results, {}, secondsOf);
+    add(u"slowest"_s, u"%1 s  "_s.arg(slowest.seconds, 0, 'f', 2) + printable(slowest.source));
+    const EntryResult &best = *std::ranges::max_element(m_results, {}, savedBytes);
+    if (savedBytes(best) > 0)
+        add(u"biggest saving"_s,
+            u"%1 bytes  "_s.arg(TerminalText::grouped(savedBytes(best))) + printable(best.source));
+    return text;
+}
+
+QString RunReport::failurePlaces(TextEncoding encoding, const Colours &colours) const
+{
+    QString text;
+    qsizetype left = mostPlaces;
+    for (const EntryResult &result : m_results) {
+        const auto &messages = result.messages.shown;
+        const auto place = std::ranges::find_if(messages, [](const CompressorMessage &message) {
+            return message.kind == CompressorMessage::Kind::Error && message.line > 0;
+        });
+        if (!result.isMinified() && place != messages.end() && left-- > 0)
+            text += placeText(result.source, *place, encoding, colours);
+    }
+    return text;
+}
+
+QString RunReport::failures(const Colours &colours) const
 {
     QString text;
     for (const EntryResult &result : m_results) {
         if (result.outcome != EntryResult::Outcome::Done)
-            text += u"Failed: %1: %2\n"_s.arg(printable(result.source), printable(result.reason()));
+            text += colours.error(u"Failed:"_s) +
+                    u" %1: %2\n"_s.arg(printable(result.source), printable(result.reason()));
     }
     return text;
 }
@@ -175,7 +246,7 @@ bool RunReport::hasWarnings() const
                                [](const auto &checked) { return checked && checked->isSuspicious(); });
 }
 
-QString RunReport::warnings() const
+QString RunReport::warnings(const Colours &colours) const
 {
     QString text;
     for (std::size_t i = 0; i < m_checked.size(); ++i) {
@@ -185,8 +256,8 @@ QString RunReport::warnings() const
             text += u"Not checked: %1: %2\n"_s.arg(source, printable(checked.obstacle));
         for (const ResultWarning &warning : checked.warnings) {
             if (!warning.isNote() || m_style != Style::Quiet)
-                text += u"%1: %2: %3\n"_s.arg(warning.isNote() ? u"Note"_s : u"Warning"_s, source,
-                                              printable(warning.inWords()));
+                text += (warning.isNote() ? u"Note:"_s : colours.warning(u"Warning:"_s)) +
+                        u" %1: %2\n"_s.arg(source, printable(warning.inWords()));
         }
     }
     return text;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/Colours.h"
 #include "engine/MinifyJob.h"
 #include "engine/report/Report.h"
 
@@ -44,11 +45,16 @@ public:
     /// Why nothing could be run; empty if that is not so.
     [[nodiscard]] const QString &failure() const { return m_failure; }
 
-    /// The closing lines for a reader: files, bytes, what was saved, where it stopped.
-    [[nodiscard]] QString summary() const;
+    /// The closing lines for a reader: files, bytes, what was saved, where it stopped; the copies, where some
+    /// were made, and of runs of several files what took longest and what saved most.
+    [[nodiscard]] QString summary(const Colours &colours = {}) const;
+
+    /// Where in their sources files failed, as far as is known, with the line; of the first `mostPlaces`.
+    [[nodiscard]] QString failurePlaces(TextEncoding encoding, const Colours &colours = {}) const;
+    static constexpr qsizetype mostPlaces = 10;
 
     /// One line for each file that was not minified.
-    [[nodiscard]] QString failures() const;
+    [[nodiscard]] QString failures(const Colours &colours = {}) const;
 
     /// The notes of all results, one line each.
     [[nodiscard]] QString notes() const;
@@ -57,7 +63,7 @@ public:
     [[nodiscard]] bool hasWarnings() const;
 
     /// What the checks have found, one line each; notes too, unless the run is quiet.
-    [[nodiscard]] QString warnings() const;
+    [[nodiscard]] QString warnings(const Colours &colours = {}) const;
 
     /// Asks the classic compressors once more why they failed, at most so many times. Ends on a stop.
     void explainFailures(const Tools &tools, qsizetype most);
@@ -72,6 +78,7 @@ private:
     [[nodiscard]] QString takeLiveLine();
     [[nodiscard]] QString liveLine(const EntryStart &start) const;
     [[nodiscard]] QString lineFor(const EntryResult &result) const;
+    [[nodiscard]] QString remarkable() const;
 
     const std::vector<QString> m_entries;
     const Style m_style;

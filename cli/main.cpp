@@ -27,6 +27,8 @@
 #include <clocale>
 #include <csignal>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace brevant {
@@ -91,13 +93,17 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
         };
     }
     const RunEnd end = MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal)).run(jobs);
+    if (!line.quiet || place.isWanted())
+        report.explainFailures(tools, place.isWanted() ? queue.count() : RunReport::mostPlaces);
     if (!line.quiet)
-        TerminalText::print(stdout, report.summary());
+        TerminalText::print(stdout, report.summary(Colours::of(STDOUT_FILENO)));
     else if (end == RunEnd::JavaNotStarted)
         printError(report.failure());
-    TerminalText::print(stderr, report.notes() + report.failures() + report.warnings());
-    if (place.isWanted())
-        report.explainFailures(tools, queue.count());
+    const Colours colours = Colours::of(STDERR_FILENO);
+    const TextEncoding encoding = textEncodingNamed(settings.stringForKey(selectedEncodingKeyString));
+    const QString places = line.quiet ? QString() : report.failurePlaces(encoding, colours);
+    TerminalText::print(stderr,
+                        report.notes() + places + report.failures(colours) + report.warnings(colours));
     const bool isReported = writeReport(line, place, settings, report.toReport());
     if (end == RunEnd::Stopped)
         return statusOfSignal(stopSignal);

@@ -120,6 +120,8 @@ Sandbox::Sandbox()
     environment.insert(u"XDG_STATE_HOME"_s, m_home + "/state"_L1);
     environment.insert(u"TMPDIR"_s, m_home);
     environment.insert(u"TERM"_s, u"xterm"_s);
+    for (const QString &name : {u"NO_COLOR"_s, u"CLICOLOR_FORCE"_s})
+        environment.remove(name);
     environment.insert(u"CLI"_s, cliProgram());
 }
 

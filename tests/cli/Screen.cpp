@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/Screen.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
@@ -47,6 +49,9 @@ qsizetype Screen::control(const QString &text, qsizetype position)
         row().resize(std::min(row().size(), m_column));
         return 3;
     }
+    static const QRegularExpression colour(u"^\x1b\\[[0-9;]*m"_s); // SGR, which moves nothing
+    if (const auto match = colour.match(rest.toString()); match.hasMatch())
+        return match.capturedLength();
     m_unknown.append(rest.first(std::min<qsizetype>(rest.size(), 4)).toString());
     return 1;
 }
