@@ -49,6 +49,7 @@ QSet<QString> outputsAmong(const QStringList &files, const SettingsStore &settin
 void sortByBytes(std::vector<QString> &files)
 {
     std::vector<std::pair<QByteArray, QString>> named;
+    named.reserve(files.size());
     for (QString &file : files)
         named.emplace_back(RawBytes::encoded(file), std::move(file));
     std::ranges::sort(named, {}, [](const auto &pair) -> const QByteArray & { return pair.first; });

@@ -70,7 +70,7 @@ QString RunManner::ofMinify(int count) const
     const bool isOne = count == 1;
     if (m_place == Place::Source)
         return isOne ? translated("Replaces 1 source") : translated("Replaces %1 sources").arg(count);
-    const QString copies =
+    QString copies =
         isOne ? translated("Writes 1 minified copy") : translated("Writes %1 minified copies").arg(count);
     if (m_place == Place::Folder)
         return translated("%1 into %2").arg(copies, m_folder);

@@ -94,10 +94,11 @@ std::optional<Inquiry::Question> Inquiry::nextQuestion()
 std::optional<Inquiry::Question> Inquiry::nextCheck()
 {
     constexpr std::size_t mostAtOnce = 200;
-    const auto runs = m_runs.all();
-    for (auto record = runs.rbegin(); record != runs.rend(); ++record) {
-        const std::vector<ResultRow> &rows = (*record)->rows;
-        Question question{Question::Results, (*record)->number};
+    auto runs = m_runs.all();
+    std::ranges::reverse(runs); // the newest first
+    for (const auto &record : runs) {
+        const std::vector<ResultRow> &rows = record->rows;
+        Question question{Question::Results, record->number};
         int &first = m_checked[question.run];
         for (int row = first; row < static_cast<int>(rows.size()) && question.results.size() < mostAtOnce;
              ++row) {

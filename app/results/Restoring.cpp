@@ -44,10 +44,10 @@ QString freeSecondName(const QString &source)
     return nameOf(secondName(source, number));
 }
 
-QString firstLines(const QStringList &lines)
+QString firstLines(const QStringList &all)
 {
-    const QString first = lines.first(std::min(mostLines, lines.size())).join(u'\n');
-    const qsizetype more = lines.size() - mostLines;
+    const QString first = all.first(std::min(mostLines, all.size())).join(u'\n');
+    const qsizetype more = all.size() - mostLines;
     return more > 0 ? first + u'\n' + Restoring::tr("And %1 more.").arg(more) : first;
 }
 

@@ -7,12 +7,10 @@
 
 #include <optional>
 
-namespace brevant {
-
 /// What an esbuild that takes one text after another reads and writes: packets of values, each with its
 /// length before it. Its JavaScript and Dart packages talk to it so (esbuild 0.28.2,
 /// cmd/esbuild/stdio_protocol.go); other versions may do it otherwise.
-namespace EsbuildPackets {
+namespace brevant::EsbuildPackets {
 
 /// Makes esbuild do so; it ends where its standard input does.
 [[nodiscard]] QStringList arguments();
@@ -35,6 +33,4 @@ struct Answer {
 /// Nothing if the packet is no answer.
 [[nodiscard]] std::optional<Answer> readAnswer(QByteArrayView packet);
 
-} // namespace EsbuildPackets
-
-} // namespace brevant
+} // namespace brevant::EsbuildPackets

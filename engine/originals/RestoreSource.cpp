@@ -27,11 +27,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Outcome = RestoredSource::Outcome;
+using RestoreOutcome = RestoredSource::Outcome;
 
 RestoredSource restoringFailed(const QString &error)
 {
-    return {Outcome::Failed, error, {}, {}};
+    return {RestoreOutcome::Failed, error, {}, {}};
 }
 
 /// A path by way of its folder, held open, so that nothing done there can be led elsewhere.
@@ -137,10 +137,10 @@ RestoredSource replaceOutput(const HeldPlace &place, const KeptCopy &copy, const
     if (!file.flush())
         return restoringFailed(file.errorText());
     if (!isAsBefore(place.path, output))
-        return {Outcome::Changed, {}, {}, {}};
+        return {RestoreOutcome::Changed, {}, {}, {}};
     if (!file.commit())
         return restoringFailed(file.errorText());
-    return {Outcome::Restored, {}, lacks, {}};
+    return {RestoreOutcome::Restored, {}, lacks, {}};
 }
 
 /// Writes into the output, with a safety copy from which a start completes that if it is cut short.
@@ -156,14 +156,17 @@ RestoredSource overwriteOutput(const HeldPlace &place, KeptCopy &copy, const str
     }
     if (record.hash != copy.record.hash || !isAsBefore(place.path, output)) {
         slot->remove();
-        return {Outcome::Changed, {}, {}, {}};
+        return {RestoreOutcome::Changed, {}, {}, {}};
     }
     record.file = place.path;
     const PutBackResult done = putBack(record, *slot);
     const SourceState state = slot->stateOf(record);
     if (done.error.isEmpty() || (state != SourceState::Empty && state != SourceState::Beginning)) {
         slot->remove();
-        return {done.error.isEmpty() ? Outcome::Restored : Outcome::Failed, done.error, done.lacks, {}};
+        return {done.error.isEmpty() ? RestoreOutcome::Restored : RestoreOutcome::Failed,
+                done.error,
+                done.lacks,
+                {}};
     }
     return restoringFailed(u"%1; the next start tries again"_s.arg(done.error));
 }
@@ -188,18 +191,19 @@ RestoredSource restoreSource(const QString &source, const QString &kept)
         return restoringFailed(u"a run is at work on the source"_s);
     const OriginalRecord &record = copy->record;
     if (!isLedTo(record.path, record.file))
-        return {Outcome::Changed, {}, {}, {}};
+        return {RestoreOutcome::Changed, {}, {}, {}};
     const std::optional<HeldPlace> place = holdPlace(record.file);
     if (!place)
         return restoringFailed(qt_error_string(errno));
     const std::optional<struct stat> output = stateOfOutput(place->path, record);
     if (!output)
-        return errno == 0 || errno == ENOENT || errno == ELOOP ? RestoredSource{Outcome::Changed, {}, {}, {}}
-                                                               : restoringFailed(qt_error_string(errno));
+        return errno == 0 || errno == ENOENT || errno == ELOOP
+                   ? RestoredSource{RestoreOutcome::Changed, {}, {}, {}}
+                   : restoringFailed(qt_error_string(errno));
     RestoredSource restored = isWrittenInto(QFile::decodeName(place->path))
                                   ? overwriteOutput(*place, *copy, *output)
                                   : replaceOutput(*place, *copy, *output);
-    if (restored.outcome == Outcome::Restored) {
+    if (restored.outcome == RestoreOutcome::Restored) {
         restored.path = source;
         copy->remove();
     }
@@ -219,7 +223,7 @@ RestoredSource restoreBeside(const QString &source, const QString &kept)
     });
     if (!file.isOpen())
         return restoringFailed(qt_error_string(errno));
-    RestoredSource restored{Outcome::Beside, {}, {}, {}};
+    RestoredSource restored{RestoreOutcome::Beside, {}, {}, {}};
     bool isDone = FileBytes::copyAll(copy->content.number(), 0, file.number(), 0, copy->record.size);
     if (isDone)
         restored.lacks = copy->record.restoreOn(file.number(), true);
