@@ -92,7 +92,8 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
             return refuse(entry, output);
         };
     }
-    const RunEnd end = MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal)).run(jobs);
+    const RunEnd end =
+        MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal)).run(jobs, line.failFast);
     if (!line.quiet || place.isWanted())
         report.explainFailures(tools, place.isWanted() ? queue.count() : RunReport::mostPlaces);
     if (!line.quiet)
@@ -105,7 +106,7 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
     TerminalText::print(stderr,
                         report.notes() + places + report.failures(colours) + report.warnings(colours));
     const bool isReported = writeReport(line, place, settings, report.toReport());
-    if (end == RunEnd::Stopped)
+    if (end == RunEnd::Stopped && stopSignal != 0)
         return statusOfSignal(stopSignal);
     if (end == RunEnd::JavaNotStarted)
         return NoTools;

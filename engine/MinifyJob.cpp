@@ -21,8 +21,9 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 {
 }
 
-RunEnd MinifyJob::run(int jobs)
+RunEnd MinifyJob::run(int jobs, bool failFast)
 {
+    m_isFailFast = failFast;
     const CompressorCommand command(m_settings);
     m_observer.runStarted();
     {
@@ -50,6 +51,8 @@ void MinifyJob::work(const CompressorCommand &command)
         if (!result) {
             m_end = RunEnd::JavaNotStarted;
             m_startFailure = entryRun.startFailure();
+        } else if (m_isFailFast && result->outcome != EntryResult::Outcome::Done) {
+            m_hasFailed = true;
         }
         entry->result = std::move(result);
         entry->hasEnded = true;
@@ -64,7 +67,7 @@ MinifyJob::OpenEntry *MinifyJob::takeNext()
     const std::optional<QString> path = m_queue.entryAt(m_told + static_cast<int>(m_open.size()));
     if (!path || m_end != RunEnd::Completed)
         return nullptr;
-    if (m_stop != Stop::No) {
+    if (m_stop != Stop::No || m_hasFailed) {
         m_end = RunEnd::Stopped;
         return nullptr;
     }

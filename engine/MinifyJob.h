@@ -21,7 +21,7 @@ struct EntryStart {
 
 enum class RunEnd {
     Completed,
-    Stopped,        ///< on request
+    Stopped,        ///< on request, or at a failure where that is wanted
     JavaNotStarted, ///< the Java runtime could not be started
 };
 
@@ -67,7 +67,9 @@ public:
 
     /// Runs to the end, or until a stop is asked for, with up to `jobs` compressors at once: one on the
     /// calling thread, each of the others on a thread of its own, or fewer if the system has no more threads.
-    RunEnd run(int jobs = 1);
+    ///
+    /// `failFast`: once a file has failed no other is begun, and the run has stopped.
+    RunEnd run(int jobs = 1, bool failFast = false);
 
 private:
     struct OpenEntry {
@@ -89,12 +91,15 @@ private:
     const Refusal m_refusal;
     KeptOriginals::Use *m_kept = nullptr;
 
+    bool m_isFailFast = false; ///< set before there are other threads
+
     std::mutex m_mutex; ///< guards all below, the refusal and the calls to the observer
     OutputPath m_outputPath;
     std::deque<OpenEntry> m_open; ///< entries whose end the observer has not been told of yet
     int m_told = 0;               ///< entries before those
     RunEnd m_end = RunEnd::Completed;
-    QString m_startFailure; ///< why Java could not be started
+    bool m_hasFailed = false; ///< a file, and no other is to be begun
+    QString m_startFailure;   ///< why Java could not be started
 };
 
 } // namespace brevant

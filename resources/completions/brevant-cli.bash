@@ -55,7 +55,7 @@ _brevant_cli() {
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0 --dry-run
-                    --set --settings --jobs --check --report --report-format
+                    --set --settings --jobs --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both

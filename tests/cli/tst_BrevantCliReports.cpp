@@ -63,6 +63,28 @@ private Q_SLOTS:
         QVERIFY2(ended.out.isEmpty() || ended.out.startsWith("::"), ended.out);
     }
 
+    void failFast()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "a { b : c }");
+        sandbox.add(u"b.js"_s, "var = ;");
+        sandbox.add(u"c.css"_s, "a { b : c }");
+        const QStringList arguments{u"--jobs"_s, u"1"_s,    u"--report"_s, u"r.json"_s,
+                                    u"a.css"_s,  u"b.js"_s, u"c.css"_s};
+        const Ended ended = sandbox.run(QStringList{u"--fail-fast"_s} + arguments);
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(ended.out.endsWith("Stopped before " + QFile::encodeName(sandbox.path(u"c.css"_s)) +
+                                    "; 1 file not minified.\n"),
+                 ended.out);
+        QVERIFY(sandbox.has(u"a.min.css"_s));
+        QVERIFY(!sandbox.has(u"c.min.css"_s));
+        QVERIFY2(sandbox.read(u"r.json"_s).contains("\"notRun\": 1,"), sandbox.read(u"r.json"_s));
+        // Without it the run goes on.
+        QCOMPARE(sandbox.run(arguments).status, 1);
+        QVERIFY(sandbox.has(u"c.min.css"_s));
+        QCOMPARE(sandbox.run({u"--fail-fast"_s, u"a.css"_s, u"c.css"_s}).status, 0);
+    }
+
     void reportOfNothing()
     {
         const Sandbox sandbox;
@@ -92,6 +114,9 @@ private Q_SLOTS:
             << "--report-format takes one of json, junit, github, markdown, not \"xml\""_ba;
         QTest::newRow("no report") << QStringList{u"--report-format"_s, u"junit"_s}
                                    << "--report-format needs --report"_ba;
+        QTest::newRow("fail fast with nothing to run")
+            << QStringList{u"--fail-fast"_s, u"--list"_s}
+            << "--fail-fast needs a run, which --list and --dry-run are not"_ba;
         for (const QString &action : {u"--list"_s, u"--dry-run"_s})
             QTest::addRow("printed with %s", qPrintable(action))
                 << QStringList{u"--report"_s, u"-"_s, action}

@@ -38,6 +38,7 @@ private Q_SLOTS:
                                  u"--set KEY=VALUE"_s,
                                  u"--settings FILE"_s,
                                  u"--jobs N"_s,
+                                 u"--fail-fast"_s,
                                  u"--check"_s,
                                  u"--report FILE"_s,
                                  u"--report-format FORMAT"_s,
