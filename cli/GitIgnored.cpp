@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/GitIgnored.h"
 
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
+#include <QHash>
 #include <QProcess>
 
 #include <utility>
@@ -26,9 +28,14 @@ struct Answer {
 QProcessEnvironment environmentForAnyRepository()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // A hook of git has these, which hold for its own repository.
-    for (const QString &name : {u"GIT_DIR"_s, u"GIT_WORK_TREE"_s, u"GIT_INDEX_FILE"_s, u"GIT_PREFIX"_s})
+    // A hook of git has these, which hold for its own repository, as well as what an alias may have set.
+    for (const QString &name : {u"GIT_DIR"_s, u"GIT_WORK_TREE"_s, u"GIT_INDEX_FILE"_s, u"GIT_PREFIX"_s,
+                                u"GIT_COMMON_DIR"_s, u"GIT_OBJECT_DIRECTORY"_s, u"GIT_LITERAL_PATHSPECS"_s,
+                                u"GIT_GLOB_PATHSPECS"_s, u"GIT_NOGLOB_PATHSPECS"_s, u"GIT_ICASE_PATHSPECS"_s})
         environment.remove(name);
+    // A partial clone could name a program that fetches what it lacks. There is no protocol of this name.
+    environment.insert(u"GIT_ALLOW_PROTOCOL"_s, u"none"_s);
+    environment.insert(u"GIT_NO_LAZY_FETCH"_s, u"1"_s);
     environment.insert(u"LC_ALL"_s, u"C"_s);
     environment.insert(u"GIT_OPTIONAL_LOCKS"_s, u"0"_s);
     return environment;
@@ -92,9 +99,21 @@ QString GitIgnored::askBelow(const QString &folder)
 
 QString GitIgnored::ask(const QString &folder, const QStringList &paths)
 {
-    const Answer answer = askGit(folder, {u"check-ignore"_s, u"-z"_s, u"--stdin"_s}, paths);
-    for (const QString &path : answer.paths)
-        m_paths.insert(path);
+    // git refuses a path that leads through a link.
+    QHash<QString, QStringList> named; // by their paths without
+    QHash<QString, QString> realFolders;
+    for (const QString &path : paths) {
+        const QString pathFolder = PathString::folder(path).toString();
+        if (!realFolders.contains(pathFolder))
+            realFolders.insert(pathFolder, RawBytes::decoded(realPath(RawBytes::encoded(pathFolder))));
+        const QString real = realFolders.value(pathFolder);
+        named[real.isEmpty() ? path : PathString::join(real, PathString::lastComponent(path))].append(path);
+    }
+    const Answer answer = askGit(folder, {u"check-ignore"_s, u"-z"_s, u"--stdin"_s}, named.keys());
+    for (const QString &path : answer.paths) {
+        const QStringList names = named.value(path);
+        m_paths.unite({names.begin(), names.end()});
+    }
     return answer.error;
 }
 

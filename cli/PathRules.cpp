@@ -12,8 +12,6 @@
 #include <QDir>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -23,18 +21,10 @@ namespace {
 
 constexpr QStringView foreignFolders[]{u"node_modules", u".git", u".hg", u".svn"};
 
-/// The path without links, "." and ".."; empty if there is nothing.
-QByteArray realPath(const QString &path)
-{
-    const std::unique_ptr<char, decltype(&std::free)> real(
-        ::realpath(RawBytes::encoded(path).constData(), nullptr), &std::free);
-    return real ? QByteArray(real.get()) : QByteArray();
-}
-
 /// The folder or the next one above it that is the top of a repository; the folder itself if there is none.
 QString repositoryOf(const QString &folder)
 {
-    const QString real = RawBytes::decoded(realPath(folder));
+    const QString real = RawBytes::decoded(realPath(RawBytes::encoded(folder)));
     for (QStringView top = real; !top.isEmpty(); top = PathString::folder(top)) {
         if (isRepository(top.toString()))
             return top.toString();
@@ -47,7 +37,8 @@ QString repositoryOf(const QString &folder)
 QByteArray outputFolder(const SettingsStore &settings)
 {
     const QString folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
-    return settings.isTrue(sameFolderKeyString) || folder.isEmpty() ? QByteArray() : realPath(folder);
+    return settings.isTrue(sameFolderKeyString) || folder.isEmpty() ? QByteArray()
+                                                                    : realPath(RawBytes::encoded(folder));
 }
 
 } // namespace
@@ -88,7 +79,7 @@ bool PathRules::turnTo(const QString &top)
     const QString clean = QDir::cleanPath(top);
     const bool isBelow = clean.startsWith(m_workingFolder) && clean != m_workingFolder;
     m_topPattern = isBelow ? RawBytes::encoded(clean.sliced(m_workingFolder.size())) : QByteArray();
-    const QByteArray real = m_outputFolder.isEmpty() ? QByteArray() : realPath(top) + '/';
+    const QByteArray real = m_outputFolder.isEmpty() ? QByteArray() : realPath(RawBytes::encoded(top)) + '/';
     m_outputFolderBelow = real.size() > 1 && m_outputFolder.startsWith(real)
                               ? RawBytes::decoded(m_outputFolder.sliced(real.size()))
                               : QString();

@@ -11,6 +11,8 @@
 
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -38,6 +40,12 @@ QByteArray linkTarget(QByteArray path)
         path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
     }
     return path;
+}
+
+QByteArray realPath(const QByteArray &path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.constData(), nullptr), &std::free);
+    return real ? QByteArray(real.get()) : QByteArray();
 }
 
 bool leadsToFolder(const QByteArray &path)

@@ -17,6 +17,9 @@ namespace brevant {
 /// The path at the end of a chain of symbolic links; the file itself need not exist.
 [[nodiscard]] QByteArray linkTarget(QByteArray path);
 
+/// The path without links, "." and ".."; empty on failure.
+[[nodiscard]] QByteArray realPath(const QByteArray &path);
+
 /// Whether a path leads to a folder, through links too.
 [[nodiscard]] bool leadsToFolder(const QByteArray &path);
 

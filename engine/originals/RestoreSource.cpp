@@ -14,8 +14,6 @@
 #include <QFile>
 
 #include <climits>
-#include <cstdlib>
-#include <memory>
 #include <utility>
 
 #include <sys/stat.h>
@@ -62,12 +60,6 @@ std::optional<HeldPlace> holdPlace(const QByteArray &file)
     }
     QByteArray path = pathOfOpen(open.number()) + file.sliced(file.lastIndexOf('/'));
     return HeldPlace{std::move(open), std::move(path)};
-}
-
-bool isLedTo(const QByteArray &path, const QByteArray &file)
-{
-    const std::unique_ptr<char, decltype(&std::free)> end(::realpath(path.constData(), nullptr), &std::free);
-    return end && file == end.get();
 }
 
 /// Locks all marks of a source, as runs do; false if one is at work on it.
@@ -190,7 +182,7 @@ RestoredSource restoreSource(const QString &source, const QString &kept)
     if (!takeTurnAtOnce(copy->folder, source))
         return restoringFailed(u"a run is at work on the source"_s);
     const OriginalRecord &record = copy->record;
-    if (!isLedTo(record.path, record.file))
+    if (realPath(record.path) != record.file)
         return {RestoreOutcome::Changed, {}, {}, {}};
     const std::optional<HeldPlace> place = holdPlace(record.file);
     if (!place)

@@ -59,11 +59,18 @@ private Q_SLOTS:
         QTest::newRow("a file from elsewhere")
             << u"cd /; $CLI --list --print0 --gitignore \"$OLDPWD/a.css\" \"$OLDPWD/dist/a.css\" \"$OLDPWD/src\""_s
             << QByteArray("a.css src/a.css ");
+        QTest::newRow("files through links")
+            << u"ln -s src inside; ln -s repo/dist ../outside; "
+               "$CLI --list --print0 --gitignore src/x.log.css inside/x.log.css inside/a.css ../outside/a.css"_s
+            << QByteArray("inside/a.css ");
         QTest::newRow("with patterns of its own")
             << u"$CLI --list --print0 --sort --gitignore --exclude 'a*' --exclude inner ."_s
             << QByteArray("kept.css new/c.css ");
         QTest::newRow("in a hook") << u"export GIT_DIR=.git; cd src; $CLI --list --print0 --gitignore ."_s
                                    << QByteArray("src/a.css ");
+        QTest::newRow("in an alias")
+            << u"export GIT_LITERAL_PATHSPECS=1; cd src; $CLI --list --print0 --gitignore . x.log.css"_s
+            << QByteArray("src/a.css ");
         QTest::newRow("names that are not UTF-8")
             << u"d=$(printf 'd\\351'); mkdir \"$d\"; mv dist src new \"$d\"; cd \"$d\"; touch not-utf8.css; "
                "rm -r src/gen; $CLI --list --gitignore . >&2; cd ..; $CLI --list --print0 --gitignore --exclude 'd*' --sort ."_s
@@ -113,6 +120,22 @@ private Q_SLOTS:
         const Ended ended = sandbox.runShell(
             prepare + u"printf '#!/bin/sh\\ntouch \"%s/ran\"\\n' \"$PWD\" >hook; chmod +x hook\n"
                       "git config core.fsmonitor \"$PWD/hook\"; $CLI --list --gitignore . a.css"_s);
+        QCOMPARE(ended.status, 0);
+        QVERIFY(!sandbox.has(u"repo/ran"_s));
+    }
+
+    /// git would fetch a .gitignore that is not checked out from where the repository says, as it says.
+    void fetchesNothing()
+    {
+        const Sandbox sandbox;
+        const Ended ended = sandbox.runShell(
+            prepare + u"echo z.css >src/.gitignore; touch src/z.css; git add src/.gitignore\n"
+                      "git update-index --skip-worktree src/.gitignore; rm src/.gitignore\n"
+                      "object=$(git rev-parse :src/.gitignore | sed 's,..,&/,'); rm -f .git/objects/$object\n"
+                      "printf '#!/bin/sh\\ntouch \"%s/ran\"\\n' \"$PWD\" >hook; chmod +x hook\n"
+                      "git config core.repositoryFormatVersion 1; git config extensions.partialClone origin\n"
+                      "git config remote.origin.url \"$PWD\"\n"
+                      "git config remote.origin.uploadpack \"$PWD/hook\"; $CLI --list --gitignore . a.css"_s);
         QCOMPARE(ended.status, 0);
         QVERIFY(!sandbox.has(u"repo/ran"_s));
     }
