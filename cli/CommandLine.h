@@ -29,7 +29,8 @@ struct CommandLine {
     GlobList exclude;
     GlobList include; ///< empty for all
     Shard shard;
-    int jobs = 0; ///< compressors at once; 0 for as many as suit them
+    int jobs = 0;    ///< compressors at once; 0 for as many as suit them
+    int timeout = 0; ///< seconds for each file; 0 for no limit
     bool failFast = false;
     bool check = false; ///< the results of the classic compressors
     bool all = false;   ///< take outputs of other files too, and search all folders

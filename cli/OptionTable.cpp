@@ -158,6 +158,8 @@ constexpr Option options[]{
     {Run, u"--settings FILE", u"read the settings from FILE, not the user's own",
      readFileName<&CommandLine::settingsFile>},
     {Run, u"--jobs N", u"run up to N compressors at once", readNumber<&CommandLine::jobs, 256>},
+    {Run, u"--timeout SECONDS", u"end a compressor that works longer on a file, which fails",
+     readNumber<&CommandLine::timeout, 86'400>, aRun},
     {Run, u"--fail-fast", u"begin no other file after one has failed", readFlag<&CommandLine::failFast>,
      aRun},
     {Reports, u"--check", u"warn of what the classic compressors have damaged", readFlag<&CommandLine::check>,

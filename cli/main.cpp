@@ -92,8 +92,8 @@ int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, 
             return refuse(entry, output);
         };
     }
-    const RunEnd end =
-        MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal)).run(jobs, line.failFast);
+    const RunEnd end = MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal))
+                           .run(jobs, {line.failFast, std::chrono::seconds(line.timeout)});
     if (!line.quiet || place.isWanted())
         report.explainFailures(tools, place.isWanted() ? queue.count() : RunReport::mostPlaces);
     if (!line.quiet)

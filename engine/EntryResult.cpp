@@ -91,6 +91,8 @@ QString wordsFor(const EntryResult &result)
         return result.obstacle.isEmpty() ? u"the compressor ended with status %1"_s.arg(result.status)
                                          : result.obstacle;
     case CompressorKilled:
+        if (result.secondsAllowed > 0)
+            return u"the compressor took longer than %1 s and was ended"_s.arg(result.secondsAllowed);
         return u"the compressor was ended by signal %1"_s.arg(result.status);
     case NoOutput:
         return result.obstacle.isEmpty() ? u"the compressor wrote no output"_s : result.obstacle;

@@ -50,6 +50,7 @@ struct EntryResult {
     QString obstacle;                 ///< what was in the compressor's way; empty if nothing was in sight
     bool isUntouched = false;         ///< a modern compressor failed before its output was written into
     int status = 0;                   ///< the compressor's exit status, or the signal that ended it
+    int secondsAllowed = 0;           ///< after which the compressor was ended; 0 if it was not
     double seconds = 0;               ///< for the compressor and the gzip copy
     std::optional<qint64> sizeBefore; ///< bytes of the source before; nothing if there was none
     std::optional<qint64> sizeAfter;  ///< bytes of the output afterwards

@@ -66,14 +66,19 @@ bool launch(QProcess &process)
     return process.waitForStarted(-1);
 }
 
-/// Waits without a time limit; the child's group is killed where a stop at once is asked for.
-void waitUntilExit(QProcess &process, const std::atomic<Stop> &stop)
+/// Waits; the child's group is killed where a stop at once is asked for, or when the time is over, of which
+/// there is no end if it is 0. Whether it was killed for that.
+bool waitUntilExit(QProcess &process, const std::atomic<Stop> &stop, std::chrono::seconds timeout = {})
 {
     constexpr int lookAgain = 50; // milliseconds
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    bool isLate = false;
     while (!process.waitForFinished(lookAgain) && process.state() != QProcess::NotRunning) {
-        if (stop == Stop::AtOnce)
+        isLate = timeout.count() > 0 && std::chrono::steady_clock::now() > deadline;
+        if (stop == Stop::AtOnce || isLate)
             ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
     }
+    return isLate && stop != Stop::AtOnce;
 }
 
 } // namespace
@@ -94,6 +99,12 @@ EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const 
     : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop), m_kept(kept),
       m_safetyCopy(tools.originals, stop), m_filters(stop)
 {
+}
+
+void EntryRun::setTimeout(std::chrono::seconds timeout)
+{
+    m_timeout = timeout;
+    m_filters.setTimeout(timeout);
 }
 
 /// A relative path counts from the compressor's working folder, not from ours.
@@ -207,7 +218,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     java = childProcess(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
     if (const auto inherited = m_safetyCopy.inherited(); !launch(*java))
         return std::nullopt;
-    waitUntilExit(*java, m_stop);
+    const bool isLate = waitUntilExit(*java, m_stop, m_timeout);
     watch.compressorEnded(*java);
     const bool gzipWanted = m_settings.boolForKey(gzipCheckerKeyString);
     if (gzipWanted) {
@@ -215,6 +226,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
         makeGzipCopy(output, m_stop);
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
+    result.secondsAllowed = isLate ? static_cast<int>(m_timeout.count()) : 0;
     m_safetyCopy.finish(result, gzipWanted, wantedKeeper());
     makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
     if (result.isMinified())

@@ -11,6 +11,7 @@
 #include <QProcess>
 #include <QSet>
 
+#include <chrono>
 #include <memory>
 
 namespace brevant {
@@ -37,6 +38,10 @@ public:
     EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
              const CompressorCommand &command, const std::atomic<Stop> &stop,
              KeptOriginals::Use *kept = nullptr);
+
+    /// From here on a compressor that works longer on a file is ended, with all its children; 0 for no limit
+    /// but those of filters.
+    void setTimeout(std::chrono::seconds timeout);
 
     /// Does everything for one entry, on the calling thread. Nothing is returned if the Java runtime could
     /// not be started.
@@ -65,6 +70,7 @@ private:
     const std::atomic<Stop> &m_stop;
     KeptOriginals::Use *const m_kept; ///< may be null
     SafetyCopy m_safetyCopy;
+    std::chrono::seconds m_timeout{};
     FilterRunner m_filters;
     QSet<QString> m_listed;         ///< marks of the files in the queue
     quint64 m_listedRevision = 0;   ///< of the queue, when they were taken

@@ -21,9 +21,9 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 {
 }
 
-RunEnd MinifyJob::run(int jobs, bool failFast)
+RunEnd MinifyJob::run(int jobs, const RunLimits &limits)
 {
-    m_isFailFast = failFast;
+    m_limits = limits;
     const CompressorCommand command(m_settings);
     m_observer.runStarted();
     {
@@ -45,13 +45,14 @@ RunEnd MinifyJob::run(int jobs, bool failFast)
 void MinifyJob::work(const CompressorCommand &command)
 {
     EntryRun entryRun(m_queue, m_settings, m_tools, command, m_stop, m_kept);
+    entryRun.setTimeout(m_limits.timeout);
     while (OpenEntry *const entry = takeNext()) {
         std::optional<EntryResult> result = entryRun.run(entry->task);
         const std::lock_guard lock(m_mutex);
         if (!result) {
             m_end = RunEnd::JavaNotStarted;
             m_startFailure = entryRun.startFailure();
-        } else if (m_isFailFast && result->outcome != EntryResult::Outcome::Done) {
+        } else if (m_limits.failFast && result->outcome != EntryResult::Outcome::Done) {
             m_hasFailed = true;
         }
         entry->result = std::move(result);

@@ -48,6 +48,12 @@ public:
     virtual void runEnded([[maybe_unused]] RunEnd end, [[maybe_unused]] const QString &status) {}
 };
 
+/// What ends the work before its time.
+struct RunLimits {
+    bool failFast = false;          ///< once a file has failed no other is begun, and the run has stopped
+    std::chrono::seconds timeout{}; ///< EntryRun::setTimeout()
+};
+
 /// Says why an entry must not be run, given the output it has; empty if it may be.
 using Refusal = std::function<QString(const QString &entry, const std::optional<QString> &output)>;
 
@@ -67,9 +73,7 @@ public:
 
     /// Runs to the end, or until a stop is asked for, with up to `jobs` compressors at once: one on the
     /// calling thread, each of the others on a thread of its own, or fewer if the system has no more threads.
-    ///
-    /// `failFast`: once a file has failed no other is begun, and the run has stopped.
-    RunEnd run(int jobs = 1, bool failFast = false);
+    RunEnd run(int jobs = 1, const RunLimits &limits = {});
 
 private:
     struct OpenEntry {
@@ -91,7 +95,7 @@ private:
     const Refusal m_refusal;
     KeptOriginals::Use *m_kept = nullptr;
 
-    bool m_isFailFast = false; ///< set before there are other threads
+    RunLimits m_limits; ///< set before there are other threads
 
     std::mutex m_mutex; ///< guards all below, the refusal and the calls to the observer
     OutputPath m_outputPath;

@@ -6,6 +6,8 @@
 
 #include <QProcess>
 
+#include <algorithm>
+
 namespace brevant {
 
 namespace {
@@ -25,6 +27,8 @@ FilterRunner::~FilterRunner()
 
 FilterRun FilterRunner::run(const Filter &filter, const QByteArray &input, std::chrono::milliseconds limit)
 {
+    if (m_timeout.count() > 0)
+        limit = std::min(limit, m_timeout);
     // A longer text takes so long that a start does not matter, and esbuild reads packets slower than texts.
     constexpr qsizetype longestText = 500'000;
     if (filter.canBeKept && input.size() <= longestText && m_stop != Stop::AtOnce && keep(filter)) {

@@ -21,6 +21,9 @@ public:
     ~FilterRunner();
     Q_DISABLE_COPY_MOVE(FilterRunner)
 
+    /// From here on no filter works longer on a text than that; 0 for whatever run() says.
+    void setTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
+
     /// As runFilter() does it.
     [[nodiscard]] FilterRun run(const Filter &filter, const QByteArray &input,
                                 std::chrono::milliseconds limit);
@@ -36,6 +39,7 @@ private:
     void endKept();
 
     const std::atomic<Stop> &m_stop;
+    std::chrono::milliseconds m_timeout{};
     std::unique_ptr<QProcess> m_kept; ///< null as long as none is needed
     bool m_canKeep = true;
 };

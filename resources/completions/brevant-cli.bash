@@ -44,6 +44,7 @@ _brevant_cli() {
     --settings) _filedir '@([jJ][sS][oO][nN])' ;;
     --report | --files-from | --exclude | --include) _filedir ;;
     --report-format) mapfile -t COMPREPLY < <(compgen -W 'json junit github markdown' -- "$cur") ;;
+    --timeout) mapfile -t COMPREPLY < <(compgen -W '10 60 600' -- "$cur") ;;
     --shard) mapfile -t COMPREPLY < <(compgen -W '1/2 2/2' -- "$cur") ;;
     --also)
         local before=
@@ -55,7 +56,7 @@ _brevant_cli() {
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0 --dry-run
-                    --set --settings --jobs --fail-fast --check --report --report-format
+                    --set --settings --jobs --timeout --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both

@@ -85,6 +85,34 @@ private Q_SLOTS:
         QCOMPARE(sandbox.run({u"--fail-fast"_s, u"a.css"_s, u"c.css"_s}).status, 0);
     }
 
+    void timeoutOfClassic()
+    {
+        const Sandbox sandbox;
+        const QByteArray slow = manyFunctions(20'000); // half a minute
+        sandbox.add(u"a.js"_s, slow);
+        const Ended ended =
+            sandbox.run({u"--timeout"_s, u"1"_s, u"--set"_s, u"suffixSwitcherKeyString=false"_s, u"a.js"_s});
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(ended.err.contains("a.js: the compressor took longer than 1 s and was ended"), ended.err);
+        QVERIFY(sandbox.read(u"a.js"_s) == slow);
+    }
+
+    void timeoutOfModern()
+    {
+        // What it has started holds its output open, and would be waited for.
+        const Sandbox sandbox;
+        const QString stub = sandbox.add(u"stub"_s, "#!/bin/sh\nsleep 600 &\necho $! >\"$PIDFILE\"\nwait\n");
+        QVERIFY(QFile::setPermissions(stub, QFile::ReadOwner | QFile::ExeOwner));
+        sandbox.add(u"a.css"_s, "a { b : c }");
+        const Ended ended = sandbox.runShell(
+            u"export PIDFILE=\"$PWD/pid\"; \"$CLI\" --timeout 1 --set compressorsKeyString=modern "
+            "--set esbuildPathKeyString=\"$PWD/stub\" a.css; status=$?; "
+            "while kill -0 \"$(cat pid)\" 2>/dev/null; do sleep .05; done; exit $status"_s);
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(ended.err.contains("a.css: stub took too long and was ended"), ended.err);
+        QVERIFY(!sandbox.has(u"a.min.css"_s));
+    }
+
     void reportOfNothing()
     {
         const Sandbox sandbox;
@@ -114,6 +142,10 @@ private Q_SLOTS:
             << "--report-format takes one of json, junit, github, markdown, not \"xml\""_ba;
         QTest::newRow("no report") << QStringList{u"--report-format"_s, u"junit"_s}
                                    << "--report-format needs --report"_ba;
+        for (const QString &value : {u"0"_s, u"1.5"_s, u"86401"_s, u""_s})
+            QTest::addRow("timeout \"%s\"", qPrintable(value))
+                << QStringList{u"--timeout"_s, value}
+                << "--timeout takes a number from 1 to 86400, not \""_ba + value.toUtf8() + "\"";
         QTest::newRow("fail fast with nothing to run")
             << QStringList{u"--fail-fast"_s, u"--list"_s}
             << "--fail-fast needs a run, which --list and --dry-run are not"_ba;

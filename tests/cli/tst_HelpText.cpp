@@ -38,6 +38,7 @@ private Q_SLOTS:
                                  u"--set KEY=VALUE"_s,
                                  u"--settings FILE"_s,
                                  u"--jobs N"_s,
+                                 u"--timeout SECONDS"_s,
                                  u"--fail-fast"_s,
                                  u"--check"_s,
                                  u"--report FILE"_s,
@@ -66,11 +67,9 @@ private Q_SLOTS:
 
     void helpShowsOptionsThatExist()
     {
-        const QHash<QString, QString> samples{{u"N"_s, u"2"_s},
-                                              {u"K/N"_s, u"1/2"_s},
-                                              {u"KINDS"_s, u"mjs"_s},
-                                              {u"FORMAT"_s, u"junit"_s},
-                                              {u"KEY=VALUE"_s, u"suffixKeyString=x"_s}};
+        const QHash<QString, QString> samples{
+            {u"N"_s, u"2"_s},          {u"K/N"_s, u"1/2"_s},   {u"KINDS"_s, u"mjs"_s},
+            {u"FORMAT"_s, u"junit"_s}, {u"SECONDS"_s, u"9"_s}, {u"KEY=VALUE"_s, u"suffixKeyString=x"_s}};
         for (const Option &option : allOptions()) {
             QStringList arguments{option.name().toString()};
             if (!option.valueName().isEmpty())
