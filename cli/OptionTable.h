@@ -20,8 +20,7 @@ struct GivenOption {
 };
 
 /// One option of the command line. Its row in the table is all that parsing and --help need.
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order in which a row of the table reads
-// best
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): a row of the table reads best so
 struct Option {
     /// Puts the option into the command line. Returns what is wrong with it, in words; empty if nothing is.
     using Read = QString (*)(CommandLine &line, const GivenOption &given);
