@@ -20,7 +20,7 @@ struct CommandLine {
 
     Action action = Action::Minify;
     QStringList paths;
-    std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< --set, in their order
+    std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< in their order
     QStringList also;                                               ///< extensions of extra kinds
     QString settingsFile;                                           ///< empty for the user's own
     QString reportFile; ///< empty for none; "-" for standard output
@@ -36,8 +36,9 @@ struct CommandLine {
     bool all = false;   ///< take outputs of other files too, and search all folders
     bool gitignore = false;
     bool sort = false;
-    bool nulls = false;  ///< zero bytes, not line ends, end the paths in filesFrom
-    bool print0 = false; ///< and in what --list prints
+    bool sourceMaps = false; ///< asked for by that option
+    bool nulls = false;      ///< zero bytes, not line ends, end the paths in filesFrom
+    bool print0 = false;     ///< and in what --list prints
     bool quiet = false;
     QString error; ///< what is wrong with the arguments, in words; empty if nothing is
 };

@@ -9,8 +9,10 @@
 #include <QHash>
 #include <QProcess>
 
+#include <csignal>
 #include <utility>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -47,7 +49,10 @@ Answer askGit(const QString &folder, const QStringList &question, const QStringL
     QProcess git;
     git.setProcessEnvironment(environmentForAnyRepository());
     // In the child itself, as the folder need not be valid UTF-8. One that is gone makes it end with 127.
-    git.setChildProcessModifier([&folderName] {
+    git.setChildProcessModifier([&folderName, parent = ::getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM); // it may wait for a pipe that is called .gitignore
+        if (::getppid() != parent)
+            ::_exit(1);
         if (::chdir(folderName.constData()) != 0)
             ::_exit(127);
     });

@@ -93,6 +93,8 @@ QString settingsError(const CommandLine &line, const SettingsStore &settings)
 {
     if (!line.also.isEmpty() && !isModernChosen(settings))
         return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
+    if (line.sourceMaps && !isModernChosen(settings))
+        return u"--source-maps needs the modern compressors: add --compressors modern"_s;
     if (settings.isTrue(sameFolderKeyString) ||
         !settings.stringForKey(selectedFolderKeyString).value_or(QString()).isEmpty())
         return {};

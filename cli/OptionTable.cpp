@@ -110,6 +110,36 @@ QString readSetting(CommandLine &line, const GivenOption &given)
     return valueError(*setting, value);
 }
 
+template <const QLatin1StringView &key>
+QString readSwitchedOn(CommandLine &line, const GivenOption &)
+{
+    line.settings.emplace_back(key, true);
+    return {};
+}
+
+QString readSuffix(CommandLine &line, const GivenOption &given)
+{
+    line.settings.emplace_back(suffixSwitcherKeyString, true);
+    line.settings.emplace_back(suffixKeyString, given.value);
+    return given.value.isEmpty()
+               ? u"%1 needs a text; --set %2=false is for none"_s.arg(given.name, suffixSwitcherKeyString)
+               : QString();
+}
+
+QString readCompressors(CommandLine &line, const GivenOption &given)
+{
+    line.settings.emplace_back(compressorsKeyString, given.value);
+    return given.value == u"classic" || given.value == u"modern"
+               ? QString()
+               : u"%1 takes classic or modern, not \"%2\""_s.arg(given.name, given.value);
+}
+
+QString readSourceMaps(CommandLine &line, const GivenOption &given)
+{
+    line.sourceMaps = true;
+    return readSwitchedOn<sourceMapCheckerKeyString>(line, given);
+}
+
 QString readReportFormat(CommandLine &line, const GivenOption &given)
 {
     line.reportFormat = given.value;
@@ -153,6 +183,11 @@ constexpr Option options[]{
     {Files, u"--list", u"print each file and its output, run nothing"},
     {Files, u"--print0", u"print the files alone, with zero bytes between", readFlag<&CommandLine::print0>,
      u"--list"},
+    {Outputs, u"--suffix TEXT", u"put TEXT before the extension, and not .min", readSuffix},
+    {Outputs, u"--gzip", u"make gzip copies too", readSwitchedOn<gzipCheckerKeyString>},
+    {Outputs, u"--brotli", u"make Brotli copies too", readSwitchedOn<brotliCheckerKeyString>},
+    {Outputs, u"--source-maps", u"make source maps too; modern compressors only", readSourceMaps},
+    {Run, u"--compressors FAMILY", u"use the classic or the modern compressors", readCompressors},
     {Run, u"--dry-run", u"print each command line, run nothing"},
     {Run, u"--set KEY=VALUE", u"a setting for this run only; repeatable", readSetting},
     {Run, u"--settings FILE", u"read the settings from FILE, not the user's own",

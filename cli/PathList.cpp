@@ -30,7 +30,10 @@ QString addPathsFromFile(CommandLine &line)
     QFile file; // which may be a pipe
     if (number < 0 || !file.open(number, QIODevice::ReadOnly))
         return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, qt_error_string(errno));
-    const QByteArray bytes = file.readAll();
+    constexpr qint64 mostBytes = 100'000'000; // it may never end
+    const QByteArray bytes = file.read(mostBytes + 1);
+    if (bytes.size() > mostBytes)
+        return u"--files-from: %1 is longer than 100 MB; name folders, or divide it"_s.arg(line.filesFrom);
     if (file.error() != QFileDevice::NoError)
         return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, file.errorString());
     if (!line.nulls && bytes.contains('\0'))

@@ -9,19 +9,31 @@ namespace brevant {
 using namespace Qt::StringLiterals;
 
 /// In bytes. A check takes up to a second for each million.
-constexpr qint64 largestSource = 20'000'000;
+constexpr qint64 largestFile = 20'000'000;
+
+/// What has changed since the run; empty if nothing has.
+QString CheckBasis::change(const QString &sourcePath, const QString &outputPath) const
+{
+    if (FileState::of(sourcePath) != source)
+        return u"the source has changed since the run"_s;
+    if (FileState::of(outputPath) != output)
+        return u"the output has changed since the run"_s;
+    return {};
+}
 
 CheckedFile CheckBasis::check(const QString &sourcePath, const QString &outputPath) const
 {
-    if (source.size > largestSource)
+    if (source.size > largestFile)
         return {u"the source is larger than 20 MB"_s, {}};
+    if (output.size > largestFile)
+        return {u"the output is larger than 20 MB"_s, {}};
+    // Before, as what is there now may be of any size; and after, as it may change during the check.
+    QString obstacle = change(sourcePath, outputPath);
+    if (!obstacle.isEmpty())
+        return {obstacle, {}};
     CheckedFile checked = checkFile(sourcePath, outputPath, encoding);
-    // A change time never comes back, so this is about the time before the check and during it.
-    if (FileState::of(sourcePath) != source)
-        return {u"the source has changed since the run"_s, {}};
-    if (FileState::of(outputPath) != output)
-        return {u"the output has changed since the run"_s, {}};
-    return checked;
+    obstacle = change(sourcePath, outputPath);
+    return obstacle.isEmpty() ? checked : CheckedFile{obstacle, {}};
 }
 
 } // namespace brevant

@@ -17,6 +17,9 @@ struct CheckBasis {
     /// Checks the result as checkFile() does, unless either file has changed since or is too large to be
     /// checked without being asked.
     [[nodiscard]] CheckedFile check(const QString &sourcePath, const QString &outputPath) const;
+
+private:
+    [[nodiscard]] QString change(const QString &sourcePath, const QString &outputPath) const;
 };
 
 } // namespace brevant

@@ -51,11 +51,14 @@ _brevant_cli() {
         [[ $cur != *,* ]] || before=${cur%,*},
         mapfile -t COMPREPLY < <(compgen -P "$before" -W '@BREVANT_EXTRA_KINDS@' -- "${cur##*,}")
         ;;
+    --suffix) mapfile -t COMPREPLY < <(compgen -W '.min -min' -- "$cur") ;;
+    --compressors) mapfile -t COMPREPLY < <(compgen -W 'classic modern' -- "$cur") ;;
     --jobs) mapfile -t COMPREPLY < <(compgen -W "$(seq "$(nproc)")" -- "$cur") ;;
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0 --dry-run
+                '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0
+                    --suffix --gzip --brotli --source-maps --compressors --dry-run
                     --set --settings --jobs --timeout --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")
         else

@@ -193,6 +193,9 @@ private Q_SLOTS:
         QTest::newRow("folder") << u"$CLI --files-from ."_s << QByteArray("--files-from: . cannot be read: ");
         QTest::newRow("zero bytes") << u"printf 'a\\0b' | $CLI --files-from -"_s
                                     << QByteArray("--files-from: - holds zero bytes; add -0\n");
+        QTest::newRow("one that never ends")
+            << u"$CLI --files-from /dev/zero -0"_s
+            << QByteArray("--files-from: /dev/zero is longer than 100 MB; name folders, or divide it\n");
         QTest::newRow("entry that is not there")
             << u"echo b.css | $CLI --files-from -"_s << QByteArray("b.css does not exist\n");
     }

@@ -114,6 +114,23 @@ private Q_SLOTS:
     }
 
     /// A repository from somewhere else must not gain anything by being looked at.
+    /// Git waits for ever for what is written to that pipe.
+    void leavesNoGitBehind()
+    {
+        const Ended ended = Sandbox().runShell(uR"(
+            git init -q repo && mkfifo repo/.gitignore || exit 1
+            "$CLI" --gitignore --list repo & cli=$!
+            until
+                git=$(cut -d ' ' -f 1 "/proc/$cli/task/$cli/children")
+                grep -aqs check-ignore "/proc/$git/cmdline"
+            do sleep 0.01; done
+            kill -9 $cli
+            while grep -qs '^State:.[^Z]' "/proc/$git/status"; do sleep 0.01; done
+            echo gone
+        )"_s);
+        QCOMPARE(ended.out, "gone\n"_ba);
+    }
+
     void runsNothingOfTheRepository()
     {
         const Sandbox sandbox;

@@ -47,6 +47,32 @@ private Q_SLOTS:
         QCOMPARE(QDir(sandbox.path()).entryList(QDir::Files | QDir::Hidden).size(), 10);
     }
 
+    void takesShortWaysForSettings()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "a { width: calc(100% + 30px) }\n");
+        const QStringList brotli = m_hasBrotli ? QStringList{u"--brotli"_s} : QStringList();
+        const Ended ended = sandbox.run(QStringList{u"--compressors"_s, u"modern"_s, u"--suffix"_s, u"-m"_s,
+                                                    u"--gzip"_s, u"--source-maps"_s, u"a.css"_s} +
+                                        brotli);
+        QCOMPARE(ended.status, 0);
+        QVERIFY(sandbox.read(u"a-m.css"_s).startsWith("a{width:calc(100% + 30px)}"));
+        QStringList names{u"a-m.css"_s, u"a-m.css.gz"_s, u"a-m.css.map"_s, u"a.css"_s};
+        if (m_hasBrotli)
+            names.insert(1, u"a-m.css.br"_s);
+        QCOMPARE(QDir(sandbox.path()).entryList(QDir::Files, QDir::Name), names);
+    }
+
+    void classicMakesNoSourceMaps()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"a.css"_s, "a { b: c }\n");
+        const Ended ended = sandbox.run({u"--source-maps"_s, u"a.css"_s});
+        QCOMPARE(ended.status, 2);
+        QCOMPARE(ended.err,
+                 "brevant-cli: --source-maps needs the modern compressors: add --compressors modern\n"_ba);
+    }
+
     void minifiesMoreKindsWhereAsked()
     {
         const Sandbox sandbox;

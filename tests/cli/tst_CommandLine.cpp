@@ -111,6 +111,25 @@ private Q_SLOTS:
         QCOMPARE(line.shard.count, 3);
     }
 
+    void shortWays()
+    {
+        using Settings = decltype(CommandLine::settings);
+        const CommandLine line = parseCommandLine(
+            {u"--set=gzipCheckerKeyString=false"_s, u"--gzip"_s, u"--brotli"_s, u"--source-maps"_s,
+             u"--compressors=modern"_s, u"--suffix"_s, u"-m"_s, u"--set=suffixKeyString=.n"_s, u"a"_s});
+        QCOMPARE(line.error, QString());
+        QCOMPARE(line.settings, (Settings{{gzipCheckerKeyString, false},
+                                          {gzipCheckerKeyString, true},
+                                          {brotliCheckerKeyString, true},
+                                          {sourceMapCheckerKeyString, true},
+                                          {compressorsKeyString, u"modern"_s},
+                                          {suffixSwitcherKeyString, true},
+                                          {suffixKeyString, u"-m"_s},
+                                          {suffixKeyString, u".n"_s}}));
+        QVERIFY(line.sourceMaps);
+        QVERIFY(!parseCommandLine({u"--set=sourceMapCheckerKeyString=true"_s, u"a"_s}).sourceMaps);
+    }
+
     void wrongUses_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -164,6 +183,11 @@ private Q_SLOTS:
         QTest::newRow("empty glob")
             << QStringList{u"--include="_s, u"a"_s}
             << u"--include: \"\" matches nothing; write the name of a file or folder"_s;
+        QTest::newRow("empty suffix")
+            << QStringList{u"--suffix="_s, u"a"_s}
+            << u"--suffix needs a text; --set suffixSwitcherKeyString=false is for none"_s;
+        QTest::newRow("unknown compressors") << QStringList{u"--compressors=yui"_s, u"a"_s}
+                                             << u"--compressors takes classic or modern, not \"yui\""_s;
         QTest::newRow("empty report file")
             << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
     }

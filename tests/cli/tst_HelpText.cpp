@@ -34,6 +34,11 @@ private Q_SLOTS:
                                  u"--all"_s,
                                  u"--list"_s,
                                  u"--print0"_s,
+                                 u"--suffix TEXT"_s,
+                                 u"--gzip"_s,
+                                 u"--brotli"_s,
+                                 u"--source-maps"_s,
+                                 u"--compressors FAMILY"_s,
                                  u"--dry-run"_s,
                                  u"--set KEY=VALUE"_s,
                                  u"--settings FILE"_s,
@@ -52,7 +57,8 @@ private Q_SLOTS:
         QCOMPARE(shown, usages);
         for (const QString &usage : usages)
             QVERIFY2(help.contains(u"\n  "_s + usage), qPrintable(usage));
-        for (const QString &title : {u"\n\nWhich files:\n"_s, u"\n\nHow:\n"_s, u"\n\nReports:\n"_s})
+        for (const QString &title :
+             {u"\n\nWhich files:\n"_s, u"\n\nWhere to:\n"_s, u"\n\nHow:\n"_s, u"\n\nReports:\n"_s})
             QVERIFY2(help.contains(title), qPrintable(title));
         for (const SettingKey &setting : allSettingKeys) {
             const bool isOffered = setting.key != keepOriginalsCheckerKeyString;
@@ -67,9 +73,13 @@ private Q_SLOTS:
 
     void helpShowsOptionsThatExist()
     {
-        const QHash<QString, QString> samples{
-            {u"N"_s, u"2"_s},          {u"K/N"_s, u"1/2"_s},   {u"KINDS"_s, u"mjs"_s},
-            {u"FORMAT"_s, u"junit"_s}, {u"SECONDS"_s, u"9"_s}, {u"KEY=VALUE"_s, u"suffixKeyString=x"_s}};
+        const QHash<QString, QString> samples{{u"N"_s, u"2"_s},
+                                              {u"K/N"_s, u"1/2"_s},
+                                              {u"KINDS"_s, u"mjs"_s},
+                                              {u"FAMILY"_s, u"modern"_s},
+                                              {u"FORMAT"_s, u"junit"_s},
+                                              {u"SECONDS"_s, u"9"_s},
+                                              {u"KEY=VALUE"_s, u"suffixKeyString=x"_s}};
         for (const Option &option : allOptions()) {
             QStringList arguments{option.name().toString()};
             if (!option.valueName().isEmpty())

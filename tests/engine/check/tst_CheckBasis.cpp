@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace brevant;
 using namespace brevant::test;
 
@@ -68,6 +70,22 @@ private Q_SLOTS:
         QVERIFY(QFile::resize(source(), 20'000'001));
         m_basis.source = *FileState::of(source());
         QCOMPARE(m_basis.check(source(), output()).obstacle, u"the source is larger than 20 MB"_s);
+    }
+
+    void largeOutputs()
+    {
+        QVERIFY(QFile::resize(output(), 20'000'001));
+        QCOMPARE(m_basis.check(source(), output()).obstacle, u"the output has changed since the run"_s);
+        m_basis.output = *FileState::of(output());
+        QCOMPARE(m_basis.check(source(), output()).obstacle, u"the output is larger than 20 MB"_s);
+    }
+
+    /// What is there now is not read: it would take long, or for ever.
+    void outputsThatHaveBecomeOthers()
+    {
+        QVERIFY(QFile::remove(output()));
+        QCOMPARE(::mkfifo(QFile::encodeName(output()).constData(), 0600), 0);
+        QCOMPARE(m_basis.check(source(), output()).obstacle, u"the output has changed since the run"_s);
     }
 
 private:
