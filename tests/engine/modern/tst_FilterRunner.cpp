@@ -82,7 +82,6 @@ private Q_SLOTS:
         skipWithoutModern();
         const Filter filter = modernFilter(*kindOf(u"a.css"_s), {}, tools);
         FilterRunner runner(stop);
-        const QByteArray before = children();
         QVERIFY(runner.run(filter, "a { b: c }", 60s).isSuccess());
         const int number = children().simplified().split(' ').last().toInt();
         QVERIFY(number > 0);
