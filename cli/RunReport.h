@@ -39,6 +39,8 @@ public:
     void entryEnded(const EntryResult &result) override;
     void runEnded(RunEnd end, const QString &status) override;
 
+    /// Of all files of the run.
+    [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(m_entries.size()); }
     [[nodiscard]] qsizetype doneCount() const;
     [[nodiscard]] bool isAllDone() const { return m_end == RunEnd::Completed && doneCount() == endedCount(); }
 

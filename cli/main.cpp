@@ -3,14 +3,11 @@
 #include "cli/CommandLine.h"
 #include "cli/InputChecks.h"
 #include "cli/Listing.h"
+#include "cli/MinifyRun.h"
 #include "cli/PathList.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
-#include "cli/ResultChecks.h"
-#include "cli/RunReport.h"
-#include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
-#include "engine/MinifyJob.h"
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
@@ -19,24 +16,17 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
-#include <QDir>
 #include <QLocale>
-#include <QThread>
 
 #include <cerrno>
 #include <clocale>
 #include <csignal>
-
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace brevant {
 
 namespace {
-
-/// After a stop the exit status is that of its signal: statusOfSignal(), 130 for Ctrl+C.
-enum ExitStatus { AllDone = 0, SomeFailed = 1, WrongUsage = 2, NoTools = 3 };
 
 using TerminalText::printError;
 
@@ -59,79 +49,16 @@ int statusOfPrinting(bool printed)
     return statusOf(printed);
 }
 
-/// Writes the report if one was asked for. Prints why if that fails, and returns false.
-bool writeReport(const CommandLine &line, const ReportOutput &output, const SettingsStore &settings,
-                 Report report)
-{
-    if (!output.isWanted())
-        return true;
-    report.folder = QDir::currentPath();
-    report.encoding = textEncodingNamed(settings.stringForKey(selectedEncodingKeyString));
-    const QString error = output.write(report);
-    if (!error.isEmpty())
-        printError(reportError(line, error));
-    return error.isEmpty();
-}
-
-int minify(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
-           const ReportOutput &place)
-{
-    RunReport report(queue.entries(),
-                     line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
-                     &stopRequested);
-    const int suited = isModernChosen(settings) ? QThread::idealThreadCount() : 1;
-    const int jobs = line.jobs > 0 ? line.jobs : suited;
-    catchStopSignals(jobs > 1);
-    ResultChecks checks(settings);
-    Refusal refusal = refusalFor(queue.entries(), settings);
-    if (line.check) {
-        report.setCheck([&checks](const EntryResult &result) { return checks.entryEnded(result); });
-        refusal = [&checks, refuse = std::move(refusal)](const QString &entry,
-                                                         const std::optional<QString> &output) {
-            checks.entryTaken(entry, output);
-            return refuse(entry, output);
-        };
-    }
-    const RunEnd end = MinifyJob(queue, settings, tools, report, stopRequested, std::move(refusal))
-                           .run(jobs, {line.failFast, std::chrono::seconds(line.timeout)});
-    if (!line.quiet || place.isWanted())
-        report.explainFailures(tools, place.isWanted() ? queue.count() : RunReport::mostPlaces);
-    if (!line.quiet)
-        TerminalText::print(stdout, report.summary(Colours::of(STDOUT_FILENO)));
-    else if (end == RunEnd::JavaNotStarted)
-        printError(report.failure());
-    const Colours colours = Colours::of(STDERR_FILENO);
-    const TextEncoding encoding = textEncodingNamed(settings.stringForKey(selectedEncodingKeyString));
-    const QString places = line.quiet ? QString() : report.failurePlaces(encoding, colours);
-    TerminalText::print(stderr,
-                        report.notes() + places + report.failures(colours) + report.warnings(colours));
-    const bool isReported = writeReport(line, place, settings, report.toReport());
-    if (end == RunEnd::Stopped && stopSignal != 0)
-        return statusOfSignal(stopSignal);
-    if (end == RunEnd::JavaNotStarted)
-        return NoTools;
-    return statusOf(report.isAllDone() && isReported && !report.hasWarnings());
-}
-
 /// Carries out the action on the files in the queue.
 int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
         const ReportOutput &output)
 {
+    if (line.action == CommandLine::Action::Minify)
+        return MinifyRun(line, tools, settings, output).run(queue);
     if (queue.isEmpty())
-        return statusOf(line.action != CommandLine::Action::Minify ||
-                        writeReport(line, output, settings, RunReport({}).toReport()));
-    if (line.action == CommandLine::Action::List)
-        return statusOfPrinting(printList(queue, settings, line.print0));
-    if (line.action == CommandLine::Action::DryRun)
-        return statusOfPrinting(printCommands(queue, settings, tools));
-    if (const QString missing = tools.missing(settings); !missing.isEmpty()) {
-        printError(missing);
-        RunReport report(queue.entries());
-        report.runEnded(RunEnd::JavaNotStarted, missing);
-        static_cast<void>(writeReport(line, output, settings, report.toReport()));
-        return NoTools;
-    }
-    return minify(line, tools, queue, settings, output);
+        return AllDone;
+    return statusOfPrinting(line.action == CommandLine::Action::List ? printList(queue, settings, line.print0)
+                                                                     : printCommands(queue, settings, tools));
 }
 
 int run(CommandLine line, const Tools &tools)

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/MinifyRun.h"
+
+#include "cli/CommandLine.h"
+#include "cli/InputChecks.h"
+#include "cli/PrintedRun.h"
+#include "cli/ReportOutput.h"
+#include "cli/ResultChecks.h"
+#include "cli/RunReport.h"
+#include "cli/StopSignals.h"
+#include "cli/TerminalText.h"
+#include "engine/Tools.h"
+#include "queue/FileQueue.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
+
+#include <QDir>
+#include <QThread>
+
+#include <unistd.h>
+
+namespace brevant {
+
+MinifyRun::MinifyRun(const CommandLine &line, const Tools &tools, const SettingsStore &settings,
+                     const ReportOutput &output)
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output),
+      m_encoding(textEncodingNamed(settings.stringForKey(selectedEncodingKeyString)))
+{
+}
+
+int MinifyRun::run(const FileQueue &queue) const
+{
+    if (queue.isEmpty())
+        return writeReport(RunReport({}).toReport()) ? AllDone : SomeFailed;
+    const QString missing = m_tools.missing(m_settings);
+    if (missing.isEmpty())
+        return minify(queue);
+    TerminalText::printError(missing);
+    RunReport report(queue.entries());
+    report.runEnded(RunEnd::JavaNotStarted, missing);
+    static_cast<void>(writeReport(report.toReport()));
+    return NoTools;
+}
+
+int MinifyRun::minify(const FileQueue &queue) const
+{
+    RunReport report(queue.entries(),
+                     m_line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
+                     &stopRequested);
+    const RunEnd end = minifyWith(report, queue);
+    print(report, end);
+    const bool isReported = writeReport(report.toReport());
+    if (end == RunEnd::Stopped && stopSignal != 0)
+        return statusOfSignal(stopSignal);
+    if (end == RunEnd::JavaNotStarted)
+        return NoTools;
+    return report.isAllDone() && isReported && !report.hasWarnings() ? AllDone : SomeFailed;
+}
+
+RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
+{
+    const int suited = isModernChosen(m_settings) ? QThread::idealThreadCount() : 1;
+    const int jobs = m_line.jobs > 0 ? m_line.jobs : suited;
+    catchStopSignals(jobs > 1);
+    ResultChecks checks(m_settings);
+    Refusal refusal = refusalFor(queue.entries(), m_settings);
+    if (m_line.check) {
+        report.setCheck([&checks](const EntryResult &result) { return checks.entryEnded(result); });
+        refusal = [&checks, refuse = std::move(refusal)](const QString &entry,
+                                                         const std::optional<QString> &output) {
+            checks.entryTaken(entry, output);
+            return refuse(entry, output);
+        };
+    }
+    return MinifyJob(queue, m_settings, m_tools, report, stopRequested, std::move(refusal))
+        .run(jobs, {m_line.failFast, std::chrono::seconds(m_line.timeout)});
+}
+
+/// Prints what is to be said once the files have ended.
+void MinifyRun::print(RunReport &report, RunEnd end) const
+{
+    if (!m_line.quiet || m_output.isWanted())
+        report.explainFailures(m_tools, m_output.isWanted() ? report.count() : RunReport::mostPlaces);
+    if (!m_line.quiet)
+        TerminalText::print(stdout, report.summary(Colours::of(STDOUT_FILENO)));
+    else if (end == RunEnd::JavaNotStarted)
+        TerminalText::printError(report.failure());
+    const Colours colours = Colours::of(STDERR_FILENO);
+    const QString places = m_line.quiet ? QString() : report.failurePlaces(m_encoding, colours);
+    TerminalText::print(stderr,
+                        report.notes() + places + report.failures(colours) + report.warnings(colours));
+}
+
+/// Writes the report if one was asked for. Prints why if that fails, and returns false.
+bool MinifyRun::writeReport(Report report) const
+{
+    if (!m_output.isWanted())
+        return true;
+    report.folder = QDir::currentPath();
+    report.encoding = m_encoding;
+    const QString error = m_output.write(report);
+    if (!error.isEmpty())
+        TerminalText::printError(reportError(m_line, error));
+    return error.isEmpty();
+}
+
+} // namespace brevant

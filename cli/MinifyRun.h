@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engine/MinifyJob.h"
+#include "engine/TextCodec.h"
+
+namespace brevant {
+
+class ReportOutput;
+class RunReport;
+struct CommandLine;
+struct Report;
+
+/// After a stop the exit status is that of its signal: statusOfSignal(), 130 for Ctrl+C.
+enum ExitStatus { AllDone = 0, SomeFailed = 1, WrongUsage = 2, NoTools = 3 };
+
+/// Minifies queues as a command line asks for it, prints what becomes of them and writes their reports.
+class MinifyRun final {
+public:
+    MinifyRun(const CommandLine &line, const Tools &tools, const SettingsStore &settings,
+              const ReportOutput &output);
+
+    /// Minifies the files in a queue. Returns the exit status.
+    [[nodiscard]] int run(const FileQueue &queue) const;
+
+private:
+    [[nodiscard]] int minify(const FileQueue &queue) const;
+    [[nodiscard]] RunEnd minifyWith(RunReport &report, const FileQueue &queue) const;
+    void print(RunReport &report, RunEnd end) const;
+    [[nodiscard]] bool writeReport(Report report) const;
+
+    const CommandLine &m_line;
+    const Tools &m_tools;
+    const SettingsStore &m_settings;
+    const ReportOutput &m_output;
+    const TextEncoding m_encoding; ///< of the sources
+};
+
+} // namespace brevant
