@@ -1,0 +1,343 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/BuildCache.h"
+
+#include "files/Descriptor.h"
+#include "files/DurableFile.h"
+#include "files/FileBytes.h"
+#include "files/Folders.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringBuilder>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include <sys/file.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+constexpr QByteArrayView head("{\"version\": 1, \"outputs\": {\n");
+constexpr QByteArrayView tail("\n}}\n");
+
+/// A line has about 300 bytes.
+constexpr qint64 mostBytes = 128'000'000;
+
+/// Between the name of an output and what is known of it, and between two parts of that.
+constexpr QByteArrayView colon("\": [\"");
+constexpr QByteArrayView comma("\", \"");
+constexpr QByteArrayView closing("\"]");
+
+/// A text as it stands between quotes in JSON.
+QByteArray escaped(const QString &text)
+{
+    const bool isPlain = std::ranges::none_of(
+        text, [](QChar sign) { return sign < u' ' || sign == u'"' || sign == u'\\' || sign.isSurrogate(); });
+    if (isPlain)
+        return text.toUtf8();
+    return QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(2).sliced(2);
+}
+
+/// Takes the parts of a line, one after the other.
+class Parts final {
+public:
+    explicit Parts(QByteArrayView line)
+    {
+        if (const qsizetype start = line.indexOf(colon); start >= 0 && line.endsWith(closing))
+            m_rest = line.sliced(start + colon.size()).chopped(closing.size());
+    }
+
+    /// The next one; null behind the last.
+    [[nodiscard]] QByteArrayView next()
+    {
+        const qsizetype end = m_rest.indexOf(comma);
+        const QByteArrayView part = end < 0 ? m_rest : m_rest.first(end);
+        m_rest = end < 0 ? QByteArrayView() : m_rest.sliced(end + comma.size());
+        return part;
+    }
+
+private:
+    QByteArrayView m_rest;
+};
+
+/// A file beside an output, or the output itself.
+QString copyOf(const QString &output, const QString &extension)
+{
+    return extension.isEmpty() ? output : PathString::withExtension(output, extension);
+}
+
+/// Reads the extension of a copy, if one stands before it, and the file.
+std::optional<std::pair<QString, RecordedFile>> fileFrom(QByteArrayView part)
+{
+    QString extension;
+    for (const QByteArrayView known : {"gz ", "br ", "map "}) {
+        if (extension.isEmpty() && part.startsWith(known)) {
+            extension = QString::fromLatin1(known.chopped(1));
+            part = part.sliced(known.size());
+        }
+    }
+    std::optional<RecordedFile> file = RecordedFile::fromText(part);
+    return file ? std::optional(std::pair(extension, *file)) : std::nullopt;
+}
+
+void append(QByteArray &line, const QString &extension, const RecordedFile &file)
+{
+    line.append(comma);
+    if (!extension.isEmpty())
+        line += extension.toLatin1() + ' ';
+    line += file.text();
+}
+
+QByteArray beginningOf(const QByteArray &name, QByteArrayView source, QByteArrayView recipe)
+{
+    return QByteArray("\"").append(name).append(colon).append(source).append(comma).append(recipe);
+}
+
+/// Waits for whoever writes in that folder, but not for ever: the file is replaced as a whole anyhow. Some
+/// network file systems lock no folders.
+void lockFolder(const Descriptor &folder)
+{
+    constexpr auto pause = std::chrono::milliseconds(10);
+    constexpr int mostPauses = 1000;
+    for (int i = 0;
+         i < mostPauses && ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
+        std::this_thread::sleep_for(pause);
+}
+
+} // namespace
+
+BuildCache::BuildCache(const QString &folder) : m_folder(QDir::cleanPath(folder))
+{
+    QString way;
+    for (QString above = m_folder; above.size() > 1; above = PathString::folder(above).toString()) {
+        m_above.emplace_back(above + u'/', way);
+        way += "../"_L1;
+    }
+    read();
+}
+
+/// Reads the file and finds its lines. One that somebody else may have put there is not to be replaced.
+void BuildCache::read()
+{
+    m_text.clear();
+    m_lines.clear();
+    const Descriptor file = openFile(RawBytes::encoded(path()), O_RDONLY | O_NOFOLLOW);
+    struct stat status {};
+    QString reason;
+    m_isOurs = false;
+    if (!file.isOpen() && errno == ENOENT)
+        m_isOurs = true;
+    else if (!file.isOpen())
+        reason = errno == ELOOP ? u"it is a link"_s : qt_error_string(errno);
+    else if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+        reason = u"it is no file"_s;
+    else if (status.st_uid != ::geteuid())
+        reason = u"it belongs to another user"_s;
+    else
+        reason = readLines(file, status.st_size);
+    m_mode = file.isOpen() ? status.st_mode : 0600;
+    m_error = reason.isEmpty() ? QString() : u"%1 is not used: %2"_s.arg(path(), reason);
+}
+
+/// Why that cannot be read; empty if it can.
+QString BuildCache::readLines(const Descriptor &file, qint64 size)
+{
+    m_isOurs = true;
+    const std::optional<QByteArray> text =
+        size <= mostBytes ? FileBytes::readAll(file.number()) : std::nullopt;
+    if (size > mostBytes || (text && text->size() > mostBytes))
+        return u"it is too large"_s;
+    if (!text)
+        return qt_error_string(errno);
+    if (!text->startsWith(head))
+        return u"it is damaged, or of another version of Brevant"_s;
+    m_text = *text;
+    m_lines.reserve(m_text.count('\n'));
+    const QByteArrayView all(m_text);
+    for (qsizetype start = head.size(); start < all.size();) {
+        const qsizetype end = all.indexOf('\n', start);
+        QByteArrayView line = all.sliced(start, (end < 0 ? all.size() : end) - start);
+        start += line.size() + 1;
+        if (line.endsWith(','))
+            line.chop(1);
+        if (const qsizetype middle = line.indexOf(colon); middle > 0 && line.startsWith('"'))
+            m_lines.insert(line.sliced(1, middle - 1), line);
+    }
+    return {};
+}
+
+/// A path as the file names it.
+QByteArray BuildCache::nameOf(const QString &path) const
+{
+    const bool isPlain = !path.contains("/."_L1) && !path.contains("//"_L1);
+    const QString clean = isPlain ? path : QDir::cleanPath(path);
+    for (const auto &[above, way] : m_above) {
+        if (clean.startsWith(above))
+            return escaped(way % QStringView(clean).sliced(above.size()));
+    }
+    return escaped(clean);
+}
+
+QString BuildCache::path() const
+{
+    return PathString::join(m_folder, QString(fileName));
+}
+
+/// What is known of an output; empty if nothing is.
+QByteArrayView BuildCache::lineOf(const QByteArray &name) const
+{
+    const auto changed = m_changed.constFind(name);
+    return changed == m_changed.constEnd() ? m_lines.value(name) : QByteArrayView(*changed);
+}
+
+bool BuildCache::isUpToDate(const MadeOutput &wanted)
+{
+    const QByteArray name = nameOf(wanted.output);
+    const QByteArrayView line = lineOf(name);
+    Parts parts(line);
+    if (parts.next() != nameOf(wanted.source) || parts.next() != wanted.recipe)
+        return false;
+    QByteArray now = beginningOf(name, nameOf(wanted.source), wanted.recipe);
+    int files = 0;
+    for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next(), ++files) {
+        const auto recorded = fileFrom(part);
+        if (!recorded || recorded->first.isEmpty() != (files < 2))
+            return false;
+        const auto &[extension, file] = *recorded;
+        const auto same = file.ifUnchanged(files == 0 ? wanted.source : copyOf(wanted.output, extension));
+        if (!same)
+            return false;
+        append(now, extension, *same);
+    }
+    now.append(closing);
+    if (files >= 2 && now != line)
+        m_changed.insert(name, now);
+    return files >= 2;
+}
+
+void BuildCache::begin(const MadeOutput &wanted)
+{
+    m_begun.insert(wanted.output, {wanted, RecordedFile::of(wanted.source), {}});
+}
+
+void BuildCache::made(const QString &output)
+{
+    Begun begun = m_begun.take(output);
+    for (const QString &extension : QStringList{QString()} + begun.wanted.copies) {
+        if (const auto file = RecordedFile::statusOf(copyOf(output, extension)))
+            begun.files.emplace_back(extension, *file);
+    }
+    m_made.push_back(std::move(begun));
+}
+
+/// Reads what has been made, which is late enough now for its times to tell of changes later on.
+void BuildCache::settle()
+{
+    for (const auto &[wanted, source, files] : std::exchange(m_made, {})) {
+        const QByteArray name = nameOf(wanted.output);
+        QByteArray line = beginningOf(name, nameOf(wanted.source), wanted.recipe);
+        bool isKnown = source && !files.empty() && files.front().first.isEmpty();
+        if (isKnown)
+            append(line, {}, *source);
+        for (const auto &[extension, file] : files) {
+            const QString path = copyOf(wanted.output, extension);
+            const auto read = isKnown ? RecordedFile::of(path) : std::nullopt;
+            const auto now = RecordedFile::statusOf(path);
+            isKnown = read && now && now->looksLike(file); // and nobody else has changed it meanwhile
+            if (isKnown)
+                append(line, extension, *read);
+        }
+        if (isKnown)
+            m_changed.insert(name, line.append(closing));
+    }
+}
+
+QStringList BuildCache::ownFiles(const QString &source, const QString &output) const
+{
+    QStringList own;
+    Parts parts(lineOf(nameOf(output)));
+    if (parts.next() != nameOf(source))
+        return own;
+    for (int part = 0; part < 2; ++part) // recipe and source
+        static_cast<void>(parts.next());
+    for (auto file = fileFrom(parts.next()); file; file = fileFrom(parts.next())) {
+        const QString path = copyOf(output, file->first);
+        if (file->second.ifUnchanged(path))
+            own.append(path);
+    }
+    return own;
+}
+
+QByteArray BuildCache::hashOf(const QString &path)
+{
+    const QByteArray name = nameOf(path);
+    Parts parts(lineOf(name));
+    for (int part = 0; part < 2; ++part)
+        static_cast<void>(parts.next());
+    const auto known = fileFrom(parts.next());
+    std::optional<RecordedFile> file = known ? known->second.ifUnchanged(path) : std::nullopt;
+    if (!file)
+        file = RecordedFile::of(path);
+    if (!file)
+        return {};
+    if (!known || known->second.text() != file->text()) {
+        QByteArray line = beginningOf(name, {}, {});
+        append(line, {}, *file);
+        m_changed.insert(name, line.append(closing));
+    }
+    return file->hash;
+}
+
+/// Whether it is JSON, and the output is still there.
+bool BuildCache::isOfUse(QByteArrayView line) const
+{
+    const QJsonObject object = QJsonDocument::fromJson('{' + line.toByteArray() + '}').object();
+    if (object.size() != 1)
+        return false;
+    const QString name = object.begin().key();
+    const QString path = name.startsWith(u'/') ? name : QDir::cleanPath(PathString::join(m_folder, name));
+    return RecordedFile::statusOf(path).has_value();
+}
+
+QString BuildCache::save()
+{
+    settle();
+    if (m_changed.isEmpty() || !m_isOurs)
+        return {};
+    const Descriptor folder = openFile(RawBytes::encoded(m_folder), O_RDONLY | O_DIRECTORY);
+    lockFolder(folder);
+    read();
+    if (!m_isOurs)
+        return {};
+    QByteArrayList lines = m_changed.values();
+    for (const auto &[name, line] : m_lines.asKeyValueRange()) {
+        if (!m_changed.contains(name.toByteArray()) && isOfUse(line))
+            lines.append(line.toByteArray());
+    }
+    std::ranges::sort(lines);
+    const QByteArray text = head.toByteArray().append(lines.join(",\n")).append(tail);
+    struct stat like {};
+    like.st_mode = m_mode;
+    like.st_mtim = {0, UTIME_NOW};
+    DurableFile file(path(), like); // anew, as a link that is put there meanwhile may lead anywhere
+    if (text.size() > mostBytes)
+        return u"%1 would be too large"_s.arg(path());
+    if (!file.write(text) || !file.commit())
+        return u"%1 cannot be written: %2"_s.arg(path(), file.errorText());
+    m_changed.clear();
+    read();
+    return {};
+}
+
+} // namespace brevant
