@@ -22,12 +22,17 @@ using Action = CommandLine::Action;
 
 /// The options that say what is to be done; of the first two the first one wins, all others exclude each
 /// other.
-constexpr std::array<std::pair<QStringView, Action>, 4> actions{{
+constexpr std::array<std::pair<QStringView, Action>, 5> actions{{
     {u"--help", Action::Help},
     {u"--version", Action::Version},
+    {u"--stdin", Action::MinifyText},
     {u"--list", Action::List},
     {u"--dry-run", Action::DryRun},
 }};
+
+/// All that makes sense beside --stdin, where there are no files and one result.
+constexpr std::array<QStringView, 6> besideText{u"--stdin",    u"--compressors", u"--set",
+                                                u"--settings", u"--timeout",     u"--quiet"};
 
 /// Its name as QCommandLineParser has it.
 QString bareName(QStringView name)
@@ -59,6 +64,19 @@ Action actionOf(const QCommandLineParser &parser)
     return Action::Minify;
 }
 
+/// What is wrong with what is given beside --stdin; empty if nothing is.
+QString contradictionToText(const QCommandLineParser &parser)
+{
+    for (const Option &option : allOptions()) {
+        if (isGiven(parser, option.name()) &&
+            std::ranges::find(besideText, option.name()) == besideText.end())
+            return u"--stdin and %1 cannot be used together"_s.arg(option.name());
+    }
+    const QStringList paths = parser.positionalArguments();
+    return paths.isEmpty() ? QString()
+                           : u"--stdin reads standard input; leave out %1, or --stdin"_s.arg(paths[0]);
+}
+
 /// What is wrong with the options beside each other; empty if nothing is.
 QString contradiction(const QCommandLineParser &parser)
 {
@@ -69,6 +87,8 @@ QString contradiction(const QCommandLineParser &parser)
     }
     if (runless.size() > 1)
         return u"%1 and %2 cannot be used together"_s.arg(runless[0], runless[1]);
+    if (isGiven(parser, u"--stdin"))
+        return contradictionToText(parser);
     for (const Option &option : allOptions()) {
         if (option.needs.isEmpty() || !isGiven(parser, option.name()))
             continue;
@@ -148,7 +168,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     line.error = contradiction(parser);
     if (line.error.isEmpty())
         line.error = readOptions(parser, line);
-    if (line.error.isEmpty() && line.paths.isEmpty() && line.filesFrom.isEmpty())
+    if (line.error.isEmpty() && line.paths.isEmpty() && line.filesFrom.isEmpty() && line.textKind.isEmpty())
         line.error = u"no file or folder is named"_s;
     return line;
 }

@@ -16,14 +16,15 @@ namespace brevant {
 
 /// What a user of the terminal asked for.
 struct CommandLine {
-    enum class Action { Minify, List, DryRun, Help, Version };
+    enum class Action { Minify, MinifyText, List, DryRun, Help, Version };
 
     Action action = Action::Minify;
     QStringList paths;
     std::vector<std::pair<QLatin1StringView, QJsonValue>> settings; ///< in their order
     QStringList also;                                               ///< extensions of extra kinds
-    QString settingsFile;                                           ///< empty for the user's own
-    QString reportFile; ///< empty for none; "-" for standard output
+    QString textKind;     ///< of what standard input holds: the extension of such files; empty for no text
+    QString settingsFile; ///< empty for the user's own
+    QString reportFile;   ///< empty for none; "-" for standard output
     QString reportFormat = QStringLiteral("json");
     QString filesFrom; ///< a list of paths; empty for none
     GlobList exclude;

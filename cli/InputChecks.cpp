@@ -5,11 +5,13 @@
 #include "cli/CommandLine.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
+#include "cli/StandardInput.h"
 #include "cli/TerminalText.h"
 #include "files/DurableFile.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
@@ -61,6 +63,8 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line)
         const bool isFolder = key == selectedFolderKeyString && !value.toString().isEmpty();
         settings.setOverride(isFolder ? PathString::absolute(value.toString()) : value, key);
     }
+    if (line.action == CommandLine::Action::MinifyText)
+        overrideForText(settings);
 }
 
 QString reportError(const CommandLine &line, const QString &reason)
@@ -91,6 +95,9 @@ QString inputError(const CommandLine &line)
 
 QString settingsError(const CommandLine &line, const SettingsStore &settings)
 {
+    const FileKind *const kind = anyKindOf(u"a."_s + line.textKind);
+    if (kind != nullptr && kind->isExtra && !isModernChosen(settings))
+        return u"--stdin %1 needs the modern compressors: add --compressors modern"_s.arg(line.textKind);
     if (!line.also.isEmpty() && !isModernChosen(settings))
         return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
     if (line.sourceMaps && !isModernChosen(settings))

@@ -80,6 +80,17 @@ QString readAlso(CommandLine &line, const GivenOption &given)
     return {};
 }
 
+QString readTextKind(CommandLine &line, const GivenOption &given)
+{
+    line.textKind = given.value;
+    QStringList known;
+    for (const FileKind &kind : allFileKinds())
+        known.append(kind.extension.toString());
+    return known.contains(given.value)
+               ? QString()
+               : u"%1 takes one of %2, not \"%3\""_s.arg(given.name, known.join(u", "), given.value);
+}
+
 /// Why a setting cannot have that value; empty if it can.
 QString valueError(const SettingKey &setting, const QString &value)
 {
@@ -187,6 +198,7 @@ constexpr Option options[]{
     {Outputs, u"--gzip", u"make gzip copies too", readSwitchedOn<gzipCheckerKeyString>},
     {Outputs, u"--brotli", u"make Brotli copies too", readSwitchedOn<brotliCheckerKeyString>},
     {Outputs, u"--source-maps", u"make source maps too; modern compressors only", readSourceMaps},
+    {Outputs, u"--stdin KIND", u"minify standard input, as a css file say, to standard output", readTextKind},
     {Run, u"--compressors FAMILY", u"use the classic or the modern compressors", readCompressors},
     {Run, u"--dry-run", u"print each command line, run nothing"},
     {Run, u"--set KEY=VALUE", u"a setting for this run only; repeatable", readSetting},

@@ -4,9 +4,8 @@
 
 #include "cli/CommandLine.h"
 #include "files/Descriptor.h"
+#include "files/FileBytes.h"
 #include "files/RawBytes.h"
-
-#include <QFile>
 
 #include <cerrno>
 
@@ -21,24 +20,21 @@ QString addPathsFromFile(CommandLine &line)
 {
     if (line.filesFrom.isEmpty())
         return {};
-    Descriptor list;
-    int number = STDIN_FILENO;
-    if (line.filesFrom != u"-") {
+    Descriptor list; // which may be a pipe
+    if (line.filesFrom != u"-")
         list = Descriptor(::open(RawBytes::encoded(line.filesFrom).constData(), O_RDONLY | O_CLOEXEC));
-        number = list.number();
-    }
-    QFile file; // which may be a pipe
-    if (number < 0 || !file.open(number, QIODevice::ReadOnly))
-        return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, qt_error_string(errno));
     constexpr qint64 mostBytes = 100'000'000; // it may never end
-    const QByteArray bytes = file.read(mostBytes + 1);
-    if (bytes.size() > mostBytes)
+    const std::optional<QByteArray> bytes =
+        list.isOpen() || line.filesFrom == u"-"
+            ? FileBytes::readStream(list.isOpen() ? list.number() : STDIN_FILENO, mostBytes)
+            : std::nullopt;
+    if (!bytes && errno == EFBIG)
         return u"--files-from: %1 is longer than 100 MB; name folders, or divide it"_s.arg(line.filesFrom);
-    if (file.error() != QFileDevice::NoError)
-        return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, file.errorString());
-    if (!line.nulls && bytes.contains('\0'))
+    if (!bytes)
+        return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, qt_error_string(errno));
+    if (!line.nulls && bytes->contains('\0'))
         return u"--files-from: %1 holds zero bytes; add -0"_s.arg(line.filesFrom);
-    for (const QByteArray &path : bytes.split(line.nulls ? '\0' : '\n')) {
+    for (const QByteArray &path : bytes->split(line.nulls ? '\0' : '\n')) {
         if (!path.isEmpty())
             line.paths.append(RawBytes::decoded(path));
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/PrintedRun.h"
 
+#include "cli/MinifyRun.h"
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
 #include "engine/OutputClaims.h"
@@ -14,6 +15,8 @@
 #include "settings/SettingsStore.h"
 
 #include <QFile>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -127,6 +130,13 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
         }
     }
     return TerminalText::print(stdout, text);
+}
+
+int statusOfPrinting(bool isPrinted)
+{
+    if (!isPrinted)
+        TerminalText::printError(u"standard output cannot be written: %1"_s.arg(qt_error_string(errno)));
+    return isPrinted ? AllDone : SomeFailed;
 }
 
 } // namespace brevant

@@ -29,4 +29,7 @@ using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>
 /// Prints the commands of a run as a shell script. False, with errno set, on failure.
 [[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
 
+/// The exit status of what only prints. Says so where that has failed, with errno set.
+[[nodiscard]] int statusOfPrinting(bool isPrinted);
+
 } // namespace brevant

@@ -30,18 +30,46 @@ void stopOnSignal(Stop stop, int number)
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
 }
 
+void stopAtOnce(Stop, int number)
+{
+    if (stopSignal == 0)
+        stopSignal = number;
+    stopRequested = Stop::AtOnce;
+}
+
+template <typename Set>
+void setForAll(Set set)
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) // nohup(1)
+            set(number);
+    }
+}
+
+void catchAll(StopHandler handler)
+{
+    setForAll([handler](int number) { catchStopSignal(number, handler); });
+    // A reader that goes away must not end a run between two files.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 } // namespace
 
 void catchStopSignals(bool severalFiles)
 {
     isForSeveralFiles = severalFiles;
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) // nohup(1)
-            catchStopSignal(number, stopOnSignal);
-    }
-    // A reader that goes away must not end a run between two files.
-    std::signal(SIGPIPE, SIG_IGN);
+    catchAll(stopOnSignal);
+}
+
+StopSignalsEndWork::StopSignalsEndWork()
+{
+    catchAll(stopAtOnce);
+}
+
+StopSignalsEndWork::~StopSignalsEndWork()
+{
+    setForAll([](int number) { std::signal(number, SIG_DFL); });
 }
 
 } // namespace brevant

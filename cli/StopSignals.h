@@ -4,6 +4,8 @@
 
 #include "engine/MinifyJob.h"
 
+#include <QtGlobal>
+
 #include <atomic>
 
 namespace brevant {
@@ -17,5 +19,14 @@ extern std::atomic<int> stopSignal;
 /// Takes SIGINT, SIGTERM and SIGHUP as requests from here on, but for those that are ignored, as under
 /// nohup(1). What it says depends on whether several files are worked on at once. Ignores SIGPIPE.
 void catchStopSignals(bool severalFiles);
+
+/// While this lives, the first of them ends the work on the file too, without a word. After that they end the
+/// program as ever.
+class StopSignalsEndWork final {
+public:
+    StopSignalsEndWork();
+    ~StopSignalsEndWork();
+    Q_DISABLE_COPY_MOVE(StopSignalsEndWork)
+};
 
 } // namespace brevant

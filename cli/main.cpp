@@ -7,6 +7,7 @@
 #include "cli/PathList.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
+#include "cli/StandardInput.h"
 #include "cli/TerminalText.h"
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
@@ -18,7 +19,6 @@
 
 #include <QLocale>
 
-#include <cerrno>
 #include <clocale>
 #include <csignal>
 
@@ -39,14 +39,6 @@ int wrongUsage(const QString &error)
 int statusOf(bool isAllDone)
 {
     return isAllDone ? AllDone : SomeFailed;
-}
-
-/// The exit status of what only prints.
-int statusOfPrinting(bool printed)
-{
-    if (!printed)
-        printError(u"standard output cannot be written: %1"_s.arg(qt_error_string(errno)));
-    return statusOf(printed);
 }
 
 /// Carries out the action on the files in the queue.
@@ -83,6 +75,9 @@ int run(CommandLine line, const Tools &tools)
 
     if (!line.also.isEmpty()) // whatever the settings file says during the run
         settings.setOverride(u"modern"_s, compressorsKeyString);
+
+    if (line.action == CommandLine::Action::MinifyText)
+        return minifyStandardInput(line, tools, settings);
 
     FileQueue queue;
     Listing listing(queue, settings, line);

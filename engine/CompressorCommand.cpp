@@ -8,6 +8,8 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QDir>
+
 #include <algorithm>
 
 namespace brevant {
@@ -112,6 +114,15 @@ bool isDangerousPattern(const QString &entry, const QString &output)
     // "." is a pattern too, but in nearly every path; the entry is kept safe in that case.
     return holdsAny(QStringView(output).first(colon), u"\\^$|?*+()[]{}") ||
            holdsAny(QStringView(output).sliced(colon), u"$\\");
+}
+
+QString temporaryFolderForOutputs()
+{
+    const QString path = QDir::tempPath(); // empty for a TMPDIR that is not there
+    const bool isPlain = path.startsWith(u'/') && std::ranges::all_of(path, [](QChar sign) {
+                             return sign < QChar(u'\x7f') && sign != u':';
+                         });
+    return PathString::join(isPlain ? path : u"/tmp"_s, u"brevant-XXXXXX");
 }
 
 std::array<GzipStep, 4> gzipSteps(const std::optional<QString> &output)

@@ -58,6 +58,10 @@ private:
 /// Whether it does so and either part holds special characters, so that the output may be any file.
 [[nodiscard]] bool isDangerousPattern(const QString &entry, const QString &output);
 
+/// What to call a temporary folder for outputs, for QTemporaryDir: not where YUI Compressor would take their
+/// paths for patterns, nor where Java cannot open them in the locale C.
+[[nodiscard]] QString temporaryFolderForOutputs();
+
 /// One child process of the gzip copy: program and arguments.
 using GzipStep = std::pair<QString, QStringList>;
 

@@ -86,6 +86,25 @@ std::optional<QByteArray> readAll(int file)
     }
 }
 
+std::optional<QByteArray> readStream(int file, qint64 most)
+{
+    QByteArray bytes;
+    QByteArray chunk(chunkSize, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t got =
+            uninterrupted([&] { return ::read(file, chunk.data(), static_cast<std::size_t>(chunkSize)); });
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            return bytes;
+        bytes.append(chunk.constData(), got);
+        if (bytes.size() > most) {
+            errno = EFBIG;
+            return std::nullopt;
+        }
+    }
+}
+
 std::optional<QByteArray> readAll(const QByteArray &path)
 {
     const Descriptor file = openRegularFile(path);

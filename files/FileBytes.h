@@ -10,7 +10,7 @@
 #include <sys/types.h>
 
 /// Reading, writing, copying and hashing open files. Failures set errno; file positions are neither used nor
-/// moved.
+/// moved, but by readStream().
 namespace brevant::FileBytes {
 
 /// Writes all of `bytes` at `offset`; false on failure.
@@ -25,6 +25,10 @@ constexpr qint64 longestText = 1'000'000'000;
 
 /// The whole content of an open file; nothing on failure, with EFBIG if it is too long.
 [[nodiscard]] std::optional<QByteArray> readAll(int file);
+
+/// What is read from a pipe, a terminal or a file until it ends, from where it is on, up to `most` bytes;
+/// nothing on failure, with EFBIG if there is more.
+[[nodiscard]] std::optional<QByteArray> readStream(int file, qint64 most);
 
 /// The whole content of the regular file `path`; nothing on failure.
 [[nodiscard]] std::optional<QByteArray> readAll(const QByteArray &path);

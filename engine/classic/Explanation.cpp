@@ -9,7 +9,6 @@
 #include "files/PathString.h"
 #include "queue/FileKind.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -29,13 +28,6 @@ qsizetype placeOfOutput(const QStringList &arguments)
             return i + 1;
     }
     return -1;
-}
-
-/// Not where YUI Compressor would take the path of its output for a pattern.
-QString temporaryFolder()
-{
-    const QString path = QDir::tempPath();
-    return PathString::join(path.contains(u':') ? u"/tmp"_s : path, u"brevant-XXXXXX");
 }
 
 std::optional<QByteArray> readSource(const QString &entry, const Tools &tools)
@@ -86,7 +78,7 @@ Explanation explainFailure(const QStringList &arguments, const Tools &tools, con
     const std::optional<QByteArray> source = readSource(entry, tools);
     if (!source)
         return saying(Kind::Error, u"the source cannot be read"_s);
-    const QTemporaryDir folder(temporaryFolder());
+    const QTemporaryDir folder(temporaryFolderForOutputs());
     if (!folder.isValid())
         return saying(Kind::Error, folder.errorString());
     Filter filter{tools.java, arguments, tools.folder};

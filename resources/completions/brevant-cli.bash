@@ -52,13 +52,14 @@ _brevant_cli() {
         mapfile -t COMPREPLY < <(compgen -P "$before" -W '@BREVANT_EXTRA_KINDS@' -- "${cur##*,}")
         ;;
     --suffix) mapfile -t COMPREPLY < <(compgen -W '.min -min' -- "$cur") ;;
+    --stdin) mapfile -t COMPREPLY < <(compgen -W '@BREVANT_KINDS_WORDS@ @BREVANT_EXTRA_KINDS@' -- "$cur") ;;
     --compressors) mapfile -t COMPREPLY < <(compgen -W 'classic modern' -- "$cur") ;;
     --jobs) mapfile -t COMPREPLY < <(compgen -W "$(seq "$(nproc)")" -- "$cur") ;;
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0
-                    --suffix --gzip --brotli --source-maps --compressors --dry-run
+                    --suffix --gzip --brotli --source-maps --stdin --compressors --dry-run
                     --set --settings --jobs --timeout --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")
         else

@@ -31,6 +31,7 @@ complete -c brevant-cli -l suffix -x -a '.min -min' -d 'Put a text before the ex
 complete -c brevant-cli -l gzip -d 'Make gzip copies too'
 complete -c brevant-cli -l brotli -d 'Make Brotli copies too'
 complete -c brevant-cli -l source-maps -d 'Make source maps too'
+complete -c brevant-cli -l stdin -x -a '@BREVANT_KINDS_WORDS@ @BREVANT_EXTRA_KINDS@' -d 'Minify standard input'
 complete -c brevant-cli -l compressors -x -a 'classic modern' -d 'Use that family of compressors'
 complete -c brevant-cli -l jobs -x -a '(seq (nproc))' -d 'Run up to so many compressors at once'
 complete -c brevant-cli -l timeout -x -a '10 60 600' -d 'End a compressor that works longer on a file'

@@ -188,6 +188,19 @@ private Q_SLOTS:
             << u"--suffix needs a text; --set suffixSwitcherKeyString=false is for none"_s;
         QTest::newRow("unknown compressors") << QStringList{u"--compressors=yui"_s, u"a"_s}
                                              << u"--compressors takes classic or modern, not \"yui\""_s;
+        QTest::newRow("a text and a list")
+            << QStringList{u"--stdin=css"_s, u"--list"_s} << u"--stdin and --list cannot be used together"_s;
+        for (const QString &option :
+             {u"--exclude=a"_s, u"--files-from=-"_s, u"--gzip"_s, u"--source-maps"_s, u"--suffix=-m"_s,
+              u"--jobs=2"_s, u"--check"_s, u"--report=-"_s, u"--also=svg"_s})
+            QTest::addRow("a text and %s", qPrintable(option))
+                << QStringList{u"--stdin"_s, u"css"_s, option}
+                << u"--stdin and %1 cannot be used together"_s.arg(option.section(u'=', 0, 0));
+        QTest::newRow("a text and a path") << QStringList{u"--stdin"_s, u"css"_s, u"a.css"_s}
+                                           << u"--stdin reads standard input; leave out a.css, or --stdin"_s;
+        QTest::newRow("a text of no kind")
+            << QStringList{u"--stdin="_s}
+            << u"--stdin takes one of css, js, html, phtml, php, mjs, cjs, htm, svg, not \"\""_s;
         QTest::newRow("empty report file")
             << QStringList{u"--report="_s, u"a"_s} << u"--report needs the name of a file"_s;
     }
