@@ -129,7 +129,7 @@ void WindowRun::entryStarted(const EntryStart &start)
     onMainThread([&app = m_app, run = m_run, isInWindow = m_isInWindow, start] {
         BVTableView &filesTable = *app.window.ui().filesTable;
         app.desktopReport.setProgress(run, start.index, start.count);
-        app.results.runs.startFile(run, start.path, start.count);
+        app.results.gather([&app, run, start] { app.results.runs.startFile(run, start.path, start.count); });
         if (!isInWindow)
             return;
         app.window.setStatusText(start.status);
@@ -143,8 +143,9 @@ void WindowRun::entryEnded(const EntryResult &result)
     ++m_done;
     if (const QStringList sentences = sentencesAbout(result); !sentences.isEmpty())
         onMainThread([&news = m_app.desktopReport, sentences] { news.tell(sentences); });
-    onMainThread(
-        [&app = m_app, run = m_run, row = ResultRow(result)] { app.results.runs.endFile(run, row); });
+    onMainThread([&app = m_app, run = m_run, row = ResultRow(result)] {
+        app.results.gather([&app, run, row] { app.results.runs.endFile(run, row); });
+    });
     if (!result.isMinified())
         return;
     const QString output = result.output.value_or(QString());
@@ -172,6 +173,7 @@ void WindowRun::runEnded(RunEnd end, const QString &status)
                   status, isPlayed] {
         if (isInWindow)
             showEnd(app, end, status, isPlayed);
+        app.results.catchUp();
         app.results.runs.end(run, ending);
         app.desktopReport.runEnded(run, outcome);
     });

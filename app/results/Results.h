@@ -6,7 +6,11 @@
 #include "app/results/Restoring.h"
 #include "app/results/ResultRuns.h"
 
+#include <QTimer>
+
+#include <functional>
 #include <memory>
+#include <vector>
 
 class QHBoxLayout;
 class QLabel;
@@ -40,6 +44,13 @@ public:
     /// Takes the mark away, until the next run has ended.
     void hideMark();
 
+    /// Takes a step in `runs`, at once or within a second with all others that come meanwhile, so that what
+    /// shows them is laid out and drawn once for many files.
+    void gather(std::function<void()> step);
+
+    /// Takes all steps gathered.
+    void catchUp();
+
     /// What became of originals that were to be put back.
     void endRestoring(const std::vector<RestoreWish> &wishes, const std::vector<RestoredSource> &done);
 
@@ -60,6 +71,8 @@ private:
     QWidget &m_mainWindow;
     const SettingsStore &m_settings;
     Inquiry m_inquiry;
+    std::vector<std::function<void()>> m_steps; ///< gathered
+    QTimer m_nextSteps;
     QLabel *m_status = nullptr;
     QHBoxLayout *m_bar = nullptr;
     ResultMark *m_mark = nullptr; ///< a child of the bar

@@ -108,8 +108,9 @@ void ResultsWindow::connectAll()
     connect(&m_runs, &ResultRuns::added, this, &ResultsWindow::addRun);
     connect(&m_runs, &ResultRuns::ended, this, &ResultsWindow::endRun);
     const auto later = [this] {
+        // The rows of a run that goes on come together.
         if (!m_headTimer.isActive())
-            m_headTimer.start(headDelay);
+            m_headTimer.start(m_runs.isAnyRunning() ? std::chrono::milliseconds() : headDelay);
     };
     connect(&m_runs, &ResultRuns::rowAdded, this, later);
     connect(&m_runs, &ResultRuns::rowChanged, this, later);

@@ -39,6 +39,25 @@ private Q_SLOTS:
         QCOMPARE(last->reason, u"Java was not found at /nowhere/java."_s);
     }
 
+    void stepsAreTakenTogether()
+    {
+        Results &shown = m_app->results;
+        QStringList taken;
+        const auto gather = [&](const QString &name) {
+            shown.gather([&taken, name] { taken.append(name); });
+        };
+        gather(u"first"_s);
+        QCOMPARE(taken, QStringList(u"first"_s));
+        gather(u"second"_s);
+        gather(u"third"_s);
+        QCOMPARE(taken.size(), 1);
+        QTRY_COMPARE(taken, (QStringList{u"first"_s, u"second"_s, u"third"_s}));
+        gather(u"before it is shown"_s);
+        QCOMPARE(taken.size(), 3);
+        shown.show();
+        QCOMPARE(taken.size(), 4);
+    }
+
     void filesTakenOffTheListAreNoRows()
     {
         fill({"copy", "copy", "copy"});
