@@ -124,10 +124,13 @@ void SettingsFile::reload()
         reading.due = std::chrono::steady_clock::now() + m_saveTime;
         wakeWriter();
     }
-    if (reading.content == Content::Unreadable && m_reading.content != Content::Unreadable)
-        report(
-            u"the settings in %1 cannot be read; the defaults are used, and changes hold until the program "
-            "ends"_s.arg(m_path));
+    if (reading.content == Content::Unreadable) {
+        reading.values = m_reading.values;
+        if (m_reading.content != Content::Unreadable)
+            report(u"the settings in %1 cannot be read; %2, and changes hold until the program ends"_s.arg(
+                m_path,
+                reading.values.isEmpty() ? u"the defaults are used"_s : u"those read before stay in use"_s));
+    }
     m_reading = std::move(reading);
 }
 

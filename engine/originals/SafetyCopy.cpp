@@ -48,6 +48,15 @@ QString keepContent(const OriginalRecord &original, const PrivateFolder &folder)
     return folder.keep(source.number(), 0, status.st_size, original.path).value_or(QString());
 }
 
+/// Whether a file may be there that could be lost.
+bool mayBeFile(const QString &path)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return errno != ENOENT && errno != ENOTDIR;
+    return S_ISREG(status.st_mode);
+}
+
 const QString inTurn = u"another run is at work on it"_s;
 const QString stillLost = u"it was lost when a run was cut short, and cannot be put back now"_s;
 
@@ -65,7 +74,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
     m_file = file;
     if (danger == Danger::None || m_folders.isEmpty())
         return waitForOthers();
-    const bool isThere = QFileInfo(file).isFile();
+    const bool isThere = mayBeFile(file);
     QString error;
     while (openFolder(isThere, error)) {
         if (!takeTurn(*m_folder))
@@ -96,8 +105,7 @@ QString SafetyCopy::make(const QString &file, Danger danger)
 /// Why the source is not held; empty if there is no file that could be lost.
 QString SafetyCopy::whyNotHeld(int error) const
 {
-    const bool isNoFile =
-        error == ENOENT || error == ENOTDIR || (error == EINVAL && !QFileInfo(m_file).isFile());
+    const bool isNoFile = error == ENOENT || error == ENOTDIR || (error == EINVAL && !mayBeFile(m_file));
     return isNoFile && !m_source.file.isOpen() ? QString() : noCopy(qt_error_string(error));
 }
 

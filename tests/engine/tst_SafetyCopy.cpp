@@ -154,6 +154,14 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path(u"state"_s)));
     }
 
+    /// Without a folder for copies so far.
+    void aSourceThatCannotBeAskedFor()
+    {
+        const QString loop = path(u"site/loop.css"_s);
+        QVERIFY(QFile::link(u"loop.css"_s, loop));
+        QCOMPARE(run(loop, loop).outcome, Outcome::NotSafe);
+    }
+
     void theFolderIsPrivate()
     {
         const QString source = add(u"a.css"_s, "copy");

@@ -216,6 +216,21 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(badPath()));
     }
 
+    void fileThatCannotBeReadAnyMore()
+    {
+        QVERIFY(writeFile(m_path, R"({"suffixKeyString": "-x"})"));
+        const CapturedStandardError standardError;
+        const auto store = makeStore();
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(u"-x"_s));
+        QVERIFY(QFile::remove(m_path) && QDir().mkdir(m_path));
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(u"-x"_s));
+        QCOMPARE(standardError.lineCount(), 1);
+        QVERIFY(QDir().rmdir(m_path) && writeFile(m_path, R"({"suffixKeyString": "-y"})"));
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(u"-y"_s));
+        QVERIFY(QFile::remove(m_path));
+        QCOMPARE(store->stringForKey(suffixKeyString), std::optional(u".min"_s));
+    }
+
     void fileThatMayNotBeRead()
     {
         m_folder.reset();
