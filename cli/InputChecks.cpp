@@ -109,7 +109,7 @@ QString settingsError(const CommandLine &line, const SettingsStore &settings)
                                                                            selectedFolderKeyString);
 }
 
-QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const SettingsStore &settings)
+QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const EntrySettings &settings)
 {
     if (line.reportFile.isEmpty() || isReportPrinted(line))
         return {};

@@ -6,6 +6,7 @@
 
 namespace brevant {
 
+class EntrySettings;
 class FileQueue;
 class SettingsStore;
 struct CommandLine;
@@ -25,7 +26,7 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line);
 
 /// Says which file of the run the report would overwrite; empty if none.
 [[nodiscard]] QString reportPlaceError(const CommandLine &line, const FileQueue &queue,
-                                       const SettingsStore &settings);
+                                       const EntrySettings &settings);
 
 /// In words, for standard error.
 [[nodiscard]] QString reportError(const CommandLine &line, const QString &reason);

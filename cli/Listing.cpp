@@ -11,7 +11,6 @@
 #include "queue/FileQueue.h"
 #include "queue/OutputPath.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QStringBuilder>
@@ -25,22 +24,37 @@ namespace brevant {
 
 namespace {
 
+/// The suffix of outputs beside their sources; empty if there are none.
+struct SuffixBeside {
+    explicit SuffixBeside(const SettingsStore &settings)
+    {
+        if (settings.isTrue(suffixSwitcherKeyString) && settings.isTrue(sameFolderKeyString))
+            text = settings.stringForKey(suffixKeyString).value_or(QString());
+    }
+
+    QString text;
+};
+
 /// Those of `files` that are outputs of others among them, by the settings.
-QSet<QString> outputsAmong(const QStringList &files, const SettingsStore &settings)
+QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settings)
 {
-    const QString suffix = settings.stringForKey(suffixKeyString).value_or(QString());
-    if (suffix.isEmpty() || !settings.isTrue(suffixSwitcherKeyString) ||
-        !settings.isTrue(sameFolderKeyString))
-        return {};
-    QSet<QStringView> sourceStems; // of files named like outputs
+    BySettings<SuffixBeside> suffixes(settings);
+    QStringList used;
     for (const QString &file : files) {
-        if (const QStringView stem = PathString::stem(file); stem.endsWith(suffix))
-            sourceStems.insert(stem.chopped(suffix.size()));
+        if (const QString &suffix = suffixes.of(file).text; !suffix.isEmpty() && !used.contains(suffix))
+            used.append(suffix);
+    }
+    QSet<QStringView> sourceStems; // of files named like outputs
+    for (const QString &file : used.isEmpty() ? QStringList() : files) {
+        for (const QString &suffix : used) {
+            if (const QStringView stem = PathString::stem(file); stem.endsWith(suffix))
+                sourceStems.insert(stem.chopped(suffix.size()));
+        }
     }
     OutputPath outputPath(settings, OutputPath::Reading::Once);
     QSet<QString> outputs;
     for (const QString &file : sourceStems.isEmpty() ? QStringList() : files) {
-        if (sourceStems.contains(PathString::stem(file)))
+        if (sourceStems.contains(PathString::stem(file)) && !suffixes.of(file).text.isEmpty())
             outputs.insert(outputPath.next(file).value_or(QString()));
     }
     return outputs;
@@ -58,9 +72,9 @@ void sortByBytes(std::vector<QString> &files)
 
 } // namespace
 
-Listing::Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line)
-    : m_queue(queue), m_settings(settings), m_line(line), m_kinds(settings, line.also),
-      m_rules(line, settings)
+Listing::Listing(FileQueue &queue, const EntrySettings &settings, const CommandLine &line)
+    : m_queue(queue), m_settings(settings), m_line(line), m_kinds(settings.common(), line.also),
+      m_rules(line, settings.common())
 {
 }
 
@@ -173,12 +187,12 @@ QString Listing::whyNothingIsListed() const
         return u"Nothing to minify: the other parts hold all files.\n"_s;
     QStringList reasons;
     const auto off = [&](QLatin1StringView key, const QString &kinds) {
-        if (!m_settings.boolForKey(key))
+        if (!m_settings.common().boolForKey(key))
             reasons.append(u"%1 files are off (%2)"_s.arg(kinds, key));
     };
     off(enableHTMLCheckerKeyString, u"HTML"_s);
     off(enablePHPCheckerKeyString, u"PHP and PHTML"_s);
-    if (m_settings.boolForKey(filterCheckerKeyString))
+    if (m_settings.common().boolForKey(filterCheckerKeyString))
         reasons.append(u"files named .min are skipped (%1)"_s.arg(filterCheckerKeyString));
     reasons += m_rules.reasons();
     const QString text = u"Nothing to minify: no file of a kind that is on was found"_s;

@@ -5,6 +5,7 @@
 #include "cli/PathRules.h"
 #include "queue/FileKind.h"
 #include "queue/FolderWalk.h"
+#include "settings/EntrySettings.h"
 
 #include <QSet>
 #include <QString>
@@ -15,7 +16,6 @@
 namespace brevant {
 
 class FileQueue;
-class SettingsStore;
 struct CommandLine;
 
 /// Fills a queue from the paths of a command line: with what addTopLevelPath() would add, except for folders,
@@ -23,7 +23,7 @@ struct CommandLine;
 /// rules of the command line leave out.
 class Listing final {
 public:
-    Listing(FileQueue &queue, const SettingsStore &settings, const CommandLine &line);
+    Listing(FileQueue &queue, const EntrySettings &settings, const CommandLine &line);
 
     /// Fills the queue. The paths themselves are never passed over as outputs. Returns why that is not
     /// possible, in words; empty if it is.
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] QString whyNothingIsListed() const;
 
     FileQueue &m_queue;
-    const SettingsStore &m_settings;
+    const EntrySettings m_settings;
     const CommandLine &m_line;
     const AcceptedKinds m_kinds;
     PathRules m_rules;

@@ -13,19 +13,19 @@
 #include "engine/Tools.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QThread>
+
+#include <algorithm>
 
 #include <unistd.h>
 
 namespace brevant {
 
-MinifyRun::MinifyRun(const CommandLine &line, const Tools &tools, const SettingsStore &settings,
+MinifyRun::MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
                      const ReportOutput &output)
-    : m_line(line), m_tools(tools), m_settings(settings), m_output(output),
-      m_encoding(textEncodingNamed(settings.stringForKey(selectedEncodingKeyString)))
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output)
 {
 }
 
@@ -33,7 +33,7 @@ int MinifyRun::run(const FileQueue &queue) const
 {
     if (queue.isEmpty())
         return writeReport(RunReport({}).toReport()) ? AllDone : SomeFailed;
-    const QString missing = m_tools.missing(m_settings);
+    const QString missing = missingTools(m_settings.of(queue.entries()));
     if (missing.isEmpty())
         return minify(queue);
     TerminalText::printError(missing);
@@ -41,6 +41,16 @@ int MinifyRun::run(const FileQueue &queue) const
     report.runEnded(RunEnd::JavaNotStarted, missing);
     static_cast<void>(writeReport(report.toReport()));
     return NoTools;
+}
+
+/// What is missing for work by some of the settings; empty if nothing is.
+QString MinifyRun::missingTools(const std::vector<const SettingsStore *> &stores) const
+{
+    for (const SettingsStore *const store : stores) {
+        if (QString missing = m_tools.missing(*store); !missing.isEmpty())
+            return missing;
+    }
+    return {};
 }
 
 int MinifyRun::minify(const FileQueue &queue) const
@@ -60,7 +70,10 @@ int MinifyRun::minify(const FileQueue &queue) const
 
 RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
 {
-    const int suited = isModernChosen(m_settings) ? QThread::idealThreadCount() : 1;
+    const auto stores = m_settings.of(queue.entries());
+    const bool isAnyModern =
+        std::ranges::any_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); });
+    const int suited = isAnyModern ? QThread::idealThreadCount() : 1;
     const int jobs = m_line.jobs > 0 ? m_line.jobs : suited;
     catchStopSignals(jobs > 1);
     ResultChecks checks(m_settings);
@@ -87,7 +100,7 @@ void MinifyRun::print(RunReport &report, RunEnd end) const
     else if (end == RunEnd::JavaNotStarted)
         TerminalText::printError(report.failure());
     const Colours colours = Colours::of(STDERR_FILENO);
-    const QString places = m_line.quiet ? QString() : report.failurePlaces(m_encoding, colours);
+    const QString places = m_line.quiet ? QString() : report.failurePlaces(encodingsBy(m_settings), colours);
     TerminalText::print(stderr,
                         report.notes() + places + report.failures(colours) + report.warnings(colours));
 }
@@ -98,7 +111,7 @@ bool MinifyRun::writeReport(Report report) const
     if (!m_output.isWanted())
         return true;
     report.folder = QDir::currentPath();
-    report.encoding = m_encoding;
+    report.encodingOf = encodingsBy(m_settings);
     const QString error = m_output.write(report);
     if (!error.isEmpty())
         TerminalText::printError(reportError(m_line, error));

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "engine/MinifyJob.h"
-#include "engine/TextCodec.h"
 
 namespace brevant {
 
@@ -18,13 +17,14 @@ enum ExitStatus { AllDone = 0, SomeFailed = 1, WrongUsage = 2, NoTools = 3 };
 /// Minifies queues as a command line asks for it, prints what becomes of them and writes their reports.
 class MinifyRun final {
 public:
-    MinifyRun(const CommandLine &line, const Tools &tools, const SettingsStore &settings,
+    MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
               const ReportOutput &output);
 
     /// Minifies the files in a queue. Returns the exit status.
     [[nodiscard]] int run(const FileQueue &queue) const;
 
 private:
+    [[nodiscard]] QString missingTools(const std::vector<const SettingsStore *> &stores) const;
     [[nodiscard]] int minify(const FileQueue &queue) const;
     [[nodiscard]] RunEnd minifyWith(RunReport &report, const FileQueue &queue) const;
     void print(RunReport &report, RunEnd end) const;
@@ -32,9 +32,8 @@ private:
 
     const CommandLine &m_line;
     const Tools &m_tools;
-    const SettingsStore &m_settings;
+    const EntrySettings m_settings;
     const ReportOutput &m_output;
-    const TextEncoding m_encoding; ///< of the sources
 };
 
 } // namespace brevant

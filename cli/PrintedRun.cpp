@@ -16,6 +16,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 
 using namespace Qt::StringLiterals;
@@ -27,15 +28,19 @@ QString notUtf8()
     return u"its path is not valid UTF-8 and cannot be handed to a compressor"_s;
 }
 
-Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings)
+Refusal refusalFor(const std::vector<QString> &sources, const EntrySettings &settings)
 {
-    return [&settings, command = CompressorCommand(settings), claims = OutputClaims(sources)](
+    return [commands = BySettings<CompressorCommand>(settings), claims = OutputClaims(sources)](
                const QString &source, const std::optional<QString> &output) mutable {
         if (RawBytes::areIn(source))
             return notUtf8();
         if (!output)
             return u"%1 is neither true nor false"_s.arg(suffixSwitcherKeyString);
-        const bool isModern = isModernChosen(settings); // which says itself what is wrong with its switches
+        const CompressorCommand &command = commands.of(source);
+        // Which says itself what is wrong with its switches.
+        const bool isModern = isModernChosen(command.settings());
+        if (!isModern && !kindOf(source))
+            return u"the classic compressors take no files of its kind"_s;
         if (!isModern && command.arguments(source, output).isEmpty())
             return u"a switch of its compressor is neither true nor false"_s;
         if (!isModern && isTakenForPattern(source, *output))
@@ -44,7 +49,7 @@ Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &set
     };
 }
 
-EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings)
+EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const EntrySettings &settings)
 {
     OutputPath outputPath(settings, OutputPath::Reading::Once);
     EntriesWithOutputs pairs;
@@ -62,7 +67,7 @@ static void appendPrintable(QByteArray &text, const QString &path)
     text += outside == 0 ? path.toLatin1() : printable(path).toUtf8();
 }
 
-bool printList(const FileQueue &queue, const SettingsStore &settings, bool forPrograms)
+bool printList(const FileQueue &queue, const EntrySettings &settings, bool forPrograms)
 {
     QByteArray text;
     OutputPath outputPath(settings, OutputPath::Reading::Once);
@@ -98,23 +103,24 @@ static QByteArray sourceBytes(const QString &source)
     return FileBytes::readAll(QFile::encodeName(source)).value_or(QByteArray());
 }
 
-bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools)
+bool printCommands(const FileQueue &queue, const EntrySettings &settings, const Tools &tools)
 {
     QString text;
     const auto add = [&text](const QString &program, const QStringList &arguments) {
         text += TerminalText::commandLine(program, arguments) + u'\n';
     };
-    const bool isModern = isModernChosen(settings);
-    if (!isModern)
+    const auto stores = settings.of(queue.entries());
+    if (!std::ranges::all_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); }))
         add(u"cd"_s, {tools.folder});
-    const CompressorCommand command(settings);
+    BySettings<CompressorCommand> commands(settings);
     const Refusal refusal = refusalFor(queue.entries(), settings);
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
             text += printable(u"# %1: not minified: %2"_s.arg(entry, reason)) + u'\n';
             continue;
         }
-        if (isModern) {
+        const CompressorCommand &command = commands.of(entry);
+        if (isModernChosen(command.settings())) {
             const FileKind &kind = *anyKindOf(entry);
             const ModernOptions options = command.modernOptions(kind);
             text +=
@@ -124,7 +130,7 @@ bool printCommands(const FileQueue &queue, const SettingsStore &settings, const 
             continue;
         }
         add(tools.java, command.arguments(entry, output));
-        if (settings.boolForKey(gzipCheckerKeyString)) {
+        if (command.settings().boolForKey(gzipCheckerKeyString)) {
             for (const auto &[program, arguments] : gzipSteps(output))
                 add(program, arguments);
         }

@@ -16,18 +16,18 @@ namespace brevant {
 [[nodiscard]] QString notUtf8();
 
 /// What a run in the terminal refuses to do. Asked for each entry, in the order of the queue.
-[[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const SettingsStore &settings);
+[[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const EntrySettings &settings);
 
 /// Each entry with the output that a run would give it.
 using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>>>;
-[[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const SettingsStore &settings);
+[[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const EntrySettings &settings);
 
 /// Prints the path of each entry and of its output, except for entries that hold RawBytes; or, `forPrograms`,
 /// that of the entry alone, as it is, and a zero byte. False, with errno set, on failure.
-[[nodiscard]] bool printList(const FileQueue &queue, const SettingsStore &settings, bool forPrograms = false);
+[[nodiscard]] bool printList(const FileQueue &queue, const EntrySettings &settings, bool forPrograms = false);
 
 /// Prints the commands of a run as a shell script. False, with errno set, on failure.
-[[nodiscard]] bool printCommands(const FileQueue &queue, const SettingsStore &settings, const Tools &tools);
+[[nodiscard]] bool printCommands(const FileQueue &queue, const EntrySettings &settings, const Tools &tools);
 
 /// The exit status of what only prints. Says so where that has failed, with errno set.
 [[nodiscard]] int statusOfPrinting(bool isPrinted);

@@ -7,7 +7,6 @@
 #include "files/FileBytes.h"
 #include "files/Folders.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 
 #include <QFile>
 
@@ -15,7 +14,7 @@ namespace brevant {
 
 void ResultChecks::entryTaken(const QString &entry, const std::optional<QString> &output)
 {
-    if (isModernChosen(m_settings))
+    if (isModernChosen(m_settings.of(entry)))
         return;
     const std::optional<QString> file = output ? FileMarks::ofFile(*output) : std::nullopt;
     const bool isReplaced = file && file == FileMarks::ofFile(entry);
@@ -29,7 +28,8 @@ std::optional<CheckedFile> ResultChecks::entryEnded(const EntryResult &result)
     const std::optional<QByteArray> source = m_taken.take(result.source);
     if (!result.isMinified() || !result.output)
         return std::nullopt;
-    const TextEncoding encoding = textEncodingNamed(m_settings.stringForKey(selectedEncodingKeyString));
+    const SettingsStore &settings = m_settings.of(result.source);
+    const TextEncoding encoding = textEncodingNamed(settings.stringForKey(selectedEncodingKeyString));
     return checkFile(result.source, *result.output, encoding, source);
 }
 

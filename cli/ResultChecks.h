@@ -3,18 +3,18 @@
 #pragma once
 
 #include "engine/check/ResultCheck.h"
+#include "settings/EntrySettings.h"
 
 #include <QHash>
 
 namespace brevant {
 
-class SettingsStore;
 struct EntryResult;
 
 /// Checks the results of the classic compressors as the files of a run end. One call at a time.
 class ResultChecks final {
 public:
-    explicit ResultChecks(const SettingsStore &settings) : m_settings(settings) {}
+    explicit ResultChecks(const EntrySettings &settings) : m_settings(settings) {}
 
     /// To be called before work on an entry begins: a source that is to be replaced is read now.
     void entryTaken(const QString &entry, const std::optional<QString> &output);
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] std::optional<CheckedFile> entryEnded(const EntryResult &result);
 
 private:
-    const SettingsStore &m_settings;
+    const EntrySettings m_settings;
     /// The entries that classic compressors work on; with the content of sources to be replaced.
     QHash<QString, std::optional<QByteArray>> m_taken;
 };

@@ -202,7 +202,7 @@ QString RunReport::remarkable() const
     return text;
 }
 
-QString RunReport::failurePlaces(TextEncoding encoding, const Colours &colours) const
+QString RunReport::failurePlaces(const EncodingOf &encodingOf, const Colours &colours) const
 {
     QString text;
     qsizetype left = mostPlaces;
@@ -212,7 +212,7 @@ QString RunReport::failurePlaces(TextEncoding encoding, const Colours &colours) 
             return message.kind == CompressorMessage::Kind::Error && message.line > 0;
         });
         if (!result.isMinified() && place != messages.end() && left-- > 0)
-            text += placeText(result.source, *place, encoding, colours);
+            text += placeText(result.source, *place, encodingOf(result.source), colours);
     }
     return text;
 }

@@ -52,7 +52,7 @@ public:
     [[nodiscard]] QString summary(const Colours &colours = {}) const;
 
     /// Where in their sources files failed, as far as is known, with the line; of the first `mostPlaces`.
-    [[nodiscard]] QString failurePlaces(TextEncoding encoding, const Colours &colours = {}) const;
+    [[nodiscard]] QString failurePlaces(const EncodingOf &encodingOf, const Colours &colours = {}) const;
     static constexpr qsizetype mostPlaces = 10;
 
     /// One line for each file that was not minified.

@@ -88,8 +88,7 @@ QString messagesOf(const RunReport &report, const CommandLine &line, const Setti
                    const QByteArray &said)
 {
     const Colours colours = Colours::of(STDERR_FILENO);
-    const QString places =
-        report.failurePlaces(textEncodingNamed(settings.stringForKey(selectedEncodingKeyString)), colours);
+    const QString places = report.failurePlaces(encodingsBy(settings), colours);
     const QString failure =
         report.failure().isEmpty() ? QString() : u"brevant-cli: %1\n"_s.arg(report.failure());
     return report.notes() + (places.isEmpty() ? QString::fromUtf8(said) : places) + report.failures(colours) +

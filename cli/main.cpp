@@ -42,7 +42,7 @@ int statusOf(bool isAllDone)
 }
 
 /// Carries out the action on the files in the queue.
-int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const SettingsStore &settings,
+int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const EntrySettings &settings,
         const ReportOutput &output)
 {
     if (line.action == CommandLine::Action::Minify)

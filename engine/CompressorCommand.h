@@ -38,6 +38,8 @@ public:
         return ModernOptions::forKind(kind, m_settings, m_lineBreakColumn, m_encoding);
     }
 
+    [[nodiscard]] const SettingsStore &settings() const { return m_settings; }
+
     /// The character set of the sources and outputs of the run.
     [[nodiscard]] TextEncoding encoding() const { return textEncodingNamed(m_encoding); }
 

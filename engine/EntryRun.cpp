@@ -94,10 +94,10 @@ void makeGzipCopy(const std::optional<QString> &output, const std::atomic<Stop> 
     }
 }
 
-EntryRun::EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-                   const CompressorCommand &command, const std::atomic<Stop> &stop, KeptOriginals::Use *kept)
-    : m_queue(queue), m_settings(settings), m_tools(tools), m_command(command), m_stop(stop), m_kept(kept),
-      m_safetyCopy(tools.originals, stop), m_filters(stop)
+EntryRun::EntryRun(const FileQueue &queue, const Tools &tools, const std::atomic<Stop> &stop,
+                   KeptOriginals::Use *kept)
+    : m_queue(queue), m_tools(tools), m_stop(stop), m_kept(kept), m_safetyCopy(tools.originals, stop),
+      m_filters(stop)
 {
 }
 
@@ -132,9 +132,9 @@ bool EntryRun::isListed(const QString &path)
 }
 
 /// Where replaced sources are kept; null if they are not.
-KeptOriginals::Use *EntryRun::wantedKeeper() const
+KeptOriginals::Use *EntryRun::wantedKeeper(const EntryTask &task) const
 {
-    return m_settings.isTrue(keepOriginalsCheckerKeyString) ? m_kept : nullptr;
+    return task.command->settings().isTrue(keepOriginalsCheckerKeyString) ? m_kept : nullptr;
 }
 
 /// What the output means for source and list, whatever the compressor.
@@ -161,14 +161,15 @@ QString EntryRun::keepSafe(const QString &source, const std::optional<QString> &
 
 /// Modern compressors write no file, so that a source can be lost only where their output is meant to replace
 /// one, or is written into a file. One that is to be kept is copied as for the others.
-QString EntryRun::keepSafeFromModern(const QString &source, const QString &target, bool isInto,
-                                     const std::optional<QString> &outputAtStart)
+QString EntryRun::keepSafeFromModern(const EntryTask &task, bool isInto)
 {
-    const Danger danger = dangerOf(source, target, outputAtStart);
+    if (!task.output)
+        return m_safetyCopy.make(task.entry, Danger::None);
+    const Danger danger = dangerOf(task.entry, *task.output, task.outputAtStart);
     if (danger == Danger::AnotherEntry || (danger == Danger::None && isInto))
-        return m_safetyCopy.make(target, danger == Danger::None ? Danger::Output : danger);
-    const bool isCopyNeeded = isInto || wantedKeeper() != nullptr;
-    return m_safetyCopy.make(source,
+        return m_safetyCopy.make(*task.output, danger == Danger::None ? Danger::Output : danger);
+    const bool isCopyNeeded = isInto || wantedKeeper(task) != nullptr;
+    return m_safetyCopy.make(task.entry,
                              danger == Danger::Replaced && !isCopyNeeded ? Danger::Exchanged : danger);
 }
 
@@ -177,27 +178,27 @@ EntryResult EntryRun::runModern(const EntryTask &task, const FileKind &kind)
     QElapsedTimer timer;
     timer.start();
     const bool isInto = task.output && isWrittenInto(*task.output);
-    const QString error = task.output
-                              ? keepSafeFromModern(task.entry, *task.output, isInto, task.outputAtStart)
-                              : m_safetyCopy.make(task.entry, Danger::None);
+    const QString error = keepSafeFromModern(task, isInto);
     EntryResult result = resultWithoutRun(task.entry, task.output, EntryResult::Outcome::NotSafe, error);
     std::optional<QByteArray> written;
     if (error.isEmpty())
-        written = runModernEntry(kind, m_command.modernOptions(kind), m_tools, m_filters, isInto, result);
-    if (written && wantedKeeper())
+        written = runModernEntry(kind, task.command->modernOptions(kind), m_tools, m_filters, isInto, result);
+    if (written && wantedKeeper(task))
         result.written = QCryptographicHash::hash(*written, QCryptographicHash::Sha256);
-    m_safetyCopy.finish(result, false, wantedKeeper());
-    makeCompressedCopies(m_settings.boolForKey(gzipCheckerKeyString),
-                         m_settings.isTrue(brotliCheckerKeyString), written, m_stop, result);
+    m_safetyCopy.finish(result, false, wantedKeeper(task));
+    const SettingsStore &settings = task.command->settings();
+    makeCompressedCopies(settings.boolForKey(gzipCheckerKeyString), settings.isTrue(brotliCheckerKeyString),
+                         written, m_stop, result);
     result.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     return result;
 }
 
 std::optional<EntryResult> EntryRun::run(const EntryTask &task)
 {
-    const auto &[entry, output, outputAtStart, refusal] = task;
+    const auto &[entry, output, outputAtStart, refusal, command] = task;
+    const SettingsStore &settings = command->settings();
     const FileKind *const kind = anyKindOf(entry);
-    if (kind && isModernChosen(m_settings))
+    if (kind && isModernChosen(settings))
         return task.refusal.isEmpty()
                    ? runModern(task, *kind)
                    : resultWithoutRun(entry, output, EntryResult::Outcome::Refused, refusal);
@@ -215,22 +216,22 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     }
     EntryWatch watch(source, target);
 
-    java = childProcess(m_tools.java, m_tools.folder, m_command.arguments(entry, output));
+    java = childProcess(m_tools.java, m_tools.folder, command->arguments(entry, output));
     if (const auto inherited = m_safetyCopy.inherited(); !launch(*java))
         return std::nullopt;
     const bool isLate = waitUntilExit(*java, m_stop, m_timeout);
     watch.compressorEnded(*java);
-    const bool gzipWanted = m_settings.boolForKey(gzipCheckerKeyString);
+    const bool gzipWanted = settings.boolForKey(gzipCheckerKeyString);
     if (gzipWanted) {
         const auto inherited = m_safetyCopy.inherited();
         makeGzipCopy(output, m_stop);
     }
     EntryResult result = watch.finish(gzipWanted, static_cast<double>(timer.nsecsElapsed()) / 1e9);
     result.secondsAllowed = isLate ? static_cast<int>(m_timeout.count()) : 0;
-    m_safetyCopy.finish(result, gzipWanted, wantedKeeper());
-    makeCompressedCopies(false, m_settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
+    m_safetyCopy.finish(result, gzipWanted, wantedKeeper(task));
+    makeCompressedCopies(false, settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
     if (result.isMinified())
-        result.basis = watch.basisOfCheck(m_command.encoding());
+        result.basis = watch.basisOfCheck(command->encoding());
     else
         result.arguments = java->arguments();
     return result;

@@ -23,8 +23,9 @@ class SettingsStore;
 struct EntryTask {
     QString entry;
     std::optional<QString> output;
-    std::optional<QString> outputAtStart; ///< by the settings at the start of the run
-    QString refusal;                      ///< why it must not be run; empty if it may be
+    std::optional<QString> outputAtStart;       ///< by the settings at the start of the run
+    QString refusal;                            ///< why it must not be run; empty if it may be
+    const CompressorCommand *command = nullptr; ///< by the settings of the entry
 };
 
 /// Runs the gzip steps one after the other, even if some fail; a stop at once ends the sequence.
@@ -35,8 +36,7 @@ class EntryRun final {
 public:
     /// `queue`: where the entries are from. A stop at once ends the child that works on the entry. In `kept`
     /// go the sources that outputs replace, if the settings ask for it.
-    EntryRun(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
-             const CompressorCommand &command, const std::atomic<Stop> &stop,
+    EntryRun(const FileQueue &queue, const Tools &tools, const std::atomic<Stop> &stop,
              KeptOriginals::Use *kept = nullptr);
 
     /// From here on a compressor that works longer on a file is ended, with all its children; 0 for no limit
@@ -55,18 +55,15 @@ private:
     [[nodiscard]] QString keepSafe(const QString &source, const std::optional<QString> &target,
                                    const std::optional<QString> &outputAtStart);
 
-    [[nodiscard]] QString keepSafeFromModern(const QString &source, const QString &target, bool isInto,
-                                             const std::optional<QString> &outputAtStart);
+    [[nodiscard]] QString keepSafeFromModern(const EntryTask &task, bool isInto);
     [[nodiscard]] Danger dangerOf(const QString &source, const QString &target,
                                   const std::optional<QString> &outputAtStart);
     [[nodiscard]] bool isListed(const QString &path);
-    [[nodiscard]] KeptOriginals::Use *wantedKeeper() const;
+    [[nodiscard]] KeptOriginals::Use *wantedKeeper(const EntryTask &task) const;
     [[nodiscard]] EntryResult runModern(const EntryTask &task, const FileKind &kind);
 
     const FileQueue &m_queue;
-    const SettingsStore &m_settings;
     const Tools m_tools;
-    const CompressorCommand &m_command;
     const std::atomic<Stop> &m_stop;
     KeptOriginals::Use *const m_kept; ///< may be null
     SafetyCopy m_safetyCopy;

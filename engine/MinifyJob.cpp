@@ -14,7 +14,7 @@ namespace brevant {
 
 using namespace Qt::StringLiterals;
 
-MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
+MinifyJob::MinifyJob(const FileQueue &queue, const EntrySettings &settings, const Tools &tools,
                      RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal)
     : m_queue(queue), m_settings(settings), m_tools(tools), m_observer(observer), m_stop(stop),
       m_refusal(std::move(refusal)), m_outputPath(settings)
@@ -24,17 +24,17 @@ MinifyJob::MinifyJob(const FileQueue &queue, const SettingsStore &settings, cons
 RunEnd MinifyJob::run(int jobs, const RunLimits &limits)
 {
     m_limits = limits;
-    const CompressorCommand command(m_settings);
+    m_commands.emplace(m_settings);
     m_observer.runStarted();
     {
         std::vector<std::jthread> others;
         try {
             for (int i = 1; i < std::min(jobs, m_queue.count()); ++i)
-                others.emplace_back([this, &command] { work(command); });
+                others.emplace_back([this] { work(); });
         } catch (const std::system_error &) {
             // The threads that could be started do the work.
         }
-        work(command);
+        work();
     }
     if (m_end == RunEnd::Completed && m_stop == Stop::AtOnce)
         m_end = RunEnd::Stopped;
@@ -42,9 +42,9 @@ RunEnd MinifyJob::run(int jobs, const RunLimits &limits)
     return m_end;
 }
 
-void MinifyJob::work(const CompressorCommand &command)
+void MinifyJob::work()
 {
-    EntryRun entryRun(m_queue, m_settings, m_tools, command, m_stop, m_kept);
+    EntryRun entryRun(m_queue, m_tools, m_stop, m_kept);
     entryRun.setTimeout(m_limits.timeout);
     while (OpenEntry *const entry = takeNext()) {
         std::optional<EntryResult> result = entryRun.run(entry->task);
@@ -75,6 +75,7 @@ MinifyJob::OpenEntry *MinifyJob::takeNext()
     EntryTask &task = m_open.emplace_back().task;
     task.entry = *path;
     tellObserver(); // before the settings are read, so that a change meanwhile counts for this entry
+    task.command = &m_commands->of(*path);
     task.output = m_outputPath.next(*path);
     task.outputAtStart = m_outputPath.atStart();
     if (m_refusal)

@@ -65,7 +65,7 @@ using Refusal = std::function<QString(const QString &entry, const std::optional<
 class MinifyJob final {
 public:
     /// `refusal` is asked for one entry at a time, in the order of the queue.
-    MinifyJob(const FileQueue &queue, const SettingsStore &settings, const Tools &tools,
+    MinifyJob(const FileQueue &queue, const EntrySettings &settings, const Tools &tools,
               RunObserver &observer, const std::atomic<Stop> &stop, Refusal refusal = {});
 
     /// Sources that outputs replace go there, if the settings ask for it.
@@ -83,12 +83,12 @@ private:
         bool hasEnded = false; ///< without a result if Java could not be started
     };
 
-    void work(const CompressorCommand &command);
+    void work();
     [[nodiscard]] OpenEntry *takeNext();
     void tellObserver();
 
     const FileQueue &m_queue;
-    const SettingsStore &m_settings;
+    const EntrySettings m_settings;
     const Tools m_tools;
     RunObserver &m_observer;
     const std::atomic<Stop> &m_stop;
@@ -99,6 +99,7 @@ private:
 
     std::mutex m_mutex; ///< guards all below, the refusal and the calls to the observer
     OutputPath m_outputPath;
+    std::optional<BySettings<CompressorCommand>> m_commands; ///< since the start of the run
     std::deque<OpenEntry> m_open; ///< entries whose end the observer has not been told of yet
     int m_told = 0;               ///< entries before those
     RunEnd m_end = RunEnd::Completed;

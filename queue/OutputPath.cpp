@@ -5,22 +5,22 @@
 #include "files/PathString.h"
 #include "queue/FileKind.h"
 #include "settings/SettingsKeys.h"
-#include "settings/SettingsStore.h"
 
 #include <QStringBuilder>
 
 namespace brevant {
 
-void OutputPath::Naming::read(const SettingsStore &settings)
+OutputPath::Naming::Naming(const SettingsStore &settings)
+    : isModern(isModernChosen(settings)), suffixSwitch(settings.objectForKey(suffixSwitcherKeyString)),
+      sameFolder(settings.isTrue(sameFolderKeyString)),
+      suffix(settings.stringForKey(suffixKeyString).value_or(QString())),
+      folder(settings.stringForKey(selectedFolderKeyString).value_or(QString()))
 {
-    isModern = isModernChosen(settings);
-    suffixSwitch = settings.objectForKey(suffixSwitcherKeyString);
-    sameFolder = settings.isTrue(sameFolderKeyString);
-    suffix = settings.stringForKey(suffixKeyString).value_or(QString());
-    folder = settings.stringForKey(selectedFolderKeyString).value_or(QString());
 }
 
-void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> extension)
+/// `path`: that of the entry before.
+void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> extension,
+                              std::optional<QString> &path) const
 {
     if (!suffixSwitch.isBool())
         return;
@@ -34,24 +34,23 @@ void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> e
     path = before % stem % after % u'.' % *extension;
 }
 
-OutputPath::OutputPath(const SettingsStore &settings, Reading reading)
-    : m_settings(settings), m_reading(reading)
+OutputPath::OutputPath(const EntrySettings &settings, Reading reading)
+    : m_settings(settings), m_reading(reading), m_atStart(settings)
 {
-    m_atStart.read(settings);
-    m_now = m_atStart;
 }
 
 std::optional<QString> OutputPath::next(const QString &entry)
 {
-    if (m_reading == Reading::Anew)
-        m_now.read(m_settings);
-    const FileKind *const kind = m_now.isModern ? anyKindOf(entry) : kindOf(entry);
+    const Naming &atStart = m_atStart.of(entry);
+    const std::optional<Naming> now =
+        m_reading == Reading::Anew ? std::optional<Naming>(m_settings.of(entry)) : std::nullopt;
+    const FileKind *const kind = (now ? *now : atStart).isModern ? anyKindOf(entry) : kindOf(entry);
     if (kind)
         m_extension = kind->extension;
-    m_now.next(entry, m_extension);
-    if (m_reading == Reading::Anew)
-        m_atStart.next(entry, m_extension);
-    return m_now.path;
+    if (now)
+        atStart.next(entry, m_extension, m_pathAtStart);
+    (now ? *now : atStart).next(entry, m_extension, m_path);
+    return m_path;
 }
 
 } // namespace brevant

@@ -72,13 +72,14 @@ void SettingsStore::setOverride(const QJsonValue &value, QLatin1StringView key)
     m_overrides.insert(key, value);
 }
 
-std::unique_ptr<SettingsStore> SettingsStore::variant(const QJsonValue &value, QLatin1StringView key) const
+std::unique_ptr<SettingsStore> SettingsStore::variant(const QJsonObject &values) const
 {
     std::unique_ptr<SettingsStore> other(new SettingsStore(m_file)); // its constructor is not for others
     const std::lock_guard lock(m_mutex);
     other->m_defaults = m_defaults;
     other->m_overrides = m_overrides;
-    other->m_overrides.insert(key, value);
+    for (auto it = values.begin(); it != values.end(); ++it)
+        other->m_overrides.insert(it.key(), it.value());
     return other;
 }
 

@@ -42,9 +42,12 @@ public:
     /// A value that answers for `key` in this process only and is never written.
     void setOverride(const QJsonValue &value, QLatin1StringView key);
 
-    /// A store with the same values but this one, which is never written. It must not outlive this store.
-    [[nodiscard]] std::unique_ptr<SettingsStore> variant(const QJsonValue &value,
-                                                         QLatin1StringView key) const;
+    /// A store with the same values but these, which are never written. It must not outlive this store.
+    [[nodiscard]] std::unique_ptr<SettingsStore> variant(const QJsonObject &values) const;
+    [[nodiscard]] std::unique_ptr<SettingsStore> variant(const QJsonValue &value, QLatin1StringView key) const
+    {
+        return variant(QJsonObject{{key, value}});
+    }
 
     /// The value stored under `key`; undefined if there is none, not even a default.
     [[nodiscard]] QJsonValue objectForKey(QLatin1StringView key) const;

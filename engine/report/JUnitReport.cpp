@@ -47,7 +47,7 @@ QString lineFor(const Report &report, const ResultRow &row, const Fault &fault)
     if (fault.column > 0)
         text += u":%1"_s.arg(fault.column);
     text += u": %1\n"_s.arg(printable(fault.text));
-    const auto line = sourceLineAt(row.source, fault.line, fault.column, report.encoding);
+    const auto line = sourceLineAt(row.source, fault.line, fault.column, report.encodingOf(row.source));
     if (line)
         text += u"    %1\n"_s.arg(line->text());
     if (line && fault.column > 0)

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/ResultRow.h"
-#include "engine/TextCodec.h"
+#include "engine/report/SourceLine.h"
 
 #include <QDateTime>
 
@@ -15,8 +15,8 @@ struct Report {
     QString reason; ///< why nothing could be run
     QDateTime started;
     double seconds = 0;
-    QString folder{};                           ///< paths below it are written from there; empty for none
-    TextEncoding encoding = TextEncoding::Utf8; ///< of the sources
+    QString folder{}; ///< paths below it are written from there; empty for none
+    EncodingOf encodingOf = [](const QString &) { return TextEncoding::Utf8; };
 
     /// A path as readers see it.
     [[nodiscard]] QString shownPath(const QString &path) const;

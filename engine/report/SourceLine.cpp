@@ -5,6 +5,8 @@
 #include "engine/modern/FilterMessages.h"
 #include "files/FileBytes.h"
 #include "files/RawBytes.h"
+#include "settings/EntrySettings.h"
+#include "settings/SettingsKeys.h"
 
 #include <QFile>
 
@@ -47,6 +49,13 @@ std::optional<SourceLine> sourceLineAt(const QString &path, qint64 line, qint64 
     const qsizetype to = std::min(rest.size(), place + mostAfter);
     return SourceLine{(from > 0 ? u"…"_s : QString()) + shown(rest.sliced(from, place - from)),
                       shown(rest.sliced(place, to - place)) + (to < rest.size() ? u"…"_s : QString())};
+}
+
+EncodingOf encodingsBy(const EntrySettings &settings)
+{
+    return [settings](const QString &source) {
+        return textEncodingNamed(settings.of(source).stringForKey(selectedEncodingKeyString));
+    };
 }
 
 } // namespace brevant

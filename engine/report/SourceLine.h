@@ -6,9 +6,12 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace brevant {
+
+class EntrySettings;
 
 /// A line of a source, or what is around a place in a long one, safe to be shown.
 struct SourceLine {
@@ -17,6 +20,10 @@ struct SourceLine {
 
     [[nodiscard]] QString text() const { return before + after; }
 };
+
+/// The character set of a source.
+using EncodingOf = std::function<TextEncoding(const QString &source)>;
+[[nodiscard]] EncodingOf encodingsBy(const EntrySettings &settings);
 
 /// The line with a place that a compressor has named, with the columns from 1, or 0 for none. Nothing if
 /// there is no such line any more, or none that says anything.

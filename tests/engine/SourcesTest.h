@@ -43,8 +43,8 @@ protected:
     {
         const FileQueue queue;
         const CompressorCommand command(*m_settings);
-        EntryRun entryRun(queue, *m_settings, m_tools, command, m_stop);
-        return entryRun.run({source, output, output, {}}).value_or(EntryResult());
+        EntryRun entryRun(queue, m_tools, m_stop);
+        return entryRun.run({source, output, output, {}, &command}).value_or(EntryResult());
     }
 
     /// Runs over a list.

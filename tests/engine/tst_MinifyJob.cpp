@@ -59,6 +59,33 @@ private Q_SLOTS:
         QCOMPARE(m_bench->log().size(), 5);
     }
 
+    void eachEntryByItsOwnSettings()
+    {
+        m_bench->append(u"a.js"_s);
+        m_bench->append(u"vendor-b.js"_s);
+        m_bench->append(u"c.js"_s);
+        EntrySettings settings(m_bench->settings);
+        settings.addRule([](const QString &entry) { return entry.contains("vendor"_L1); },
+                         {{suffixKeyString, u"-v"_s},
+                          {nomungeSwitcherKeyString, true},
+                          {lineBreakSwitcherKeyString, true},
+                          {lineBreakKeyString, u"80"_s},
+                          {selectedEncodingKeyString, u"gbk"_s},
+                          {gzipCheckerKeyString, true}});
+        MinifyJob(m_bench->queue, settings, m_bench->tools, m_bench->observer, m_bench->stop).run();
+        const QString top = m_bench->folder.path();
+        const QString jar = u"yuicompressor-2.4.8.jar"_s;
+        const QString plain = call(jar + u"\t%1/%2.js\t-o\t%1/%2.min.js\t--charset\tutf-8"_s);
+        QCOMPARE(m_bench->log(),
+                 QStringList({plain.arg(top, u"a"_s),
+                              call(jar + u"\t--line-break\t80\t--nomunge\t%1/vendor-b.js\t-o\t"
+                                         "%1/vendor-b-v.js\t--charset\tgbk"_s)
+                                  .arg(top),
+                              plain.arg(top, u"c"_s)}));
+        QVERIFY(m_bench->has(u"vendor-b-v.js.gz"_s));
+        QVERIFY(!m_bench->has(u"a.min.js.gz"_s));
+    }
+
     void undecidedSwitchesStartABareJava()
     {
         m_bench->settings.setOverride(1, nomungeSwitcherKeyString);

@@ -210,6 +210,38 @@ private Q_SLOTS:
         QCOMPARE(wrong, 0);
     }
 
+    void eachEntryByItsOwnSettings_data()
+    {
+        QTest::addColumn<bool>("isOnce");
+        QTest::newRow("read anew") << false;
+        QTest::newRow("read once") << true;
+    }
+
+    void eachEntryByItsOwnSettings()
+    {
+        QFETCH(bool, isOnce);
+        const QueueSettings store;
+        EntrySettings settings(store.store());
+        const auto isIn = [](const QString &folder) {
+            return [folder](const QString &entry) { return entry.startsWith(folder); };
+        };
+        settings.addRule(isIn(u"/y/"_s), {{suffixKeyString, u"-y"_s}});
+        settings.addRule(isIn(u"/z/"_s), {{suffixSwitcherKeyString, 1}});
+        settings.addRule(isIn(u"/m/"_s), {{compressorsKeyString, u"modern"_s}});
+        OutputPath output(settings, isOnce ? OutputPath::Reading::Once : OutputPath::Reading::Anew);
+        QStringList outputs;
+        for (const char *entry :
+             {"/x/a.css", "/y/b.js", "/z/c.html", "/y/d.txt", "/x/e.mjs", "/m/e.mjs", "/z/f.js"}) {
+            outputs << textOf(output.next(QString::fromLatin1(entry)));
+            QCOMPARE(textOf(output.atStart()), outputs.last());
+        }
+        // What an undecided one, or one of no kind, falls back on is that of the entry before, whatever its
+        // settings.
+        const QStringList expected{u"/x/a.min.css"_s,  u"/y/b-y.js"_s,    u"/y/b-y.js"_s,   u"/y/d-y.html"_s,
+                                   u"/x/e.min.html"_s, u"/m/e.min.mjs"_s, u"/m/e.min.mjs"_s};
+        QCOMPARE(outputs, expected);
+    }
+
     void settingsOfOneMoment()
     {
         QueueSettings settings;
