@@ -65,7 +65,7 @@ expected=(usr/bin/brevant usr/bin/brevant-cli "$libraries/brevant-preview.so"
     usr/share/brevant/lib/{yuicompressor-2.4.8,htmlcompressor-1.5.3}.jar
     usr/share/brevant/lib/licences/{htmlcompressor-Apache-2.0,jargs-BSD,yuicompressor-BSD,yuicompressor-rhino-MPL-1.1}.txt
     usr/share/brevant/lib/licences/{esbuild-MIT,minify-MIT,go-BSD}.txt usr/libexec/brevant/brevant-markup
-    usr/share/doc/brevant/{copyright,changelog.gz,manual.css}
+    usr/share/doc/brevant/{copyright,changelog.gz,manual.css,pipelines.md}
     usr/share/doc/brevant/{brevant.1,brevant-cli.1,brevant-settings.5}.html
     usr/share/applications/org.brevant.Brevant.desktop usr/share/metainfo/org.brevant.Brevant.metainfo.xml
     usr/share/mime/packages/org.brevant.Brevant.xml
