@@ -68,8 +68,8 @@ QString summaryOf(const QList<ResultWarning> &warnings)
     };
     QStringList parts;
     if (const auto declarations = count(WarningKind::Declaration); declarations > 0)
-        parts.append(declarations == 1 ? u"1 declaration lost"_s
-                                       : u"%1 declarations lost"_s.arg(declarations));
+        parts.append(declarations == 1 ? u"1 declaration damaged"_s
+                                       : u"%1 declarations damaged"_s.arg(declarations));
     if (const auto statements = count(WarningKind::Statement); statements > 0)
         parts.append(statements == 1 ? u"1 at-rule lost"_s : u"%1 at-rules lost"_s.arg(statements));
     for (const WarningKind kind : {WarningKind::NothingLeft, WarningKind::GluedLinks, WarningKind::GluedWords,

@@ -53,8 +53,8 @@ struct CheckedFile {
     bool operator==(const CheckedFile &) const = default;
 };
 
-/// All of them in one line: "3 declarations lost, links glued together". Notes are named if there is nothing
-/// else; empty for no warnings.
+/// All of them in one line: "3 declarations damaged, links glued together". Notes are named if there is
+/// nothing else; empty for no warnings.
 [[nodiscard]] QString summaryOf(const QList<ResultWarning> &warnings);
 
 } // namespace brevant

@@ -138,7 +138,7 @@ def with_what_is_damaged(case):
     program.key("ctrl+l")
     window = results(program)
     expect_files(window, "damaged.css", "good.css")
-    wait_for("the warning", lambda: "Warning: 1 declaration lost" in cells(window))
+    wait_for("the warning", lambda: "Warning: 1 declaration damaged" in cells(window))
     program.click(window.find("check box", "Warnings 1"))
     expect_files(window, "damaged.css")
     program.click(window.find("cell", "damaged.css"))

@@ -37,9 +37,9 @@ private Q_SLOTS:
         QCOMPARE(report[u"done"_s].toInt(), 2);
         QCOMPARE(report[u"files"_s][0][u"warnings"_s][0][u"before"_s], QJsonValue(u"0s"_s));
         QCOMPARE(report[u"files"_s][1][u"warnings"_s], QJsonValue(QJsonArray()));
-        QVERIFY(reportAsCsv(run).contains(",Warning: 1 declaration lost\r\n"));
+        QVERIFY(reportAsCsv(run).contains(",Warning: 1 declaration damaged\r\n"));
         QVERIFY(reportAsMarkdown({run.rows, run.reason, run.started})
-                    .contains("| Warning: 1 declaration lost |\n"));
+                    .contains("| Warning: 1 declaration damaged |\n"));
     }
 
     void csv()

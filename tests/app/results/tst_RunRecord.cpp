@@ -106,7 +106,7 @@ private Q_SLOTS:
         QTest::newRow("an information") << noted << u"Not smaller"_s;
         QTest::newRow("lost declarations")
             << checkedRow({{Warning::Declaration, 3}, {Warning::Declaration, 4}, {Warning::UseStrict, 1}})
-            << u"Warning: 2 declarations lost"_s;
+            << u"Warning: 2 declarations damaged"_s;
         QTest::newRow("a note") << checkedRow({{Warning::UseStrict, 1}}) << u"Note: \"use strict\" lost"_s;
         QTest::newRow("all well") << checkedRow({}) << QString();
         ResultRow uncopied = row(State::Warned, u"/w/a.js"_s, 2, 1, u"the gzip copy could not be made"_s);

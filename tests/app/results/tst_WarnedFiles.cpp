@@ -34,7 +34,7 @@ private Q_SLOTS:
         QCOMPARE(cell(0, ResultModel::Name).toString(), u"damaged.css"_s); // the worst first
         QCOMPARE(cell(0, ResultModel::State).toString(), u"Done"_s);
         QCOMPARE(cell(0, ResultModel::State, StateRole).toInt(), static_cast<int>(State::Warned));
-        QCOMPARE(cell(0, ResultModel::Message).toString(), u"Warning: 2 declarations lost"_s);
+        QCOMPARE(cell(0, ResultModel::Message).toString(), u"Warning: 2 declarations damaged"_s);
         QCOMPARE(cell(1, ResultModel::Message).toString(), QString());
         QTRY_VERIFY(hasLabel(*m_window, u"2 files · 85 bytes → 63 bytes · 25.9 % saved · 1 with warnings"_s));
         QTRY_COMPARE(states(), QStringList({u"All 2"_s, u"Done 2"_s, u"Warnings 1"_s}));

@@ -28,7 +28,7 @@ private Q_SLOTS:
     {
         const CheckedFile checked = m_basis.check(source(), output());
         QCOMPARE(checked.obstacle, QString());
-        QCOMPARE(summaryOf(checked.warnings), u"1 declaration lost"_s);
+        QCOMPARE(summaryOf(checked.warnings), u"1 declaration damaged"_s);
         m_basis.encoding = TextEncoding::Utf8;
         QCOMPARE(m_basis.check(source(), output()).obstacle, u"the source is not valid UTF-8"_s);
     }

@@ -64,7 +64,7 @@ private Q_SLOTS:
     {
         using Kind = ResultWarning::Kind;
         QCOMPARE(summaryOf({}), QString());
-        QCOMPARE(summaryOf({{Kind::Declaration}}), u"1 declaration lost"_s);
+        QCOMPARE(summaryOf({{Kind::Declaration}}), u"1 declaration damaged"_s);
         QCOMPARE(summaryOf({{Kind::UseStrict}, {Kind::UseStrict}}), u"\"use strict\" lost"_s);
         QCOMPARE(summaryOf({{Kind::Declaration},
                             {Kind::Declaration},
@@ -74,7 +74,7 @@ private Q_SLOTS:
                             {Kind::GluedLinks},
                             {Kind::UseStrict},
                             {Kind::NotSmaller}}),
-                 u"2 declarations lost, 1 at-rule lost, links glued together, words glued together, "
+                 u"2 declarations damaged, 1 at-rule lost, links glued together, words glued together, "
                  "not smaller than its source"_s);
     }
 
@@ -104,7 +104,7 @@ private Q_SLOTS:
         QVERIFY(writeFile(output, ".a::after{content:\"\xb0\xa1  \";width:calc(1px+2px)}"));
         const CheckedFile checked = checkFile(source, output, TextEncoding::Gb2312);
         QCOMPARE(checked.obstacle, QString());
-        QCOMPARE(summaryOf(checked.warnings), u"1 declaration lost"_s);
+        QCOMPARE(summaryOf(checked.warnings), u"1 declaration damaged"_s);
         QCOMPARE(checkFile(source, output, TextEncoding::Utf8).obstacle, u"the source is not valid UTF-8"_s);
         QCOMPARE(checkFile(source, source, TextEncoding::Gb2312).obstacle,
                  u"the source is not there any more"_s);

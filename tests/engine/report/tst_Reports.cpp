@@ -127,7 +127,7 @@ private Q_SLOTS:
             "| State | File | Before | After | Saved | gzip | Brotli | Time | Message |\n"
             "|---|---|--:|--:|--:|--:|--:|--:|---|\n"
             "| Done | a\\|b\\`c\\\\n\\<d\\>\\&amp;\\~.css | 1 kB | 600 bytes | 40.0 % | – | – | 0.25 s |  |\n"
-            "| Done | a.css | 1 kB | 600 bytes | 40.0 % | – | – | 0.25 s | Warning: 1 declaration lost |\n"_s);
+            "| Done | a.css | 1 kB | 600 bytes | 40.0 % | – | – | 0.25 s | Warning: 1 declaration damaged |\n"_s);
         QVERIFY(!reportAsMarkdown(reportOf({})).contains('|'));
     }
 
