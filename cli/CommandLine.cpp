@@ -33,6 +33,8 @@ constexpr std::array<std::pair<QStringView, Action>, 5> actions{{
 /// All that makes sense beside --stdin, where there are no files and one result.
 constexpr std::array<QStringView, 6> besideText{u"--stdin",    u"--compressors", u"--set",
                                                 u"--settings", u"--timeout",     u"--quiet"};
+/// Options that contradict each other.
+constexpr std::array<std::pair<QStringView, QStringView>, 1> rivals{{{u"--suffix", u"--no-suffix"}}};
 
 /// Its name as QCommandLineParser has it.
 QString bareName(QStringView name)
@@ -89,6 +91,10 @@ QString contradiction(const QCommandLineParser &parser)
         return u"%1 and %2 cannot be used together"_s.arg(runless[0], runless[1]);
     if (isGiven(parser, u"--stdin"))
         return contradictionToText(parser);
+    for (const auto &[option, other] : rivals) {
+        if (isGiven(parser, option) && isGiven(parser, other))
+            return u"%1 and %2 cannot be used together"_s.arg(option, other);
+    }
     for (const Option &option : allOptions()) {
         if (option.needs.isEmpty() || !isGiven(parser, option.name()))
             continue;
@@ -114,6 +120,16 @@ QString readOptions(const QCommandLineParser &parser, CommandLine &line)
             continue;
         if (QString error = option->read(line, {option->name(), value}); !error.isEmpty())
             return error;
+    }
+    return {};
+}
+
+/// Of two options that name the folder of the outputs.
+QString folderContradiction(const CommandLine &line)
+{
+    for (const auto &[key, value] : line.settings) {
+        if (!line.outDir.isEmpty() && (key == sameFolderKeyString || key == selectedFolderKeyString))
+            return u"--out-dir and --set %1 cannot be used together"_s.arg(key);
     }
     return {};
 }
@@ -168,6 +184,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
     line.error = contradiction(parser);
     if (line.error.isEmpty())
         line.error = readOptions(parser, line);
+    if (line.error.isEmpty())
+        line.error = folderContradiction(line);
     if (line.error.isEmpty() && line.paths.isEmpty() && line.filesFrom.isEmpty() && line.textKind.isEmpty())
         line.error = u"no file or folder is named"_s;
     return line;

@@ -26,7 +26,9 @@ struct CommandLine {
     QString settingsFile; ///< empty for the user's own
     QString reportFile;   ///< empty for none; "-" for standard output
     QString reportFormat = QStringLiteral("json");
-    QString filesFrom; ///< a list of paths; empty for none
+    QString filesFrom;    ///< a list of paths; empty for none
+    qsizetype listed = 0; ///< how many of `paths`, the last ones, are from that list
+    QString outDir;       ///< with a tree of outputs; absolute, or empty for none
     GlobList exclude;
     GlobList include; ///< empty for all
     Shard shard;
@@ -36,6 +38,8 @@ struct CommandLine {
     bool check = false; ///< the results of the classic compressors
     bool all = false;   ///< take outputs of other files too, and search all folders
     bool gitignore = false;
+    bool copyRest = false;  ///< what is not minified, into outDir
+    bool keepTimes = false; ///< of the sources, for their outputs
     bool sort = false;
     bool sourceMaps = false; ///< asked for by that option
     bool nulls = false;      ///< zero bytes, not line ends, end the paths in filesFrom

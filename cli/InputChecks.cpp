@@ -65,6 +65,10 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line)
     }
     if (line.action == CommandLine::Action::MinifyText)
         overrideForText(settings);
+    if (line.outDir.isEmpty())
+        return;
+    settings.setOverride(false, sameFolderKeyString);
+    settings.setOverride(line.outDir, selectedFolderKeyString);
 }
 
 QString reportError(const CommandLine &line, const QString &reason)
@@ -86,6 +90,10 @@ QString inputError(const CommandLine &line)
         if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
             return u"%1 does not exist"_s.arg(path);
     }
+    if (struct stat status{}; !line.outDir.isEmpty() &&
+                              ::stat(QFile::encodeName(line.outDir).constData(), &status) == 0 &&
+                              !S_ISDIR(status.st_mode))
+        return u"--out-dir: %1 is no folder"_s.arg(line.outDir);
     if (!line.reportFile.isEmpty() && !isReportPrinted(line)) {
         if (DurableFile trial(line.reportFile); !trial.write({}))
             return reportError(line, trial.errorText());
@@ -100,6 +108,8 @@ QString settingsError(const CommandLine &line, const SettingsStore &settings)
         return u"--stdin %1 needs the modern compressors: add --compressors modern"_s.arg(line.textKind);
     if (!line.also.isEmpty() && !isModernChosen(settings))
         return u"--also needs the modern compressors: add --set %1=modern"_s.arg(compressorsKeyString);
+    if (line.copyRest && line.outDir.isEmpty())
+        return u"--copy-rest needs --out-dir, where the copies go"_s;
     if (line.sourceMaps && !isModernChosen(settings))
         return u"--source-maps needs the modern compressors: add --compressors modern"_s;
     if (settings.isTrue(sameFolderKeyString) ||
@@ -109,7 +119,8 @@ QString settingsError(const CommandLine &line, const SettingsStore &settings)
                                                                            selectedFolderKeyString);
 }
 
-QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const EntrySettings &settings)
+QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const EntrySettings &settings,
+                         const std::vector<FileCopy> &copies)
 {
     if (line.reportFile.isEmpty() || isReportPrinted(line))
         return {};
@@ -121,6 +132,8 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
             files << *output << PathString::withExtension(*output, u"gz")
                   << PathString::withExtension(*output, u"br") << PathString::withExtension(*output, u"map");
     }
+    for (const FileCopy &copy : copies)
+        files << copy.found << copy.target;
     for (const QString &file : files) {
         for (const QString &mark : FileMarks::all(file)) {
             if (marks.contains(mark))

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include "cli/FileCopies.h"
 
 namespace brevant {
 
@@ -26,7 +26,7 @@ void overrideSettings(SettingsStore &settings, const CommandLine &line);
 
 /// Says which file of the run the report would overwrite; empty if none.
 [[nodiscard]] QString reportPlaceError(const CommandLine &line, const FileQueue &queue,
-                                       const EntrySettings &settings);
+                                       const EntrySettings &settings, const std::vector<FileCopy> &copies);
 
 /// In words, for standard error.
 [[nodiscard]] QString reportError(const CommandLine &line, const QString &reason);

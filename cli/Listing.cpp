@@ -3,6 +3,7 @@
 #include "cli/Listing.h"
 
 #include "cli/CommandLine.h"
+#include "cli/OutputConflicts.h"
 #include "cli/PrintedRun.h"
 #include "cli/TerminalText.h"
 #include "files/Folders.h"
@@ -16,6 +17,8 @@
 #include <QStringBuilder>
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -24,24 +27,30 @@ namespace brevant {
 
 namespace {
 
-/// The suffix of outputs beside their sources; empty if there are none.
-struct SuffixBeside {
-    explicit SuffixBeside(const SettingsStore &settings)
+/// The suffix of outputs; empty for none.
+struct Suffix {
+    explicit Suffix(const SettingsStore &settings) : isBeside(settings.isTrue(sameFolderKeyString))
     {
-        if (settings.isTrue(suffixSwitcherKeyString) && settings.isTrue(sameFolderKeyString))
+        if (settings.isTrue(suffixSwitcherKeyString))
             text = settings.stringForKey(suffixKeyString).value_or(QString());
     }
 
+    const bool isBeside; ///< their sources
     QString text;
 };
 
-/// Those of `files` that are outputs of others among them, by the settings.
-QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settings)
+/// Those of `files` that are outputs of others among them, by the settings. `areBeside`: outputs are beside
+/// their sources in any case.
+QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settings, bool areBeside)
 {
-    BySettings<SuffixBeside> suffixes(settings);
+    BySettings<Suffix> suffixes(settings);
+    const auto suffixOf = [&](const QString &file) {
+        const Suffix &suffix = suffixes.of(file);
+        return areBeside || suffix.isBeside ? suffix.text : QString();
+    };
     QStringList used;
     for (const QString &file : files) {
-        if (const QString &suffix = suffixes.of(file).text; !suffix.isEmpty() && !used.contains(suffix))
+        if (const QString suffix = suffixOf(file); !suffix.isEmpty() && !used.contains(suffix))
             used.append(suffix);
     }
     QSet<QStringView> sourceStems; // of files named like outputs
@@ -54,18 +63,25 @@ QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settin
     OutputPath outputPath(settings, OutputPath::Reading::Once);
     QSet<QString> outputs;
     for (const QString &file : sourceStems.isEmpty() ? QStringList() : files) {
-        if (sourceStems.contains(PathString::stem(file)) && !suffixes.of(file).text.isEmpty())
-            outputs.insert(outputPath.next(file).value_or(QString()));
+        if (!sourceStems.contains(PathString::stem(file)) || suffixOf(file).isEmpty())
+            continue;
+        const QString output = outputPath.next(file).value_or(QString());
+        outputs.insert(areBeside
+                           ? PathString::join(PathString::folder(file), PathString::lastComponent(output))
+                           : output);
     }
     return outputs;
 }
 
-void sortByBytes(std::vector<QString> &files)
+template <typename File, typename Path>
+void sortByBytes(std::vector<File> &files, Path path)
 {
-    std::vector<std::pair<QByteArray, QString>> named;
+    std::vector<std::pair<QByteArray, File>> named;
     named.reserve(files.size());
-    for (QString &file : files)
-        named.emplace_back(RawBytes::encoded(file), std::move(file));
+    for (File &file : files) {
+        QByteArray bytes = RawBytes::encoded(std::invoke(path, file));
+        named.emplace_back(std::move(bytes), std::move(file));
+    }
     std::ranges::sort(named, {}, [](const auto &pair) -> const QByteArray & { return pair.first; });
     std::ranges::transform(named, files.begin(), [](auto &pair) { return std::move(pair.second); });
 }
@@ -74,7 +90,7 @@ void sortByBytes(std::vector<QString> &files)
 
 Listing::Listing(FileQueue &queue, const EntrySettings &settings, const CommandLine &line)
     : m_queue(queue), m_settings(settings), m_line(line), m_kinds(settings.common(), line.also),
-      m_rules(line, settings.common())
+      m_rules(line, settings.common()), m_tree(line)
 {
 }
 
@@ -87,24 +103,36 @@ QString Listing::fill()
         return error;
     for (const QString &path : std::as_const(paths))
         add(path);
-    if (m_line.sort)
-        sortByBytes(m_files);
+    if (!m_rules.error().isEmpty())
+        return m_rules.error();
+    if (m_line.sort) {
+        sortByBytes(m_files, std::identity());
+        sortByBytes(m_copies, &FileCopy::found);
+    }
+    if (m_tree.isWanted()) {
+        if (QString error = outputConflict(m_files, m_copies, m_settings); !error.isEmpty())
+            return error;
+    }
     const bool isShared = m_line.shard.count > 1;
+    if (isShared)
+        takeShardOfCopies();
     for (const QString &file :
          isShared ? filesOfShard(m_files, m_line.shard, QDir::currentPath()) : m_files) {
         m_queue.append(file);
         if (RawBytes::areIn(file))
             m_unnameable.append(file);
     }
-    return m_rules.error();
+    return {};
 }
 
 void Listing::add(const QString &path)
 {
     if (!m_rules.turnTo(path))
         return;
-    const QStringList found = filesBelow(path);
-    const QSet<QString> outputs = m_line.all ? QSet<QString>() : outputsAmong(found, m_settings);
+    RestOfTree rest(path);
+    const QStringList found = filesBelow(path, rest);
+    const QSet<QString> outputs =
+        m_line.all ? QSet<QString>() : outputsAmong(found, m_settings, m_tree.isBeside(path));
     m_taken.reserve(m_taken.size() + found.size());
     for (const QString &file : found) {
         if (!outputs.isEmpty() && outputs.contains(file))
@@ -114,15 +142,44 @@ void Listing::add(const QString &path)
     }
     if (isListed(path, {}, EntryType::Unknown))
         append(path);
+    else if (isRest(path, {}, EntryType::Unknown))
+        rest.add({}, EntryType::Unknown);
+    addCopies(rest);
 }
 
-QStringList Listing::filesBelow(const QString &top)
+void Listing::addCopies(const RestOfTree &rest)
+{
+    for (FileCopy &copy : rest.copies()) {
+        copy.target = m_tree.pathOf(copy.found);
+        if (isNew(copy.found))
+            m_copies.push_back(std::move(copy));
+    }
+    m_linksPassedOver += rest.passedOver();
+    m_linksPassedOver.removeDuplicates();
+}
+
+/// Leaves what is that of this part.
+void Listing::takeShardOfCopies()
+{
+    std::vector<QString> found;
+    std::ranges::transform(m_copies, std::back_inserter(found), &FileCopy::found);
+    found = filesOfShard(found, m_line.shard, QDir::currentPath());
+    const QSet<QString> taken(found.begin(), found.end());
+    std::erase_if(m_copies, [&](const FileCopy &copy) { return !taken.contains(copy.found); });
+}
+
+QStringList Listing::filesBelow(const QString &top, RestOfTree &rest)
 {
     QStringList found;
     FolderWalk walk;
     walk.visit = [&](const QString &relativePath, EntryType type) {
-        if (isListed(top, relativePath, type))
+        if (isListed(top, relativePath, type)) {
             found.append(PathString::join(top, relativePath));
+            if (m_line.copyRest)
+                rest.addMinified(relativePath);
+        } else if (isRest(top, relativePath, type)) {
+            rest.add(relativePath, type);
+        }
     };
     walk.unreadable = [&](const QString &relativePath, int error) {
         const QString folder = relativePath.isEmpty() ? top : PathString::join(top, relativePath);
@@ -148,12 +205,28 @@ bool Listing::isListed(const QString &top, const QString &relativePath, EntryTyp
     return false;
 }
 
+/// Whether the path, relative to `top`, may be copied, unless it leads to a folder.
+bool Listing::isRest(const QString &top, const QString &relativePath, EntryType type)
+{
+    if (!m_line.copyRest || type == EntryType::Folder ||
+        m_kinds.accept(relativePath.isEmpty() ? top : relativePath))
+        return false;
+    return (!relativePath.isEmpty() || !leadsToFolder(RawBytes::encoded(top))) &&
+           m_rules.takesFile(relativePath);
+}
+
 void Listing::append(const QString &file)
+{
+    if (isNew(file))
+        m_files.push_back(file);
+}
+
+/// False if it has been asked for that file before.
+bool Listing::isNew(const QString &file)
 {
     const qsizetype before = m_taken.size();
     m_taken.insert(markOf(file));
-    if (m_taken.size() > before)
-        m_files.push_back(file);
+    return m_taken.size() > before;
 }
 
 /// Its FileMarks::ofPlace(), for which the disk is asked once for several files of a folder in a row.
@@ -208,6 +281,8 @@ void Listing::printWhatIsMissing() const
         TerminalText::printError(u"%1: not minified: %2"_s.arg(file, notUtf8()));
     for (const QString &folder : m_line.quiet ? QStringList() : m_folders)
         TerminalText::printError(folder + u" is a folder"_s);
+    for (const QString &link : m_line.quiet ? QStringList() : m_linksPassedOver)
+        TerminalText::printError(u"%1 is not copied: this link leads to no file of its tree"_s.arg(link));
     if (const QStringList outputs = passedOver(); isList && !m_line.quiet && !outputs.isEmpty()) {
         const QString one = u"1 file passed over, as the output of another (--all takes all):\n"_s;
         const QString several = u"%1 files passed over, as outputs of others (--all takes all):\n"_s;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/FileCopies.h"
+#include "cli/OutTree.h"
 #include "cli/PathRules.h"
 #include "queue/FileKind.h"
 #include "queue/FolderWalk.h"
@@ -29,6 +31,9 @@ public:
     /// possible, in words; empty if it is.
     [[nodiscard]] QString fill();
 
+    /// What --copy-rest copies.
+    [[nodiscard]] const std::vector<FileCopy> &copies() const { return m_copies; }
+
     /// Says on standard error what was found but left out of the queue, or out of --list.
     void printWhatIsMissing() const;
 
@@ -37,11 +42,15 @@ public:
 
 private:
     void add(const QString &path);
-    [[nodiscard]] QStringList filesBelow(const QString &top);
+    [[nodiscard]] QStringList filesBelow(const QString &top, RestOfTree &rest);
+    void addCopies(const RestOfTree &rest);
+    void takeShardOfCopies();
 
     /// Whether the path, relative to `top`, is accepted. A folder is not, and is noted.
     [[nodiscard]] bool isListed(const QString &top, const QString &relativePath, EntryType type);
+    [[nodiscard]] bool isRest(const QString &top, const QString &relativePath, EntryType type);
     void append(const QString &file);
+    [[nodiscard]] bool isNew(const QString &file);
     [[nodiscard]] QString markOf(const QString &file);
     [[nodiscard]] QStringList passedOver() const;
     [[nodiscard]] QString whyNothingIsListed() const;
@@ -51,9 +60,12 @@ private:
     const CommandLine &m_line;
     const AcceptedKinds m_kinds;
     PathRules m_rules;
-    std::vector<QString> m_files; ///< those found so far
-    QSet<QString> m_taken;        ///< their marks
-    QString m_markedFolder;       ///< that of the file marked last
+    const OutTree m_tree;
+    std::vector<FileCopy> m_copies;
+    QStringList m_linksPassedOver; ///< which lead to nothing that is copied
+    std::vector<QString> m_files;  ///< those found so far
+    QSet<QString> m_taken;         ///< their marks
+    QString m_markedFolder;        ///< that of the file marked last
     QString m_folderMark;
     QStringList m_outputs;    ///< files passed over as outputs of others
     QStringList m_folders;    ///< passed over because they are named like files

@@ -4,6 +4,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/InputChecks.h"
+#include "cli/KeptTimes.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
 #include "cli/ResultChecks.h"
@@ -25,17 +26,17 @@ namespace brevant {
 
 MinifyRun::MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
                      const ReportOutput &output)
-    : m_line(line), m_tools(tools), m_settings(settings), m_output(output)
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_tree(line)
 {
 }
 
-int MinifyRun::run(const FileQueue &queue) const
+int MinifyRun::run(const FileQueue &queue, const std::vector<FileCopy> &copies) const
 {
-    if (queue.isEmpty())
+    if (queue.isEmpty() && copies.empty())
         return writeReport(RunReport({}).toReport()) ? AllDone : SomeFailed;
     const QString missing = missingTools(m_settings.of(queue.entries()));
     if (missing.isEmpty())
-        return minify(queue);
+        return minify(queue, copies);
     TerminalText::printError(missing);
     RunReport report(queue.entries());
     report.runEnded(RunEnd::JavaNotStarted, missing);
@@ -53,19 +54,26 @@ QString MinifyRun::missingTools(const std::vector<const SettingsStore *> &stores
     return {};
 }
 
-int MinifyRun::minify(const FileQueue &queue) const
+int MinifyRun::minify(const FileQueue &queue, const std::vector<FileCopy> &copies) const
 {
     RunReport report(queue.entries(),
                      m_line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
                      &stopRequested);
     const RunEnd end = minifyWith(report, queue);
+    FileCopying copying(m_tree, m_line.keepTimes);
+    if (end == RunEnd::Completed)
+        copying.run(copies, stopRequested);
+    if (m_line.copyRest)
+        report.setCopied(copying.inWords());
     print(report, end);
+    TerminalText::print(stderr, copying.failures(Colours::of(STDERR_FILENO)));
     const bool isReported = writeReport(report.toReport());
-    if (end == RunEnd::Stopped && stopSignal != 0)
+    if ((end == RunEnd::Stopped || copying.isStopped()) && stopSignal != 0)
         return statusOfSignal(stopSignal);
     if (end == RunEnd::JavaNotStarted)
         return NoTools;
-    return report.isAllDone() && isReported && !report.hasWarnings() ? AllDone : SomeFailed;
+    const bool isAllDone = report.isAllDone() && copying.isAllDone() && isReported;
+    return isAllDone && !report.hasWarnings() ? AllDone : SomeFailed;
 }
 
 RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
@@ -77,16 +85,21 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
     const int jobs = m_line.jobs > 0 ? m_line.jobs : suited;
     catchStopSignals(jobs > 1);
     ResultChecks checks(m_settings);
-    Refusal refusal = refusalFor(queue.entries(), m_settings);
-    if (m_line.check) {
+    KeptTimes times(report, m_settings);
+    if (m_line.check)
         report.setCheck([&checks](const EntryResult &result) { return checks.entryEnded(result); });
-        refusal = [&checks, refuse = std::move(refusal)](const QString &entry,
-                                                         const std::optional<QString> &output) {
+    const auto refusal = [&, refuse = refusalFor(queue.entries(), m_settings)](
+                             const QString &entry, const std::optional<QString> &output) {
+        if (m_line.check)
             checks.entryTaken(entry, output);
-            return refuse(entry, output);
-        };
-    }
-    return MinifyJob(queue, m_settings, m_tools, report, stopRequested, std::move(refusal))
+        if (m_line.keepTimes)
+            times.entryTaken(entry);
+        QString reason = refuse(entry, output);
+        if (reason.isEmpty() && output && m_tree.isWanted())
+            static_cast<void>(m_tree.openFolderOf(*output, reason));
+        return reason;
+    };
+    return MinifyJob(queue, m_settings, m_tools, times, stopRequested, refusal)
         .run(jobs, {m_line.failFast, std::chrono::seconds(m_line.timeout)});
 }
 

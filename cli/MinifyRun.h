@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/FileCopies.h"
+#include "cli/OutTree.h"
 #include "engine/MinifyJob.h"
 
 namespace brevant {
@@ -20,12 +22,13 @@ public:
     MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
               const ReportOutput &output);
 
-    /// Minifies the files in a queue. Returns the exit status.
-    [[nodiscard]] int run(const FileQueue &queue) const;
+    /// Minifies the files in a queue, and makes the copies once it has gone through all. Returns the exit
+    /// status.
+    [[nodiscard]] int run(const FileQueue &queue, const std::vector<FileCopy> &copies = {}) const;
 
 private:
     [[nodiscard]] QString missingTools(const std::vector<const SettingsStore *> &stores) const;
-    [[nodiscard]] int minify(const FileQueue &queue) const;
+    [[nodiscard]] int minify(const FileQueue &queue, const std::vector<FileCopy> &copies) const;
     [[nodiscard]] RunEnd minifyWith(RunReport &report, const FileQueue &queue) const;
     void print(RunReport &report, RunEnd end) const;
     [[nodiscard]] bool writeReport(Report report) const;
@@ -34,6 +37,7 @@ private:
     const Tools &m_tools;
     const EntrySettings m_settings;
     const ReportOutput &m_output;
+    const OutTree m_tree;
 };
 
 } // namespace brevant

@@ -4,6 +4,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ReportOutput.h"
+#include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "settings/Encodings.h"
@@ -132,9 +133,19 @@ QString readSuffix(CommandLine &line, const GivenOption &given)
 {
     line.settings.emplace_back(suffixSwitcherKeyString, true);
     line.settings.emplace_back(suffixKeyString, given.value);
-    return given.value.isEmpty()
-               ? u"%1 needs a text; --set %2=false is for none"_s.arg(given.name, suffixSwitcherKeyString)
-               : QString();
+    return given.value.isEmpty() ? u"%1 needs a text; --no-suffix is for none"_s.arg(given.name) : QString();
+}
+
+QString readNoSuffix(CommandLine &line, const GivenOption &)
+{
+    line.settings.emplace_back(suffixSwitcherKeyString, false);
+    return {};
+}
+
+QString readOutDir(CommandLine &line, const GivenOption &given)
+{
+    line.outDir = PathString::absolute(given.value);
+    return given.value.isEmpty() ? u"%1 needs the name of a folder"_s.arg(given.name) : QString();
 }
 
 QString readCompressors(CommandLine &line, const GivenOption &given)
@@ -194,7 +205,12 @@ constexpr Option options[]{
     {Files, u"--list", u"print each file and its output, run nothing"},
     {Files, u"--print0", u"print the files alone, with zero bytes between", readFlag<&CommandLine::print0>,
      u"--list"},
+    {Outputs, u"--out-dir DIR", u"write into DIR, where the tree below each PATH is mirrored", readOutDir},
+    {Outputs, u"--copy-rest", u"copy what is not minified there too", readFlag<&CommandLine::copyRest>},
+    {Outputs, u"--keep-times", u"give each output the modification time of its source",
+     readFlag<&CommandLine::keepTimes>},
     {Outputs, u"--suffix TEXT", u"put TEXT before the extension, and not .min", readSuffix},
+    {Outputs, u"--no-suffix", u"put nothing before the extension", readNoSuffix},
     {Outputs, u"--gzip", u"make gzip copies too", readSwitchedOn<gzipCheckerKeyString>},
     {Outputs, u"--brotli", u"make Brotli copies too", readSwitchedOn<brotliCheckerKeyString>},
     {Outputs, u"--source-maps", u"make source maps too; modern compressors only", readSourceMaps},

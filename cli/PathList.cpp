@@ -34,10 +34,12 @@ QString addPathsFromFile(CommandLine &line)
         return u"--files-from: %1 cannot be read: %2"_s.arg(line.filesFrom, qt_error_string(errno));
     if (!line.nulls && bytes->contains('\0'))
         return u"--files-from: %1 holds zero bytes; add -0"_s.arg(line.filesFrom);
+    const qsizetype named = line.paths.size();
     for (const QByteArray &path : bytes->split(line.nulls ? '\0' : '\n')) {
         if (!path.isEmpty())
             line.paths.append(RawBytes::decoded(path));
     }
+    line.listed = line.paths.size() - named;
     return {};
 }
 

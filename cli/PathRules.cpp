@@ -130,11 +130,11 @@ QStringList PathRules::reasons() const
 
 bool PathRules::isLeftOutByDefault(const QString &relativePath) const
 {
-    if (m_line.all)
-        return false;
-    return std::ranges::find(foreignFolders, PathString::lastComponent(relativePath)) !=
-               std::end(foreignFolders) ||
-           (!m_outputFolderBelow.isEmpty() && relativePath == m_outputFolderBelow);
+    const bool isOutputFolder = !m_outputFolderBelow.isEmpty() && relativePath == m_outputFolderBelow;
+    if (m_line.all) // each run would mirror the outputs of the one before once more
+        return isOutputFolder && !m_line.outDir.isEmpty();
+    return isOutputFolder || std::ranges::find(foreignFolders, PathString::lastComponent(relativePath)) !=
+                                 std::end(foreignFolders);
 }
 
 bool PathRules::isExcluded(const QString &relativePath, bool isFolder) const

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/PrintedRun.h"
 
+#include "cli/CommandLine.h"
 #include "cli/MinifyRun.h"
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
@@ -15,6 +16,7 @@
 #include "settings/SettingsStore.h"
 
 #include <QFile>
+#include <QSet>
 
 #include <algorithm>
 #include <cerrno>
@@ -67,23 +69,27 @@ static void appendPrintable(QByteArray &text, const QString &path)
     text += outside == 0 ? path.toLatin1() : printable(path).toUtf8();
 }
 
-bool printList(const FileQueue &queue, const EntrySettings &settings, bool forPrograms)
+bool printList(const PlannedRun &planned, bool forPrograms)
 {
     QByteArray text;
-    OutputPath outputPath(settings, OutputPath::Reading::Once);
-    for (const QString &entry : queue.entries()) {
-        const std::optional<QString> output = outputPath.next(entry);
-        if (RawBytes::areIn(entry))
-            continue;
+    const auto add = [&](const QString &source, const QString &output) {
         if (forPrograms) {
-            text += entry.toUtf8() + '\0';
-            continue;
+            text += RawBytes::encoded(source) + '\0';
+            return;
         }
-        appendPrintable(text, entry);
+        appendPrintable(text, source);
         text += '\t';
-        appendPrintable(text, output.value_or(QString()));
+        appendPrintable(text, output);
         text += '\n';
+    };
+    OutputPath outputPath(planned.settings, OutputPath::Reading::Once);
+    for (const QString &entry : planned.queue.entries()) {
+        const std::optional<QString> output = outputPath.next(entry);
+        if (!RawBytes::areIn(entry))
+            add(entry, output.value_or(QString()));
     }
+    for (const FileCopy &copy : planned.copies)
+        add(copy.found, copy.target);
     return TerminalText::print(stdout, text);
 }
 
@@ -103,39 +109,104 @@ static QByteArray sourceBytes(const QString &source)
     return FileBytes::readAll(QFile::encodeName(source)).value_or(QByteArray());
 }
 
-bool printCommands(const FileQueue &queue, const EntrySettings &settings, const Tools &tools)
-{
-    QString text;
-    const auto add = [&text](const QString &program, const QStringList &arguments) {
-        text += TerminalText::commandLine(program, arguments) + u'\n';
-    };
-    const auto stores = settings.of(queue.entries());
-    if (!std::ranges::all_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); }))
-        add(u"cd"_s, {tools.folder});
-    BySettings<CompressorCommand> commands(settings);
-    const Refusal refusal = refusalFor(queue.entries(), settings);
-    for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
-        if (const QString reason = refusal(entry, output); !reason.isEmpty()) {
-            text += printable(u"# %1: not minified: %2"_s.arg(entry, reason)) + u'\n';
-            continue;
+namespace {
+
+/// A run as a shell script.
+class Script final {
+public:
+    Script(const CommandLine &line, const Tools &tools) : m_line(line), m_tools(tools) {}
+
+    void add(const QString &program, const QStringList &arguments)
+    {
+        m_text += TerminalText::commandLine(program, arguments) + u'\n';
+    }
+
+    void addNotMinified(const QString &entry, const QString &reason)
+    {
+        m_text += printable(u"# %1: not minified: %2"_s.arg(entry, reason)) + u'\n';
+    }
+
+    void addEntry(const QString &entry, const QString &output, const CompressorCommand &command)
+    {
+        const bool isModern = isModernChosen(command.settings());
+        if (const QString error = isModern ? command.modernOptions(*anyKindOf(entry)).error : QString();
+            !error.isEmpty()) {
+            addNotMinified(entry, error);
+            return;
         }
-        const CompressorCommand &command = commands.of(entry);
-        if (isModernChosen(command.settings())) {
-            const FileKind &kind = *anyKindOf(entry);
-            const ModernOptions options = command.modernOptions(kind);
-            text +=
-                options.error.isEmpty()
-                    ? filterLine(modernFilterFor(kind, sourceBytes(entry), options, tools), entry, *output)
-                    : printable(u"# %1: not minified: %2"_s.arg(entry, options.error)) + u'\n';
-            continue;
-        }
-        add(tools.java, command.arguments(entry, output));
-        if (command.settings().boolForKey(gzipCheckerKeyString)) {
+        addFolderOf(output);
+        if (isModern)
+            addFilter(entry, output, command);
+        else
+            add(m_tools.java, command.arguments(entry, output));
+        QStringList outputs{output};
+        if (!isModern && command.settings().boolForKey(gzipCheckerKeyString)) {
             for (const auto &[program, arguments] : gzipSteps(output))
                 add(program, arguments);
+            outputs.append(PathString::withExtension(output, u"gz"));
         }
+        addTimes(entry, outputs);
     }
-    return TerminalText::print(stdout, text);
+
+    void addCopy(const FileCopy &copy)
+    {
+        addFolderOf(copy.target);
+        add(u"cp"_s, {copy.source, copy.target});
+        addTimes(copy.source, {copy.target});
+    }
+
+    [[nodiscard]] const QString &text() const { return m_text; }
+
+private:
+    void addFilter(const QString &entry, const QString &output, const CompressorCommand &command)
+    {
+        const FileKind &kind = *anyKindOf(entry);
+        m_text += filterLine(modernFilterFor(kind, sourceBytes(entry), command.modernOptions(kind), m_tools),
+                             entry, output);
+    }
+
+    /// Each is made once.
+    void addFolderOf(const QString &output)
+    {
+        const QString folder = PathString::folder(output).toString();
+        if (m_line.outDir.isEmpty() || m_folders.contains(folder))
+            return;
+        m_folders.insert(folder);
+        add(u"mkdir"_s, {u"-p"_s, folder});
+    }
+
+    void addTimes(const QString &source, const QStringList &files)
+    {
+        if (m_line.keepTimes)
+            add(u"touch"_s, QStringList{u"-r"_s, source} + files);
+    }
+
+    const CommandLine &m_line;
+    const Tools &m_tools;
+    QSet<QString> m_folders;
+    QString m_text;
+};
+
+} // namespace
+
+bool printCommands(const PlannedRun &planned, const CommandLine &line, const Tools &tools)
+{
+    Script script(line, tools);
+    const std::vector<QString> entries = planned.queue.entries();
+    const auto stores = planned.settings.of(entries);
+    if (!std::ranges::all_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); }))
+        script.add(u"cd"_s, {tools.folder});
+    BySettings<CompressorCommand> commands(planned.settings);
+    const Refusal refusal = refusalFor(entries, planned.settings);
+    for (const auto &[entry, output] : entriesWithOutputs(planned.queue, planned.settings)) {
+        if (const QString reason = refusal(entry, output); !reason.isEmpty())
+            script.addNotMinified(entry, reason);
+        else
+            script.addEntry(entry, *output, commands.of(entry));
+    }
+    for (const FileCopy &copy : planned.copies)
+        script.addCopy(copy);
+    return TerminalText::print(stdout, script.text());
 }
 
 int statusOfPrinting(bool isPrinted)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/FileCopies.h"
 #include "engine/MinifyJob.h"
 
 #include <QString>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace brevant {
+
+struct CommandLine;
 
 /// Why an entry whose path holds RawBytes is not run.
 [[nodiscard]] QString notUtf8();
@@ -22,12 +25,20 @@ namespace brevant {
 using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>>>;
 [[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const EntrySettings &settings);
 
-/// Prints the path of each entry and of its output, except for entries that hold RawBytes; or, `forPrograms`,
-/// that of the entry alone, as it is, and a zero byte. False, with errno set, on failure.
-[[nodiscard]] bool printList(const FileQueue &queue, const EntrySettings &settings, bool forPrograms = false);
+/// What is to be done.
+struct PlannedRun {
+    const FileQueue &queue;
+    const EntrySettings &settings;
+    const std::vector<FileCopy> &copies;
+};
+
+/// Prints the path of each entry and of its output, then the same of the copies, except for entries that hold
+/// RawBytes; or, `forPrograms`, that of the entry alone, as it is, and a zero byte. False, with errno set, on
+/// failure.
+[[nodiscard]] bool printList(const PlannedRun &planned, bool forPrograms = false);
 
 /// Prints the commands of a run as a shell script. False, with errno set, on failure.
-[[nodiscard]] bool printCommands(const FileQueue &queue, const EntrySettings &settings, const Tools &tools);
+[[nodiscard]] bool printCommands(const PlannedRun &planned, const CommandLine &line, const Tools &tools);
 
 /// The exit status of what only prints. Says so where that has failed, with errno set.
 [[nodiscard]] int statusOfPrinting(bool isPrinted);

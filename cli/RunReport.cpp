@@ -167,6 +167,8 @@ QString RunReport::summary(const Colours &colours) const
         colours.success(u"%1 % saved"_s.arg(percentSaved(before, after))));
     if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
         text += u"; %1 failed"_s.arg(TerminalText::grouped(failed));
+    if (!m_copied.isEmpty())
+        text += u"; "_s + m_copied;
     text += u".\n"_s + remarkable();
     if (!m_notRun.isEmpty())
         text += u"Stopped before %1; %2 not minified.\n"_s.arg(printable(m_notRun.first()),

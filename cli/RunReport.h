@@ -35,6 +35,9 @@ public:
     using Check = std::function<std::optional<CheckedFile>(const EntryResult &)>;
     void setCheck(Check check) { m_check = std::move(check); }
 
+    /// What else the summary is to count, in words.
+    void setCopied(const QString &words) { m_copied = words; }
+
     void entryStarted(const EntryStart &start) override;
     void entryEnded(const EntryResult &result) override;
     void runEnded(RunEnd end, const QString &status) override;
@@ -94,6 +97,7 @@ private:
     std::vector<std::optional<CheckedFile>> m_checked; ///< of each result
     QStringList m_notRun;
     QString m_failure;
+    QString m_copied;
     RunEnd m_end = RunEnd::Completed;
     double m_seconds = 0;
 };

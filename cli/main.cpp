@@ -4,6 +4,7 @@
 #include "cli/InputChecks.h"
 #include "cli/Listing.h"
 #include "cli/MinifyRun.h"
+#include "cli/OutTree.h"
 #include "cli/PathList.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
@@ -42,15 +43,14 @@ int statusOf(bool isAllDone)
 }
 
 /// Carries out the action on the files in the queue.
-int act(const CommandLine &line, const Tools &tools, const FileQueue &queue, const EntrySettings &settings,
-        const ReportOutput &output)
+int act(const CommandLine &line, const Tools &tools, const PlannedRun &planned, const ReportOutput &output)
 {
     if (line.action == CommandLine::Action::Minify)
-        return MinifyRun(line, tools, settings, output).run(queue);
-    if (queue.isEmpty())
+        return MinifyRun(line, tools, planned.settings, output).run(planned.queue, planned.copies);
+    if (planned.queue.isEmpty() && planned.copies.empty())
         return AllDone;
-    return statusOfPrinting(line.action == CommandLine::Action::List ? printList(queue, settings, line.print0)
-                                                                     : printCommands(queue, settings, tools));
+    return statusOfPrinting(line.action == CommandLine::Action::List ? printList(planned, line.print0)
+                                                                     : printCommands(planned, line, tools));
 }
 
 int run(CommandLine line, const Tools &tools)
@@ -79,14 +79,19 @@ int run(CommandLine line, const Tools &tools)
     if (line.action == CommandLine::Action::MinifyText)
         return minifyStandardInput(line, tools, settings);
 
+    EntrySettings entrySettings(settings);
+    if (const OutTree tree(line); tree.isWanted())
+        entrySettings.setOutputFolders([tree](const QString &entry) { return tree.folderOf(entry); });
+
     FileQueue queue;
-    Listing listing(queue, settings, line);
+    Listing listing(queue, entrySettings, line);
     if (const QString error = listing.fill(); !error.isEmpty())
         return wrongUsage(error);
-    if (const QString error = reportPlaceError(line, queue, settings); !error.isEmpty())
+    if (const QString error = reportPlaceError(line, queue, entrySettings, listing.copies());
+        !error.isEmpty())
         return wrongUsage(error);
     listing.printWhatIsMissing();
-    const int status = act(line, tools, queue, settings, output);
+    const int status = act(line, tools, {queue, entrySettings, listing.copies()}, output);
     return status == 0 ? statusOf(listing.isComplete()) : status;
 }
 

@@ -18,7 +18,12 @@ namespace brevant {
 DurableFile::DurableFile(const QString &path) : m_target(linkTarget(QFile::encodeName(path))) {}
 
 DurableFile::DurableFile(const QString &path, const struct stat &like)
-    : m_target(QFile::encodeName(path)), m_modeOfNew(like.st_mode & 0777), m_time(like.st_mtim)
+    : DurableFile(QFile::encodeName(path), like)
+{
+}
+
+DurableFile::DurableFile(const QByteArray &path, const struct stat &like)
+    : m_target(path), m_modeOfNew(like.st_mode & 0777), m_time(like.st_mtim)
 {
 }
 

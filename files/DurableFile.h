@@ -28,6 +28,7 @@ public:
     /// Makes the target anew, with the mode and the times of `like`: a link there is replaced, and nothing of
     /// an older file remains.
     DurableFile(const QString &path, const struct stat &like);
+    DurableFile(const QByteArray &path, const struct stat &like);
 
     /// Drops what has not been committed.
     ~DurableFile() { discard(); }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/Folders.h"
 
-#include "files/Descriptor.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
@@ -13,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -54,18 +54,38 @@ bool leadsToFolder(const QByteArray &path)
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool makeFolders(const QByteArray &path)
+bool makeFolders(const QByteArray &path, mode_t mode)
 {
-    constexpr mode_t ownerOnly = 0700;
-    const auto make = [&] { return ::mkdir(path.constData(), ownerOnly) == 0; };
+    const auto make = [&] { return ::mkdir(path.constData(), mode) == 0; };
     if (make())
         return flushFolder(folderOf(path));
     if (errno == EEXIST)
         return true;
     const QByteArray above = folderOf(path);
-    if (errno != ENOENT || above == path || !makeFolders(above))
+    if (errno != ENOENT || above == path || !makeFolders(above, mode))
         return false;
     return (make() || errno == EEXIST) && flushFolder(above);
+}
+
+Descriptor openFolderBelow(const QByteArray &top, const QByteArray &below)
+{
+    constexpr int flags = O_RDONLY | O_DIRECTORY;
+    Descriptor folder = openFile(top, flags);
+    for (const QByteArray &name : below.split('/')) {
+        if (!folder.isOpen() || name.isEmpty())
+            continue;
+        if (::mkdirat(folder.number(), name.constData(), 0777) == 0)
+            static_cast<void>(flushOpenFolder(folder.number()));
+        else if (errno != EEXIST)
+            return Descriptor();
+        Descriptor next = openFile(name, flags | O_NOFOLLOW, 0, folder.number());
+        struct stat status {};
+        if (!next.isOpen() && errno == ENOTDIR &&
+            ::fstatat(folder.number(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+            errno = S_ISLNK(status.st_mode) ? ELOOP : ENOTDIR;
+        folder = std::move(next);
+    }
+    return folder;
 }
 
 bool flushFolder(const QByteArray &path)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "files/Descriptor.h"
+
 #include <QByteArray>
 #include <QStringList>
 
@@ -24,8 +26,14 @@ namespace brevant {
 [[nodiscard]] bool leadsToFolder(const QByteArray &path);
 
 /// Makes a folder and its parents if they are missing, accessible to their owner alone, as the XDG Base
-/// Directory Specification 0.8 demands. False on failure.
-[[nodiscard]] bool makeFolders(const QByteArray &path);
+/// Directory Specification 0.8 demands, unless `mode` is another, to which the umask applies. False on
+/// failure.
+[[nodiscard]] bool makeFolders(const QByteArray &path, mode_t mode = 0700);
+
+/// Opens the folder `below` another one; those of the way that are missing are made, as by mkdir(1), but for
+/// `top` itself. No symbolic link below `top` is followed: ELOOP stands for one. Closed, with errno set, on
+/// failure.
+[[nodiscard]] Descriptor openFolderBelow(const QByteArray &top, const QByteArray &below);
 
 /// Flushes the names in a folder to the disk; false on failure.
 [[nodiscard]] bool flushFolder(const QByteArray &path);

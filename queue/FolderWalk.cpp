@@ -120,7 +120,7 @@ private:
     {
         if (type == DT_DIR)
             return EntryType::Folder;
-        return type == DT_UNKNOWN || type == DT_LNK ? EntryType::Unknown : EntryType::File;
+        return type == DT_REG ? EntryType::File : EntryType::Unknown;
     }
 
     [[nodiscard]] static bool isFolder(int parent, const char *name, unsigned char type)

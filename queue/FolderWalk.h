@@ -14,7 +14,7 @@ namespace brevant {
 enum class EntryType {
     File,
     Folder,
-    Unknown, ///< a symbolic link, or the file system does not say
+    Unknown, ///< a symbolic link, a pipe or the like, or the file system does not say
 };
 
 /// What is to be told of a walk, and where it goes. All but `visit` may be left out.

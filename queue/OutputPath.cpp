@@ -18,9 +18,9 @@ OutputPath::Naming::Naming(const SettingsStore &settings)
 {
 }
 
-/// `path`: that of the entry before.
+/// `path`: that of the entry before. `ownFolder`: where the output goes whatever the settings say, or empty.
 void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> extension,
-                              std::optional<QString> &path) const
+                              const QString &ownFolder, std::optional<QString> &path) const
 {
     if (!suffixSwitch.isBool())
         return;
@@ -28,8 +28,11 @@ void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> e
         path.reset();
         return;
     }
-    const QString before = sameFolder ? QString() : folder + u'/'; // whatever the folder ends with
-    const QStringView stem = PathString::stem(sameFolder ? entry : PathString::lastComponent(entry));
+    const bool isBeside = sameFolder && ownFolder.isEmpty();
+    const QString before = isBeside              ? QString()
+                           : ownFolder.isEmpty() ? folder + u'/' // whatever the folder ends with
+                                                 : PathString::join(ownFolder, {});
+    const QStringView stem = PathString::stem(isBeside ? entry : PathString::lastComponent(entry));
     const QString after = suffixSwitch.toBool() ? suffix : QString();
     path = before % stem % after % u'.' % *extension;
 }
@@ -47,9 +50,10 @@ std::optional<QString> OutputPath::next(const QString &entry)
     const FileKind *const kind = (now ? *now : atStart).isModern ? anyKindOf(entry) : kindOf(entry);
     if (kind)
         m_extension = kind->extension;
+    const QString ownFolder = m_settings.outputFolderOf(entry);
     if (now)
-        atStart.next(entry, m_extension, m_pathAtStart);
-    (now ? *now : atStart).next(entry, m_extension, m_path);
+        atStart.next(entry, m_extension, ownFolder, m_pathAtStart);
+    (now ? *now : atStart).next(entry, m_extension, ownFolder, m_path);
     return m_path;
 }
 

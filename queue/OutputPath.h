@@ -34,7 +34,7 @@ private:
     /// What the settings say of outputs.
     struct Naming {
         explicit Naming(const SettingsStore &settings);
-        void next(const QString &entry, std::optional<QStringView> extension,
+        void next(const QString &entry, std::optional<QStringView> extension, const QString &ownFolder,
                   std::optional<QString> &path) const;
 
         bool isModern;

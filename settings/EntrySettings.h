@@ -24,6 +24,17 @@ public:
     /// Values for the entries that match; later rules win. To be called before anybody asks.
     void addRule(Matches matches, const QJsonObject &values);
 
+    /// Has the outputs of entries go into these folders, whatever the settings say; where that is empty, they
+    /// hold. To be called before anybody asks.
+    void setOutputFolders(std::function<QString(const QString &entry)> folderOf)
+    {
+        m_outputFolderOf = std::move(folderOf);
+    }
+    [[nodiscard]] QString outputFolderOf(const QString &entry) const
+    {
+        return m_outputFolderOf ? m_outputFolderOf(entry) : QString();
+    }
+
     /// The store for all entries without a rule of their own.
     [[nodiscard]] const SettingsStore &common() const { return m_common; }
 
@@ -40,7 +51,8 @@ private:
     struct Rules;
 
     const SettingsStore &m_common;
-    std::shared_ptr<Rules> m_rules; ///< null without any
+    std::function<QString(const QString &)> m_outputFolderOf; ///< may be empty
+    std::shared_ptr<Rules> m_rules;                           ///< null without any
 };
 
 /// What is made of the settings of entries, one `Value` for each of the stores: of those known at the moment,

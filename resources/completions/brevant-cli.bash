@@ -42,6 +42,7 @@ _brevant_cli() {
     case $prev in
     --set) _brevant_cli_setting ;;
     --settings) _filedir '@([jJ][sS][oO][nN])' ;;
+    --out-dir) _filedir -d ;;
     --report | --files-from | --exclude | --include) _filedir ;;
     --report-format) mapfile -t COMPREPLY < <(compgen -W 'json junit github markdown' -- "$cur") ;;
     --timeout) mapfile -t COMPREPLY < <(compgen -W '10 60 600' -- "$cur") ;;
@@ -59,7 +60,7 @@ _brevant_cli() {
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0
-                    --suffix --gzip --brotli --source-maps --stdin --compressors --dry-run
+                    --out-dir --copy-rest --keep-times --suffix --no-suffix --gzip --brotli --source-maps --stdin --compressors --dry-run
                     --set --settings --jobs --timeout --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")
         else

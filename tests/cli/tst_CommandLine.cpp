@@ -184,8 +184,7 @@ private Q_SLOTS:
             << QStringList{u"--include="_s, u"a"_s}
             << u"--include: \"\" matches nothing; write the name of a file or folder"_s;
         QTest::newRow("empty suffix")
-            << QStringList{u"--suffix="_s, u"a"_s}
-            << u"--suffix needs a text; --set suffixSwitcherKeyString=false is for none"_s;
+            << QStringList{u"--suffix="_s, u"a"_s} << u"--suffix needs a text; --no-suffix is for none"_s;
         QTest::newRow("unknown compressors") << QStringList{u"--compressors=yui"_s, u"a"_s}
                                              << u"--compressors takes classic or modern, not \"yui\""_s;
         QTest::newRow("a text and a list")

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/KeptTimes.h"
+
+#include "engine/modern/SourceMap.h"
+#include "files/PathString.h"
+#include "settings/EntrySettings.h"
+#include "settings/SettingsKeys.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+namespace {
+
+/// The output and what has been made of it.
+QStringList filesOf(const EntryResult &result, const SettingsStore &settings)
+{
+    const QString output = result.output.value_or(QString());
+    QStringList files{output};
+    if (result.gzipSize)
+        files.append(PathString::withExtension(output, u"gz"));
+    if (result.brotliSize)
+        files.append(PathString::withExtension(output, u"br"));
+    if (isModernChosen(settings) && settings.isTrue(sourceMapCheckerKeyString) &&
+        QFile::exists(sourceMapPath(output)))
+        files.append(sourceMapPath(output));
+    return files;
+}
+
+} // namespace
+
+void KeptTimes::entryTaken(const QString &entry)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(entry).constData(), &status) == 0)
+        m_times.insert(entry, status.st_mtim);
+}
+
+void KeptTimes::entryEnded(const EntryResult &result)
+{
+    EntryResult told = result;
+    const auto time = m_times.constFind(result.source);
+    const bool isWanted = time != m_times.constEnd() && result.isMinified();
+    for (const QString &file : isWanted ? filesOf(result, m_settings.of(result.source)) : QStringList()) {
+        const timespec times[]{{0, UTIME_OMIT}, *time};
+        if (::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0) != 0)
+            told.notes.append(
+                u"the time of %1 cannot be that of its source: %2"_s.arg(file, qt_error_string(errno)));
+    }
+    m_times.remove(result.source);
+    m_next.entryEnded(told);
+}
+
+} // namespace brevant
