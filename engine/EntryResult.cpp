@@ -181,13 +181,13 @@ EntryResult EntryWatch::finish(bool gzipWanted, double seconds)
     return m_result;
 }
 
-std::optional<CheckBasis> EntryWatch::basisOfCheck(TextEncoding encoding) const
+std::optional<CheckBasis> EntryWatch::basisOfCheck(TextEncoding encoding, const QString &original) const
 {
-    const std::optional<FileState> source = FileState::of(m_result.source);
+    const std::optional<FileState> source = FileState::of(original.isEmpty() ? m_result.source : original);
     const std::optional<FileState> output = m_result.output ? FileState::of(*m_result.output) : std::nullopt;
-    if (!source || source != m_sourceBefore || !output)
+    if (!source || (original.isEmpty() && source != m_sourceBefore) || !output)
         return std::nullopt;
-    return CheckBasis{encoding, *source, *output};
+    return CheckBasis{encoding, *source, *output, original};
 }
 
 QString EntryResult::reason() const

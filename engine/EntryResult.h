@@ -58,7 +58,7 @@ struct EntryResult {
     std::optional<qint64> brotliSize; ///< likewise
     CompressorMessages messages;      ///< of a modern compressor
     QStringList arguments;            ///< of a classic compressor that has minified nothing; else empty
-    std::optional<CheckBasis> basis;  ///< of a check, if a classic compressor has minified it elsewhere
+    std::optional<CheckBasis> basis;  ///< of a check, if a classic compressor has minified it and it is there
 
     /// Whether it has an output that counts, whatever became of its copies.
     [[nodiscard]] bool isMinified() const
@@ -91,8 +91,9 @@ public:
     [[nodiscard]] EntryResult finish(bool gzipWanted, double seconds);
 
     /// What the result can be checked by, once nothing more is done for the entry. Nothing if the source is
-    /// not as it was before the compressor started.
-    [[nodiscard]] std::optional<CheckBasis> basisOfCheck(TextEncoding encoding) const;
+    /// not as it was before the compressor started, and no `original` of it is kept.
+    [[nodiscard]] std::optional<CheckBasis> basisOfCheck(TextEncoding encoding,
+                                                         const QString &original) const;
 
 private:
     EntryResult m_result;

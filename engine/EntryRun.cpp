@@ -231,7 +231,7 @@ std::optional<EntryResult> EntryRun::run(const EntryTask &task)
     m_safetyCopy.finish(result, gzipWanted, wantedKeeper(task));
     makeCompressedCopies(false, settings.isTrue(brotliCheckerKeyString), {}, m_stop, result);
     if (result.isMinified())
-        result.basis = watch.basisOfCheck(command->encoding());
+        result.basis = watch.basisOfCheck(command->encoding(), result.original);
     else
         result.arguments = java->arguments();
     return result;

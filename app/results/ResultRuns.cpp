@@ -111,6 +111,7 @@ void ResultRuns::restore(int run, int row, const RestoredSource &restored)
     const QString lacks = restored.lacks.isEmpty() ? QString() : u", but not its "_s + restored.lacks;
     if (restored.outcome == Restored) {
         file.state = ResultRow::State::PutBack;
+        file.basis.reset();
         remarks.reason = u"the original was put back"_s + lacks;
         remarks.original.clear();
         remarks.isRestored = true;

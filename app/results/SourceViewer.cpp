@@ -5,6 +5,7 @@
 #include "app/preview/PreviewLoader.h"
 #include "app/results/RunRecord.h"
 #include "app/results/SourceView.h"
+#include "engine/originals/KeptOriginals.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "widgets/Lines.h"
@@ -73,7 +74,8 @@ void SourceViewer::showSource(const ResultRow &row, const CompressorMessage &abo
     m_notice->hide();
     m_view->setAccessibleName(tr("Text of %1").arg(name));
     m_view->clear();
-    m_loader->start(row.source, encoding);
+    const QString original = row.remarks ? row.remarks->original : QString();
+    m_loader->start(row.source, encoding, {}, false, KeptOriginals::isThere(original) ? original : QString());
     show();
     raise();
     activateWindow();

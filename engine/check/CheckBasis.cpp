@@ -3,6 +3,9 @@
 #include "engine/check/CheckBasis.h"
 
 #include "engine/check/ResultCheck.h"
+#include "files/FileBytes.h"
+
+#include <QFile>
 
 namespace brevant {
 
@@ -14,11 +17,21 @@ constexpr qint64 largestFile = 20'000'000;
 /// What has changed since the run; empty if nothing has.
 QString CheckBasis::change(const QString &sourcePath, const QString &outputPath) const
 {
-    if (FileState::of(sourcePath) != source)
-        return u"the source has changed since the run"_s;
+    if (FileState::of(original.isEmpty() ? sourcePath : original) != source)
+        return original.isEmpty() ? u"the source has changed since the run"_s
+                                  : u"its original is not kept any more"_s;
     if (FileState::of(outputPath) != output)
         return u"the output has changed since the run"_s;
     return {};
+}
+
+CheckedFile CheckBasis::checkNow(const QString &sourcePath, const QString &outputPath) const
+{
+    if (original.isEmpty())
+        return checkFile(sourcePath, outputPath, encoding);
+    const std::optional<QByteArray> content = FileBytes::readAll(QFile::encodeName(original));
+    return content ? checkFile(sourcePath, outputPath, encoding, content)
+                   : CheckedFile{u"its original cannot be read"_s, {}};
 }
 
 CheckedFile CheckBasis::check(const QString &sourcePath, const QString &outputPath) const
@@ -31,7 +44,7 @@ CheckedFile CheckBasis::check(const QString &sourcePath, const QString &outputPa
     QString obstacle = change(sourcePath, outputPath);
     if (!obstacle.isEmpty())
         return {obstacle, {}};
-    CheckedFile checked = checkFile(sourcePath, outputPath, encoding);
+    CheckedFile checked = checkNow(sourcePath, outputPath);
     obstacle = change(sourcePath, outputPath);
     return obstacle.isEmpty() ? checked : CheckedFile{obstacle, {}};
 }

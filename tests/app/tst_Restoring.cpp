@@ -38,6 +38,7 @@ private Q_SLOTS:
         QVERIFY(!restore().isEnabled());
         QCOMPARE(restore().toolTip(), u"Not while files are worked on."_s);
         QTRY_COMPARE(states(), (QStringList{u"Put back"_s, u"Put back"_s, u"Failed"_s}));
+        QVERIFY(!rows()[0].basis && !rows()[1].basis);
         QCOMPARE(readFile(source(0)), "copy"_ba);
         QCOMPARE(readFile(source(1)), "copy"_ba);
         QCOMPARE(rows()[0].reason(), u"the original was put back"_s);

@@ -24,6 +24,7 @@ private Q_SLOTS:
         QCOMPARE(result.outcome, Outcome::Done);
         QCOMPARE(readFile(source), "minified " + QFile::encodeName(source));
         QCOMPARE(readFile(result.original), "copy"_ba);
+        QCOMPARE(result.basis->original, result.original);
         QCOMPARE(statusOf(result.original).st_mode & 07777U, 0600U);
         QCOMPARE(statusOf(result.original).st_mtim.tv_sec, times[1].tv_sec);
         QCOMPARE(leftInFolder().size(), 2);

@@ -84,6 +84,24 @@ private Q_SLOTS:
         QVERIFY(hasLabel(*viewer(), messages().section(u'\n', line / 2 - 1, line / 2 - 1)));
     }
 
+    /// Minified in place, with its original kept elsewhere.
+    void theOriginalIsShownAtALoss()
+    {
+        ResultRow row = m_bench->damagedRow(u"replaced.css"_s);
+        ResultRemarks remarks;
+        remarks.original = m_bench->path(u"kept"_s);
+        QVERIFY(QFile::rename(row.source, remarks.original) && QFile::copy(row.output, row.source));
+        row.output = row.source;
+        row.basis = CheckBasis{TextEncoding::Utf8, *FileState::of(remarks.original),
+                               *FileState::of(row.output), remarks.original};
+        row.remarks = std::make_shared<ResultRemarks>(remarks);
+        addRun(m_bench->runs, 2, {row});
+        open();
+        QTRY_COMPARE(messages().count(u'\n'), 1);
+        doubleClick(pane()->viewport(), placeOfLine(1));
+        QTRY_COMPARE(viewer()->findChild<SourceView *>()->textCursor().blockNumber(), 3);
+    }
+
     void nothingIsShownOfASoundFile()
     {
         open();

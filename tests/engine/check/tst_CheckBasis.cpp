@@ -88,6 +88,18 @@ private Q_SLOTS:
         QCOMPARE(m_basis.check(source(), output()).obstacle, u"the output has changed since the run"_s);
     }
 
+    void aSourceThatWasReplaced()
+    {
+        const QString kept = m_folder->filePath(u"kept"_s);
+        QVERIFY(QFile::rename(source(), kept));
+        m_basis = {TextEncoding::Gb2312, *FileState::of(kept), *FileState::of(output()), kept};
+        const CheckedFile checked = m_basis.check(output(), output());
+        QCOMPARE(checked.obstacle, QString());
+        QCOMPARE(summaryOf(checked.warnings), u"1 declaration damaged"_s);
+        QVERIFY(QFile::remove(kept));
+        QCOMPARE(m_basis.check(output(), output()).obstacle, u"its original is not kept any more"_s);
+    }
+
 private:
     [[nodiscard]] QString source() const { return m_folder->filePath(u"a.css"_s); }
     [[nodiscard]] QString output() const { return m_folder->filePath(u"a.min.css"_s); }
