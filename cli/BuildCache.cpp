@@ -13,7 +13,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringBuilder>
 
 #include <algorithm>
 #include <chrono>
@@ -28,25 +27,39 @@ namespace brevant {
 
 namespace {
 
-constexpr QByteArrayView head("{\"version\": 1, \"outputs\": {\n");
+constexpr QByteArrayView head("{\"version\": 1, \"files\": {\n");
 constexpr QByteArrayView tail("\n}}\n");
 
-/// A line has about 300 bytes.
 constexpr qint64 mostBytes = 128'000'000;
+constexpr qsizetype usualLine = 256; // bytes
 
 /// Between the name of an output and what is known of it, and between two parts of that.
 constexpr QByteArrayView colon("\": [\"");
 constexpr QByteArrayView comma("\", \"");
 constexpr QByteArrayView closing("\"]");
 
-/// A text as it stands between quotes in JSON.
-QByteArray escaped(const QString &text)
+/// A text as it stands between quotes in JSON, where it holds characters that are not to stand there.
+QByteArray escaped(const QByteArray &utf8)
 {
-    const bool isPlain = std::ranges::none_of(
-        text, [](QChar sign) { return sign < u' ' || sign == u'"' || sign == u'\\' || sign.isSurrogate(); });
-    if (isPlain)
-        return text.toUtf8();
-    return QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(2).sliced(2);
+    const QJsonArray array{QString::fromUtf8(utf8)};
+    return QJsonDocument(array).toJson(QJsonDocument::Compact).chopped(2).sliced(2);
+}
+
+/// Whether QDir::cleanPath() may change a path.
+bool isToBeCleaned(const QByteArray &path)
+{
+    bool isClean = true; // without a jump, for the compiler to take several characters at once
+    for (qsizetype i = 1; i < path.size(); ++i)
+        isClean &= path[i - 1] != '/' || (path[i] != '/' && path[i] != '.');
+    return !isClean;
+}
+
+bool isToBeEscaped(const QByteArray &text)
+{
+    bool isPlain = true;
+    for (const char byte : text)
+        isPlain &= static_cast<unsigned char>(byte) >= ' ' && byte != '"' && byte != '\\';
+    return !isPlain;
 }
 
 /// Takes the parts of a line, one after the other.
@@ -91,17 +104,17 @@ std::optional<std::pair<QString, RecordedFile>> fileFrom(QByteArrayView part)
     return file ? std::optional(std::pair(extension, *file)) : std::nullopt;
 }
 
-void append(QByteArray &line, const QString &extension, const RecordedFile &file)
+QByteArray lineFrom(const QByteArray &name, QByteArrayView source, QByteArrayView recipe,
+                    const RecordedFiles &files)
 {
-    line.append(comma);
-    if (!extension.isEmpty())
-        line += extension.toLatin1() + ' ';
-    line += file.text();
-}
-
-QByteArray beginningOf(const QByteArray &name, QByteArrayView source, QByteArrayView recipe)
-{
-    return QByteArray("\"").append(name).append(colon).append(source).append(comma).append(recipe);
+    QByteArray line = QByteArray("\"").append(name).append(colon).append(source).append(comma).append(recipe);
+    for (const auto &[extension, file] : files) {
+        line.append(comma);
+        if (!extension.isEmpty())
+            line += extension.toLatin1() + ' ';
+        line += file.text();
+    }
+    return line.append(closing);
 }
 
 /// Waits for whoever writes in that folder, but not for ever: the file is replaced as a whole anyhow. Some
@@ -119,10 +132,10 @@ void lockFolder(const Descriptor &folder)
 
 BuildCache::BuildCache(const QString &folder) : m_folder(QDir::cleanPath(folder))
 {
-    QString way;
-    for (QString above = m_folder; above.size() > 1; above = PathString::folder(above).toString()) {
-        m_above.emplace_back(above + u'/', way);
-        way += "../"_L1;
+    QByteArray way;
+    for (QByteArray above = m_folder.toUtf8(); above.size() > 1; above = folderOf(above)) {
+        m_above.emplace_back(above + '/', way);
+        way += "../";
     }
     read();
 }
@@ -154,16 +167,15 @@ void BuildCache::read()
 QString BuildCache::readLines(const Descriptor &file, qint64 size)
 {
     m_isOurs = true;
-    const std::optional<QByteArray> text =
-        size <= mostBytes ? FileBytes::readAll(file.number()) : std::nullopt;
-    if (size > mostBytes || (text && text->size() > mostBytes))
+    if (size > mostBytes)
         return u"it is too large"_s;
+    const std::optional<QByteArray> text = FileBytes::readAll(file.number());
     if (!text)
         return qt_error_string(errno);
     if (!text->startsWith(head))
         return u"it is damaged, or of another version of Brevant"_s;
     m_text = *text;
-    m_lines.reserve(m_text.count('\n'));
+    m_lines.reserve(m_text.size() / usualLine);
     const QByteArrayView all(m_text);
     for (qsizetype start = head.size(); start < all.size();) {
         const qsizetype end = all.indexOf('\n', start);
@@ -180,13 +192,14 @@ QString BuildCache::readLines(const Descriptor &file, qint64 size)
 /// A path as the file names it.
 QByteArray BuildCache::nameOf(const QString &path) const
 {
-    const bool isPlain = !path.contains("/."_L1) && !path.contains("//"_L1);
-    const QString clean = isPlain ? path : QDir::cleanPath(path);
-    for (const auto &[above, way] : m_above) {
-        if (clean.startsWith(above))
-            return escaped(way % QStringView(clean).sliced(above.size()));
-    }
-    return escaped(clean);
+    QByteArray name = path.toUtf8();
+    if (isToBeCleaned(name))
+        name = QDir::cleanPath(path).toUtf8();
+    const auto above =
+        std::ranges::find_if(m_above, [&name](const auto &folder) { return name.startsWith(folder.first); });
+    if (above != m_above.end())
+        name.replace(0, above->first.size(), above->second);
+    return isToBeEscaped(name) ? escaped(name) : name;
 }
 
 QString BuildCache::path() const
@@ -204,26 +217,26 @@ QByteArrayView BuildCache::lineOf(const QByteArray &name) const
 bool BuildCache::isUpToDate(const MadeOutput &wanted)
 {
     const QByteArray name = nameOf(wanted.output);
-    const QByteArrayView line = lineOf(name);
-    Parts parts(line);
-    if (parts.next() != nameOf(wanted.source) || parts.next() != wanted.recipe)
+    const QByteArray source = nameOf(wanted.source);
+    Parts parts(lineOf(name));
+    if (parts.next() != source || parts.next() != wanted.recipe)
         return false;
-    QByteArray now = beginningOf(name, nameOf(wanted.source), wanted.recipe);
-    int files = 0;
-    for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next(), ++files) {
+    RecordedFiles files;
+    bool isNewKnowledge = false;
+    for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next()) {
         const auto recorded = fileFrom(part);
-        if (!recorded || recorded->first.isEmpty() != (files < 2))
+        if (!recorded || recorded->first.isEmpty() != (files.size() < 2))
             return false;
         const auto &[extension, file] = *recorded;
-        const auto same = file.ifUnchanged(files == 0 ? wanted.source : copyOf(wanted.output, extension));
+        auto same = file.ifUnchanged(files.empty() ? wanted.source : copyOf(wanted.output, extension));
         if (!same)
             return false;
-        append(now, extension, *same);
+        isNewKnowledge |= !same->looksLike(file);
+        files.emplace_back(extension, *std::move(same));
     }
-    now.append(closing);
-    if (files >= 2 && now != line)
-        m_changed.insert(name, now);
-    return files >= 2;
+    if (isNewKnowledge)
+        m_changed.insert(name, lineFrom(name, source, wanted.recipe, files));
+    return files.size() >= 2;
 }
 
 void BuildCache::begin(const MadeOutput &wanted)
@@ -231,11 +244,13 @@ void BuildCache::begin(const MadeOutput &wanted)
     m_begun.insert(wanted.output, {wanted, RecordedFile::of(wanted.source), {}});
 }
 
-void BuildCache::made(const QString &output)
+void BuildCache::made(const MadeOutput &made)
 {
-    Begun begun = m_begun.take(output);
-    for (const QString &extension : QStringList{QString()} + begun.wanted.copies) {
-        if (const auto file = RecordedFile::statusOf(copyOf(output, extension)))
+    Begun begun = m_begun.take(made.output);
+    if (begun.wanted != made)
+        return;
+    for (const QString &extension : QStringList{QString()} + made.copies) {
+        if (const auto file = RecordedFile::statusOf(copyOf(made.output, extension)))
             begun.files.emplace_back(extension, *file);
     }
     m_made.push_back(std::move(begun));
@@ -244,22 +259,20 @@ void BuildCache::made(const QString &output)
 /// Reads what has been made, which is late enough now for its times to tell of changes later on.
 void BuildCache::settle()
 {
-    for (const auto &[wanted, source, files] : std::exchange(m_made, {})) {
-        const QByteArray name = nameOf(wanted.output);
-        QByteArray line = beginningOf(name, nameOf(wanted.source), wanted.recipe);
+    for (auto &[wanted, source, files] : std::exchange(m_made, {})) {
         bool isKnown = source && !files.empty() && files.front().first.isEmpty();
-        if (isKnown)
-            append(line, {}, *source);
-        for (const auto &[extension, file] : files) {
+        for (auto &[extension, file] : files) {
             const QString path = copyOf(wanted.output, extension);
             const auto read = isKnown ? RecordedFile::of(path) : std::nullopt;
             const auto now = RecordedFile::statusOf(path);
             isKnown = read && now && now->looksLike(file); // and nobody else has changed it meanwhile
-            if (isKnown)
-                append(line, extension, *read);
+            file = read.value_or(file);
         }
-        if (isKnown)
-            m_changed.insert(name, line.append(closing));
+        if (!isKnown)
+            continue;
+        files.insert(files.begin(), std::pair(QString(), *source));
+        const QByteArray name = nameOf(wanted.output);
+        m_changed.insert(name, lineFrom(name, nameOf(wanted.source), wanted.recipe, files));
     }
 }
 
@@ -291,11 +304,8 @@ QByteArray BuildCache::hashOf(const QString &path)
         file = RecordedFile::of(path);
     if (!file)
         return {};
-    if (!known || known->second.text() != file->text()) {
-        QByteArray line = beginningOf(name, {}, {});
-        append(line, {}, *file);
-        m_changed.insert(name, line.append(closing));
-    }
+    if (!known || !known->second.looksLike(*file))
+        m_changed.insert(name, lineFrom(name, {}, {}, {{QString(), *file}}));
     return file->hash;
 }
 
@@ -313,9 +323,11 @@ bool BuildCache::isOfUse(QByteArrayView line) const
 QString BuildCache::save()
 {
     settle();
-    if (m_changed.isEmpty() || !m_isOurs)
+    if (m_changed.isEmpty())
         return {};
     const Descriptor folder = openFile(RawBytes::encoded(m_folder), O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen() && errno == ENOENT) // nor are there any outputs then
+        return {};
     lockFolder(folder);
     read();
     if (!m_isOurs)

@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <QVarLengthArray>
 
 #include <optional>
 #include <utility>
@@ -26,11 +27,17 @@ struct MadeOutput {
     QString output;
     QStringList copies; ///< extensions of what may lie beside it then: "gz", "br", "map"
     QByteArray recipe;  ///< stands for all else that decides its bytes; letters and digits
+
+    bool operator==(const MadeOutput &) const = default;
 };
+
+/// Files with the extensions that name them copies of an output; empty for itself, and for its source.
+using RecordedFiles = QVarLengthArray<std::pair<QString, RecordedFile>, 5>;
 
 /// What was made from what, in a file of JSON with a line for each output: its path, and an array of the
 /// source, the recipe, the RecordedFile of the source, that of the output, and those of its copies, each
-/// behind its extension. Paths are relative to the folder of the file, unless only the root has them both.
+/// behind its extension. Other files, with empty texts for source and recipe, are there for their hashes.
+/// Paths are relative to the folder of the file, unless only the root has them both.
 ///
 /// Nothing depends on the file. One that is missing, or no such file, says that nothing has been made; a line
 /// of it that is none says nothing. So it may come from anywhere: each thing that it says is held against the
@@ -51,8 +58,9 @@ public:
     /// To be called before that is made: what the source holds now is what the output will be made from.
     void begin(const MadeOutput &wanted);
 
-    /// The output begun has been made. Where that is not called, nothing is recorded of it.
-    void made(const QString &output);
+    /// What was begun has been made. Nothing is recorded of it where that is not called, or where it says
+    /// that it was made from something else.
+    void made(const MadeOutput &made);
 
     /// The output, where it was made from that source, and its copies, as far as nobody has changed them.
     /// `output` has to be known from elsewhere, as the file might name any.
@@ -77,11 +85,11 @@ private:
     struct Begun {
         MadeOutput wanted;
         std::optional<RecordedFile> source;
-        std::vector<std::pair<QString, RecordedFile>> files; ///< extensions and files, once made
+        RecordedFiles files; ///< once made
     };
 
     const QString m_folder;
-    std::vector<std::pair<QString, QString>> m_above; ///< folders above a path, and the way to them
+    std::vector<std::pair<QByteArray, QByteArray>> m_above; ///< folders above a path, and the way to them
     QString m_error;
     bool m_isOurs = true; ///< and may be replaced
     mode_t m_mode = 0600;

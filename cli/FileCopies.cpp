@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/FileCopies.h"
 
+#include "cli/BuildCache.h"
 #include "cli/Colours.h"
 #include "cli/OutTree.h"
 #include "files/DurableFile.h"
@@ -50,7 +51,7 @@ void RestOfTree::add(const QString &relativePath, EntryType type)
 {
     const QByteArray path = RawBytes::encoded(pathOf(relativePath));
     struct stat status {};
-    if (PathString::lastComponent(pathOf(relativePath)) == u".brevant-cache.json") // our own
+    if (PathString::lastComponent(pathOf(relativePath)) == BuildCache::fileName)
         return;
     if (type == EntryType::Unknown && ::lstat(path.constData(), &status) == 0)
         type = S_ISREG(status.st_mode) ? EntryType::File : EntryType::Unknown;

@@ -14,6 +14,7 @@
 #include "settings/SettingsKeys.h"
 
 #include <QDir>
+#include <QMultiHash>
 #include <QStringBuilder>
 
 #include <algorithm>
@@ -39,9 +40,9 @@ struct Suffix {
     QString text;
 };
 
-/// Those of `files` that are outputs of others among them, by the settings. `areBeside`: outputs are beside
-/// their sources in any case.
-QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settings, bool areBeside)
+/// For each of `files`, whether it is the output of another one among them, by the settings. `areBeside`:
+/// outputs are beside their sources in any case.
+std::vector<bool> outputsAmong(const QStringList &files, const EntrySettings &settings, bool areBeside)
 {
     BySettings<Suffix> suffixes(settings);
     const auto suffixOf = [&](const QString &file) {
@@ -53,24 +54,29 @@ QSet<QString> outputsAmong(const QStringList &files, const EntrySettings &settin
         if (const QString suffix = suffixOf(file); !suffix.isEmpty() && !used.contains(suffix))
             used.append(suffix);
     }
-    QSet<QStringView> sourceStems; // of files named like outputs
-    for (const QString &file : used.isEmpty() ? QStringList() : files) {
+    QMultiHash<QStringView, qsizetype> named; // like outputs, by the stems of their sources
+    named.reserve(used.isEmpty() ? 0 : files.size() / 2);
+    for (qsizetype i = 0; i < files.size(); ++i) {
         for (const QString &suffix : used) {
-            if (const QStringView stem = PathString::stem(file); stem.endsWith(suffix))
-                sourceStems.insert(stem.chopped(suffix.size()));
+            if (const QStringView stem = PathString::stem(files[i]); stem.endsWith(suffix))
+                named.insert(stem.chopped(suffix.size()), i);
         }
     }
     OutputPath outputPath(settings, OutputPath::Reading::Once);
-    QSet<QString> outputs;
-    for (const QString &file : sourceStems.isEmpty() ? QStringList() : files) {
-        if (!sourceStems.contains(PathString::stem(file)) || suffixOf(file).isEmpty())
+    std::vector<bool> areOutputs(static_cast<std::size_t>(files.size()));
+    for (const QString &file : named.isEmpty() ? QStringList() : files) {
+        const auto [first, last] = std::as_const(named).equal_range(PathString::stem(file));
+        if (first == last || suffixOf(file).isEmpty())
             continue;
-        const QString output = outputPath.next(file).value_or(QString());
-        outputs.insert(areBeside
-                           ? PathString::join(PathString::folder(file), PathString::lastComponent(output))
-                           : output);
+        QString output = outputPath.next(file).value_or(QString());
+        if (areBeside)
+            output = PathString::join(PathString::folder(file), PathString::lastComponent(output));
+        for (auto i = first; i != last; ++i) {
+            if (files[*i] == output)
+                areOutputs[static_cast<std::size_t>(*i)] = true;
+        }
     }
-    return outputs;
+    return areOutputs;
 }
 
 template <typename File, typename Path>
@@ -131,14 +137,15 @@ void Listing::add(const QString &path)
         return;
     RestOfTree rest(path);
     const QStringList found = filesBelow(path, rest);
-    const QSet<QString> outputs =
-        m_line.all ? QSet<QString>() : outputsAmong(found, m_settings, m_tree.isBeside(path));
-    m_taken.reserve(m_taken.size() + found.size());
-    for (const QString &file : found) {
-        if (!outputs.isEmpty() && outputs.contains(file))
-            m_outputs.append(file);
+    const std::vector<bool> areOutputs = m_line.all
+                                             ? std::vector<bool>(static_cast<std::size_t>(found.size()))
+                                             : outputsAmong(found, m_settings, m_tree.isBeside(path));
+    m_taken.reserve(m_taken.size() + std::ranges::count(areOutputs, false));
+    for (qsizetype i = 0; i < found.size(); ++i) {
+        if (areOutputs[static_cast<std::size_t>(i)])
+            m_outputs.append(found[i]);
         else
-            append(file);
+            append(found[i]);
     }
     if (isListed(path, {}, EntryType::Unknown))
         append(path);
@@ -283,7 +290,8 @@ void Listing::printWhatIsMissing() const
         TerminalText::printError(folder + u" is a folder"_s);
     for (const QString &link : m_line.quiet ? QStringList() : m_linksPassedOver)
         TerminalText::printError(u"%1 is not copied: this link leads to no file of its tree"_s.arg(link));
-    if (const QStringList outputs = passedOver(); isList && !m_line.quiet && !outputs.isEmpty()) {
+    const bool isOutputTold = isList && !m_line.quiet;
+    if (const QStringList outputs = isOutputTold ? passedOver() : QStringList(); !outputs.isEmpty()) {
         const QString one = u"1 file passed over, as the output of another (--all takes all):\n"_s;
         const QString several = u"%1 files passed over, as outputs of others (--all takes all):\n"_s;
         QString text = outputs.size() == 1 ? one : several.arg(outputs.size());

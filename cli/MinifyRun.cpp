@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/MinifyRun.h"
 
+#include "cli/ChangedFiles.h"
 #include "cli/CommandLine.h"
 #include "cli/InputChecks.h"
 #include "cli/KeptTimes.h"
@@ -25,8 +26,8 @@
 namespace brevant {
 
 MinifyRun::MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
-                     const ReportOutput &output)
-    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_tree(line)
+                     const ReportOutput &output, ChangedFiles *changed)
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_tree(line), m_changed(changed)
 {
 }
 
@@ -86,14 +87,23 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
     catchStopSignals(jobs > 1);
     ResultChecks checks(m_settings);
     KeptTimes times(report, m_settings);
-    if (m_line.check)
-        report.setCheck([&checks](const EntryResult &result) { return checks.entryEnded(result); });
-    const auto refusal = [&, refuse = refusalFor(queue.entries(), m_settings)](
+    report.setCheck([&](const EntryResult &result) {
+        const auto checked = m_line.check ? checks.entryEnded(result) : std::nullopt;
+        const bool isGood =
+            result.outcome == EntryResult::Outcome::Done && !(checked && checked->isSuspicious());
+        if (m_changed != nullptr && isGood)
+            m_changed->entryDone(result.source, result.output);
+        return checked;
+    });
+    const EntriesWithOutputs done = m_changed != nullptr ? m_changed->unchanged() : EntriesWithOutputs();
+    const auto refusal = [&, refuse = refusalFor(queue.entries(), m_settings, done)](
                              const QString &entry, const std::optional<QString> &output) {
         if (m_line.check)
             checks.entryTaken(entry, output);
         if (m_line.keepTimes)
             times.entryTaken(entry);
+        if (m_changed != nullptr)
+            m_changed->entryTaken(entry, output);
         QString reason = refuse(entry, output);
         if (reason.isEmpty() && output && m_tree.isWanted())
             static_cast<void>(m_tree.openFolderOf(*output, reason));

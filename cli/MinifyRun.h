@@ -8,6 +8,7 @@
 
 namespace brevant {
 
+class ChangedFiles;
 class ReportOutput;
 class RunReport;
 struct CommandLine;
@@ -19,8 +20,9 @@ enum ExitStatus { AllDone = 0, SomeFailed = 1, WrongUsage = 2, NoTools = 3 };
 /// Minifies queues as a command line asks for it, prints what becomes of them and writes their reports.
 class MinifyRun final {
 public:
+    /// What is done is written to `changed`, which may be null.
     MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
-              const ReportOutput &output);
+              const ReportOutput &output, ChangedFiles *changed = nullptr);
 
     /// Minifies the files in a queue, and makes the copies once it has gone through all. Returns the exit
     /// status.
@@ -38,6 +40,7 @@ private:
     const EntrySettings m_settings;
     const ReportOutput &m_output;
     const OutTree m_tree;
+    ChangedFiles *const m_changed;
 };
 
 } // namespace brevant

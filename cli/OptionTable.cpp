@@ -199,6 +199,8 @@ constexpr Option options[]{
      u"--files-from"},
     {Files, u"--sort", u"order the files by path", readFlag<&CommandLine::sort>},
     {Files, u"--shard K/N", u"take the K-th of N parts of about the same size", readShardOption},
+    {Files, u"--changed", u"take only files whose outputs are missing or out of date",
+     readFlag<&CommandLine::changed>},
     {Files, u"--also KINDS", u"take mjs, cjs, htm, svg files too; modern compressors only", readAlso},
     {Files, u"--all", u"search all folders, and take outputs of other files too",
      readFlag<&CommandLine::all>},

@@ -30,10 +30,16 @@ QString notUtf8()
     return u"its path is not valid UTF-8 and cannot be handed to a compressor"_s;
 }
 
-Refusal refusalFor(const std::vector<QString> &sources, const EntrySettings &settings)
+Refusal refusalFor(std::vector<QString> sources, const EntrySettings &settings,
+                   const EntriesWithOutputs &done)
 {
-    return [commands = BySettings<CompressorCommand>(settings), claims = OutputClaims(sources)](
-               const QString &source, const std::optional<QString> &output) mutable {
+    for (const auto &[source, output] : done)
+        sources.push_back(source);
+    OutputClaims claims(sources);
+    for (const auto &[source, output] : done)
+        static_cast<void>(claims.claim(source, output));
+    return [commands = BySettings<CompressorCommand>(settings),
+            claims = std::move(claims)](const QString &source, const std::optional<QString> &output) mutable {
         if (RawBytes::areIn(source))
             return notUtf8();
         if (!output)
@@ -197,7 +203,7 @@ bool printCommands(const PlannedRun &planned, const CommandLine &line, const Too
     if (!std::ranges::all_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); }))
         script.add(u"cd"_s, {tools.folder});
     BySettings<CompressorCommand> commands(planned.settings);
-    const Refusal refusal = refusalFor(entries, planned.settings);
+    const Refusal refusal = refusalFor(entries, planned.settings, planned.done);
     for (const auto &[entry, output] : entriesWithOutputs(planned.queue, planned.settings)) {
         if (const QString reason = refusal(entry, output); !reason.isEmpty())
             script.addNotMinified(entry, reason);

@@ -18,18 +18,21 @@ struct CommandLine;
 /// Why an entry whose path holds RawBytes is not run.
 [[nodiscard]] QString notUtf8();
 
-/// What a run in the terminal refuses to do. Asked for each entry, in the order of the queue.
-[[nodiscard]] Refusal refusalFor(const std::vector<QString> &sources, const EntrySettings &settings);
-
 /// Each entry with the output that a run would give it.
 using EntriesWithOutputs = std::vector<std::pair<QString, std::optional<QString>>>;
 [[nodiscard]] EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const EntrySettings &settings);
+
+/// What a run in the terminal refuses to do. Asked for each entry, in the order of the queue. `done`: others
+/// that it does not do again.
+[[nodiscard]] Refusal refusalFor(std::vector<QString> sources, const EntrySettings &settings,
+                                 const EntriesWithOutputs &done = {});
 
 /// What is to be done.
 struct PlannedRun {
     const FileQueue &queue;
     const EntrySettings &settings;
     const std::vector<FileCopy> &copies;
+    EntriesWithOutputs done = {}; ///< before, which is not done again
 };
 
 /// Prints the path of each entry and of its output, then the same of the copies, except for entries that hold

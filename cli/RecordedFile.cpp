@@ -21,8 +21,6 @@ constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
 /// As coarse as the times of files get: those of FAT.
 constexpr qint64 longestTick = 2 * nanosecondsPerSecond;
 
-constexpr qsizetype hashLength = 43;
-
 qint64 nanoseconds(const timespec &time)
 {
     return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
@@ -49,7 +47,7 @@ bool takeNumber(QByteArrayView &text, Number &number)
 std::optional<RecordedFile> RecordedFile::statusOf(const QString &path)
 {
     struct stat status {};
-    if (::stat(RawBytes::encoded(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
         return std::nullopt;
     return recorded(status);
 }
@@ -82,9 +80,9 @@ std::optional<RecordedFile> RecordedFile::fromText(QByteArrayView text)
 {
     RecordedFile file;
     if (!takeNumber(text, file.size) || !takeNumber(text, file.inode) || !takeNumber(text, file.modifiedAt) ||
-        !takeNumber(text, file.changedAt) || text.size() != hashLength)
+        !takeNumber(text, file.changedAt))
         return std::nullopt;
-    file.hash = text.toByteArray();
+    file.hash = QByteArray::fromRawData(text.data(), text.size());
     return file;
 }
 

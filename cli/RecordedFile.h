@@ -8,8 +8,6 @@
 
 #include <optional>
 
-struct stat;
-
 namespace brevant {
 
 /// What is known of the content of a file, so that it need not be read again while size, inode and times stay
@@ -21,8 +19,7 @@ struct RecordedFile {
     qint64 changedAt = 0;  ///< likewise
     QByteArray hash;       ///< SHA-256 in base64url; empty where the content has not been read
 
-    /// Its size, inode and times, without reading it; nothing if there is no such regular file. Links are
-    /// followed.
+    /// Its size, inode and times, without reading it; nothing if there is no such file. Links are followed.
     [[nodiscard]] static std::optional<RecordedFile> statusOf(const QString &path);
 
     /// All of it; nothing if it is no regular file or cannot be read. A file that has just been changed gets
@@ -31,6 +28,8 @@ struct RecordedFile {
 
     /// "SIZE INODE MODIFIED CHANGED HASH".
     [[nodiscard]] QByteArray text() const;
+
+    /// The same back again; its hash is that part of the text, which must live as long.
     [[nodiscard]] static std::optional<RecordedFile> fromText(QByteArrayView text);
 
     /// The file as it is now, if it still has this content; it is read only if it looks different.

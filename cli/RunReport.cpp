@@ -61,11 +61,6 @@ QString placeText(const QString &source, const CompressorMessage &message, TextE
     return text;
 }
 
-QString counted(qint64 count)
-{
-    return count == 1 ? u"1 file"_s : u"%1 files"_s.arg(TerminalText::grouped(count));
-}
-
 } // namespace
 
 RunReport::Style RunReport::styleOfStandardOutput()
@@ -163,7 +158,7 @@ QString RunReport::summary(const Colours &colours) const
         }
     }
     QString text = u"%1: %2 -> %3 bytes, %4"_s.arg(
-        counted(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
+        TerminalText::countedFiles(doneCount()), TerminalText::grouped(before), TerminalText::grouped(after),
         colours.success(u"%1 % saved"_s.arg(percentSaved(before, after))));
     if (const qsizetype failed = endedCount() - doneCount(); failed > 0)
         text += u"; %1 failed"_s.arg(TerminalText::grouped(failed));
@@ -172,7 +167,7 @@ QString RunReport::summary(const Colours &colours) const
     text += u".\n"_s + remarkable();
     if (!m_notRun.isEmpty())
         text += u"Stopped before %1; %2 not minified.\n"_s.arg(printable(m_notRun.first()),
-                                                               counted(m_notRun.size()));
+                                                               TerminalText::countedFiles(m_notRun.size()));
     return text;
 }
 

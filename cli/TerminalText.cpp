@@ -72,6 +72,11 @@ QString grouped(qint64 number)
     return QLocale(QLocale::English).toString(number);
 }
 
+QString countedFiles(qint64 count)
+{
+    return count == 1 ? u"1 file"_s : grouped(count) + u" files"_s;
+}
+
 QString duration(double seconds)
 {
     const auto whole = static_cast<long long>(std::ceil(seconds));

@@ -20,6 +20,9 @@ namespace brevant::TerminalText {
 /// A number of bytes with its digits in groups: "12,345".
 [[nodiscard]] QString grouped(qint64 number);
 
+/// "1 file", "12,345 files".
+[[nodiscard]] QString countedFiles(qint64 count);
+
 /// A time as "0:09", "12:05" or "1:02:03".
 [[nodiscard]] QString duration(double seconds);
 

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/ChangedFiles.h"
 #include "cli/CommandLine.h"
 #include "cli/InputChecks.h"
 #include "cli/Listing.h"
@@ -43,14 +44,32 @@ int statusOf(bool isAllDone)
 }
 
 /// Carries out the action on the files in the queue.
-int act(const CommandLine &line, const Tools &tools, const PlannedRun &planned, const ReportOutput &output)
+int act(const CommandLine &line, const Tools &tools, const PlannedRun &planned, const ReportOutput &output,
+        ChangedFiles *changed = nullptr)
 {
     if (line.action == CommandLine::Action::Minify)
-        return MinifyRun(line, tools, planned.settings, output).run(planned.queue, planned.copies);
+        return MinifyRun(line, tools, planned.settings, output, changed).run(planned.queue, planned.copies);
     if (planned.queue.isEmpty() && planned.copies.empty())
         return AllDone;
     return statusOfPrinting(line.action == CommandLine::Action::List ? printList(planned, line.print0)
                                                                      : printCommands(planned, line, tools));
+}
+
+/// The same for --changed: on those files alone that are to be made.
+int actOnChanged(const CommandLine &line, const Tools &tools, FileQueue &queue, const Listing &listing,
+                 const EntrySettings &settings, const ReportOutput &output)
+{
+    ChangedFiles changed(line, settings, tools);
+    if (const QString error = changed.leaveOutUnchanged(queue); !error.isEmpty())
+        return wrongUsage(error);
+    const bool isRun = line.action == CommandLine::Action::Minify;
+    if (!line.quiet)
+        TerminalText::print(isRun ? stdout : stderr, changed.inWords());
+    const PlannedRun planned{queue, settings, listing.copies(), changed.unchanged()};
+    const int status = act(line, tools, planned, output, &changed);
+    if (isRun)
+        changed.save();
+    return status;
 }
 
 int run(CommandLine line, const Tools &tools)
@@ -91,7 +110,8 @@ int run(CommandLine line, const Tools &tools)
         !error.isEmpty())
         return wrongUsage(error);
     listing.printWhatIsMissing();
-    const int status = act(line, tools, {queue, entrySettings, listing.copies()}, output);
+    const int status = line.changed ? actOnChanged(line, tools, queue, listing, entrySettings, output)
+                                    : act(line, tools, {queue, entrySettings, listing.copies()}, output);
     return status == 0 ? statusOf(listing.isComplete()) : status;
 }
 

@@ -55,6 +55,8 @@ QString RawBytes::decoded(const QByteArray &name)
 
 QByteArray RawBytes::encoded(const QString &text)
 {
+    if (!areIn(text))
+        return text.toUtf8();
     QByteArray name;
     split(
         text, [&](QStringView valid) { name += valid.toUtf8(); },

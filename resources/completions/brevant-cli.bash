@@ -59,7 +59,7 @@ _brevant_cli() {
     *)
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                '--exclude --include --gitignore --files-from -0 --sort --shard --also --all --list --print0
+                '--exclude --include --gitignore --files-from -0 --sort --shard --changed --also --all --list --print0
                     --out-dir --copy-rest --keep-times --suffix --no-suffix --gzip --brotli --source-maps --stdin --compressors --dry-run
                     --set --settings --jobs --timeout --fail-fast --check --report --report-format
                     --quiet --version --help -h' -- "$cur")

@@ -38,10 +38,10 @@ public:
     [[nodiscard]] MadeOutput wanted() const { return {source, output, {u"gz"_s, u"br"_s}, "recipe"}; }
     [[nodiscard]] bool isUpToDate() const { return BuildCache(folder()).isUpToDate(wanted()); }
 
-    /// The names of the outputs in the file.
-    [[nodiscard]] QStringList outputs() const
+    /// The names in the file.
+    [[nodiscard]] QStringList names() const
     {
-        return QJsonDocument::fromJson(readFile(path())).object()[u"outputs"].toObject().keys();
+        return QJsonDocument::fromJson(readFile(path())).object()[u"files"].toObject().keys();
     }
 
     void make() const
@@ -50,7 +50,7 @@ public:
         cache.begin(wanted());
         if (!writeFile(output, outputText) || !writeFile(output + ".gz"_L1, "packed"))
             std::abort();
-        cache.made(output);
+        cache.made(wanted());
         if (!cache.save().isEmpty())
             std::abort();
     }

@@ -30,6 +30,7 @@ private Q_SLOTS:
                                  u"-0"_s,
                                  u"--sort"_s,
                                  u"--shard K/N"_s,
+                                 u"--changed"_s,
                                  u"--also KINDS"_s,
                                  u"--all"_s,
                                  u"--list"_s,
