@@ -122,22 +122,35 @@ class Pipelines(unittest.TestCase):
         self.succeed("ninja")
         self.assertEqual(list(self.outputs()), ["site/css/base.min.css", "site/js/menu.min.js"])
         self.assertIn("no work to do", self.succeed("ninja"))
+        sheet = self.folder / "site/css/base.min.css"
+        before = sheet.stat().st_mtime_ns
         (self.folder / "site/js/menu.min.js").unlink()
         self.succeed("ninja")
         self.assertEqual(len(self.outputs()), 2)
+        self.assertEqual(sheet.stat().st_mtime_ns, before)
         self.add("site/js/menu.js", BROKEN)
         for _ in range(2):
             self.assertNotEqual(self.run_here("ninja")[0], 0)
 
     def test_npm(self):
-        wanted = self.wanted()
+        wanted = {name.replace("site/", "public/").replace(".min.", "."): text for name, text in self.wanted().items()}
+        wanted |= {"public/logo.png": "a picture", "public/js/old.min.js": "var old = 1 ;\n"}
+        self.add("site/logo.png", "a picture")
         self.add("package.json", blocks("npm", "json")[0])
-        self.assertIn("/site/css/base.min.css", self.succeed("npm", "run", "check"))
-        self.assertEqual(self.outputs(), {})
+
+        def public():
+            return {str(path.relative_to(self.folder)): path.read_text()
+                    for path in self.folder.glob("public/**/*.*") if path.name != ".brevant-cache.json"}
+
+        self.assertIn("/public/css/base.css", self.succeed("npm", "run", "list"))
+        self.assertEqual(public(), {})
         self.succeed("npm", "run", "build")
-        self.assertEqual(self.outputs(), wanted)
+        self.assertEqual(public(), wanted)
+        self.assertIn("\n5 files unchanged.\n", self.succeed("npm", "run", "build"))
+        self.assertNotIn("base.css", self.succeed("npm", "run", "list"))
         self.add("site/js/broken.js", BROKEN)
         self.assertNotEqual(self.run_here("npm", "run", "build")[0], 0)
+        self.assertEqual(public(), wanted)
 
     def check_parts(self, count, run_part):
         """Each file is made by one part."""
