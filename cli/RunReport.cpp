@@ -149,6 +149,8 @@ qsizetype RunReport::doneCount() const
 
 QString RunReport::summary(const Colours &colours) const
 {
+    if (count() == 0 && !m_copied.isEmpty())
+        return m_copied + u".\n"_s;
     qint64 before = 0;
     qint64 after = 0;
     for (const EntryResult &result : m_results) {

@@ -28,6 +28,10 @@ void OutputPath::Naming::next(const QString &entry, std::optional<QStringView> e
         path.reset();
         return;
     }
+    if (!ownFolder.isEmpty() && !suffixSwitch.toBool()) { // pages go on to find it by its own name
+        path = PathString::join(ownFolder, PathString::lastComponent(entry));
+        return;
+    }
     const bool isBeside = sameFolder && ownFolder.isEmpty();
     const QString before = isBeside              ? QString()
                            : ownFolder.isEmpty() ? folder + u'/' // whatever the folder ends with

@@ -65,7 +65,8 @@ private Q_SLOTS:
         sandbox.add(u"w/c.png"_s, "");
         const Ended ended = run(sandbox, copyRest + QStringList{u"w"_s});
         QCOMPARE(ended.status, 0);
-        QVERIFY2(ended.out.endsWith("; 2 copied, 1 unchanged.\n"), ended.out);
+        QVERIFY2(ended.out.endsWith("2 copied, 1 unchanged.\n"), ended.out);
+        QVERIFY2(!ended.out.contains("0 files"), ended.out);
         QCOMPARE(inode(u"o/a.png"_s), a);
         QCOMPARE(modified(sandbox, u"o/a.png"_s), earlier);
         QVERIFY(inode(u"o/b.png"_s) != b);
@@ -105,7 +106,7 @@ private Q_SLOTS:
         const Ended ended = sandbox.runShell(u"printf x >\"$(printf 'w/\\351.png')\"\n"
                                              "\"$CLI\" --out-dir o --copy-rest w\n"
                                              "cat o/*.png; ls o; rm w/*.png o/*.png"_s);
-        QVERIFY2(ended.out.endsWith("; 2 copied.\nw/a.pngxa.png\n\xE9.png\n"), ended.out);
+        QVERIFY2(ended.out.endsWith("2 copied.\nw/a.pngxa.png\n\xE9.png\n"), ended.out);
     }
 
     /// The list of what is there may be that of another program.
@@ -179,7 +180,7 @@ private Q_SLOTS:
         fill(sandbox, {u"w/a.png"_s});
         const Ended ended = run(sandbox, copyRest + QStringList{u"--report=r.json"_s, u"w"_s});
         QCOMPARE(ended.status, 0);
-        QVERIFY2(ended.out.endsWith("; 1 copied.\n"), ended.out);
+        QVERIFY2(ended.out.endsWith("1 copied.\n"), ended.out);
         QVERIFY(sandbox.read(u"r.json"_s).contains("\"done\": 0"));
         QCOMPARE(sandbox.read(u"o/a.png"_s), "w/a.png"_ba);
     }

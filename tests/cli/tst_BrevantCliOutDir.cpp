@@ -48,6 +48,15 @@ private Q_SLOTS:
         QCOMPARE(tree(sandbox.path(u"src"_s)), before);
     }
 
+    /// As pages name them so.
+    void withoutASuffixNamesStay()
+    {
+        const Sandbox sandbox;
+        sandbox.add(u"src/Base.CSS"_s, css);
+        QCOMPARE(sandbox.run({u"--out-dir"_s, u"o"_s, u"--no-suffix"_s, u"src"_s}).status, 0);
+        QCOMPARE(files(sandbox, u"o"_s), QStringList(u"Base.CSS"_s));
+    }
+
     void canBeRunAgain_data()
     {
         QTest::addColumn<QStringList>("arguments");
