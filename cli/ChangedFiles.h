@@ -26,6 +26,12 @@ public:
     /// Those files, with their outputs.
     [[nodiscard]] const EntriesWithOutputs &unchanged() const { return m_unchanged; }
 
+    /// Such an output with its copies, as far as nobody has changed them.
+    [[nodiscard]] QStringList ownFiles(const QString &source, const QString &output) const
+    {
+        return m_cache.ownFiles(source, output);
+    }
+
     /// How many they are, in words, as a line; empty for none.
     [[nodiscard]] QString inWords() const;
 

@@ -79,6 +79,15 @@ QString contradictionToText(const QCommandLineParser &parser)
                            : u"--stdin reads standard input; leave out %1, or --stdin"_s.arg(paths[0]);
 }
 
+/// What makes no sense beside --watch, each with the way out.
+constexpr std::array<std::pair<QStringView, QStringView>, 5> notBesideWatch{{
+    {u"--report", u"write the report with a run without --watch"},
+    {u"--fail-fast", u"leave it out, as the watching goes on"},
+    {u"--copy-rest", u"copy the rest with a run without --watch"},
+    {u"--shard", u"leave it out; name the folders of this machine instead"},
+    {u"--all", u"name the folders to search, as outputs would be minified again and again"},
+}};
+
 /// What is wrong with the options beside each other; empty if nothing is.
 QString contradiction(const QCommandLineParser &parser)
 {
@@ -102,6 +111,10 @@ QString contradiction(const QCommandLineParser &parser)
             return u"%1 needs a run, which --list and --dry-run are not"_s.arg(option.name());
         if (option.needs != aRun && !isGiven(parser, option.needs))
             return u"%1 needs %2"_s.arg(option.name(), option.needs);
+    }
+    for (const auto &[option, wayOut] : notBesideWatch) {
+        if (isGiven(parser, u"--watch") && isGiven(parser, option))
+            return u"--watch and %1 cannot be used together: %2"_s.arg(option, wayOut);
     }
     return {};
 }

@@ -35,9 +35,11 @@ struct CommandLine {
     int jobs = 0;    ///< compressors at once; 0 for as many as suit them
     int timeout = 0; ///< seconds for each file; 0 for no limit
     bool failFast = false;
-    bool check = false;   ///< the results of the classic compressors
-    bool all = false;     ///< take outputs of other files too, and search all folders
-    bool changed = false; ///< only files whose outputs are not up to date
+    bool watch = false;
+    bool deleteOutputs = false; ///< of sources that go away while they are watched
+    bool check = false;         ///< the results of the classic compressors
+    bool all = false;           ///< take outputs of other files too, and search all folders
+    bool changed = false;       ///< only files whose outputs are not up to date
     bool gitignore = false;
     bool copyRest = false;  ///< what is not minified, into outDir
     bool keepTimes = false; ///< of the sources, for their outputs

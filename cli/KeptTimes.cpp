@@ -18,11 +18,10 @@ using namespace Qt::StringLiterals;
 
 namespace brevant {
 
-namespace {
-
-/// The output and what has been made of it.
-QStringList filesOf(const EntryResult &result, const SettingsStore &settings)
+QStringList writtenFiles(const EntryResult &result, const SettingsStore &settings)
 {
+    if (!result.isMinified())
+        return {};
     const QString output = result.output.value_or(QString());
     QStringList files{output};
     if (result.gzipSize)
@@ -35,8 +34,6 @@ QStringList filesOf(const EntryResult &result, const SettingsStore &settings)
     return files;
 }
 
-} // namespace
-
 void KeptTimes::entryTaken(const QString &entry)
 {
     struct stat status {};
@@ -48,8 +45,9 @@ void KeptTimes::entryEnded(const EntryResult &result)
 {
     EntryResult told = result;
     const auto time = m_times.constFind(result.source);
-    const bool isWanted = time != m_times.constEnd() && result.isMinified();
-    for (const QString &file : isWanted ? filesOf(result, m_settings.of(result.source)) : QStringList()) {
+    const bool isWanted = time != m_times.constEnd();
+    for (const QString &file :
+         isWanted ? writtenFiles(result, m_settings.of(result.source)) : QStringList()) {
         const timespec times[]{{0, UTIME_OMIT}, *time};
         if (::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0) != 0)
             told.notes.append(

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Listing.h"
 
+#include "cli/ChangedPaths.h"
 #include "cli/CommandLine.h"
 #include "cli/OutputConflicts.h"
 #include "cli/PrintedRun.h"
@@ -105,6 +106,8 @@ QString Listing::fill()
     QStringList paths;
     for (const QString &path : m_line.paths)
         paths.append(PathString::absolute(path));
+    if (m_changed != nullptr)
+        paths.removeIf([this](const QString &path) { return m_changed->foldersBelow(path).isEmpty(); });
     if (QString error = m_rules.askGit(paths); !error.isEmpty())
         return error;
     for (const QString &path : std::as_const(paths))
@@ -144,10 +147,10 @@ void Listing::add(const QString &path)
     for (qsizetype i = 0; i < found.size(); ++i) {
         if (areOutputs[static_cast<std::size_t>(i)])
             m_outputs.append(found[i]);
-        else
+        else if (isChanged(found[i]))
             append(found[i]);
     }
-    if (isListed(path, {}, EntryType::Unknown))
+    if (isChanged(path) && isListed(path, {}, EntryType::Unknown))
         append(path);
     else if (isRest(path, {}, EntryType::Unknown))
         rest.add({}, EntryType::Unknown);
@@ -175,27 +178,64 @@ void Listing::takeShardOfCopies()
     std::erase_if(m_copies, [&](const FileCopy &copy) { return !taken.contains(copy.found); });
 }
 
+/// All that is below the top, or, of what has changed, all that is in the same folders.
 QStringList Listing::filesBelow(const QString &top, RestOfTree &rest)
 {
     QStringList found;
+    for (const QString &folder : m_changed != nullptr ? m_changed->foldersBelow(top) : QStringList(top)) {
+        if (isReached(top, folder))
+            walk(top, folder, found, rest);
+    }
+    return found;
+}
+
+/// Adds what is in a folder at or below the top, and, where that has changed as a whole, further down.
+void Listing::walk(const QString &top, const QString &folder, QStringList &found, RestOfTree &rest)
+{
+    const QString way = folder == top ? QString() : folder.sliced(PathString::join(top, {}).size());
+    const auto fromTop = [&way](const QString &path) { return way.isEmpty() ? path : way % u'/' % path; };
     FolderWalk walk;
-    walk.visit = [&](const QString &relativePath, EntryType type) {
-        if (isListed(top, relativePath, type)) {
-            found.append(PathString::join(top, relativePath));
+    walk.visit = [&](const QString &path, EntryType type) {
+        if (isListed(top, fromTop(path), type)) {
+            found.append(PathString::join(folder, path));
             if (m_line.copyRest)
-                rest.addMinified(relativePath);
-        } else if (isRest(top, relativePath, type)) {
-            rest.add(relativePath, type);
+                rest.addMinified(fromTop(path));
+        } else if (isRest(top, fromTop(path), type)) {
+            rest.add(fromTop(path), type);
         }
     };
-    walk.unreadable = [&](const QString &relativePath, int error) {
-        const QString folder = relativePath.isEmpty() ? top : PathString::join(top, relativePath);
-        m_unreadable.append(u"%1 cannot be read: %2"_s.arg(folder, qt_error_string(error)));
+    walk.unreadable = [&](const QString &path, int error) {
+        const QString unread = path.isEmpty() ? folder : PathString::join(folder, path);
+        m_unreadable.append(u"%1 cannot be read: %2"_s.arg(unread, qt_error_string(error)));
     };
-    walk.isEntered = [&](const QString &relativePath) { return m_rules.takesFolder(relativePath); };
+    walk.isEntered = [&](const QString &path) {
+        const bool isEntered =
+            m_rules.takesFolder(fromTop(path)) && isChanged(PathString::join(folder, path));
+        if (isEntered && m_folderSeen)
+            m_folderSeen(PathString::join(folder, path));
+        return isEntered;
+    };
     walk.decode = RawBytes::decoded;
-    walkFolder(top, walk);
-    return found;
+    if (m_folderSeen)
+        m_folderSeen(folder);
+    walkFolder(folder, walk);
+}
+
+/// Whether a search of everything below the top would come to the folder.
+bool Listing::isReached(const QString &top, const QString &folder)
+{
+    const qsizetype start = PathString::join(top, {}).size();
+    for (qsizetype end = start; end <= folder.size(); ++end) {
+        if ((end == folder.size() || folder[end] == u'/') && end > start &&
+            !m_rules.takesFolder(folder.sliced(start, end - start)))
+            return false;
+    }
+    return true;
+}
+
+bool Listing::isChanged(const QString &path) const
+{
+    return m_changed == nullptr || m_changed->hold(path);
 }
 
 bool Listing::isListed(const QString &top, const QString &relativePath, EntryType type)
@@ -284,6 +324,8 @@ void Listing::printWhatIsMissing() const
     const bool isList = m_line.action == CommandLine::Action::List;
     for (const QString &sentence : m_unreadable)
         TerminalText::printError(sentence);
+    if (m_changed != nullptr)
+        return;
     for (const QString &file : isList ? m_unnameable : QStringList())
         TerminalText::printError(u"%1: not minified: %2"_s.arg(file, notUtf8()));
     for (const QString &folder : m_line.quiet ? QStringList() : m_folders)

@@ -13,10 +13,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace brevant {
 
+class ChangedPaths;
 class FileQueue;
 struct CommandLine;
 
@@ -34,6 +37,12 @@ public:
     /// What --copy-rest copies.
     [[nodiscard]] const std::vector<FileCopy> &copies() const { return m_copies; }
 
+    /// Looks only at what has changed. Which files are taken is decided as for all.
+    void lookOnlyAt(const ChangedPaths &changed) { m_changed = &changed; }
+
+    /// Told of each folder before it is read.
+    void setFolderSeen(std::function<void(const QString &folder)> seen) { m_folderSeen = std::move(seen); }
+
     /// Says on standard error what was found but left out of the queue, or out of --list.
     void printWhatIsMissing() const;
 
@@ -45,6 +54,9 @@ private:
     [[nodiscard]] QStringList filesBelow(const QString &top, RestOfTree &rest);
     void addCopies(const RestOfTree &rest);
     void takeShardOfCopies();
+    void walk(const QString &top, const QString &folder, QStringList &found, RestOfTree &rest);
+    [[nodiscard]] bool isReached(const QString &top, const QString &folder);
+    [[nodiscard]] bool isChanged(const QString &path) const;
 
     /// Whether the path, relative to `top`, is accepted. A folder is not, and is noted.
     [[nodiscard]] bool isListed(const QString &top, const QString &relativePath, EntryType type);
@@ -60,6 +72,8 @@ private:
     const CommandLine &m_line;
     const AcceptedKinds m_kinds;
     PathRules m_rules;
+    const ChangedPaths *m_changed = nullptr; ///< null for everything
+    std::function<void(const QString &)> m_folderSeen;
     const OutTree m_tree;
     std::vector<FileCopy> m_copies;
     QStringList m_linksPassedOver; ///< which lead to nothing that is copied

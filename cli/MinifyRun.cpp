@@ -36,8 +36,12 @@ int MinifyRun::run(const FileQueue &queue, const std::vector<FileCopy> &copies) 
     if (queue.isEmpty() && copies.empty())
         return writeReport(RunReport({}).toReport()) ? AllDone : SomeFailed;
     const QString missing = missingTools(m_settings.of(queue.entries()));
-    if (missing.isEmpty())
-        return minify(queue, copies);
+    if (missing.isEmpty()) {
+        RunReport report(queue.entries(),
+                         m_line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
+                         &stopRequested);
+        return minify(report, {queue, m_settings, copies});
+    }
     TerminalText::printError(missing);
     RunReport report(queue.entries());
     report.runEnded(RunEnd::JavaNotStarted, missing);
@@ -55,15 +59,20 @@ QString MinifyRun::missingTools(const std::vector<const SettingsStore *> &stores
     return {};
 }
 
-int MinifyRun::minify(const FileQueue &queue, const std::vector<FileCopy> &copies) const
+int MinifyRun::runChanged(const FileQueue &queue, const EntriesWithOutputs &others) const
 {
     RunReport report(queue.entries(),
-                     m_line.quiet ? RunReport::Style::Quiet : RunReport::styleOfStandardOutput(),
+                     m_line.quiet ? RunReport::Style::QuietChanges : RunReport::Style::Changes,
                      &stopRequested);
-    const RunEnd end = minifyWith(report, queue);
+    return minify(report, {queue, m_settings, {}, others});
+}
+
+int MinifyRun::minify(RunReport &report, const PlannedRun &planned) const
+{
+    const RunEnd end = minifyWith(report, planned);
     FileCopying copying(m_tree, m_line.keepTimes);
     if (end == RunEnd::Completed)
-        copying.run(copies, stopRequested);
+        copying.run(planned.copies, stopRequested);
     if (m_line.copyRest)
         report.setCopied(copying.inWords());
     print(report, end);
@@ -77,14 +86,15 @@ int MinifyRun::minify(const FileQueue &queue, const std::vector<FileCopy> &copie
     return isAllDone && !report.hasWarnings() ? AllDone : SomeFailed;
 }
 
-RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
+RunEnd MinifyRun::minifyWith(RunReport &report, const PlannedRun &planned) const
 {
+    const FileQueue &queue = planned.queue;
     const auto stores = m_settings.of(queue.entries());
     const bool isAnyModern =
         std::ranges::any_of(stores, [](const SettingsStore *store) { return isModernChosen(*store); });
     const int suited = isAnyModern ? QThread::idealThreadCount() : 1;
     const int jobs = m_line.jobs > 0 ? m_line.jobs : suited;
-    catchStopSignals(jobs > 1);
+    catchStopSignals(jobs);
     ResultChecks checks(m_settings);
     KeptTimes times(report, m_settings);
     report.setCheck([&](const EntryResult &result) {
@@ -93,9 +103,13 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const FileQueue &queue) const
             result.outcome == EntryResult::Outcome::Done && !(checked && checked->isSuspicious());
         if (m_changed != nullptr && isGood)
             m_changed->entryDone(result.source, result.output);
+        if (m_resultSeen)
+            m_resultSeen(result);
         return checked;
     });
-    const EntriesWithOutputs done = m_changed != nullptr ? m_changed->unchanged() : EntriesWithOutputs();
+    EntriesWithOutputs done = planned.done;
+    if (m_changed != nullptr)
+        done.insert(done.end(), m_changed->unchanged().begin(), m_changed->unchanged().end());
     const auto refusal = [&, refuse = refusalFor(queue.entries(), m_settings, done)](
                              const QString &entry, const std::optional<QString> &output) {
         if (m_line.check)
@@ -118,7 +132,7 @@ void MinifyRun::print(RunReport &report, RunEnd end) const
 {
     if (!m_line.quiet || m_output.isWanted())
         report.explainFailures(m_tools, m_output.isWanted() ? report.count() : RunReport::mostPlaces);
-    if (!m_line.quiet)
+    if (!m_line.quiet && !report.isOfChanges())
         TerminalText::print(stdout, report.summary(Colours::of(STDOUT_FILENO)));
     else if (end == RunEnd::JavaNotStarted)
         TerminalText::printError(report.failure());

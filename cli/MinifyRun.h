@@ -4,6 +4,7 @@
 
 #include "cli/FileCopies.h"
 #include "cli/OutTree.h"
+#include "cli/PrintedRun.h"
 #include "engine/MinifyJob.h"
 
 namespace brevant {
@@ -24,14 +25,22 @@ public:
     MinifyRun(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
               const ReportOutput &output, ChangedFiles *changed = nullptr);
 
+    /// Told of each result as its file ends: one call at a time.
+    using ResultSeen = std::function<void(const EntryResult &)>;
+    void setResultSeen(ResultSeen seen) { m_resultSeen = std::move(seen); }
+
     /// Minifies the files in a queue, and makes the copies once it has gone through all. Returns the exit
     /// status.
     [[nodiscard]] int run(const FileQueue &queue, const std::vector<FileCopy> &copies = {}) const;
 
+    /// Minifies files that have changed, each told in one line, without a summary. `others`: files that no
+    /// output may be written over, nor over theirs.
+    [[nodiscard]] int runChanged(const FileQueue &queue, const EntriesWithOutputs &others) const;
+
 private:
     [[nodiscard]] QString missingTools(const std::vector<const SettingsStore *> &stores) const;
-    [[nodiscard]] int minify(const FileQueue &queue, const std::vector<FileCopy> &copies) const;
-    [[nodiscard]] RunEnd minifyWith(RunReport &report, const FileQueue &queue) const;
+    [[nodiscard]] int minify(RunReport &report, const PlannedRun &planned) const;
+    [[nodiscard]] RunEnd minifyWith(RunReport &report, const PlannedRun &planned) const;
     void print(RunReport &report, RunEnd end) const;
     [[nodiscard]] bool writeReport(Report report) const;
 
@@ -41,6 +50,7 @@ private:
     const ReportOutput &m_output;
     const OutTree m_tree;
     ChangedFiles *const m_changed;
+    ResultSeen m_resultSeen;
 };
 
 } // namespace brevant

@@ -8,6 +8,9 @@
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
+#include <QFileInfo>
+#include <QTime>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -61,6 +64,20 @@ QString placeText(const QString &source, const CompressorMessage &message, TextE
     return text;
 }
 
+/// A change that was minified, with the time of the day. An output beside its source goes by its name.
+QString changeLine(const EntryResult &result)
+{
+    const bool isBeside = PathString::folder(result.source) == PathString::folder(*result.output);
+    const QString output = isBeside ? PathString::lastComponent(*result.output).toString() : *result.output;
+    const qint64 before = result.sizeBefore.value_or(0);
+    const qint64 after = result.sizeAfter.value_or(0);
+    const QString said = printable(result.messages.inWords());
+    return u"%1 %2 -> %3, %4 -> %5 bytes, %6 % saved%7\n"_s.arg(
+        QTime::currentTime().toString(u"HH:mm:ss"), printable(result.source), printable(output),
+        TerminalText::grouped(before), TerminalText::grouped(after), percentSaved(before, after),
+        said.isEmpty() ? said : u"; "_s + said);
+}
+
 } // namespace
 
 RunReport::Style RunReport::styleOfStandardOutput()
@@ -82,11 +99,15 @@ void RunReport::entryStarted(const EntryStart &start)
 
 void RunReport::entryEnded(const EntryResult &result)
 {
+    if (isOfChanges() && !isDone(result) && !QFileInfo::exists(result.source))
+        return;
     m_results.push_back(result);
     m_checked.push_back(m_check ? m_check(result) : std::nullopt);
     // A failing compressor has just printed why below the live line, which stays as a heading for it.
     if (result.outcome != EntryResult::Outcome::Done)
         m_liveLineShown = false;
+    if (m_style == Style::Changes && isDone(result))
+        TerminalText::print(stdout, changeLine(result));
     if (m_style == Style::Lines)
         TerminalText::print(stdout, lineFor(result));
 }
@@ -105,7 +126,7 @@ void RunReport::runEnded(RunEnd end, const QString &status)
         else
             m_notRun.append(entry);
     }
-    if (m_style != Style::Quiet)
+    if (m_style == Style::Live || m_style == Style::Lines)
         TerminalText::print(stdout, takeLiveLine() + printable(status.isEmpty() ? m_status : status) + u'\n');
 }
 
@@ -247,6 +268,7 @@ bool RunReport::hasWarnings() const
 
 QString RunReport::warnings(const Colours &colours) const
 {
+    const bool isQuiet = m_style == Style::Quiet || m_style == Style::QuietChanges;
     QString text;
     for (std::size_t i = 0; i < m_checked.size(); ++i) {
         const QString source = printable(m_results[i].source);
@@ -254,7 +276,7 @@ QString RunReport::warnings(const Colours &colours) const
         if (!checked.obstacle.isEmpty())
             text += u"Not checked: %1: %2\n"_s.arg(source, printable(checked.obstacle));
         for (const ResultWarning &warning : checked.warnings) {
-            if (!warning.isNote() || m_style != Style::Quiet)
+            if (!warning.isNote() || !isQuiet)
                 text += (warning.isNote() ? u"Note:"_s : colours.warning(u"Warning:"_s)) +
                         u" %1: %2\n"_s.arg(source, printable(warning.inWords()));
         }

@@ -16,9 +16,11 @@ namespace brevant {
 class RunReport final : public RunObserver {
 public:
     enum class Style {
-        Live,  ///< a line with a bar that is erased for the next one
-        Lines, ///< one line for each file
-        Quiet, ///< nothing
+        Live,         ///< a line with a bar that is erased for the next one
+        Lines,        ///< one line for each file
+        Quiet,        ///< nothing
+        Changes,      ///< one line for each file that was minified, and nothing else
+        QuietChanges, ///< nothing
     };
 
     /// Live on a terminal that can erase a line, unless Java prints on it at each start.
@@ -46,6 +48,13 @@ public:
     [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(m_entries.size()); }
     [[nodiscard]] qsizetype doneCount() const;
     [[nodiscard]] bool isAllDone() const { return m_end == RunEnd::Completed && doneCount() == endedCount(); }
+
+    /// Whether these are files that have changed while they were watched. One that is gone by now has not
+    /// failed.
+    [[nodiscard]] bool isOfChanges() const
+    {
+        return m_style == Style::Changes || m_style == Style::QuietChanges;
+    }
 
     /// Why nothing could be run; empty if that is not so.
     [[nodiscard]] const QString &failure() const { return m_failure; }

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <string_view>
 
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace brevant {
@@ -14,19 +15,23 @@ std::atomic<int> stopSignal = 0;
 
 namespace {
 
-std::atomic<bool> isForSeveralFiles = false;
-static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Stop>::is_always_lock_free);
+std::atomic<int> filesAtOnce = 0;
+std::atomic<int> wakeUp = -1;
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<Stop>::is_always_lock_free);
 
 void stopOnSignal(Stop stop, int number)
 {
     if (stop == Stop::AfterFile)
         stopSignal = number;
     stopRequested = stop;
-    if (stop != Stop::AfterFile)
+    if (const int descriptor = wakeUp; descriptor >= 0)
+        ::eventfd_write(descriptor, 1);
+    const int files = filesAtOnce;
+    if (stop != Stop::AfterFile || files == 0)
         return;
     constexpr std::string_view thisFile = "\nStopping after this file; once more to end at once.\n";
     constexpr std::string_view theseFiles = "\nStopping after these files; once more to end at once.\n";
-    const std::string_view words = isForSeveralFiles ? theseFiles : thisFile;
+    const std::string_view words = files > 1 ? theseFiles : thisFile;
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, words.data(), words.size());
 }
 
@@ -56,10 +61,17 @@ void catchAll(StopHandler handler)
 
 } // namespace
 
-void catchStopSignals(bool severalFiles)
+void catchStopSignals(int files)
 {
-    isForSeveralFiles = severalFiles;
+    filesAtOnce = files;
     catchAll(stopOnSignal);
+}
+
+int stopDescriptor()
+{
+    if (wakeUp < 0)
+        wakeUp = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return wakeUp;
 }
 
 StopSignalsEndWork::StopSignalsEndWork()

@@ -17,8 +17,12 @@ extern std::atomic<Stop> stopRequested;
 extern std::atomic<int> stopSignal;
 
 /// Takes SIGINT, SIGTERM and SIGHUP as requests from here on, but for those that are ignored, as under
-/// nohup(1). What it says depends on whether several files are worked on at once. Ignores SIGPIPE.
-void catchStopSignals(bool severalFiles);
+/// nohup(1). What it says depends on how many files are worked on at once; nothing for none. Ignores SIGPIPE.
+void catchStopSignals(int files);
+
+/// To be waited for with poll(2): readable once a signal has asked for a stop. Made at the first call; -1 on
+/// failure.
+[[nodiscard]] int stopDescriptor();
 
 /// While this lives, the first of them ends the work on the file too, without a word. After that they end the
 /// program as ever.

@@ -11,6 +11,7 @@
 #include "cli/ReportOutput.h"
 #include "cli/StandardInput.h"
 #include "cli/TerminalText.h"
+#include "cli/Watch.h"
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
@@ -101,6 +102,8 @@ int run(CommandLine line, const Tools &tools)
     EntrySettings entrySettings(settings);
     if (const OutTree tree(line); tree.isWanted())
         entrySettings.setOutputFolders([tree](const QString &entry) { return tree.folderOf(entry); });
+    if (line.watch)
+        return Watch(line, tools, entrySettings, output).run();
 
     FileQueue queue;
     Listing listing(queue, entrySettings, line);

@@ -41,6 +41,8 @@ complete -c brevant-cli -l compressors -x -a 'classic modern' -d 'Use that famil
 complete -c brevant-cli -l jobs -x -a '(seq (nproc))' -d 'Run up to so many compressors at once'
 complete -c brevant-cli -l timeout -x -a '10 60 600' -d 'End a compressor that works longer on a file'
 complete -c brevant-cli -l fail-fast -d 'Begin no other file after one has failed'
+complete -c brevant-cli -l watch -d 'Then wait, and minify what changes'
+complete -c brevant-cli -l delete -d 'Delete outputs when their sources go'
 complete -c brevant-cli -l also -x -a '(__fish_append , @BREVANT_EXTRA_KINDS@)' -d 'Take files of more kinds too'
 complete -c brevant-cli -l all -d 'Search all folders, and take outputs of other files too'
 complete -c brevant-cli -l list -d 'Print each file and its output, run nothing'

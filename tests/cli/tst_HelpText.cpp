@@ -51,6 +51,8 @@ private Q_SLOTS:
                                  u"--jobs N"_s,
                                  u"--timeout SECONDS"_s,
                                  u"--fail-fast"_s,
+                                 u"--watch"_s,
+                                 u"--delete"_s,
                                  u"--check"_s,
                                  u"--report FILE"_s,
                                  u"--report-format FORMAT"_s,
@@ -89,7 +91,9 @@ private Q_SLOTS:
             if (!option.valueName().isEmpty())
                 arguments << samples.value(option.valueName().toString(), u"f"_s);
             if (!option.needs.isEmpty() && option.needs != aRun)
-                arguments << option.needs.toString() + (option.needs == u"--list" ? QString() : u"=f"_s);
+                arguments << option.needs.toString() +
+                                 (option.needs == u"--list" || option.needs == u"--watch" ? QString()
+                                                                                          : u"=f"_s);
             if (option.name() != u"--stdin")
                 arguments << u"a"_s;
             QCOMPARE(parseCommandLine(arguments).error, QString());

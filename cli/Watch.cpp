@@ -1,0 +1,342 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/Watch.h"
+
+#include "cli/ChangedFiles.h"
+#include "cli/CommandLine.h"
+#include "cli/KeptTimes.h"
+#include "cli/Listing.h"
+#include "cli/PrintedRun.h"
+#include "cli/StopSignals.h"
+#include "cli/TerminalText.h"
+#include "files/Folders.h"
+#include "files/PathString.h"
+#include "files/RawBytes.h"
+#include "queue/FileQueue.h"
+
+#include <QTime>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include <malloc.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace brevant {
+
+using TerminalText::printError;
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto settleTime = 100ms;
+constexpr auto longestUnrest = 2s; ///< what changes all the time is minified all the same
+
+bool isThere(const QString &path)
+{
+    struct stat status {};
+    return ::lstat(RawBytes::encoded(path).constData(), &status) == 0;
+}
+
+bool isPlainFile(const QString &path)
+{
+    struct stat status {};
+    return ::lstat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool isBelow(const QString &path, const QString &folder)
+{
+    return path == folder || path.startsWith(PathString::join(folder, {}));
+}
+
+/// The path itself, or the nearest folder above it that is there.
+QString nearest(QString path)
+{
+    while (path.size() > 1 && !isThere(path))
+        path = PathString::folder(path).toString();
+    return path;
+}
+
+bool isSameFile(const QString &source, const QString &output)
+{
+    if (source == output)
+        return true;
+    const auto mark = FileMarks::ofFile(output);
+    return mark && FileMarks::ofFile(source) == mark;
+}
+
+qint64 nowInNanoseconds()
+{
+    return std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+void printChange(const QString &text)
+{
+    const QString time = QTime::currentTime().toString(u"HH:mm:ss");
+    TerminalText::print(stdout, u"%1 %2\n"_s.arg(time, printable(text)));
+}
+
+} // namespace
+
+Watch::Watch(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
+             const ReportOutput &output)
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_lastRead(nowInNanoseconds())
+{
+    for (const QString &path : line.paths)
+        m_tops.append(PathString::absolute(path));
+}
+
+int Watch::run()
+{
+    if (stopDescriptor() < 0) {
+        printError(u"--watch: %1"_s.arg(qt_error_string(errno)));
+        return SomeFailed;
+    }
+    if (const auto status = minifyAll())
+        return *status;
+    while (stopRequested == Stop::No) {
+        catchStopSignals(0);
+        ChangedPaths changed;
+        if (collect(changed) && minify(changed) == NoTools)
+            return NoTools;
+        if (!m_folders.error().isEmpty()) {
+            printError(m_folders.error());
+            return SomeFailed;
+        }
+    }
+    return statusOfSignal(stopSignal);
+}
+
+/// The first run. The exit status if there can be no other.
+std::optional<int> Watch::minifyAll()
+{
+    FileQueue queue;
+    Listing listing(queue, m_settings, m_line);
+    listing.setFolderSeen([this](const QString &folder) { m_folders.add(folder); });
+    if (const QString error = listing.fill(); !error.isEmpty()) {
+        printError(error);
+        return WrongUsage;
+    }
+    if (!m_folders.error().isEmpty()) {
+        printError(m_folders.error());
+        return SomeFailed;
+    }
+    if (const QString error = unfitError(queue); !error.isEmpty()) {
+        printError(error);
+        return WrongUsage;
+    }
+    listing.printWhatIsMissing();
+    const int files = queue.count();
+    if (const int status = run(queue, Round::First); status == NoTools || status == WrongUsage)
+        return status;
+    if (!m_line.quiet && stopRequested == Stop::No) {
+        const qsizetype folders = m_folders.count();
+        TerminalText::print(
+            stdout, u"Watching %1 in %2. Ctrl+C ends.\n"_s.arg(
+                        TerminalText::countedFiles(files),
+                        folders == 1 ? u"1 folder"_s : u"%1 folders"_s.arg(TerminalText::grouped(folders))));
+    }
+    return std::nullopt;
+}
+
+/// Why these settings are not for watching: an output would be taken for a source that has changed.
+QString Watch::unfitError(const FileQueue &queue) const
+{
+    QSet<QString> folders;
+    for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
+        if (!output)
+            continue;
+        if (isSameFile(entry, *output))
+            return u"--watch needs outputs apart from their sources, and %1 is both: add --suffix .min"_s.arg(
+                entry);
+        const QStringView folder = PathString::folder(*output);
+        if (folder != PathString::folder(entry))
+            folders.insert(folder.toString());
+    }
+    for (const QString &folder : folders) {
+        if (m_folders.watches(folder))
+            return u"--watch: outputs would go to %1, where sources are looked for: name another folder for "
+                   "them"_s.arg(folder);
+    }
+    return {};
+}
+
+/// Waits for changes, until there have been none for a moment. False if a stop is asked for.
+bool Watch::collect(ChangedPaths &changed)
+{
+    std::optional<Clock::time_point> end;
+    std::optional<Clock::time_point> latestEnd;
+    while (!end || Clock::now() < *end) {
+        const auto left = end ? std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()) : -1ms;
+        std::array files{pollfd{m_folders.descriptor(), POLLIN, 0}, pollfd{stopDescriptor(), POLLIN, 0}};
+        const int ready = ::poll(files.data(), files.size(), static_cast<int>(left.count()));
+        if (stopRequested != Stop::No) {
+            if (::isatty(STDERR_FILENO) != 0)
+                TerminalText::print(stderr, u"\n"_s); // behind what the terminal shows for Ctrl+C
+            return false;
+        }
+        if (ready > 0 && readEvents(changed)) {
+            const auto now = Clock::now();
+            latestEnd = latestEnd.value_or(now + longestUnrest);
+            end = std::min(now + settleTime, *latestEnd);
+        }
+    }
+    return true;
+}
+
+/// Takes what the system has to tell; whether something of it matters.
+bool Watch::readEvents(ChangedPaths &changed)
+{
+    bool isConcerned = false;
+    const AcceptedKinds kinds(m_settings.common(), m_line.also);
+    const bool isWhole = m_folders.read([&](const FolderEvent &event) {
+        if (!concerns(event) || (!event.isFolder && (!kinds.accept(event.path) || m_own.hold(event.path))))
+            return;
+        changed.add(event.path);
+        isConcerned = true;
+    });
+    constexpr qint64 clockSlack = 1'000'000'000; // the clock of a file system may be behind
+    if (isWhole) {
+        m_lastRead = nowInNanoseconds();
+        return isConcerned;
+    }
+    m_lostSince = m_lostSince.value_or(m_lastRead - clockSlack);
+    for (const QString &top : m_tops)
+        changed.add(top);
+    return true;
+}
+
+bool Watch::concerns(const FolderEvent &event) const
+{
+    return std::ranges::any_of(m_tops, [&](const QString &top) {
+        return isBelow(event.path, top) || (event.isFolder && isBelow(top, event.path));
+    });
+}
+
+/// Minifies what there is of what has changed. Returns the exit status of that.
+int Watch::minify(const ChangedPaths &changed)
+{
+    removeOrphans(changed);
+    FileQueue queue;
+    Listing listing(queue, m_settings, m_line);
+    listing.lookOnlyAt(changed);
+    listing.setFolderSeen([this](const QString &folder) { m_folders.add(folder); });
+    if (const QString error = listing.fill(); !error.isEmpty())
+        printError(error);
+    listing.printWhatIsMissing();
+    await(changed);
+    dropUnchanged(queue);
+    if (queue.isEmpty())
+        return AllDone;
+    if (const QString error = unfitError(queue); !error.isEmpty()) {
+        printError(error);
+        return SomeFailed;
+    }
+    return run(queue, Round::Later);
+}
+
+/// Takes out what was written here, and, where changes have been lost, what is as old as its output.
+void Watch::dropUnchanged(FileQueue &queue)
+{
+    const auto lostSince = std::exchange(m_lostSince, std::nullopt);
+    std::vector<int> unchanged;
+    int index = 0;
+    for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
+        const auto state = lostSince ? FileState::of(entry) : std::nullopt;
+        if (m_own.hold(entry) || (state && state->changedAt < *lostSince && output && isThere(*output)))
+            unchanged.push_back(index);
+        ++index;
+    }
+    queue.removeAt(unchanged);
+}
+
+/// Sees to it that paths that are gone are noticed when they come back.
+void Watch::await(const ChangedPaths &changed)
+{
+    for (const QString &top : m_tops) {
+        if (!changed.hold(top))
+            continue;
+        if (isThere(top)) {
+            m_missing.remove(top);
+            continue;
+        }
+        if (!m_missing.contains(top))
+            printError(u"%1 is gone; it is watched again when it is back"_s.arg(top));
+        m_missing.insert(top);
+        QString place = top;
+        for (QString last; place != last;) { // until none of them comes while its folder is not watched yet
+            last = std::exchange(place, nearest(top));
+            m_folders.add(place);
+        }
+    }
+}
+
+int Watch::run(FileQueue &queue, Round round)
+{
+    std::optional<ChangedFiles> changed;
+    if (m_line.changed) {
+        changed.emplace(m_line, m_settings, m_tools);
+        if (const QString error = changed->leaveOutUnchanged(queue); !error.isEmpty()) {
+            printError(error);
+            return WrongUsage;
+        }
+        if (round == Round::First && !m_line.quiet)
+            TerminalText::print(stdout, changed->inWords());
+        for (const auto &[source, output] : changed->unchanged())
+            record(changed->ownFiles(source, *output), source);
+    }
+    MinifyRun run(m_line, m_tools, m_settings, m_output, changed ? &*changed : nullptr);
+    run.setResultSeen([this](const EntryResult &result) {
+        record(writtenFiles(result, m_settings.of(result.source)), result.source);
+    });
+    if (queue.isEmpty())
+        return AllDone;
+    const int status = round == Round::First ? run.run(queue) : run.runChanged(queue, othersBeside(queue));
+    if (changed)
+        changed->save();
+    return status;
+}
+
+/// All other files, if an output is there that is not known from before, as it might be one of theirs.
+EntriesWithOutputs Watch::othersBeside(const FileQueue &queue) const
+{
+    const auto isKnown = [this](const auto &pair) {
+        const auto &[entry, output] = pair;
+        return !output || !isThere(*output) || m_own.hold(*output, entry);
+    };
+    if (std::ranges::all_of(entriesWithOutputs(queue, m_settings), isKnown))
+        return {};
+    FileQueue all;
+    static_cast<void>(Listing(all, m_settings, m_line).fill());
+    EntriesWithOutputs others = entriesWithOutputs(all, m_settings);
+    std::erase_if(others, [&](const auto &pair) { return queue.indexOf(pair.first) >= 0; });
+    return others;
+}
+
+void Watch::record(const QStringList &files, const QString &source)
+{
+    for (const QString &file : files)
+        m_own.add(file, source);
+}
+
+/// Deletes what was made from sources that are gone, if that is wanted.
+void Watch::removeOrphans(const ChangedPaths &changed)
+{
+    for (const auto &[file, source] : m_own.takeOrphans(changed)) {
+        if (!m_line.deleteOutputs || !isPlainFile(file))
+            continue;
+        if (::unlink(RawBytes::encoded(file).constData()) != 0)
+            printError(u"%1 cannot be deleted: %2"_s.arg(file, qt_error_string(errno)));
+        else if (!m_line.quiet)
+            printChange(u"%1 deleted, as %2 is gone"_s.arg(file, PathString::lastComponent(source)));
+    }
+}
+
+} // namespace brevant

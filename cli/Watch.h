@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/ChangedPaths.h"
+#include "cli/FolderWatch.h"
+#include "cli/MinifyRun.h"
+#include "cli/OwnOutputs.h"
+#include "cli/PrintedRun.h"
+#include "settings/EntrySettings.h"
+
+#include <chrono>
+#include <optional>
+
+namespace brevant {
+
+class Listing;
+struct CommandLine;
+
+/// --watch: minifies what the paths of a command line come to, and then what changes, until it is stopped.
+///
+/// Changes are collected until nothing has changed for a moment. What is to be done with them is decided by
+/// what is there then, by the rules of any run. Nothing is known of single files but what was written for
+/// them.
+class Watch final {
+public:
+    Watch(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
+          const ReportOutput &output);
+
+    /// Returns the exit status, which is that of a signal unless there is nothing to be done.
+    [[nodiscard]] int run();
+
+private:
+    [[nodiscard]] std::optional<int> minifyAll();
+    [[nodiscard]] QString unfitError(const FileQueue &queue) const;
+    void await(const ChangedPaths &changed);
+    [[nodiscard]] bool collect(ChangedPaths &changed);
+    [[nodiscard]] bool readEvents(ChangedPaths &changed);
+    [[nodiscard]] bool concerns(const FolderEvent &event) const;
+    [[nodiscard]] int minify(const ChangedPaths &changed);
+    enum class Round { First, Later };
+    [[nodiscard]] int run(FileQueue &queue, Round round);
+    [[nodiscard]] EntriesWithOutputs othersBeside(const FileQueue &queue) const;
+    void dropUnchanged(FileQueue &queue);
+    void removeOrphans(const ChangedPaths &changed);
+    void record(const QStringList &files, const QString &source);
+
+    const CommandLine &m_line;
+    const Tools &m_tools;
+    const EntrySettings m_settings;
+    const ReportOutput &m_output;
+    FolderWatch m_folders;
+    QStringList m_tops;      ///< the paths of the command line, absolute
+    QSet<QString> m_missing; ///< those of them that are not there
+    OwnOutputs m_own;
+    qint64 m_lastRead = 0;             ///< when all changes were known last; nanoseconds since 1970
+    std::optional<qint64> m_lostSince; ///< from then on changes may have been lost
+};
+
+} // namespace brevant
