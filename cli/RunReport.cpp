@@ -5,10 +5,10 @@
 #include "cli/TerminalText.h"
 #include "engine/classic/Explanation.h"
 #include "engine/report/SourceLine.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
-#include <QFileInfo>
 #include <QTime>
 
 #include <algorithm>
@@ -99,7 +99,7 @@ void RunReport::entryStarted(const EntryStart &start)
 
 void RunReport::entryEnded(const EntryResult &result)
 {
-    if (isOfChanges() && !isDone(result) && !QFileInfo::exists(result.source))
+    if (isOfChanges() && !isDone(result) && !FileMarks::ofFile(result.source))
         return;
     m_results.push_back(result);
     m_checked.push_back(m_check ? m_check(result) : std::nullopt);

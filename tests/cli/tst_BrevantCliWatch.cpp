@@ -186,6 +186,9 @@ private Q_SLOTS:
         QVERIFY(site.complains("Failed: " + QFile::encodeName(site.sandbox.path(u"a.js"_s)) +
                                ": line 2, column 9: "));
         QVERIFY2(site.err().contains("    let x = ;\n"), site.err());
+        QCOMPARE(site.sandbox.runShell(u"echo 'a{}' >\"$(printf 'r\\377.css')\""_s).status, 0);
+        QVERIFY2(site.complains("r\\xFF.css: not minified: its path is not valid UTF-8"), site.err());
+        QCOMPARE(site.sandbox.runShell(u"rm r*.css"_s).status, 0); // which Qt could not
         const QByteArray complaints = site.err();
         QCOMPARE(site.sandbox.runShell(u"for i in 1 2 3; do echo >$i.css; rm $i.css; done"_s).status, 0);
         site.sandbox.add(u"a.js"_s, "let a = 2;");
