@@ -112,6 +112,7 @@ QString Listing::fill()
         return error;
     for (const QString &path : std::as_const(paths))
         add(path);
+    m_linksPassedOver.removeDuplicates();
     if (!m_rules.error().isEmpty())
         return m_rules.error();
     if (m_line.sort) {
@@ -140,7 +141,7 @@ void Listing::add(const QString &path)
         return;
     RestOfTree rest(path);
     const QStringList found = filesBelow(path, rest);
-    const std::vector<bool> areOutputs = m_line.all
+    const std::vector<bool> areOutputs = m_line.all || found.isEmpty()
                                              ? std::vector<bool>(static_cast<std::size_t>(found.size()))
                                              : outputsAmong(found, m_settings, m_tree.isBeside(path));
     m_taken.reserve(m_taken.size() + std::ranges::count(areOutputs, false));
@@ -165,7 +166,6 @@ void Listing::addCopies(const RestOfTree &rest)
             m_copies.push_back(std::move(copy));
     }
     m_linksPassedOver += rest.passedOver();
-    m_linksPassedOver.removeDuplicates();
 }
 
 /// Leaves what is that of this part.

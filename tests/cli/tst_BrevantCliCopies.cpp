@@ -167,6 +167,7 @@ private Q_SLOTS:
                  ended.err);
         QVERIFY2(ended.out.contains("; 1 failed; 1 copied.\n"), ended.out);
         QCOMPARE(files(sandbox, u"o"_s), (QStringList{u"a.min.css"_s, u"c.png"_s}));
+        QCOMPARE(run(sandbox, copyRest + QStringList{u"w/b.png"_s}).status, 1);
         // Once a run is broken, it does nothing more.
         const Ended stopped = run(sandbox, {u"--fail-fast"_s, u"--out-dir=p"_s, u"--copy-rest"_s, u"w/d.js"_s,
                                             u"w"_s, u"--jobs=1"_s});
