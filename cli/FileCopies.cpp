@@ -5,11 +5,16 @@
 #include "cli/BuildCache.h"
 #include "cli/Colours.h"
 #include "cli/OutTree.h"
+#include "cli/TerminalText.h"
 #include "files/DurableFile.h"
 #include "files/FileBytes.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+
+#include <algorithm>
+#include <system_error>
+#include <thread>
 
 #include <sys/stat.h>
 
@@ -99,14 +104,32 @@ QString RestOfTree::sourceOfLink(const QString &relativePath) const
     return m_taken.contains(found) ? pathOf(found) : QString();
 }
 
-void FileCopying::run(const std::vector<FileCopy> &copies, const std::atomic<Stop> &stop)
+void FileCopying::run(const std::vector<FileCopy> &copies, int atOnce, const std::atomic<Stop> &stop)
 {
-    for (const FileCopy &copy : copies) {
-        m_isStopped = m_isStopped || stop != Stop::No;
-        if (m_isStopped)
-            return;
-        if (const QString error = makeCopy(copy, stop); !error.isEmpty())
-            m_failures.emplace_back(copy.found, error);
+    std::vector<QString> errors(copies.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < copies.size(); i = next++) {
+            if (stop != Stop::No)
+                m_isStopped = true;
+            if (m_isStopped)
+                return;
+            errors[i] = makeCopy(copies[i], stop);
+        }
+    };
+    {
+        std::vector<std::jthread> others;
+        try {
+            for (std::size_t i = 1; i < std::min(copies.size(), static_cast<std::size_t>(atOnce)); ++i)
+                others.emplace_back(work);
+        } catch (const std::system_error &) {
+            // The threads that could be started do the work.
+        }
+        work();
+    }
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        if (!errors[i].isEmpty())
+            m_failures.emplace_back(copies[i].found, errors[i]);
     }
 }
 
@@ -131,7 +154,8 @@ QString FileCopying::makeCopy(const FileCopy &copy, const std::atomic<Stop> &sto
     // Not by its path: a link that is planted meanwhile leads nowhere else.
     DurableFile file(pathOfOpen(folder.number()) + '/' + name, status);
     error = fill(file, source, stop);
-    m_copied += error.isEmpty() ? 1 : 0;
+    if (error.isEmpty())
+        ++m_copied;
     return error;
 }
 
@@ -145,17 +169,18 @@ QString FileCopying::fill(DurableFile &file, const Descriptor &source, const std
         more = FileBytes::copy(source.number(), size, file.number(), size, step);
         if (!more)
             return qt_error_string(errno);
-        m_isStopped = stop == Stop::AtOnce;
-        if (m_isStopped)
+        if (stop == Stop::AtOnce) {
+            m_isStopped = true;
             return u"the run was stopped"_s;
+        }
     }
     return file.commit() ? QString() : file.errorText();
 }
 
 QString FileCopying::inWords() const
 {
-    const QString text = u"%1 copied"_s.arg(m_copied);
-    return m_unchanged > 0 ? text + u", %1 unchanged"_s.arg(m_unchanged) : text;
+    const QString text = u"%1 copied"_s.arg(TerminalText::grouped(m_copied));
+    return m_unchanged > 0 ? text + u", %1 unchanged"_s.arg(TerminalText::grouped(m_unchanged)) : text;
 }
 
 QString FileCopying::failures(const Colours &colours) const

@@ -62,8 +62,8 @@ public:
     /// With `keepsTimes`, a copy has the time of its source.
     FileCopying(const OutTree &tree, bool keepsTimes) : m_tree(tree), m_keepsTimes(keepsTimes) {}
 
-    /// Goes through all of them, or until a stop is asked for.
-    void run(const std::vector<FileCopy> &copies, const std::atomic<Stop> &stop);
+    /// Goes through all of them, or until a stop is asked for. Several at once wait less for the disk.
+    void run(const std::vector<FileCopy> &copies, int atOnce, const std::atomic<Stop> &stop);
 
     [[nodiscard]] bool isAllDone() const { return m_failures.empty() && !m_isStopped; }
     [[nodiscard]] bool isStopped() const { return m_isStopped; }
@@ -80,9 +80,9 @@ private:
 
     const OutTree &m_tree;
     const bool m_keepsTimes;
-    int m_copied = 0;
-    int m_unchanged = 0;
-    bool m_isStopped = false;
+    std::atomic<int> m_copied = 0;
+    std::atomic<int> m_unchanged = 0;
+    std::atomic<bool> m_isStopped = false;
     std::vector<std::pair<QString, QString>> m_failures; ///< files, and why
 };
 

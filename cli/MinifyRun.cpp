@@ -70,9 +70,10 @@ int MinifyRun::runChanged(const FileQueue &queue, const EntriesWithOutputs &othe
 int MinifyRun::minify(RunReport &report, const PlannedRun &planned) const
 {
     const RunEnd end = minifyWith(report, planned);
+    constexpr int usualCopies = 8; // at once
     FileCopying copying(m_tree, m_line.keepTimes);
     if (end == RunEnd::Completed)
-        copying.run(planned.copies, stopRequested);
+        copying.run(planned.copies, m_line.jobs > 0 ? m_line.jobs : usualCopies, stopRequested);
     if (m_line.copyRest)
         report.setCopied(copying.inWords());
     print(report, end);
