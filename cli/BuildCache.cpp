@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string_view>
 #include <thread>
 
 #include <sys/file.h>
@@ -48,18 +49,30 @@ QByteArray escaped(const QByteArray &utf8)
 /// Whether QDir::cleanPath() may change a path.
 bool isToBeCleaned(const QByteArray &path)
 {
-    bool isClean = true; // without a jump, for the compiler to take several characters at once
+    const char *const bytes = path.constData();
+    unsigned char found = 0; // without a jump, for the compiler to take several bytes at once
     for (qsizetype i = 1; i < path.size(); ++i)
-        isClean &= path[i - 1] != '/' || (path[i] != '/' && path[i] != '.');
-    return !isClean;
+        found |= static_cast<unsigned char>((bytes[i - 1] == '/') & ((bytes[i] == '/') | (bytes[i] == '.')));
+    return found != 0;
 }
 
 bool isToBeEscaped(const QByteArray &text)
 {
-    bool isPlain = true;
+    unsigned char found = 0;
     for (const char byte : text)
-        isPlain &= static_cast<unsigned char>(byte) >= ' ' && byte != '"' && byte != '\\';
-    return !isPlain;
+        found |= static_cast<unsigned char>((static_cast<unsigned char>(byte) < ' ') | (byte == '"') |
+                                            (byte == '\\'));
+    return found != 0;
+}
+
+/// Much faster than QByteArrayView::indexOf() for what begins with a rare character; -1 if it is not there.
+qsizetype find(QByteArrayView text, QByteArrayView what)
+{
+    const auto viewOf = [](QByteArrayView bytes) {
+        return std::string_view(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    };
+    const std::size_t at = viewOf(text).find(viewOf(what));
+    return at == std::string_view::npos ? -1 : static_cast<qsizetype>(at);
 }
 
 /// Takes the parts of a line, one after the other.
@@ -67,14 +80,14 @@ class Parts final {
 public:
     explicit Parts(QByteArrayView line)
     {
-        if (const qsizetype start = line.indexOf(colon); start >= 0 && line.endsWith(closing))
+        if (const qsizetype start = find(line, colon); start >= 0 && line.endsWith(closing))
             m_rest = line.sliced(start + colon.size()).chopped(closing.size());
     }
 
     /// The next one; null behind the last.
     [[nodiscard]] QByteArrayView next()
     {
-        const qsizetype end = m_rest.indexOf(comma);
+        const qsizetype end = find(m_rest, comma);
         const QByteArrayView part = end < 0 ? m_rest : m_rest.first(end);
         m_rest = end < 0 ? QByteArrayView() : m_rest.sliced(end + comma.size());
         return part;
@@ -85,9 +98,9 @@ private:
 };
 
 /// A file beside an output, or the output itself.
-QString copyOf(const QString &output, const QString &extension)
+QByteArray copyOf(const QByteArray &output, const QString &extension)
 {
-    return extension.isEmpty() ? output : PathString::withExtension(output, extension);
+    return extension.isEmpty() ? output : output + '.' + extension.toLatin1();
 }
 
 /// Reads the extension of a copy, if one stands before it, and the file.
@@ -183,23 +196,22 @@ QString BuildCache::readLines(const Descriptor &file, qint64 size)
         start += line.size() + 1;
         if (line.endsWith(','))
             line.chop(1);
-        if (const qsizetype middle = line.indexOf(colon); middle > 0 && line.startsWith('"'))
+        if (const qsizetype middle = find(line, colon); middle > 0 && line.startsWith('"'))
             m_lines.insert(line.sliced(1, middle - 1), line);
     }
     return {};
 }
 
 /// A path as the file names it.
-QByteArray BuildCache::nameOf(const QString &path) const
+QByteArray BuildCache::nameOf(QByteArray path) const
 {
-    QByteArray name = path.toUtf8();
-    if (isToBeCleaned(name))
-        name = QDir::cleanPath(path).toUtf8();
+    if (isToBeCleaned(path))
+        path = RawBytes::encoded(QDir::cleanPath(RawBytes::decoded(path)));
     const auto above =
-        std::ranges::find_if(m_above, [&name](const auto &folder) { return name.startsWith(folder.first); });
+        std::ranges::find_if(m_above, [&path](const auto &folder) { return path.startsWith(folder.first); });
     if (above != m_above.end())
-        name.replace(0, above->first.size(), above->second);
-    return isToBeEscaped(name) ? escaped(name) : name;
+        path.replace(0, above->first.size(), above->second);
+    return isToBeEscaped(path) ? escaped(path) : path;
 }
 
 QString BuildCache::path() const
@@ -216,8 +228,10 @@ QByteArrayView BuildCache::lineOf(const QByteArray &name) const
 
 bool BuildCache::isUpToDate(const MadeOutput &wanted)
 {
-    const QByteArray name = nameOf(wanted.output);
-    const QByteArray source = nameOf(wanted.source);
+    const QByteArray sourcePath = RawBytes::encoded(wanted.source);
+    const QByteArray outputPath = RawBytes::encoded(wanted.output);
+    const QByteArray name = nameOf(outputPath);
+    const QByteArray source = nameOf(sourcePath);
     Parts parts(lineOf(name));
     if (parts.next() != source || parts.next() != wanted.recipe)
         return false;
@@ -228,7 +242,7 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
         if (!recorded || recorded->first.isEmpty() != (files.size() < 2))
             return false;
         const auto &[extension, file] = *recorded;
-        auto same = file.ifUnchanged(files.empty() ? wanted.source : copyOf(wanted.output, extension));
+        auto same = file.ifUnchanged(files.empty() ? sourcePath : copyOf(outputPath, extension));
         if (!same)
             return false;
         isNewKnowledge |= !same->looksLike(file);
@@ -241,7 +255,7 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
 
 void BuildCache::begin(const MadeOutput &wanted)
 {
-    m_begun.insert(wanted.output, {wanted, RecordedFile::of(wanted.source), {}});
+    m_begun.insert(wanted.output, {wanted, RecordedFile::of(RawBytes::encoded(wanted.source)), {}});
 }
 
 void BuildCache::made(const MadeOutput &made)
@@ -250,7 +264,7 @@ void BuildCache::made(const MadeOutput &made)
     if (begun.wanted != made)
         return;
     for (const QString &extension : QStringList{QString()} + made.copies) {
-        if (const auto file = RecordedFile::statusOf(copyOf(made.output, extension)))
+        if (const auto file = RecordedFile::statusOf(copyOf(RawBytes::encoded(made.output), extension)))
             begun.files.emplace_back(extension, *file);
     }
     m_made.push_back(std::move(begun));
@@ -260,9 +274,10 @@ void BuildCache::made(const MadeOutput &made)
 void BuildCache::settle()
 {
     for (auto &[wanted, source, files] : std::exchange(m_made, {})) {
+        const QByteArray output = RawBytes::encoded(wanted.output);
         bool isKnown = source && !files.empty() && files.front().first.isEmpty();
         for (auto &[extension, file] : files) {
-            const QString path = copyOf(wanted.output, extension);
+            const QByteArray path = copyOf(output, extension);
             const auto read = isKnown ? RecordedFile::of(path) : std::nullopt;
             const auto now = RecordedFile::statusOf(path);
             isKnown = read && now && now->looksLike(file); // and nobody else has changed it meanwhile
@@ -271,40 +286,43 @@ void BuildCache::settle()
         if (!isKnown)
             continue;
         files.insert(files.begin(), std::pair(QString(), *source));
-        const QByteArray name = nameOf(wanted.output);
-        m_changed.insert(name, lineFrom(name, nameOf(wanted.source), wanted.recipe, files));
+        const QByteArray name = nameOf(output);
+        m_changed.insert(name,
+                         lineFrom(name, nameOf(RawBytes::encoded(wanted.source)), wanted.recipe, files));
     }
 }
 
 QStringList BuildCache::ownFiles(const QString &source, const QString &output) const
 {
     QStringList own;
-    Parts parts(lineOf(nameOf(output)));
-    if (parts.next() != nameOf(source))
+    const QByteArray outputPath = RawBytes::encoded(output);
+    Parts parts(lineOf(nameOf(outputPath)));
+    if (parts.next() != nameOf(RawBytes::encoded(source)))
         return own;
     for (int part = 0; part < 2; ++part) // recipe and source
         static_cast<void>(parts.next());
     for (auto file = fileFrom(parts.next()); file; file = fileFrom(parts.next())) {
-        const QString path = copyOf(output, file->first);
+        const QByteArray path = copyOf(outputPath, file->first);
         if (file->second.ifUnchanged(path))
-            own.append(path);
+            own.append(RawBytes::decoded(path));
     }
     return own;
 }
 
 QByteArray BuildCache::hashOf(const QString &path)
 {
-    const QByteArray name = nameOf(path);
+    const QByteArray bytes = RawBytes::encoded(path);
+    const QByteArray name = nameOf(bytes);
     Parts parts(lineOf(name));
     for (int part = 0; part < 2; ++part)
         static_cast<void>(parts.next());
     const auto known = fileFrom(parts.next());
-    std::optional<RecordedFile> file = known ? known->second.ifUnchanged(path) : std::nullopt;
+    std::optional<RecordedFile> file = known ? known->second.ifUnchanged(bytes) : std::nullopt;
     if (!file)
-        file = RecordedFile::of(path);
+        file = RecordedFile::of(bytes);
     if (!file)
         return {};
-    if (!known || !known->second.looksLike(*file))
+    if (!RawBytes::areIn(path) && (!known || !known->second.looksLike(*file)))
         m_changed.insert(name, lineFrom(name, {}, {}, {{QString(), *file}}));
     return file->hash;
 }
@@ -317,7 +335,7 @@ bool BuildCache::isOfUse(QByteArrayView line) const
         return false;
     const QString name = object.begin().key();
     const QString path = name.startsWith(u'/') ? name : QDir::cleanPath(PathString::join(m_folder, name));
-    return RecordedFile::statusOf(path).has_value();
+    return RecordedFile::statusOf(RawBytes::encoded(path)).has_value();
 }
 
 QString BuildCache::save()

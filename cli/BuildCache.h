@@ -77,7 +77,7 @@ private:
     [[nodiscard]] QString path() const;
     void read();
     [[nodiscard]] QString readLines(const Descriptor &file, qint64 size);
-    [[nodiscard]] QByteArray nameOf(const QString &path) const;
+    [[nodiscard]] QByteArray nameOf(QByteArray path) const;
     [[nodiscard]] QByteArrayView lineOf(const QByteArray &name) const;
     void settle();
     [[nodiscard]] bool isOfUse(QByteArrayView line) const;

@@ -8,7 +8,6 @@
 #include "engine/Tools.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
-#include "files/RawBytes.h"
 #include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -115,8 +114,7 @@ std::optional<MadeOutput> ChangedFiles::wantedFor(const QString &entry, const st
 {
     const FileKind *const kind = anyKindOf(entry);
     // Where a path that does not begin at the root leads to is a matter of the compressor.
-    if (kind == nullptr || !output || !output->startsWith(u'/') || RawBytes::areIn(entry) ||
-        RawBytes::areIn(*output))
+    if (kind == nullptr || !output || !output->startsWith(u'/'))
         return std::nullopt;
     const SettingsStore &settings = m_settings.of(entry);
     const auto known = m_recipes.constFind({&settings, kind});

@@ -4,7 +4,6 @@
 
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
-#include "files/RawBytes.h"
 
 #include <algorithm>
 #include <charconv>
@@ -44,19 +43,19 @@ bool takeNumber(QByteArrayView &text, Number &number)
 
 } // namespace
 
-std::optional<RecordedFile> RecordedFile::statusOf(const QString &path)
+std::optional<RecordedFile> RecordedFile::statusOf(const QByteArray &path)
 {
     struct stat status {};
-    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
+    if (::stat(path.constData(), &status) != 0)
         return std::nullopt;
     return recorded(status);
 }
 
-std::optional<RecordedFile> RecordedFile::of(const QString &path)
+std::optional<RecordedFile> RecordedFile::of(const QByteArray &path)
 {
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    const Descriptor file = openRegularFile(RawBytes::encoded(path));
+    const Descriptor file = openRegularFile(path);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return std::nullopt;
@@ -86,7 +85,7 @@ std::optional<RecordedFile> RecordedFile::fromText(QByteArrayView text)
     return file;
 }
 
-std::optional<RecordedFile> RecordedFile::ifUnchanged(const QString &path) const
+std::optional<RecordedFile> RecordedFile::ifUnchanged(const QByteArray &path) const
 {
     const std::optional<RecordedFile> now = statusOf(path);
     if (!now || now->size != size)

@@ -4,14 +4,13 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QString>
 
 #include <optional>
 
 namespace brevant {
 
 /// What is known of the content of a file, so that it need not be read again while size, inode and times stay
-/// the same.
+/// the same. Paths are bytes, as the system has them.
 struct RecordedFile {
     qint64 size = 0;
     quint64 inode = 0;
@@ -20,11 +19,11 @@ struct RecordedFile {
     QByteArray hash;       ///< SHA-256 in base64url; empty where the content has not been read
 
     /// Its size, inode and times, without reading it; nothing if there is no such file. Links are followed.
-    [[nodiscard]] static std::optional<RecordedFile> statusOf(const QString &path);
+    [[nodiscard]] static std::optional<RecordedFile> statusOf(const QByteArray &path);
 
     /// All of it; nothing if it is no regular file or cannot be read. A file that has just been changed gets
     /// no times, as another change within the same tick of the clock would leave them the same.
-    [[nodiscard]] static std::optional<RecordedFile> of(const QString &path);
+    [[nodiscard]] static std::optional<RecordedFile> of(const QByteArray &path);
 
     /// "SIZE INODE MODIFIED CHANGED HASH".
     [[nodiscard]] QByteArray text() const;
@@ -33,7 +32,7 @@ struct RecordedFile {
     [[nodiscard]] static std::optional<RecordedFile> fromText(QByteArrayView text);
 
     /// The file as it is now, if it still has this content; it is read only if it looks different.
-    [[nodiscard]] std::optional<RecordedFile> ifUnchanged(const QString &path) const;
+    [[nodiscard]] std::optional<RecordedFile> ifUnchanged(const QByteArray &path) const;
 
     /// Whether both are the same as far as that can be told without reading.
     [[nodiscard]] bool looksLike(const RecordedFile &other) const

@@ -45,6 +45,9 @@ private Q_SLOTS:
     void whatIsPrinted()
     {
         const ChangedSite site;
+        QCOMPARE(site.run({u"--list"_s}).out.count('\n'), 3);
+        QCOMPARE(site.run({u"--dry-run"_s}).out.count('\n'), 3);
+        QVERIFY(!site.sandbox.has(u".brevant-cache.json"_s));
         QCOMPARE(site.done(), all);
         site.sandbox.add(u"w/a.css"_s, "a { b : d ; }");
         const QByteArray source = QFile::encodeName(site.sandbox.path(u"w/a.css"_s));
