@@ -50,6 +50,8 @@ QString cacheFolder(const CommandLine &line, const EntrySettings &settings)
 {
     if (!line.outDir.isEmpty())
         return line.outDir;
+    if (!line.projectFolder.isEmpty())
+        return line.projectFolder;
     const SettingsStore &common = settings.common();
     const QString folder = common.stringForKey(selectedFolderKeyString).value_or(QString());
     const bool isUsed = !common.isTrue(sameFolderKeyString) && folder.startsWith(u'/');

@@ -11,7 +11,8 @@ namespace brevant {
 struct CommandLine;
 struct FileKind;
 
-/// The folder of the cache: that of the outputs, where they have one, or the working folder.
+/// The folder of the cache: that of --out-dir, of the project file or of the outputs, where there is one, or
+/// the working folder.
 [[nodiscard]] QString cacheFolder(const CommandLine &line, const EntrySettings &settings);
 
 /// What a run need not do, as it was done before, and what it does. One call at a time.

@@ -22,19 +22,27 @@ using Action = CommandLine::Action;
 
 /// The options that say what is to be done; of the first two the first one wins, all others exclude each
 /// other.
-constexpr std::array<std::pair<QStringView, Action>, 5> actions{{
+constexpr std::array<std::pair<QStringView, Action>, 7> actions{{
     {u"--help", Action::Help},
     {u"--version", Action::Version},
     {u"--stdin", Action::MinifyText},
     {u"--list", Action::List},
     {u"--dry-run", Action::DryRun},
+    {u"--show-settings", Action::ShowSettings},
+    {u"--init", Action::Init},
 }};
 
 /// All that makes sense beside --stdin, where there are no files and one result.
-constexpr std::array<QStringView, 6> besideText{u"--stdin",    u"--compressors", u"--set",
-                                                u"--settings", u"--timeout",     u"--quiet"};
+constexpr std::array<QStringView, 9> besideText{
+    u"--stdin", u"--compressors", u"--set",        u"--settings",         u"--timeout",
+    u"--quiet", u"--profile",     u"--no-project", u"--no-user-settings",
+};
+
 /// Options that contradict each other.
-constexpr std::array<std::pair<QStringView, QStringView>, 1> rivals{{{u"--suffix", u"--no-suffix"}}};
+constexpr std::array<std::pair<QStringView, QStringView>, 2> rivals{{
+    {u"--suffix", u"--no-suffix"},
+    {u"--profile", u"--no-project"},
+}};
 
 /// Its name as QCommandLineParser has it.
 QString bareName(QStringView name)
@@ -100,6 +108,8 @@ QString contradiction(const QCommandLineParser &parser)
         return u"%1 and %2 cannot be used together"_s.arg(runless[0], runless[1]);
     if (isGiven(parser, u"--stdin"))
         return contradictionToText(parser);
+    if (isGiven(parser, u"--init") && parser.optionNames().size() + parser.positionalArguments().size() > 1)
+        return u"--init is given alone: it writes a project file into this folder"_s;
     for (const auto &[option, other] : rivals) {
         if (isGiven(parser, option) && isGiven(parser, other))
             return u"%1 and %2 cannot be used together"_s.arg(option, other);
@@ -107,7 +117,7 @@ QString contradiction(const QCommandLineParser &parser)
     for (const Option &option : allOptions()) {
         if (option.needs.isEmpty() || !isGiven(parser, option.name()))
             continue;
-        if (option.needs == aRun && !runless.isEmpty())
+        if (option.needs == aRun && !runless.isEmpty() && !isGiven(parser, u"--show-settings"))
             return u"%1 needs a run, which --list and --dry-run are not"_s.arg(option.name());
         if (option.needs != aRun && !isGiven(parser, option.needs))
             return u"%1 needs %2"_s.arg(option.name(), option.needs);
@@ -199,9 +209,18 @@ CommandLine parseCommandLine(const QStringList &arguments)
         line.error = readOptions(parser, line);
     if (line.error.isEmpty())
         line.error = folderContradiction(line);
-    if (line.error.isEmpty() && line.paths.isEmpty() && line.filesFrom.isEmpty() && line.textKind.isEmpty())
-        line.error = u"no file or folder is named"_s;
     return line;
+}
+
+QString missingPathError(const CommandLine &line)
+{
+    const bool isNeeded =
+        line.action == Action::Minify || line.action == Action::List || line.action == Action::DryRun;
+    if (!isNeeded || !line.paths.isEmpty() || !line.filesFrom.isEmpty())
+        return {};
+    return line.projectFolder.isEmpty()
+               ? u"no file or folder is named"_s
+               : u"no file or folder is named; name one, or add \"paths\" to brevant.json"_s;
 }
 
 QString helpText()

@@ -16,7 +16,7 @@ namespace brevant {
 
 /// What a user of the terminal asked for.
 struct CommandLine {
-    enum class Action { Minify, MinifyText, List, DryRun, Help, Version };
+    enum class Action { Minify, MinifyText, List, DryRun, ShowSettings, Init, Help, Version };
 
     Action action = Action::Minify;
     QStringList paths;
@@ -30,7 +30,12 @@ struct CommandLine {
     qsizetype listed = 0; ///< how many of `paths`, the last ones, are from that list
     QString outDir;       ///< with a tree of outputs; absolute, or empty for none
     GlobList exclude;
-    GlobList include; ///< empty for all
+    GlobList include;        ///< empty for all
+    QString profile;         ///< of the project file; empty for none
+    QString projectFolder;   ///< with the project file; absolute, or empty for none
+    GlobList projectExclude; ///< both count from that folder
+    GlobList projectInclude;
+    QStringList treeRoots; ///< count before `paths` for where files lie in outDir; absolute
     Shard shard;
     int jobs = 0;    ///< compressors at once; 0 for as many as suit them
     int timeout = 0; ///< seconds for each file; 0 for no limit
@@ -48,11 +53,16 @@ struct CommandLine {
     bool nulls = false;      ///< zero bytes, not line ends, end the paths in filesFrom
     bool print0 = false;     ///< and in what --list prints
     bool quiet = false;
+    bool noProject = false;
+    bool noUserSettings = false;
     QString error; ///< what is wrong with the arguments, in words; empty if nothing is
 };
 
 /// Parses the arguments, without the program's own name. Touches no file.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList &arguments);
+
+/// What is wrong if the paths so far are all; empty if nothing is.
+[[nodiscard]] QString missingPathError(const CommandLine &line);
 
 [[nodiscard]] QString helpText();
 [[nodiscard]] QString versionText();

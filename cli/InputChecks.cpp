@@ -7,6 +7,7 @@
 #include "cli/ReportOutput.h"
 #include "cli/StandardInput.h"
 #include "cli/TerminalText.h"
+#include "cli/project/ProjectFile.h"
 #include "files/DurableFile.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
@@ -53,8 +54,9 @@ QString settingsFileError(const QString &fileName)
 
 QString settingsFile(const CommandLine &line)
 {
-    return line.settingsFile.isEmpty() ? SettingsStore::defaultFilePath()
-                                       : PathString::absolute(line.settingsFile);
+    if (!line.settingsFile.isEmpty())
+        return PathString::absolute(line.settingsFile);
+    return line.noUserSettings ? QString() : SettingsStore::defaultFilePath();
 }
 
 void overrideSettings(SettingsStore &settings, const CommandLine &line)
@@ -125,7 +127,11 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
     if (line.reportFile.isEmpty() || isReportPrinted(line))
         return {};
     const QStringList marks = FileMarks::all(PathString::absolute(line.reportFile));
-    QStringList files{settingsFile(line)};
+    QStringList files;
+    if (const QString file = settingsFile(line); !file.isEmpty())
+        files.append(file);
+    if (!line.projectFolder.isEmpty())
+        files.append(PathString::join(line.projectFolder, ProjectFile::name));
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         files.append(entry);
         if (output)

@@ -11,7 +11,7 @@ class FileQueue;
 class SettingsStore;
 struct CommandLine;
 
-/// The file that the settings come from.
+/// The file that the settings come from; empty for none.
 [[nodiscard]] QString settingsFile(const CommandLine &line);
 
 /// Applies --set. The compressors run in another folder, so a relative folder is made absolute here.

@@ -4,10 +4,10 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ReportOutput.h"
+#include "cli/SettingValues.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileKind.h"
-#include "settings/Encodings.h"
 #include "settings/SettingsKeys.h"
 
 #include <algorithm>
@@ -68,11 +68,7 @@ QString readShardOption(CommandLine &line, const GivenOption &given)
 /// Reads a list of extensions of extra kinds: mjs,svg.
 QString readAlso(CommandLine &line, const GivenOption &given)
 {
-    QStringList extras;
-    for (const FileKind &kind : allFileKinds()) {
-        if (kind.isExtra)
-            extras.append(kind.extension.toString());
-    }
+    const QStringList extras = extraKinds();
     for (const QString &extension : given.value.split(u',')) {
         if (!extras.contains(extension))
             return u"%1 takes some of %2, not \"%3\""_s.arg(given.name, extras.join(u','), extension);
@@ -92,21 +88,6 @@ QString readTextKind(CommandLine &line, const GivenOption &given)
                : u"%1 takes one of %2, not \"%3\""_s.arg(given.name, known.join(u", "), given.value);
 }
 
-/// Why a setting cannot have that value; empty if it can.
-QString valueError(const SettingKey &setting, const QString &value)
-{
-    if (setting.type == SettingType::Boolean && value != u"true" && value != u"false")
-        return u"--set: %1 takes true or false, not \"%2\""_s.arg(setting.key, value);
-    if (setting.key == compressorsKeyString && value != u"classic" && value != u"modern")
-        return u"--set: %1 takes classic or modern, not \"%2\""_s.arg(setting.key, value);
-    if (setting.key != selectedEncodingKeyString || isEncodingName(value))
-        return {};
-    QStringList names;
-    for (const Encoding &encoding : allEncodings)
-        names.append(encoding.name);
-    return u"--set: there is no encoding \"%1\"; there are %2"_s.arg(value, names.join(u", "_s));
-}
-
 QString readSetting(CommandLine &line, const GivenOption &given)
 {
     const qsizetype sign = given.value.indexOf(u'=');
@@ -119,7 +100,8 @@ QString readSetting(CommandLine &line, const GivenOption &given)
         return u"--set: there is no setting \"%1\""_s.arg(key);
     const bool isBoolean = setting->type == SettingType::Boolean;
     line.settings.emplace_back(setting->key, isBoolean ? QJsonValue(value == u"true") : QJsonValue(value));
-    return valueError(*setting, value);
+    const QString error = settingValueError(*setting, value);
+    return error.isEmpty() ? QString() : u"--set: "_s + error;
 }
 
 template <const QLatin1StringView &key>
@@ -160,6 +142,12 @@ QString readSourceMaps(CommandLine &line, const GivenOption &given)
 {
     line.sourceMaps = true;
     return readSwitchedOn<sourceMapCheckerKeyString>(line, given);
+}
+
+QString readProfile(CommandLine &line, const GivenOption &given)
+{
+    line.profile = given.value;
+    return given.value.isEmpty() ? u"%1 needs the name of a profile"_s.arg(given.name) : QString();
 }
 
 QString readReportFormat(CommandLine &line, const GivenOption &given)
@@ -222,6 +210,11 @@ constexpr Option options[]{
     {Run, u"--set KEY=VALUE", u"a setting for this run only; repeatable", readSetting},
     {Run, u"--settings FILE", u"read the settings from FILE, not the user's own",
      readFileName<&CommandLine::settingsFile>},
+    {Run, u"--no-user-settings", u"do not read the user's own", readFlag<&CommandLine::noUserSettings>},
+    {Run, u"--profile NAME", u"lay that profile of brevant.json over the rest of it", readProfile},
+    {Run, u"--no-project", u"do not look for a brevant.json", readFlag<&CommandLine::noProject>},
+    {Run, u"--show-settings", u"print each setting and where it comes from, run nothing"},
+    {Run, u"--init", u"write a brevant.json into this folder, run nothing"},
     {Run, u"--jobs N", u"run up to N compressors at once", readNumber<&CommandLine::jobs, 256>},
     {Run, u"--timeout SECONDS", u"end a compressor that works longer on a file, which fails",
      readNumber<&CommandLine::timeout, 86'400>, aRun},

@@ -31,6 +31,8 @@ OutTree::OutTree(const CommandLine &line)
 {
     if (m_top.isEmpty())
         return;
+    for (qsizetype rank = 0; rank < line.treeRoots.size(); ++rank)
+        m_roots.insert(line.treeRoots[rank], {rank - line.treeRoots.size(), false});
     const qsizetype named = line.paths.size() - line.listed;
     for (qsizetype rank = 0; rank < line.paths.size(); ++rank) {
         const QString root = withoutSlashAtEnd(PathString::absolute(line.paths[rank]));

@@ -44,9 +44,44 @@ QByteArray outputFolder(const SettingsStore &settings)
 } // namespace
 
 PathRules::PathRules(const CommandLine &line, const SettingsStore &settings)
-    : m_line(line), m_workingFolder(PathString::join(QDir::currentPath(), {})),
-      m_outputFolder(outputFolder(settings))
+    : m_line(line), m_outputFolder(outputFolder(settings))
 {
+    m_patterns.push_back({line.exclude, line.include, PathString::join(QDir::currentPath(), {})});
+    if (!line.projectFolder.isEmpty())
+        m_patterns.push_back(
+            {line.projectExclude, line.projectInclude, PathString::join(line.projectFolder, {})});
+}
+
+void PathRules::Patterns::turnTo(const QString &newTop)
+{
+    top = newTop;
+    const QString clean = QDir::cleanPath(top);
+    const bool isBelow = clean.startsWith(folder) && clean != folder;
+    topPattern = isBelow ? RawBytes::encoded(clean.sliced(folder.size())) : QByteArray();
+}
+
+bool PathRules::Patterns::excludesTop() const
+{
+    return !topPattern.isEmpty() && exclude.covers(topPattern, leadsToFolder(RawBytes::encoded(top)));
+}
+
+bool PathRules::Patterns::excludes(const QString &relativePath, bool isFolder) const
+{
+    return !exclude.isEmpty() && exclude.matches(pathOf(relativePath), isFolder);
+}
+
+bool PathRules::Patterns::includes(const QString &relativePath) const
+{
+    return include.isEmpty() || include.covers(pathOf(relativePath), false);
+}
+
+/// A path as patterns see it. A single file that they do not count to goes by its name.
+QByteArray PathRules::Patterns::pathOf(const QString &relativePath) const
+{
+    const QByteArray below = RawBytes::encoded(relativePath);
+    if (topPattern.isEmpty())
+        return below.isEmpty() ? RawBytes::encoded(PathString::lastComponent(top).toString()) : below;
+    return below.isEmpty() ? topPattern : topPattern + '/' + below;
 }
 
 QString PathRules::askGit(const QStringList &paths)
@@ -76,25 +111,23 @@ QString PathRules::askGit(const QStringList &paths)
 bool PathRules::turnTo(const QString &top)
 {
     m_top = top;
-    const QString clean = QDir::cleanPath(top);
-    const bool isBelow = clean.startsWith(m_workingFolder) && clean != m_workingFolder;
-    m_topPattern = isBelow ? RawBytes::encoded(clean.sliced(m_workingFolder.size())) : QByteArray();
+    for (Patterns &patterns : m_patterns)
+        patterns.turnTo(top);
     const QByteArray real = m_outputFolder.isEmpty() ? QByteArray() : realPath(RawBytes::encoded(top)) + '/';
     m_outputFolderBelow = real.size() > 1 && m_outputFolder.startsWith(real)
                               ? RawBytes::decoded(m_outputFolder.sliced(real.size()))
                               : QString();
-    const bool isOut =
-        m_ignored.contains(top) ||
-        (isBelow && m_line.exclude.covers(m_topPattern, leadsToFolder(RawBytes::encoded(top))));
+    const bool isOut = m_ignored.contains(top) || std::ranges::any_of(m_patterns, &Patterns::excludesTop);
     m_hasExcluded |= isOut;
     return !isOut;
 }
 
 bool PathRules::takesFile(const QString &relativePath)
 {
-    const bool isTaken =
-        !isExcluded(relativePath, false) &&
-        (m_line.include.isEmpty() || m_line.include.covers(patternPath(relativePath), false));
+    const bool isTaken = !isExcluded(relativePath, false) &&
+                         std::ranges::all_of(m_patterns, [&relativePath](const Patterns &patterns) {
+                             return patterns.includes(relativePath);
+                         });
     m_hasExcluded |= !isTaken;
     return isTaken;
 }
@@ -119,6 +152,8 @@ QStringList PathRules::reasons() const
         options.append(u"--include"_s);
     if (m_line.gitignore)
         options.append(u"--gitignore"_s);
+    if (!m_line.projectExclude.isEmpty() || !m_line.projectInclude.isEmpty())
+        options.append(u"brevant.json"_s);
     QStringList reasons;
     if (m_hasExcluded)
         reasons.append(u"some are left out (%1)"_s.arg(options.join(u", ")));
@@ -140,16 +175,9 @@ bool PathRules::isLeftOutByDefault(const QString &relativePath) const
 bool PathRules::isExcluded(const QString &relativePath, bool isFolder) const
 {
     return (m_line.gitignore && m_ignored.contains(absolutePath(relativePath))) ||
-           (!m_line.exclude.isEmpty() && m_line.exclude.matches(patternPath(relativePath), isFolder));
-}
-
-/// A path as patterns see it. A single file that they do not count to goes by its name.
-QByteArray PathRules::patternPath(const QString &relativePath) const
-{
-    const QByteArray below = RawBytes::encoded(relativePath);
-    if (m_topPattern.isEmpty())
-        return below.isEmpty() ? RawBytes::encoded(PathString::lastComponent(m_top).toString()) : below;
-    return below.isEmpty() ? m_topPattern : m_topPattern + '/' + below;
+           std::ranges::any_of(m_patterns, [&relativePath, isFolder](const Patterns &patterns) {
+               return patterns.excludes(relativePath, isFolder);
+           });
 }
 
 QString PathRules::absolutePath(const QString &relativePath) const

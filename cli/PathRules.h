@@ -3,10 +3,13 @@
 #pragma once
 
 #include "cli/GitIgnored.h"
+#include "cli/Globs.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 namespace brevant {
 
@@ -16,7 +19,8 @@ struct CommandLine;
 /// Which files and folders are left out, by their paths alone: by --exclude, --include and --gitignore, and,
 /// without --all, folders that hold no sources of one's own.
 ///
-/// Patterns count from the working folder, and for what is not below it from the path of the command line.
+/// Patterns count from the working folder, those of a project file from its folder, and for what is not below
+/// that from the path of the command line.
 class PathRules final {
 public:
     PathRules(const CommandLine &line, const SettingsStore &settings);
@@ -41,17 +45,30 @@ public:
     [[nodiscard]] QStringList reasons() const;
 
 private:
+    /// Patterns, and paths as they see them.
+    struct Patterns {
+        const GlobList &exclude;
+        const GlobList &include;
+        QString folder; ///< they count from there; with "/" at its end
+        QString top{};
+        QByteArray topPattern{}; ///< the top as they see it; empty for where they count from
+
+        void turnTo(const QString &newTop);
+        [[nodiscard]] bool excludesTop() const;
+        [[nodiscard]] bool excludes(const QString &relativePath, bool isFolder) const;
+        [[nodiscard]] bool includes(const QString &relativePath) const;
+        [[nodiscard]] QByteArray pathOf(const QString &relativePath) const;
+    };
+
     [[nodiscard]] bool isLeftOutByDefault(const QString &relativePath) const;
     [[nodiscard]] bool isExcluded(const QString &relativePath, bool isFolder) const;
-    [[nodiscard]] QByteArray patternPath(const QString &relativePath) const;
     [[nodiscard]] QString absolutePath(const QString &relativePath) const;
 
     const CommandLine &m_line;
-    const QString m_workingFolder;   ///< with "/" at its end
-    const QByteArray m_outputFolder; ///< without links; empty for none
+    std::vector<Patterns> m_patterns; ///< of the command line, and of a project file
+    const QByteArray m_outputFolder;  ///< without links; empty for none
     GitIgnored m_ignored;
     QString m_top;
-    QByteArray m_topPattern;     ///< the top as patterns see it; empty for where they count from
     QString m_outputFolderBelow; ///< relative to the top; empty if it is not below it
     QString m_error;
     bool m_hasExcluded = false;

@@ -12,6 +12,9 @@
 #include "cli/StandardInput.h"
 #include "cli/TerminalText.h"
 #include "cli/Watch.h"
+#include "cli/project/InitProject.h"
+#include "cli/project/ProjectUse.h"
+#include "cli/project/ShowSettings.h"
 #include "engine/Tools.h"
 #include "engine/originals/PutBack.h"
 #include "files/Descriptor.h"
@@ -20,6 +23,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QDir>
 #include <QLocale>
 
 #include <clocale>
@@ -36,6 +40,13 @@ using TerminalText::printError;
 int wrongUsage(const QString &error)
 {
     printError(error);
+    return WrongUsage;
+}
+
+int wrongArguments(const QString &error)
+{
+    printError(error);
+    TerminalText::print(stderr, u"Try: brevant-cli --help\n"_s);
     return WrongUsage;
 }
 
@@ -73,49 +84,76 @@ int actOnChanged(const CommandLine &line, const Tools &tools, FileQueue &queue, 
     return status;
 }
 
-int run(CommandLine line, const Tools &tools)
+/// Carries out the action on the files that the paths come to.
+int runOver(const CommandLine &line, const Tools &tools, const ProjectUse &project,
+            const EntrySettings &settings, const ReportOutput &output)
 {
-    if (line.action == CommandLine::Action::Help)
+    FileQueue queue;
+    Listing listing(queue, settings, line);
+    if (const QString error = listing.fill(); !error.isEmpty())
+        return wrongUsage(error);
+    if (const QString error = project.inPlaceError(queue, settings, line); !error.isEmpty())
+        return wrongUsage(error);
+    if (const QString error = reportPlaceError(line, queue, settings, listing.copies()); !error.isEmpty())
+        return wrongUsage(error);
+    listing.printWhatIsMissing();
+    const int status = line.changed ? actOnChanged(line, tools, queue, listing, settings, output)
+                                    : act(line, tools, {queue, settings, listing.copies()}, output);
+    return status == 0 ? statusOf(listing.isComplete()) : status;
+}
+
+/// Writes a project file into the working folder.
+int init()
+{
+    const NewProject made = initProject(QDir::currentPath());
+    return made.error.isEmpty() ? statusOfPrinting(TerminalText::print(stdout, made.text))
+                                : wrongUsage(made.error);
+}
+
+int run(const CommandLine &given, const Tools &tools)
+{
+    if (given.action == CommandLine::Action::Help)
         return statusOfPrinting(TerminalText::print(stdout, helpText()));
-    if (line.action == CommandLine::Action::Version)
+    if (given.action == CommandLine::Action::Version)
         return statusOfPrinting(TerminalText::print(stdout, versionText() + tools.versions()));
+    if (given.action == CommandLine::Action::Init)
+        return init();
+    ProjectUse project;
+    if (const QString error = project.load(given); !error.isEmpty())
+        return wrongUsage(error);
+    CommandLine line = project.completed(given);
+    if (const QString error = missingPathError(line); !error.isEmpty())
+        return wrongArguments(error);
     const ReportOutput output(line);
     for (const QString &sentence : putBackAfterInterruption(tools.originals))
         printError(sentence);
     if (const QString error = addPathsFromFile(line); !error.isEmpty())
         return wrongUsage(error);
-    if (const QString error = inputError(line); !error.isEmpty())
+    const bool isShown = line.action == CommandLine::Action::ShowSettings; // before there are its paths, too
+    if (const QString error = inputError(isShown ? given : line); !error.isEmpty())
         return wrongUsage(error);
 
     SettingsStore settings(settingsFile(line));
     settings.registerDefaults(registeredDefaults());
+    project.overrideSettings(settings);
     overrideSettings(settings, line);
+    EntrySettings entrySettings(settings);
+    project.addRules(entrySettings, line);
+    if (isShown)
+        return statusOfPrinting(TerminalText::print(stdout, settingsText(given, project, entrySettings)));
     if (const QString error = settingsError(line, settings); !error.isEmpty())
         return wrongUsage(error);
 
     if (!line.also.isEmpty()) // whatever the settings file says during the run
         settings.setOverride(u"modern"_s, compressorsKeyString);
-
     if (line.action == CommandLine::Action::MinifyText)
         return minifyStandardInput(line, tools, settings);
 
-    EntrySettings entrySettings(settings);
     if (const OutTree tree(line); tree.isWanted())
         entrySettings.setOutputFolders([tree](const QString &entry) { return tree.folderOf(entry); });
     if (line.watch)
         return Watch(line, tools, entrySettings, output).run();
-
-    FileQueue queue;
-    Listing listing(queue, entrySettings, line);
-    if (const QString error = listing.fill(); !error.isEmpty())
-        return wrongUsage(error);
-    if (const QString error = reportPlaceError(line, queue, entrySettings, listing.copies());
-        !error.isEmpty())
-        return wrongUsage(error);
-    listing.printWhatIsMissing();
-    const int status = line.changed ? actOnChanged(line, tools, queue, listing, entrySettings, output)
-                                    : act(line, tools, {queue, entrySettings, listing.copies()}, output);
-    return status == 0 ? statusOf(listing.isComplete()) : status;
+    return runOver(line, tools, project, entrySettings, output);
 }
 
 } // namespace
@@ -140,7 +178,5 @@ int main(int argc, char *argv[])
     const CommandLine line = parseCommandLine(arguments);
     if (line.error.isEmpty())
         return run(line, Tools::inResources(findResourceFolder()));
-    const int status = wrongUsage(line.error);
-    TerminalText::print(stderr, u"Try: brevant-cli --help\n"_s);
-    return status;
+    return wrongArguments(line.error);
 }

@@ -61,7 +61,7 @@ _brevant_cli() {
             mapfile -t COMPREPLY < <(compgen -W \
                 '--exclude --include --gitignore --files-from -0 --sort --shard --changed --also --all --list --print0
                     --out-dir --copy-rest --keep-times --suffix --no-suffix --gzip --brotli --source-maps --stdin --compressors --dry-run
-                    --set --settings --jobs --timeout --fail-fast --watch --delete --check
+                    --set --settings --no-user-settings --profile --no-project --show-settings --init --jobs --timeout --fail-fast --watch --delete --check
                     --report --report-format --quiet --version --help -h' -- "$cur")
         else
             # shellcheck disable=SC2001 # bash can change the case of letters, but not keep both

@@ -207,7 +207,8 @@ private Q_SLOTS:
     void wrongUses()
     {
         QFETCH(QStringList, arguments);
-        QTEST(parseCommandLine(arguments).error, "expected");
+        const CommandLine line = parseCommandLine(arguments);
+        QTEST(line.error.isEmpty() ? missingPathError(line) : line.error, "expected");
     }
 
     void namesWhatItDoesNotKnow_data()

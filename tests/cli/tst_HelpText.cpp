@@ -48,6 +48,11 @@ private Q_SLOTS:
                                  u"--dry-run"_s,
                                  u"--set KEY=VALUE"_s,
                                  u"--settings FILE"_s,
+                                 u"--no-user-settings"_s,
+                                 u"--profile NAME"_s,
+                                 u"--no-project"_s,
+                                 u"--show-settings"_s,
+                                 u"--init"_s,
                                  u"--jobs N"_s,
                                  u"--timeout SECONDS"_s,
                                  u"--fail-fast"_s,
@@ -94,7 +99,7 @@ private Q_SLOTS:
                 arguments << option.needs.toString() +
                                  (option.needs == u"--list" || option.needs == u"--watch" ? QString()
                                                                                           : u"=f"_s);
-            if (option.name() != u"--stdin")
+            if (option.name() != u"--stdin" && option.name() != u"--init")
                 arguments << u"a"_s;
             QCOMPARE(parseCommandLine(arguments).error, QString());
         }

@@ -46,7 +46,7 @@ class ManualPages(unittest.TestCase):
     def test_pages(self):
         version = output(BUILD / "brevant-cli", "--version").split()[1]
         sources = sorted(path.name.removesuffix(".in") for path in (SOURCE / "docs/man").glob("*.in"))
-        self.assertEqual(sources, ["brevant-cli.1", "brevant-settings.5", "brevant.1"])
+        self.assertEqual(sources, ["brevant-cli.1", "brevant-settings.5", "brevant.1", "brevant.json.5"])
         for name, page in self.pages.items():
             self.assertRegex(page.text, rf"\nBrevant {re.escape(version)} ", f"the version at the foot of {name}")
 

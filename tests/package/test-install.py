@@ -53,7 +53,7 @@ def main():
 
     manual = prefix / "share/doc/brevant"
     equal(sorted(page.name for page in manual.glob("*.html")),
-          ["brevant-cli.1.html", "brevant-settings.5.html", "brevant.1.html"], "pages of the manual")
+          ["brevant-cli.1.html", "brevant-settings.5.html", "brevant.1.html", "brevant.json.5.html"], "pages of the manual")
     equal((manual / "pipelines.md").is_file(), True, "examples for builds")
     for page in manual.glob("*.html"):
         for link in re.findall(r'(?:href|src)="([^"#:]+)"', page.read_text()):

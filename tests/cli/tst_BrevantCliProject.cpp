@@ -1,0 +1,222 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/TestClass.h"
+#include "tests/cli/MountNamespace.h"
+#include "tests/cli/ProjectFixture.h"
+
+#include <QDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace brevant;
+using namespace brevant::test;
+using namespace Qt::StringLiterals;
+
+/// brevant-cli where a folder has a project file.
+class tst_BrevantCliProject final : public QObject, ProjectFixture {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { setUp(); }
+
+    void itNamesThePaths()
+    {
+        write("{\"paths\": [\"src\"], \"sort\": true}");
+        QCOMPARE(listed({}), (QStringList{u"src/a.css"_s, u"src/deep/b.css"_s}));
+        QCOMPARE(listed({u"vendor"_s}), QStringList(u"vendor/c.css"_s));
+        m_sandbox->add(u"list"_s, "vendor/c.css\n");
+        QCOMPARE(listed({u"--files-from"_s, u"list"_s}), QStringList(u"vendor/c.css"_s));
+        // From below it is the same project.
+        QCOMPARE(listed({}, u"vendor"_s), (QStringList{u"src/a.css"_s, u"src/deep/b.css"_s}));
+        const Ended none = m_sandbox->run({u"--list"_s, u"--no-project"_s});
+        QCOMPARE(none.err, "brevant-cli: no file or folder is named\nTry: brevant-cli --help\n");
+        QCOMPARE(none.status, 2);
+    }
+
+    void withoutPaths()
+    {
+        write("{}");
+        const Ended ended = m_sandbox->run({});
+        QCOMPARE(ended.status, 2);
+        QVERIFY(ended.err.contains("name one, or add \"paths\" to brevant.json\n"));
+    }
+
+    void patternsCountFromItsFolder()
+    {
+        write("{\"paths\": [\".\"], \"sort\": true, \"exclude\": [\"src/deep/\"]}");
+        QCOMPARE(listed({}, u"src"_s), (QStringList{u"src/a.css"_s, u"vendor/c.css"_s}));
+        // Those of the command line count from the working folder, and leave out more.
+        QCOMPARE(listed({u"--exclude"_s, u"/a.css"_s, u"."_s}, u"src"_s), QStringList());
+        QCOMPARE(listed({u"."_s}, u"src"_s), QStringList(u"src/a.css"_s));
+        write("{\"paths\": [\".\"], \"include\": [\"vendor/\"]}");
+        QCOMPARE(listed({}, u"src"_s), QStringList(u"vendor/c.css"_s));
+        QCOMPARE(listed({u"--include"_s, u"b.css"_s}, u"src"_s), QStringList(u"src/deep/b.css"_s));
+    }
+
+    void aTreeOfOutputs()
+    {
+        m_sandbox->add(u"src/pic.png"_s, "png");
+        write("{\"paths\": [\"src\"], \"outDir\": \"dist\", \"copyRest\": true,"
+              " \"settings\": {\"suffixSwitcherKeyString\": false}}");
+        QCOMPARE(m_sandbox->run({}).status, 0);
+        QCOMPARE(m_sandbox->read(u"dist/deep/b.css"_s), "a{color:red}");
+        QCOMPARE(m_sandbox->read(u"dist/pic.png"_s), "png");
+        QVERIFY(m_sandbox->read(u"src/a.css"_s) == css);
+        // One file of it has the same place as in a run over all.
+        QCOMPARE(outputOf({u"deep/b.css"_s}, u"src"_s), u"dist/deep/b.css"_s);
+        // The command line says something else.
+        QCOMPARE(outputOf({u"--out-dir"_s, u"other"_s, u"vendor/c.css"_s}), u"other/c.css"_s);
+        QCOMPARE(
+            outputOf({u"--set"_s, u"sameFolderKeyString=true"_s, u"--suffix"_s, u"-m"_s, u"vendor/c.css"_s}),
+            u"vendor/c-m.css"_s);
+    }
+
+    void bothFamiliesInOneRun()
+    {
+        if (const QString missing = missingCompressors(); !missing.isEmpty())
+            QSKIP(qPrintable(missing));
+        m_sandbox->add(u"src/new.js"_s, "const f = () => 1;\n");
+        m_sandbox->add(u"vendor/old.js"_s, "var a = true;\n");
+        write("{\"paths\": [\".\"], \"sort\": true, \"settings\": {\"compressorsKeyString\": \"modern\"},"
+              " \"overrides\": [{\"files\": [\"vendor/**\"], \"settings\": {\"compressorsKeyString\":"
+              " \"classic\", \"suffixKeyString\": \"-old\", \"gzipCheckerKeyString\": true}}]}");
+        const Ended ended = m_sandbox->run({});
+        QCOMPARE(ended.err, QByteArray());
+        QCOMPARE(ended.status, 0);
+        QCOMPARE(m_sandbox->read(u"src/new.min.js"_s), "const f=()=>1;");
+        QCOMPARE(m_sandbox->read(u"vendor/old-old.js"_s), "var a=true;");
+        QVERIFY(m_sandbox->has(u"vendor/c-old.css.gz"_s) && !m_sandbox->has(u"src/a.min.css.gz"_s));
+        // Outputs are known as such the next time, each by its own suffix.
+        QCOMPARE(listed({}), (QStringList{u"src/a.css"_s, u"src/deep/b.css"_s, u"src/new.js"_s,
+                                          u"vendor/c.css"_s, u"vendor/old.js"_s}));
+        const QByteArray commands = m_sandbox->run({u"--dry-run"_s}).out;
+        QVERIFY(commands.contains("yuicompressor") && commands.contains("esbuild"));
+    }
+
+    void outputsInPlaceNeedTheCommandLine_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("no suffix") << QByteArray("\"settings\": {\"suffixSwitcherKeyString\": false}");
+        QTest::newRow("empty suffix") << QByteArray("\"settings\": {\"suffixKeyString\": \"\"}");
+        QTest::newRow("override") << QByteArray("\"overrides\": [{\"files\": [\"a.css\"], \"settings\":"
+                                                " {\"suffixSwitcherKeyString\": false}}]");
+        QTest::newRow("folder") << QByteArray("\"settings\": {\"sameFolderKeyString\": false, "
+                                              "\"selectedFolderKeyString\": \"src\","
+                                              " \"suffixSwitcherKeyString\": false}");
+        QTest::newRow("tree") << QByteArray("\"outDir\": \"src\", \"settings\":"
+                                            " {\"suffixSwitcherKeyString\": false}");
+    }
+
+    void outputsInPlaceNeedTheCommandLine()
+    {
+        QFETCH(QByteArray, text);
+        write("{\"paths\": [\"src\"], " + text + "}");
+        const QStringList before = tree(m_sandbox->path()).keys();
+        for (const QStringList &arguments : {QStringList(), QStringList(u"src/a.css"_s)}) {
+            const Ended ended = m_sandbox->run(arguments);
+            QCOMPARE(ended.status, 2);
+            QVERIFY2(ended.err.contains("written over") || ended.err.contains("--out-dir"),
+                     ended.err.constData());
+        }
+        QCOMPARE(m_sandbox->read(u"src/a.css"_s), css);
+        QCOMPARE(tree(m_sandbox->path()).keys(), before);
+    }
+
+    void outputsInPlaceWhereTheyAreMeant()
+    {
+        write("{\"paths\": [\"src\"], \"settings\": {\"suffixSwitcherKeyString\": false}}");
+        QCOMPARE(m_sandbox->run({u"--no-suffix"_s}).status, 0);
+        QCOMPARE(m_sandbox->read(u"src/a.css"_s), "a{color:red}");
+        // The user's own choice is nothing of the project's.
+        write("{\"paths\": [\"vendor\"]}");
+        m_sandbox->add(u"../home/config/brevant/settings.json"_s, "{\"suffixSwitcherKeyString\": false}");
+        QCOMPARE(m_sandbox->run({}).status, 0);
+        QCOMPARE(m_sandbox->read(u"vendor/c.css"_s), "a{color:red}");
+    }
+
+    void refusedOnes()
+    {
+        QVERIFY(QFile::link(u"src/other.json"_s, m_sandbox->path(projectFile)));
+        m_sandbox->add(u"src/other.json"_s, "{\"paths\": [\".\"]}");
+        for (const QStringList &arguments : {QStringList(), QStringList(u"src"_s)}) {
+            const Ended ended = m_sandbox->run(arguments);
+            QCOMPARE(ended.status, 2);
+            QCOMPARE(ended.err,
+                     "brevant-cli: " + m_sandbox->path(projectFile).toUtf8() +
+                         " is a link, which a project file must not be; --no-project goes without it\n");
+        }
+        QCOMPARE(m_sandbox->run({u"--no-project"_s, u"--list"_s, u"src"_s}).status, 0);
+    }
+
+    void aFileSystemBorder()
+    {
+        if (const QString reason = noMountNamespace(); !reason.isEmpty())
+            QSKIP(qPrintable(reason));
+        write("{\"paths\": [\".\"]}");
+        const QStringList arguments{u"--list"_s};
+        const QString below = u"cd src"_s;
+        QCOMPARE(runMounted(*m_sandbox, below, arguments).status, 0);
+        const Ended ended = runMounted(*m_sandbox, u"mount -t tmpfs none src && cd src"_s, arguments);
+        QCOMPARE(ended.err, "brevant-cli: no file or folder is named\nTry: brevant-cli --help\n");
+    }
+
+    void noHome()
+    {
+        write("{\"paths\": [\"vendor\"]}");
+        for (const QString &name : {u"HOME"_s, u"XDG_CONFIG_HOME"_s, u"XDG_STATE_HOME"_s})
+            m_sandbox->environment.remove(name);
+        const Ended ended = m_sandbox->run({u"--no-user-settings"_s});
+        QCOMPARE(ended.err, QByteArray());
+        QCOMPARE(ended.status, 0);
+        QVERIFY(m_sandbox->has(u"vendor/c.min.css"_s));
+    }
+
+    void standardInput()
+    {
+        write("{\"paths\": [\"gone\"], \"also\": [\"svg\"], \"settings\": {\"compressorsKeyString\": "
+              "\"modern\"}}");
+        const Ended ended = m_sandbox->runShell(u"echo 'let a = 1' | \"$CLI\" --stdin js"_s);
+        QCOMPARE(ended.err, QByteArray());
+        QCOMPARE(ended.out, "let a=1;");
+    }
+
+    void aReportOverIt()
+    {
+        write("{\"paths\": [\"src\"]}");
+        const Ended ended = m_sandbox->run({u"--report"_s, projectFile});
+        QCOMPARE(ended.status, 2);
+        QVERIFY(ended.err.contains("would be written over " + m_sandbox->path(projectFile).toUtf8()));
+    }
+
+    void initWritesOne()
+    {
+        const Ended ended = m_sandbox->run({u"--init"_s});
+        QCOMPARE(ended.status, 0);
+        const QByteArray text = "{\n    \"paths\": [\"src\"],\n    \"exclude\": [\"*.min.*\", \"vendor/\"],\n"
+                                "    \"outDir\": \"dist\"\n}\n";
+        QCOMPARE(m_sandbox->read(projectFile), text);
+        QCOMPARE(ended.out, "Wrote " + m_sandbox->path(projectFile).toUtf8() + ":\n\n" + text +
+                                "\nNext: brevant-cli --list\n");
+        QCOMPARE(m_sandbox->run({}).status, 0);
+        QVERIFY(m_sandbox->has(u"dist/deep/b.min.css"_s));
+        const Ended again = m_sandbox->run({u"--init"_s});
+        QCOMPARE(again.status, 2);
+        QCOMPARE(again.err, "brevant-cli: " + m_sandbox->path(projectFile).toUtf8() +
+                                " is there already; change it, or remove it first\n");
+        QCOMPARE(m_sandbox->read(projectFile), text);
+    }
+
+    void initInARepository()
+    {
+        QVERIFY(QDir(m_sandbox->path()).mkdir(u".git"_s) &&
+                QDir(m_sandbox->path(u"src"_s)).removeRecursively());
+        QCOMPARE(m_sandbox->run({u"--init"_s}).status, 0);
+        QCOMPARE(m_sandbox->read(projectFile),
+                 "{\n    \"paths\": [\".\"],\n    \"exclude\": [\"*.min.*\", \"vendor/\"],\n"
+                 "    \"gitignore\": true,\n    \"outDir\": \"dist\"\n}\n");
+    }
+};
+
+BREVANT_TEST(tst_BrevantCliProject, QCoreApplication)
+#include "tst_BrevantCliProject.moc"
