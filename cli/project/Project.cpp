@@ -324,6 +324,12 @@ bool ProjectReader::readProfiles(const JsonNode &node, ProjectValues &)
 
 } // namespace
 
+/// Whether it is a folder of version control, of which a file can be a program that is run.
+static bool isOfVersionControl(const QString &name)
+{
+    return QStringList{u".git"_s, u".hg"_s, u".svn"_s}.contains(name, Qt::CaseInsensitive);
+}
+
 PlaceInProject placeInProject(const QString &folder, const QString &text)
 {
     const QStringList parts = text.split(u'/');
@@ -338,6 +344,9 @@ PlaceInProject placeInProject(const QString &folder, const QString &text)
     const QByteArray real = realPath(there);
     if (real != top && !(real + '/').startsWith(top.endsWith('/') ? top : top + '/'))
         return {{}, u"leads out of the folder of the project file"_s};
+    const QStringList realParts = RawBytes::decoded(real.sliced(top.size())).split(u'/');
+    if (std::ranges::any_of(parts + realParts, isOfVersionControl))
+        return {{}, u"is a place of version control, where a project file has no business"_s};
     return {path, {}};
 }
 

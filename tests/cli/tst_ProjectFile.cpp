@@ -152,6 +152,10 @@ private Q_SLOTS:
         QCOMPARE(errorOf(u"out/new"_s), leadsOut);
         for (const char *text : {".", "./", "deep", "in", "in/er", "deep/er/new", "new/er"})
             QCOMPARE(errorOf(QLatin1StringView(text)), QString());
+        // A copy there could be a hook, which git would run.
+        QVERIFY(QDir(m_top).mkpath(u"site/.git/hooks"_s) && link(".git/hooks", "hooks"));
+        for (const char *text : {".git", ".GIT/new", "deep/.hg", "new/.svn/", "hooks", "hooks/new"})
+            QVERIFY2(errorOf(QLatin1StringView(text)).contains(u"version control"_s), text);
         QCOMPARE(placeInProject(m_top + "/site"_L1, u"./deep//er/"_s).path, m_top + "/site/deep/er"_L1);
     }
 
