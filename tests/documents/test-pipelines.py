@@ -1,9 +1,11 @@
 #!/usr/bin/python3 -B
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The examples of docs/pipelines.md do what is said of them. Each is taken from the document itself."""
+"""The examples of docs/pipelines.md do what is said of them; each is taken from the document itself. So does the
+example site, which is a project."""
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -36,25 +38,15 @@ def blocks(chapter, language):
 
 
 @unittest.skipUnless((BUILD / "libexec/esbuild").exists(), "the modern compressors are missing")
-class Pipelines(unittest.TestCase):
+class Builds(unittest.TestCase):
+    """A folder to build in, with a home outside it."""
+
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.home = Path(folder.name) / "home"
         self.folder = Path(folder.name) / "work"
         self.home.mkdir()
-        self.add("minify.json", blocks("Pipelines and many machines", "json")[0])
-        self.add("site/css/base.css", "a { color : #ff0000 ; }\n")
-        self.add("site/css/print.css", "b { color : #00ff00 ; }\n" * 3)
-        self.add("site/js/menu.js", "var first = 1 ;\n" * 2)
-        for name in ("a", "b"):
-            self.add(f"site/css/{name}.css", "i { color : blue }\n")
-        self.add("site/js/old.min.js", "var old = 1 ;\n")  # its source was deleted since
-
-    def add(self, name, text):
-        path = self.folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(text)
 
     def run_here(self, *command, **environment):
         own = {"PATH": f"{BUILD}:{os.environ['PATH']}", "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home),
@@ -67,6 +59,23 @@ class Pipelines(unittest.TestCase):
         status, output = self.run_here(*command, **environment)
         self.assertEqual(status, 0, output)
         return output
+
+
+class Pipelines(Builds):
+    def setUp(self):
+        super().setUp()
+        self.add("minify.json", blocks("Pipelines and many machines", "json")[0])
+        self.add("site/css/base.css", "a { color : #ff0000 ; }\n")
+        self.add("site/css/print.css", "b { color : #00ff00 ; }\n" * 3)
+        self.add("site/js/menu.js", "var first = 1 ;\n" * 2)
+        for name in ("a", "b"):
+            self.add(f"site/css/{name}.css", "i { color : blue }\n")
+        self.add("site/js/old.min.js", "var old = 1 ;\n")  # its source was deleted since
+
+    def add(self, name, text):
+        path = self.folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
 
     def outputs(self):
         """What was made, by name."""
@@ -206,6 +215,57 @@ class Pipelines(unittest.TestCase):
         """Whoever adds an example adds its test."""
         languages = re.findall(r"^```(\w+)$", DOCUMENT, re.MULTILINE)
         self.assertEqual(languages, ["json", "sh", "makefile", "ninja", "json", "yaml", "yaml"])
+
+
+class Sample(Builds):
+    """The example site is a project that is built."""
+
+    def setUp(self):
+        super().setUp()
+        self.copy_site()
+
+    def copy_site(self):
+        shutil.copytree(SOURCE / "examples", self.folder, ignore=shutil.ignore_patterns("public", "minify.xml"))
+
+    def site(self):
+        """The files of the site, as they should be named in public, and those that are there."""
+        own = {"README.md", "brevant.json", "package.json", "robots.txt", "minify.xml", ".gitlab-ci.yml"}
+        public = self.folder / "public"
+        wanted = {path.relative_to(self.folder) for path in self.folder.rglob("*")
+                  if path.is_file() and public not in path.parents} - {Path(name) for name in own}
+        there = {path.relative_to(public) for path in public.rglob("*") if path.is_file()}
+        return wanted, there
+
+    def test_build(self):
+        self.succeed("npm", "run", "build")
+        wanted, there = self.site()
+        self.assertGreater(len(wanted), 15)
+        self.assertEqual(there, wanted | {Path("robots.txt"), Path(".brevant-cache.json")})
+        self.assertIn(f"\n{len(wanted)} files unchanged.\n", self.succeed("npm", "run", "build"))
+        # Only the modern compressors know this.
+        (self.folder / "torten/torten.js").write_text("export const f = (x) => x ?? 1 ;\n")
+        (self.folder / "legacy/Menu.JS").write_text("export const f = (x) => x ?? 1 ;\n")
+        status, output = self.run_here("npm", "run", "build")
+        self.assertEqual(status, 1)
+        self.assertRegex(output, "Failed: .*/legacy/Menu.JS")
+        self.assertEqual((self.folder / "public/torten/torten.js").read_text(), "export const f=o=>o??1;")
+
+    def test_service(self):
+        job = yaml.safe_load((self.folder / ".gitlab-ci.yml").read_text())["site"]
+        script = "\n".join(job["script"])
+        report = self.folder / job["artifacts"]["reports"]["junit"]
+        self.succeed("sh", "-e", "-c", script)
+        wanted, there = self.site()
+        self.assertEqual(len(list(ET.parse(report).iter("testcase"))), len(wanted))
+        self.assertTrue({Path(f"{name}.gz") for name in wanted} <= there)
+        # The next machine has another copy of it all, with nothing but the cached folder from the last.
+        shutil.copytree(self.folder / job["cache"]["paths"][0], self.home / "cached")
+        shutil.rmtree(self.folder)
+        self.copy_site()
+        shutil.move(self.home / "cached", self.folder / job["cache"]["paths"][0])
+        self.succeed("sh", "-e", "-c", script)
+        self.assertEqual(len(list(ET.parse(report).iter("testcase"))), 0)
+        self.assertEqual(self.site()[1], there)
 
 
 if __name__ == "__main__":
