@@ -51,6 +51,8 @@ QByteArray contentFor(const QString &folder)
 
 NewProject initProject(const QString &folder)
 {
+    if (folder.isEmpty()) // the root would take its place
+        return {{}, u"the working folder is gone"_s};
     const QString path = PathString::join(folder, ProjectFile::name);
     const QByteArray content = contentFor(folder);
     const Descriptor file = openFile(RawBytes::encoded(path), O_WRONLY | O_CREAT | O_EXCL, 0644);

@@ -64,6 +64,11 @@ private Q_SLOTS:
         QCOMPARE(ended.out, QByteArray());
         QCOMPARE(ended.status, 2);
         QVERIFY(!sandbox.has(u"a.min.css"_s));
+        const Ended init =
+            sandbox.runShell(u"mkdir gone && cd gone && rmdir ../gone && exec \"$CLI\" --init"_s);
+        QVERIFY(!QFile::remove(u"/brevant.json"_s));
+        QCOMPARE(init.err, QByteArray("brevant-cli: the working folder is gone\n"));
+        QCOMPARE(init.status, 2);
     }
 
     void aMissingPathStopsAll()
