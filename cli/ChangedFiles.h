@@ -26,6 +26,7 @@ public:
 
     /// Those files, with their outputs.
     [[nodiscard]] const EntriesWithOutputs &unchanged() const { return m_unchanged; }
+    void forgetUnchanged() { m_unchanged = {}; }
 
     /// Such an output with its copies, as far as nobody has changed them.
     [[nodiscard]] QStringList ownFiles(const QString &source, const QString &output) const

@@ -88,10 +88,9 @@ QString contradictionToText(const QCommandLineParser &parser)
 }
 
 /// What makes no sense beside --watch, each with the way out.
-constexpr std::array<std::pair<QStringView, QStringView>, 5> notBesideWatch{{
+constexpr std::array<std::pair<QStringView, QStringView>, 4> notBesideWatch{{
     {u"--report", u"write the report with a run without --watch"},
     {u"--fail-fast", u"leave it out, as the watching goes on"},
-    {u"--copy-rest", u"copy the rest with a run without --watch"},
     {u"--shard", u"leave it out; name the folders of this machine instead"},
     {u"--all", u"name the folders to search, as outputs would be minified again and again"},
 }};

@@ -162,7 +162,7 @@ void Listing::addCopies(const RestOfTree &rest)
 {
     for (FileCopy &copy : rest.copies()) {
         copy.target = m_tree.pathOf(copy.found);
-        if (isNew(copy.found))
+        if (isChanged(copy.found) && isNew(copy.found))
             m_copies.push_back(std::move(copy));
     }
     m_linksPassedOver += rest.passedOver();

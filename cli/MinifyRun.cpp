@@ -59,12 +59,13 @@ QString MinifyRun::missingTools(const std::vector<const SettingsStore *> &stores
     return {};
 }
 
-int MinifyRun::runChanged(const FileQueue &queue, const EntriesWithOutputs &others) const
+int MinifyRun::runChanged(const FileQueue &queue, const std::vector<FileCopy> &copies,
+                          const EntriesWithOutputs &others) const
 {
     RunReport report(queue.entries(),
                      m_line.quiet ? RunReport::Style::QuietChanges : RunReport::Style::Changes,
                      &stopRequested);
-    return minify(report, {queue, m_settings, {}, others});
+    return minify(report, {queue, m_settings, copies, others});
 }
 
 int MinifyRun::minify(RunReport &report, const PlannedRun &planned) const
@@ -76,6 +77,8 @@ int MinifyRun::minify(RunReport &report, const PlannedRun &planned) const
         copying.run(planned.copies, m_line.jobs > 0 ? m_line.jobs : usualCopies, stopRequested);
     if (m_line.copyRest)
         report.setCopied(copying.inWords());
+    if (report.isOfChanges() && !m_line.quiet && !planned.copies.empty())
+        TerminalText::printNow(copying.inWords());
     print(report, end);
     TerminalText::print(stderr, copying.failures(Colours::of(STDERR_FILENO)));
     const bool isReported = writeReport(report.toReport());

@@ -33,9 +33,10 @@ public:
     /// status.
     [[nodiscard]] int run(const FileQueue &queue, const std::vector<FileCopy> &copies = {}) const;
 
-    /// Minifies files that have changed, each told in one line, without a summary. `others`: files that no
+    /// The same for what has changed, each file told in one line, without a summary. `others`: files that no
     /// output may be written over, nor over theirs.
-    [[nodiscard]] int runChanged(const FileQueue &queue, const EntriesWithOutputs &others) const;
+    [[nodiscard]] int runChanged(const FileQueue &queue, const std::vector<FileCopy> &copies,
+                                 const EntriesWithOutputs &others) const;
 
 private:
     [[nodiscard]] QString missingTools(const std::vector<const SettingsStore *> &stores) const;

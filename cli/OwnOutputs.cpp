@@ -3,7 +3,10 @@
 #include "cli/OwnOutputs.h"
 
 #include "cli/ChangedPaths.h"
+#include "files/Folders.h"
 #include "files/RawBytes.h"
+
+#include <algorithm>
 
 #include <sys/stat.h>
 
@@ -21,8 +24,12 @@ bool isThere(const QByteArray &path)
 
 void OwnOutputs::add(const QString &file, const QString &source)
 {
+    QByteArray path = RawBytes::encoded(file);
+    QByteArray sourcePath = RawBytes::encoded(source);
+    path.squeeze(); // made with room for the longest encoding
+    sourcePath.squeeze();
     if (const auto state = FileState::of(file))
-        m_files.insert(RawBytes::encoded(file), {RawBytes::encoded(source), *state});
+        m_files.insert(path, {sourcePath, *state});
 }
 
 bool OwnOutputs::hold(const QString &file) const
@@ -39,6 +46,13 @@ bool OwnOutputs::hold(const QString &file, const QString &source) const
 std::vector<OwnOutputs::Orphan> OwnOutputs::takeOrphans(const ChangedPaths &changed)
 {
     std::vector<Orphan> orphans;
+    // Whatever is there and is no folder has no sources below it that could be gone.
+    const auto mayHaveGone = [](const QString &path) {
+        const QByteArray bytes = RawBytes::encoded(path);
+        return !isThere(bytes) || leadsToFolder(bytes);
+    };
+    if (std::ranges::none_of(changed.paths(), mayHaveGone))
+        return orphans;
     m_files.removeIf([&](const auto &own) {
         const QString source = RawBytes::decoded(own.value().source);
         if (!changed.hold(source) || isThere(own.value().source))

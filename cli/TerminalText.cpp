@@ -6,6 +6,8 @@
 
 #include <QLocale>
 
+#include <QTime>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -142,6 +144,11 @@ bool print(std::FILE *stream, const QByteArray &bytes)
 {
     const auto size = static_cast<std::size_t>(bytes.size());
     return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
+}
+
+void printNow(const QString &text)
+{
+    print(stdout, u"%1 %2\n"_s.arg(QTime::currentTime().toString(u"HH:mm:ss"), printable(text)));
 }
 
 void printError(const QString &text)

@@ -50,6 +50,9 @@ struct Progress {
 bool print(std::FILE *stream, const QString &text);
 bool print(std::FILE *stream, const QByteArray &bytes);
 
+/// Prints a line on standard output, behind the time of the day.
+void printNow(const QString &text);
+
 /// Prints a sentence about what is wrong on standard error, under the program's name.
 void printError(const QString &text);
 

@@ -9,12 +9,11 @@
 #include "cli/PrintedRun.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
+#include "cli/project/ProjectFile.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
-
-#include <QTime>
 
 #include <algorithm>
 #include <array>
@@ -77,12 +76,6 @@ qint64 nowInNanoseconds()
     return std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
-void printChange(const QString &text)
-{
-    const QString time = QTime::currentTime().toString(u"HH:mm:ss");
-    TerminalText::print(stdout, u"%1 %2\n"_s.arg(time, printable(text)));
-}
-
 } // namespace
 
 Watch::Watch(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
@@ -91,7 +84,13 @@ Watch::Watch(const CommandLine &line, const Tools &tools, const EntrySettings &s
 {
     for (const QString &path : line.paths)
         m_tops.append(PathString::absolute(path));
+    if (!line.projectFolder.isEmpty())
+        m_projectFile = PathString::join(line.projectFolder, ProjectFile::name);
+    if (line.changed)
+        m_done = std::make_unique<ChangedFiles>(line, settings, tools);
 }
+
+Watch::~Watch() = default;
 
 int Watch::run()
 {
@@ -101,8 +100,18 @@ int Watch::run()
     }
     if (const auto status = minifyAll())
         return *status;
+    const int status = minifyChanges();
+    if (m_done)
+        m_done->save();
+    return status;
+}
+
+/// Goes on until a stop is asked for, or nothing more can be done. Returns the exit status.
+int Watch::minifyChanges()
+{
     while (stopRequested == Stop::No) {
         catchStopSignals(0);
+        ::malloc_trim(0); // a run takes much that is not needed while waiting
         ChangedPaths changed;
         if (collect(changed) && minify(changed) == NoTools)
             return NoTools;
@@ -132,12 +141,15 @@ std::optional<int> Watch::minifyAll()
         printError(error);
         return WrongUsage;
     }
+    const qsizetype folders = m_folders.count();
+    if (!m_projectFile.isEmpty())
+        m_folders.add(m_line.projectFolder);
     listing.printWhatIsMissing();
     const int files = queue.count();
-    if (const int status = run(queue, Round::First); status == NoTools || status == WrongUsage)
+    if (const int status = run(queue, listing.copies(), Round::First);
+        status == NoTools || status == WrongUsage)
         return status;
     if (!m_line.quiet && stopRequested == Stop::No) {
-        const qsizetype folders = m_folders.count();
         TerminalText::print(
             stdout, u"Watching %1 in %2. Ctrl+C ends.\n"_s.arg(
                         TerminalText::countedFiles(files),
@@ -196,8 +208,13 @@ bool Watch::readEvents(ChangedPaths &changed)
 {
     bool isConcerned = false;
     const AcceptedKinds kinds(m_settings.common(), m_line.also);
+    const auto isOfInterest = [&](const QString &file) {
+        return (m_line.copyRest || kinds.accept(file)) && !m_own.hold(file);
+    };
     const bool isWhole = m_folders.read([&](const FolderEvent &event) {
-        if (!concerns(event) || (!event.isFolder && (!kinds.accept(event.path) || m_own.hold(event.path))))
+        if (event.path == m_projectFile)
+            printError(u"%1 has changed; start again to use it"_s.arg(event.path));
+        if (!concerns(event) || (!event.isFolder && !isOfInterest(event.path)))
             return;
         changed.add(event.path);
         isConcerned = true;
@@ -233,13 +250,11 @@ int Watch::minify(const ChangedPaths &changed)
     listing.printWhatIsMissing();
     await(changed);
     dropUnchanged(queue);
-    if (queue.isEmpty())
-        return AllDone;
     if (const QString error = unfitError(queue); !error.isEmpty()) {
         printError(error);
         return SomeFailed;
     }
-    return run(queue, Round::Later);
+    return run(queue, listing.copies(), Round::Later);
 }
 
 /// Takes out what was written here, and, where changes have been lost, what is as old as its output.
@@ -278,46 +293,52 @@ void Watch::await(const ChangedPaths &changed)
     }
 }
 
-int Watch::run(FileQueue &queue, Round round)
+int Watch::run(FileQueue &queue, const std::vector<FileCopy> &copies, Round round)
 {
-    std::optional<ChangedFiles> changed;
-    if (m_line.changed) {
-        changed.emplace(m_line, m_settings, m_tools);
-        if (const QString error = changed->leaveOutUnchanged(queue); !error.isEmpty()) {
+    if (m_done) {
+        if (const QString error = m_done->leaveOutUnchanged(queue); !error.isEmpty()) {
             printError(error);
             return WrongUsage;
         }
         if (round == Round::First && !m_line.quiet)
-            TerminalText::print(stdout, changed->inWords());
-        for (const auto &[source, output] : changed->unchanged())
-            record(changed->ownFiles(source, *output), source);
+            TerminalText::print(stdout, m_done->inWords());
+        for (const auto &[source, output] : m_done->unchanged())
+            record(m_done->ownFiles(source, *output), source);
     }
-    MinifyRun run(m_line, m_tools, m_settings, m_output, changed ? &*changed : nullptr);
+    MinifyRun run(m_line, m_tools, m_settings, m_output, m_done.get());
     run.setResultSeen([this](const EntryResult &result) {
         record(writtenFiles(result, m_settings.of(result.source)), result.source);
     });
-    if (queue.isEmpty())
-        return AllDone;
-    const int status = round == Round::First ? run.run(queue) : run.runChanged(queue, othersBeside(queue));
-    if (changed)
-        changed->save();
+    int status = AllDone;
+    if (!queue.isEmpty() || !copies.empty())
+        status = round == Round::First ? run.run(queue, copies) : runChanged(run, queue, copies);
+    if (m_done) {
+        m_done->forgetUnchanged();
+        constexpr int roundsBetween = 1000; // as it grows, and each time the whole file is written anew
+        if (m_rounds++ % roundsBetween == 0)
+            m_done->save();
+    }
     return status;
 }
 
-/// All other files, if an output is there that is not known from before, as it might be one of theirs.
-EntriesWithOutputs Watch::othersBeside(const FileQueue &queue) const
+/// Minifies what has changed. If an output is there that is not known from before, all other files are looked
+/// at first, as it might be one of theirs.
+int Watch::runChanged(const MinifyRun &run, const FileQueue &queue, const std::vector<FileCopy> &copies) const
 {
     const auto isKnown = [this](const auto &pair) {
         const auto &[entry, output] = pair;
         return !output || !isThere(*output) || m_own.hold(*output, entry);
     };
     if (std::ranges::all_of(entriesWithOutputs(queue, m_settings), isKnown))
-        return {};
+        return run.runChanged(queue, copies, {});
     FileQueue all;
-    static_cast<void>(Listing(all, m_settings, m_line).fill());
+    if (const QString error = Listing(all, m_settings, m_line).fill(); !error.isEmpty()) {
+        printError(error);
+        return SomeFailed;
+    }
     EntriesWithOutputs others = entriesWithOutputs(all, m_settings);
     std::erase_if(others, [&](const auto &pair) { return queue.indexOf(pair.first) >= 0; });
-    return others;
+    return run.runChanged(queue, copies, others);
 }
 
 void Watch::record(const QStringList &files, const QString &source)
@@ -335,7 +356,8 @@ void Watch::removeOrphans(const ChangedPaths &changed)
         if (::unlink(RawBytes::encoded(file).constData()) != 0)
             printError(u"%1 cannot be deleted: %2"_s.arg(file, qt_error_string(errno)));
         else if (!m_line.quiet)
-            printChange(u"%1 deleted, as %2 is gone"_s.arg(file, PathString::lastComponent(source)));
+            TerminalText::printNow(
+                u"%1 deleted, as %2 is gone"_s.arg(file, PathString::lastComponent(source)));
     }
 }
 

@@ -9,12 +9,12 @@
 #include "cli/PrintedRun.h"
 #include "settings/EntrySettings.h"
 
-#include <chrono>
+#include <memory>
 #include <optional>
 
 namespace brevant {
 
-class Listing;
+class ChangedFiles;
 struct CommandLine;
 
 /// --watch: minifies what the paths of a command line come to, and then what changes, until it is stopped.
@@ -26,12 +26,15 @@ class Watch final {
 public:
     Watch(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
           const ReportOutput &output);
+    ~Watch();
+    Q_DISABLE_COPY_MOVE(Watch)
 
     /// Returns the exit status, which is that of a signal unless there is nothing to be done.
     [[nodiscard]] int run();
 
 private:
     [[nodiscard]] std::optional<int> minifyAll();
+    [[nodiscard]] int minifyChanges();
     [[nodiscard]] QString unfitError(const FileQueue &queue) const;
     void await(const ChangedPaths &changed);
     [[nodiscard]] bool collect(ChangedPaths &changed);
@@ -39,8 +42,9 @@ private:
     [[nodiscard]] bool concerns(const FolderEvent &event) const;
     [[nodiscard]] int minify(const ChangedPaths &changed);
     enum class Round { First, Later };
-    [[nodiscard]] int run(FileQueue &queue, Round round);
-    [[nodiscard]] EntriesWithOutputs othersBeside(const FileQueue &queue) const;
+    [[nodiscard]] int run(FileQueue &queue, const std::vector<FileCopy> &copies, Round round);
+    [[nodiscard]] int runChanged(const MinifyRun &run, const FileQueue &queue,
+                                 const std::vector<FileCopy> &copies) const;
     void dropUnchanged(FileQueue &queue);
     void removeOrphans(const ChangedPaths &changed);
     void record(const QStringList &files, const QString &source);
@@ -51,8 +55,11 @@ private:
     const ReportOutput &m_output;
     FolderWatch m_folders;
     QStringList m_tops;      ///< the paths of the command line, absolute
+    QString m_projectFile;   ///< empty for none
     QSet<QString> m_missing; ///< those of them that are not there
     OwnOutputs m_own;
+    std::unique_ptr<ChangedFiles> m_done; ///< with --changed
+    int m_rounds = 0;
     qint64 m_lastRead = 0;             ///< when all changes were known last; nanoseconds since 1970
     std::optional<qint64> m_lostSince; ///< from then on changes may have been lost
 };

@@ -257,8 +257,7 @@ private Q_SLOTS:
         const auto beside = [](const QString &option) {
             return u"--watch and %1 cannot be used together: "_s.arg(option);
         };
-        for (const QString &option :
-             {u"--report=r"_s, u"--fail-fast"_s, u"--copy-rest"_s, u"--shard=1/2"_s, u"--all"_s})
+        for (const QString &option : {u"--report=r"_s, u"--fail-fast"_s, u"--shard=1/2"_s, u"--all"_s})
             QTest::addRow("%s", qPrintable(option))
                 << QStringList{option} << beside(option.section(u'=', 0, 0));
         QTest::newRow("--list") << QStringList{u"--list"_s}
