@@ -12,6 +12,7 @@
 #include "cli/RunReport.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
+#include "cli/project/ProjectPlaces.h"
 #include "engine/Tools.h"
 #include "queue/FileQueue.h"
 #include "settings/SettingsKeys.h"
@@ -123,6 +124,8 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const PlannedRun &planned) const
         if (m_changed != nullptr)
             m_changed->entryTaken(entry, output);
         QString reason = refuse(entry, output);
+        if (reason.isEmpty() && output && !m_line.projectFolder.isEmpty())
+            reason = outputErrorInProject(m_line.projectFolder, *output);
         if (reason.isEmpty() && output && m_tree.isWanted())
             static_cast<void>(m_tree.openFolderOf(*output, reason));
         return reason;

@@ -4,18 +4,13 @@
 
 #include "cli/SettingValues.h"
 #include "cli/project/JsonText.h"
+#include "cli/project/ProjectPlaces.h"
 #include "cli/project/Suggestion.h"
-#include "files/Folders.h"
 #include "files/PathString.h"
-#include "files/RawBytes.h"
 #include "settings/SettingsKeys.h"
-
-#include <QDir>
 
 #include <algorithm>
 #include <array>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -323,32 +318,6 @@ bool ProjectReader::readProfiles(const JsonNode &node, ProjectValues &)
 }
 
 } // namespace
-
-/// Whether it is a folder of version control, of which a file can be a program that is run.
-static bool isOfVersionControl(const QString &name)
-{
-    return QStringList{u".git"_s, u".hg"_s, u".svn"_s}.contains(name, Qt::CaseInsensitive);
-}
-
-PlaceInProject placeInProject(const QString &folder, const QString &text)
-{
-    const QStringList parts = text.split(u'/');
-    if (text.isEmpty() || text.startsWith(u'/') || parts.contains(u".."_s))
-        return {{}, u"is not within the folder of the project file"_s};
-    QString path = QDir::cleanPath(PathString::join(folder, text));
-    const QByteArray top = realPath(RawBytes::encoded(folder));
-    QByteArray there = RawBytes::encoded(path); // or what of it is there
-    struct stat status {};
-    while (::lstat(there.constData(), &status) != 0 && there.size() > 1)
-        there = folderOf(there);
-    const QByteArray real = realPath(there);
-    if (real != top && !(real + '/').startsWith(top.endsWith('/') ? top : top + '/'))
-        return {{}, u"leads out of the folder of the project file"_s};
-    const QStringList realParts = RawBytes::decoded(real.sliced(top.size())).split(u'/');
-    if (std::ranges::any_of(parts + realParts, isOfVersionControl))
-        return {{}, u"is a place of version control, where a project file has no business"_s};
-    return {path, {}};
-}
 
 Project readProject(const QString &file, const QByteArray &bytes)
 {

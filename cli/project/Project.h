@@ -54,12 +54,4 @@ struct Project {
 /// asked where folders and files that it names lie.
 [[nodiscard]] Project readProject(const QString &file, const QByteArray &bytes);
 
-/// A path in the folder of a project.
-struct PlaceInProject {
-    QString path;  ///< absolute
-    QString error; ///< why it is none, in words that can follow it: it leads out, by its text or by links
-};
-
-[[nodiscard]] PlaceInProject placeInProject(const QString &folder, const QString &text);
-
 } // namespace brevant

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Brevant developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/Files.h"
 #include "tests/TestClass.h"
 #include "tests/cli/MountNamespace.h"
 #include "tests/cli/ProjectFixture.h"
@@ -135,6 +136,39 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox->read(u"vendor/c.css"_s), "a{color:red}");
     }
 
+    void linksThatLeadOut_data()
+    {
+        QTest::addColumn<QString>("link");
+        for (const char *link :
+             {"src/a.min.css", "src/a.min.css.br", "src/a.min.css.gz", "src/a.min.css.map"})
+            QTest::newRow(link) << QString::fromLatin1(link);
+    }
+
+    void linksThatLeadOut()
+    {
+        QFETCH(QString, link);
+        const QString victim = m_sandbox->add(u"../home/profile"_s, "mine\n");
+        QVERIFY(QFile::link(victim, m_sandbox->path(link)));
+        write("{\"paths\": [\"src\"], \"settings\": {\"compressorsKeyString\": \"modern\","
+              "\"brotliCheckerKeyString\": true, \"sourceMapCheckerKeyString\": true}}");
+        const Ended ended = m_sandbox->run({});
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(
+            ended.err.contains(m_sandbox->path(link).toUtf8() + " is a link that leads out of the folder"),
+            ended.err.constData());
+        QCOMPARE(readFile(victim), "mine\n");
+        // Nor into what git runs or reads.
+        QVERIFY(QFile::remove(m_sandbox->path(link)) && QDir(m_sandbox->path()).mkdir(u".git"_s) &&
+                QFile::link(m_sandbox->add(u".git/config"_s, "mine\n"), m_sandbox->path(link)));
+        QCOMPARE(m_sandbox->run({}).status, 1);
+        QCOMPARE(m_sandbox->read(u".git/config"_s), "mine\n");
+        QVERIFY(m_sandbox->has(u"src/deep/b.min.css"_s));
+        // One that stays inside is followed, as always.
+        QVERIFY(QFile::remove(m_sandbox->path(link)) &&
+                QFile::link(m_sandbox->add(u"vendor/there"_s, "a"), m_sandbox->path(link)));
+        QCOMPARE(m_sandbox->run({}).status, 0);
+    }
+
     void refusedOnes()
     {
         QVERIFY(QFile::link(u"src/other.json"_s, m_sandbox->path(projectFile)));
@@ -179,6 +213,19 @@ private Q_SLOTS:
         const Ended ended = m_sandbox->runShell(u"echo 'let a = 1' | \"$CLI\" --stdin js"_s);
         QCOMPARE(ended.err, QByteArray());
         QCOMPARE(ended.out, "let a=1;");
+    }
+
+    void whatIsUpToDateIsKnownThere()
+    {
+        write("{\"paths\": [\"src\"], \"settings\": {\"compressorsKeyString\": \"modern\"}}");
+        QCOMPARE(runIn(u"vendor"_s, {u"--changed"_s}).status, 0);
+        QVERIFY(m_sandbox->has(u".brevant-cache.json"_s) && !m_sandbox->has(u"vendor/.brevant-cache.json"_s));
+        QVERIFY(!runIn(u"src"_s, {u"--changed"_s}).out.contains("Minified"));
+        // Only what other settings concern is made anew.
+        write("{\"paths\": [\"src\"], \"settings\": {\"compressorsKeyString\": \"modern\"}, \"overrides\":"
+              "[{\"files\": [\"deep/\"], \"settings\": {\"lineBreakSwitcherKeyString\": true}}]}");
+        const QByteArray out = m_sandbox->run({u"--changed"_s}).out;
+        QVERIFY2(out.contains("deep/b.css") && !out.contains("a.css"), out.constData());
     }
 
     void aReportOverIt()

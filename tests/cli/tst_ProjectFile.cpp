@@ -3,6 +3,7 @@
 #include "cli/project/JsonText.h"
 #include "cli/project/Project.h"
 #include "cli/project/ProjectFile.h"
+#include "cli/project/ProjectPlaces.h"
 #include "settings/SettingsKeys.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
