@@ -95,13 +95,17 @@ Descriptor OutTree::openFolderOf(const QString &path, QString &error) const
                                                                           : qt_error_string(number));
         return folder;
     }
-    struct stat status {};
-    const QByteArray name = RawBytes::encoded(PathString::lastComponent(path).toString());
-    if (::fstatat(folder.number(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
-        !S_ISLNK(status.st_mode))
-        return folder;
-    error = u"%1 is a symbolic link, and none is followed in --out-dir"_s.arg(path);
-    return Descriptor();
+    for (const QString &name :
+         {path, PathString::withExtension(path, u"brevantgziptemp")}) { // as cp(1) writes it
+        const QByteArray bytes = RawBytes::encoded(PathString::lastComponent(name).toString());
+        struct stat status {};
+        if (::fstatat(folder.number(), bytes.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISLNK(status.st_mode)) {
+            error = u"%1 is a symbolic link, and none is followed in --out-dir"_s.arg(name);
+            return Descriptor();
+        }
+    }
+    return folder;
 }
 
 } // namespace brevant

@@ -3,6 +3,7 @@
 #include "cli/OutTree.h"
 
 #include "cli/CommandLine.h"
+#include "cli/FileCopies.h"
 #include "settings/SettingsKeys.h"
 #include "tests/Files.h"
 #include "tests/TestClass.h"
@@ -138,6 +139,28 @@ private Q_SLOTS:
         QVERIFY(writeFile(tree.top() + u"/file"_s, "x"));
         QVERIFY(!tree.openFolderOf(tree.top() + u"/file/x.css"_s, error).isOpen());
         QCOMPARE(error, u"the folder %1/file cannot be made: Not a directory"_s.arg(tree.top()));
+    }
+
+    void copyingStops()
+    {
+        const QTemporaryDir folder;
+        CommandLine line;
+        line.outDir = folder.filePath(u"out"_s);
+        const OutTree tree(line);
+        std::vector<FileCopy> copies;
+        for (int i = 0; i < 20; ++i) {
+            const QString name = QString::number(i);
+            QVERIFY(writeFile(folder.filePath(name), "x"));
+            copies.push_back({folder.filePath(name), folder.filePath(name), tree.top() + u'/' + name});
+        }
+        FileCopying copying(tree, false);
+        copying.run(copies, 3, Stop::AfterFile);
+        QVERIFY(copying.isStopped() && !copying.isAllDone());
+        QCOMPARE(copying.inWords(), u"0 copied"_s);
+        FileCopying again(tree, false);
+        again.run(copies, 3, Stop::No);
+        QVERIFY(!again.isStopped() && again.isAllDone());
+        QCOMPARE(again.inWords(), u"20 copied"_s);
     }
 };
 
