@@ -32,7 +32,7 @@ namespace brevant {
 
 namespace {
 
-constexpr qint64 mostBytes = 100'000'000; // it may never end
+constexpr qint64 longestInput = 100'000'000; // it may never end
 
 /// What became of the text.
 struct MinifiedText {
@@ -126,7 +126,7 @@ MinifiedText run(const CommandLine &line, const Tools &tools, const SettingsStor
 
 MinifiedText minified(const CommandLine &line, const Tools &tools, const SettingsStore &settings)
 {
-    const std::optional<QByteArray> bytes = FileBytes::readStream(STDIN_FILENO, mostBytes);
+    const std::optional<QByteArray> bytes = FileBytes::readStream(STDIN_FILENO, longestInput);
     if (!bytes)
         return failed(errno == EFBIG ? u"standard input is longer than 100 MB"_s
                                      : u"standard input cannot be read: %1"_s.arg(qt_error_string(errno)));
