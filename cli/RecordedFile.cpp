@@ -81,7 +81,7 @@ std::optional<RecordedFile> RecordedFile::fromText(QByteArrayView text)
     if (!takeNumber(text, file.size) || !takeNumber(text, file.inode) || !takeNumber(text, file.modifiedAt) ||
         !takeNumber(text, file.changedAt))
         return std::nullopt;
-    file.hash = QByteArray::fromRawData(text.data(), text.size());
+    file.hash = text.toByteArray();
     return file;
 }
 

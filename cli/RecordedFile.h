@@ -27,8 +27,6 @@ struct RecordedFile {
 
     /// "SIZE INODE MODIFIED CHANGED HASH".
     [[nodiscard]] QByteArray text() const;
-
-    /// The same back again; its hash is that part of the text, which must live as long.
     [[nodiscard]] static std::optional<RecordedFile> fromText(QByteArrayView text);
 
     /// The file as it is now, if it still has this content; it is read only if it looks different.

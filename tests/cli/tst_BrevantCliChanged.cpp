@@ -139,6 +139,30 @@ private Q_SLOTS:
         QCOMPARE(site.done(options), QStringList());
     }
 
+    /// Wherever below its folder it is run; and each file has settings of its own.
+    void project()
+    {
+        const ChangedSite site;
+        const auto write = [&site](const QJsonObject &settings) {
+            const QJsonObject family{{u"compressorsKeyString"_s, u"modern"_s}};
+            const QJsonObject scripts{{u"files"_s, QJsonArray{u"*.js"_s}}, {u"settings"_s, settings}};
+            const QJsonObject project{{u"paths"_s, QJsonArray{u"w"_s}},
+                                      {u"settings"_s, family},
+                                      {u"overrides"_s, QJsonArray{scripts}}};
+            site.sandbox.add(u"brevant.json"_s, QJsonDocument(project).toJson());
+        };
+        const auto run = [&site] { return site.sandbox.runShell(u"cd w && \"$CLI\" --changed"_s).out; };
+        write({});
+        QVERIFY(run().contains("\n3 files: "));
+        QVERIFY(site.sandbox.has(u".brevant-cache.json"_s) && !site.sandbox.has(u"w/.brevant-cache.json"_s));
+        QCOMPARE(run(), QByteArray("3 files unchanged.\n"));
+        write({{u"nomungeSwitcherKeyString"_s, true}});
+        const QByteArray out = run();
+        QVERIFY2(out.startsWith("2 files unchanged.\nMinified 1 of 1 items.") && out.contains("/w/b.js -> "),
+                 out);
+        QCOMPARE(run(), QByteArray("3 files unchanged.\n"));
+    }
+
     void settingsOfTheClassicCompressors()
     {
         ChangedSite site;
