@@ -103,7 +103,7 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const PlannedRun &planned) const
     ResultChecks checks(m_settings);
     KeptTimes times(report, m_settings);
     report.setCheck([&](const EntryResult &result) {
-        const auto checked = m_line.check ? checks.entryEnded(result) : std::nullopt;
+        std::optional<CheckedFile> checked = m_line.check ? checks.entryEnded(result) : std::nullopt;
         const bool isGood =
             result.outcome == EntryResult::Outcome::Done && !(checked && checked->isSuspicious());
         if (m_changed != nullptr && isGood)
