@@ -54,6 +54,9 @@ QString find(const QString &folder)
         const auto status = statusOf(RawBytes::encoded(at));
         if (!start || !status || status->st_dev != start->st_dev)
             break;
+        // As /tmp is: anybody could put a project file there.
+        if (at != folder && (status->st_mode & S_IWOTH) != 0)
+            break;
         QString path = PathString::join(at, name);
         if (statusOf(RawBytes::encoded(path), AT_SYMLINK_NOFOLLOW))
             return path;

@@ -12,8 +12,8 @@ namespace brevant::ProjectFile {
 inline constexpr QStringView name = u"brevant.json";
 
 /// The path of the project file of a folder, which is absolute and without links: the next one from there
-/// upwards, up to the home folder or a repository's top, and never beyond the file system. Empty if there is
-/// none. Nothing is said of what it is.
+/// upwards, up to the home folder or a repository's top, and never beyond the file system or in a folder
+/// above that all users can write to. Empty if there is none. Nothing is said of what it is.
 [[nodiscard]] QString find(const QString &folder);
 
 struct Content {

@@ -183,6 +183,15 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox->run({u"--no-project"_s, u"--list"_s, u"src"_s}).status, 0);
     }
 
+    /// As that of temporary files is.
+    void aFolderOfEverybody()
+    {
+        write("{\"paths\": [\".\"]}");
+        QVERIFY(setMode(m_sandbox->path(), 01777));
+        QCOMPARE(m_sandbox->run({u"--list"_s}).status, 0);
+        QCOMPARE(m_sandbox->runShell(u"cd src && exec \"$CLI\" --list"_s).status, 2);
+    }
+
     void aFileSystemBorder()
     {
         if (const QString reason = noMountNamespace(); !reason.isEmpty())
