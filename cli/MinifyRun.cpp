@@ -124,6 +124,8 @@ RunEnd MinifyRun::minifyWith(RunReport &report, const PlannedRun &planned) const
         if (m_changed != nullptr)
             m_changed->entryTaken(entry, output);
         QString reason = refuse(entry, output);
+        if (reason.isEmpty() && !m_line.projectFolder.isEmpty())
+            reason = sourceErrorInProject(m_line.projectFolder, entry);
         if (reason.isEmpty() && output && !m_line.projectFolder.isEmpty())
             reason = outputErrorInProject(m_line.projectFolder, *output);
         if (reason.isEmpty() && output && m_tree.isWanted())

@@ -52,6 +52,14 @@ PlaceInProject placeInProject(const QString &folder, const QString &text)
     return {path, {}};
 }
 
+QString sourceErrorInProject(const QString &folder, const QString &source)
+{
+    const QByteArray real = realPath(RawBytes::encoded(source)); // empty if it is not there
+    if (real.isEmpty() || !source.startsWith(PathString::join(folder, {})) || pathWithin(real, folder))
+        return {};
+    return u"it is a link that leads out of the folder of the project file; --no-project takes it"_s;
+}
+
 QString outputErrorInProject(const QString &folder, const QString &output)
 {
     if (!output.startsWith(PathString::join(folder, {})))

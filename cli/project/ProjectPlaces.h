@@ -14,6 +14,11 @@ struct PlaceInProject {
 
 [[nodiscard]] PlaceInProject placeInProject(const QString &folder, const QString &text);
 
+/// Why a source in the folder of a project is not taken, in words: it is a link that leads out, to what is
+/// not for those to see who get its output. Empty if it may be. One elsewhere is nothing that the project has
+/// named.
+[[nodiscard]] QString sourceErrorInProject(const QString &folder, const QString &source);
+
 /// Why an output in the folder of a project must not be written, in words: there, or in the place of a copy
 /// of it, is a link that leads out. Empty if it may be. One elsewhere is nothing that the project has named.
 [[nodiscard]] QString outputErrorInProject(const QString &folder, const QString &output);

@@ -38,14 +38,17 @@ private Q_SLOTS:
         site.options = QStringList{u"--changed"_s} + options;
         QVERIFY(QDir().mkdir(site.sandbox.path(u"out"_s)));
         QCOMPARE(site.done(), all);
-        const auto tree = brevant::test::tree(site.sandbox.path());
-        const bool isOut = options.contains(u"out"_s) || options.contains(u"selectedFolderKeyString=out"_s);
-        QVERIFY(tree.contains(isOut ? u"out/.brevant-cache.json"_s : u".brevant-cache.json"_s));
+        const bool isOut = options.contains(u"selectedFolderKeyString=out"_s);
+        const QString cache = isOut ? u"out/.brevant-cache.json"_s : u".brevant-cache.json"_s;
+        auto tree = brevant::test::tree(site.sandbox.path());
+        QCOMPARE(tree.remove(cache), 1); // later it knows the times of files that were too young
         const Ended again = site.run();
         QVERIFY2(again.out.startsWith("3 files unchanged.\n"), again.out);
         QCOMPARE(again.err, QByteArray());
         QCOMPARE(again.status, 0);
-        QCOMPARE(brevant::test::tree(site.sandbox.path()), tree);
+        auto treeAfter = brevant::test::tree(site.sandbox.path());
+        QCOMPARE(treeAfter.remove(cache), 1);
+        QCOMPARE(treeAfter, tree);
     }
 
     void isNeitherReadNorWrittenOtherwise()

@@ -169,6 +169,23 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox->run({}).status, 0);
     }
 
+    /// What is in it is not for everybody who gets the outputs.
+    void sourcesThatLeadOut()
+    {
+        const QString secret = m_sandbox->add(u"../home/secret.css"_s, "a { b : c }");
+        QVERIFY(QFile::link(secret, m_sandbox->path(u"src/link.css"_s)) &&
+                QFile::link(m_sandbox->path(u"vendor/c.css"_s), m_sandbox->path(u"src/inside.css"_s)));
+        write("{\"paths\": [\"src\"]}");
+        const Ended ended = m_sandbox->run({});
+        QCOMPARE(ended.status, 1);
+        QVERIFY2(ended.err.contains("src/link.css: not minified: it is a link that leads out of the folder"),
+                 ended.err.constData());
+        QVERIFY(!m_sandbox->has(u"src/link.min.css"_s));
+        QVERIFY(m_sandbox->has(u"src/inside.min.css"_s));
+        QVERIFY(QFile::remove(m_sandbox->path(u"src/inside.min.css"_s)));
+        QCOMPARE(m_sandbox->run({u"--no-project"_s, u"src"_s}).status, 0);
+    }
+
     void refusedOnes()
     {
         QVERIFY(QFile::link(u"src/other.json"_s, m_sandbox->path(projectFile)));
