@@ -25,11 +25,19 @@ bool isThere(const QByteArray &path)
 void OwnOutputs::add(const QString &file, const QString &source)
 {
     QByteArray path = RawBytes::encoded(file);
-    QByteArray sourcePath = RawBytes::encoded(source);
+    QByteArray shortSource = RawBytes::encoded(source);
+    if (folderOf(shortSource) == folderOf(path))
+        shortSource.remove(0, shortSource.lastIndexOf('/') + 1);
     path.squeeze(); // made with room for the longest encoding
-    sourcePath.squeeze();
+    shortSource.squeeze();
     if (const auto state = FileState::of(file))
-        m_files.insert(path, {sourcePath, *state});
+        m_files.insert(path, {shortSource, *state});
+}
+
+/// The path of the source of that file.
+QByteArray OwnOutputs::sourceOf(const QByteArray &file, const Own &own)
+{
+    return own.source.startsWith('/') ? own.source : file.first(file.lastIndexOf('/') + 1) + own.source;
 }
 
 bool OwnOutputs::hold(const QString &file) const
@@ -40,7 +48,8 @@ bool OwnOutputs::hold(const QString &file) const
 
 bool OwnOutputs::hold(const QString &file, const QString &source) const
 {
-    return hold(file) && m_files.value(RawBytes::encoded(file)).source == RawBytes::encoded(source);
+    const QByteArray path = RawBytes::encoded(file);
+    return hold(file) && sourceOf(path, m_files.value(path)) == RawBytes::encoded(source);
 }
 
 std::vector<OwnOutputs::Orphan> OwnOutputs::takeOrphans(const ChangedPaths &changed)
@@ -54,8 +63,9 @@ std::vector<OwnOutputs::Orphan> OwnOutputs::takeOrphans(const ChangedPaths &chan
     if (std::ranges::none_of(changed.paths(), mayHaveGone))
         return orphans;
     m_files.removeIf([&](const auto &own) {
-        const QString source = RawBytes::decoded(own.value().source);
-        if (!changed.hold(source) || isThere(own.value().source))
+        const QByteArray sourcePath = sourceOf(own.key(), own.value());
+        const QString source = RawBytes::decoded(sourcePath);
+        if (!changed.hold(source) || isThere(sourcePath))
             return false;
         const QString file = RawBytes::decoded(own.key());
         if (FileState::of(file) == own.value().state)

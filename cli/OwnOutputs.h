@@ -38,10 +38,12 @@ public:
 
 private:
     struct Own {
-        QByteArray source; ///< paths are kept as bytes, which take half the memory
+        QByteArray source; ///< its path, or its name alone where it is beside the file
         FileState state;
     };
-    QHash<QByteArray, Own> m_files; ///< by their paths
+    [[nodiscard]] static QByteArray sourceOf(const QByteArray &file, const Own &own);
+
+    QHash<QByteArray, Own> m_files; ///< by their paths, as bytes, which take half the memory
 };
 
 } // namespace brevant

@@ -25,9 +25,14 @@ def cells(window):
 
 
 def expect_problems(window, *problems):
+    """Each as a text, or as several that are all right."""
     def found():
         return cells(window)[5::6]
-    wait_for(lambda: f"the problems {problems}, not {found()}", lambda: found() == list(problems))
+
+    def as_expected():
+        return len(found()) == len(problems) and all(
+            text in (expected if isinstance(expected, tuple) else (expected,)) for text, expected in zip(found(), problems))
+    wait_for(lambda: f"the problems {problems}, not {found()}", as_expected)
 
 
 def with_the_mouse(case):
@@ -42,8 +47,10 @@ def with_the_mouse(case):
     program.click(window.find("push button", "Minify"))
     program.expect_status("Well done!")
     wait_for("the output", lambda: (case.folder / "good.min.css").exists())
+    # Row 3 and its output have one time where both were written within a tick of the clock.
+    replaced = "Replaced by the output of row 2"
     expect_problems(window, "Output is newer than the source", "Replaces the source in row 3",
-                    "Replaced by the output of row 2; Output is newer than the source")
+                    (replaced, replaced + "; Output is newer than the source"))
     program.click(window.find("push button", "Preferences…"))
     program.expect_active("Preferences")
 
