@@ -140,9 +140,8 @@ void ResultRuns::addStart(const std::vector<StartNews> &news)
     RunRecord record;
     record.number = numberOfStart;
     for (const StartNews &one : news) {
-        ResultRow row(stateOf(one.kind), one.source);
+        ResultRow &row = record.rows.emplace_back(stateOf(one.kind), one.source);
         row.remarks = std::make_shared<ResultRemarks>(ResultRemarks{one.sentence, {}, {}});
-        record.rows.push_back(std::move(row));
     }
     add(std::move(record));
 }
