@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QFile>
 
 #include <cstddef>
 #include <cstdint>
@@ -26,6 +27,20 @@ inline void require(bool holds, const char *what)
 inline QByteArrayView bytesOf(const std::uint8_t *data, std::size_t size)
 {
     return {reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)};
+}
+
+inline void write(const QString &path, QByteArrayView bytes)
+{
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size(),
+            "the input can be written");
+}
+
+/// Empty if there is no such file.
+inline QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace brevant::test

@@ -6,30 +6,12 @@
 #include "cli/BuildCache.h"
 #include "tests/fuzz/Fuzzing.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
 using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-void write(const QString &path, QByteArrayView bytes)
-{
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size(),
-            "the input can be written");
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
