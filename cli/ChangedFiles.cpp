@@ -74,8 +74,7 @@ QString ChangedFiles::leaveOutUnchanged(FileQueue &queue)
         if (wanted && m_cache.isUpToDate(*wanted)) {
             m_unchanged.emplace_back(entry, output);
             indexes.push_back(index);
-        } else if (const auto file = FileMarks::ofFile(entry);
-                   file && output && file == FileMarks::ofFile(*output)) {
+        } else if (output && FileMarks::areOfSameFile(entry, *output)) {
             return u"--changed cannot tell what is done where outputs replace their sources, as that of %1 "
                    u"would: "
                    "add --suffix .min or --out-dir DIR"_s.arg(entry);

@@ -16,8 +16,7 @@ void ResultChecks::entryTaken(const QString &entry, const std::optional<QString>
 {
     if (isModernChosen(m_settings.of(entry)))
         return;
-    const std::optional<QString> file = output ? FileMarks::ofFile(*output) : std::nullopt;
-    const bool isReplaced = file && file == FileMarks::ofFile(entry);
+    const bool isReplaced = output && FileMarks::areOfSameFile(entry, *output);
     m_taken.insert(entry, isReplaced ? FileBytes::readAll(QFile::encodeName(entry)) : std::nullopt);
 }
 

@@ -63,14 +63,6 @@ QString nearest(QString path)
     return path;
 }
 
-bool isSameFile(const QString &source, const QString &output)
-{
-    if (source == output)
-        return true;
-    const auto mark = FileMarks::ofFile(output);
-    return mark && FileMarks::ofFile(source) == mark;
-}
-
 qint64 nowInNanoseconds()
 {
     return std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
@@ -165,7 +157,7 @@ QString Watch::unfitError(const FileQueue &queue) const
     for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
         if (!output)
             continue;
-        if (isSameFile(entry, *output))
+        if (FileMarks::areOfSameFile(entry, *output))
             return u"--watch needs outputs apart from their sources, and %1 is both: add --suffix .min"_s.arg(
                 entry);
         const QStringView folder = PathString::folder(*output);

@@ -25,12 +25,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isSameFile(const QString &a, const QString &b)
-{
-    const std::optional<QString> file = FileMarks::ofFile(a);
-    return a == b || (file && file == FileMarks::ofFile(b));
-}
-
 /// Why the entry must not be worked on; empty if it may be.
 QString whyRefused(const EntryTask &task)
 {
@@ -141,8 +135,9 @@ KeptOriginals::Use *EntryRun::wantedKeeper(const EntryTask &task) const
 Danger EntryRun::dangerOf(const QString &source, const QString &target,
                           const std::optional<QString> &outputAtStart)
 {
-    if (isSameFile(source, target)) {
-        const bool isMeant = outputAtStart && isSameFile(source, seenByCompressor(*outputAtStart));
+    if (FileMarks::areOfSameFile(source, target)) {
+        const bool isMeant =
+            outputAtStart && FileMarks::areOfSameFile(source, seenByCompressor(*outputAtStart));
         return isMeant ? Danger::Replaced : Danger::Surprise;
     }
     return isListed(target) ? Danger::AnotherEntry : Danger::None;

@@ -189,3 +189,11 @@ QStringList all(const QString &path)
 }
 
 } // namespace brevant::FileMarks
+bool areOfSameFile(const QString &a, const QString &b)
+{
+    if (a == b)
+        return true;
+    const std::optional<QString> file = ofFile(a);
+    return file && file == ofFile(b);
+}
+

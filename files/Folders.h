@@ -79,3 +79,6 @@ namespace brevant::FileMarks {
 [[nodiscard]] QStringList all(const QString &path);
 
 } // namespace brevant::FileMarks
+/// Whether two paths are equal, or lead to one file that exists.
+[[nodiscard]] bool areOfSameFile(const QString &a, const QString &b);
+

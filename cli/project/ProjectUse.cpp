@@ -168,8 +168,7 @@ QString ProjectUse::inPlaceError(const FileQueue &queue, const EntrySettings &se
         // Only by a suffix that is off can it be.
         if (!output || PathString::lastComponent(*output) != PathString::lastComponent(entry))
             continue;
-        const std::optional<QString> file = FileMarks::ofFile(*output);
-        if (file && file == FileMarks::ofFile(entry))
+        if (FileMarks::areOfSameFile(entry, *output))
             return u"%1 would have %2 written over; if that is meant, add --no-suffix"_s.arg(m_project.file,
                                                                                              entry);
     }

@@ -52,8 +52,7 @@ CheckedFile checkFile(const QString &source, const QString &output, TextEncoding
                       const std::optional<QByteArray> &content)
 {
     const FileKind *const kind = kindOf(source);
-    const auto marked = FileMarks::ofFile(source);
-    if (kind == nullptr || (!content && marked && marked == FileMarks::ofFile(output)))
+    if (kind == nullptr || (!content && FileMarks::areOfSameFile(source, output)))
         return {u"the source is not there any more"_s, {}};
     const auto before = content ? content : FileBytes::readAll(QFile::encodeName(source));
     const auto after = before ? FileBytes::readAll(QFile::encodeName(output)) : std::nullopt;

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "files/Folders.h"
+#include "tests/Files.h"
+#include "tests/TestClass.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace brevant;
+using namespace brevant::test;
+
+class tst_Folders final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sameFile_data()
+    {
+        QTest::addColumn<QString>("a");
+        QTest::addColumn<QString>("b");
+        QTest::addColumn<bool>("isSame");
+
+        QTest::newRow("itself") << u"f"_s << u"f"_s << true;
+        QTest::newRow("another spelling") << u"f"_s << u"d/../f"_s << true;
+        QTest::newRow("another link to it") << u"f"_s << u"hard"_s << true;
+        QTest::newRow("a symbolic link") << u"soft"_s << u"f"_s << true;
+        QTest::newRow("through a linked folder") << u"d/g"_s << u"e/g"_s << true;
+        QTest::newRow("equal content") << u"f"_s << u"d/g"_s << false;
+        QTest::newRow("one not there") << u"f"_s << u"none"_s << false;
+        QTest::newRow("neither there") << u"none"_s << u"nothing"_s << false;
+        QTest::newRow("not there, equal paths") << u"none"_s << u"none"_s << true;
+    }
+
+    void sameFile()
+    {
+        QFETCH(QString, a);
+        QFETCH(QString, b);
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"d"_s));
+        QVERIFY(writeFile(folder.filePath(u"f"_s), "x"));
+        QVERIFY(writeFile(folder.filePath(u"d/g"_s), "x"));
+        QVERIFY(makeHardLink(folder.filePath(u"f"_s), folder.filePath(u"hard"_s)));
+        QVERIFY(makeLink(u"f"_s, folder.filePath(u"soft"_s)));
+        QVERIFY(makeLink(u"d"_s, folder.filePath(u"e"_s)));
+        QTEST(FileMarks::areOfSameFile(folder.filePath(a), folder.filePath(b)), "isSame");
+        QTEST(FileMarks::areOfSameFile(folder.filePath(b), folder.filePath(a)), "isSame");
+    }
+};
+
+BREVANT_TEST(tst_Folders, QCoreApplication)
+#include "tst_Folders.moc"
