@@ -88,8 +88,7 @@ QString inputError(const CommandLine &line)
             return error;
     }
     for (const QString &path : line.paths) {
-        struct stat status {};
-        if (::lstat(RawBytes::encoded(path).constData(), &status) != 0)
+        if (!isThere(RawBytes::encoded(path)))
             return u"%1 does not exist"_s.arg(path);
     }
     if (struct stat status{}; !line.outDir.isEmpty() &&

@@ -8,19 +8,7 @@
 
 #include <algorithm>
 
-#include <sys/stat.h>
-
 namespace brevant {
-
-namespace {
-
-bool isThere(const QByteArray &path)
-{
-    struct stat status {};
-    return ::lstat(path.constData(), &status) == 0;
-}
-
-} // namespace
 
 void OwnOutputs::add(const QString &file, const QString &source)
 {

@@ -38,12 +38,6 @@ using Clock = std::chrono::steady_clock;
 constexpr auto settleTime = 100ms;
 constexpr auto longestUnrest = 2s; ///< what changes all the time is minified all the same
 
-bool isThere(const QString &path)
-{
-    struct stat status {};
-    return ::lstat(RawBytes::encoded(path).constData(), &status) == 0;
-}
-
 bool isPlainFile(const QString &path)
 {
     struct stat status {};
@@ -58,7 +52,7 @@ bool isBelow(const QString &path, const QString &folder)
 /// The path itself, or the nearest folder above it that is there.
 QString nearest(QString path)
 {
-    while (path.size() > 1 && !isThere(path))
+    while (path.size() > 1 && !isThere(RawBytes::encoded(path)))
         path = PathString::folder(path).toString();
     return path;
 }
@@ -257,7 +251,8 @@ void Watch::dropUnchanged(FileQueue &queue)
     int index = 0;
     for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
         const auto state = lostSince ? FileState::of(entry) : std::nullopt;
-        if (m_own.hold(entry) || (state && state->changedAt < *lostSince && output && isThere(*output)))
+        if (m_own.hold(entry) ||
+            (state && state->changedAt < *lostSince && output && isThere(RawBytes::encoded(*output))))
             unchanged.push_back(index);
         ++index;
     }
@@ -270,7 +265,7 @@ void Watch::await(const ChangedPaths &changed)
     for (const QString &top : m_tops) {
         if (!changed.hold(top))
             continue;
-        if (isThere(top)) {
+        if (isThere(RawBytes::encoded(top))) {
             m_missing.remove(top);
             continue;
         }
@@ -319,7 +314,7 @@ int Watch::runChanged(const MinifyRun &run, const FileQueue &queue, const std::v
 {
     const auto isKnown = [this](const auto &pair) {
         const auto &[entry, output] = pair;
-        return !output || !isThere(*output) || m_own.hold(*output, entry);
+        return !output || !isThere(RawBytes::encoded(*output)) || m_own.hold(*output, entry);
     };
     if (std::ranges::all_of(entriesWithOutputs(queue, m_settings), isKnown))
         return run.runChanged(queue, copies, {});

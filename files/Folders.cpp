@@ -48,6 +48,12 @@ QByteArray realPath(const QByteArray &path)
     return real ? QByteArray(real.get()) : QByteArray();
 }
 
+bool isThere(const QByteArray &path)
+{
+    struct stat status {};
+    return ::lstat(path.constData(), &status) == 0;
+}
+
 bool leadsToFolder(const QByteArray &path)
 {
     struct stat status {};
@@ -148,8 +154,7 @@ bool renameToFree(const QByteArray &from, const QByteArray &to)
         ::unlink(from.constData());
         return true;
     }
-    struct stat there {};
-    return errno != EEXIST && ::lstat(to.constData(), &there) != 0 && errno == ENOENT &&
+    return errno != EEXIST && !isThere(to) && errno == ENOENT &&
            ::rename(from.constData(), to.constData()) == 0;
 }
 
@@ -188,7 +193,6 @@ QStringList all(const QString &path)
     return marks;
 }
 
-} // namespace brevant::FileMarks
 bool areOfSameFile(const QString &a, const QString &b)
 {
     if (a == b)
@@ -197,3 +201,4 @@ bool areOfSameFile(const QString &a, const QString &b)
     return file && file == ofFile(b);
 }
 
+} // namespace brevant::FileMarks

@@ -22,6 +22,9 @@ namespace brevant {
 /// The path without links, "." and ".."; empty on failure.
 [[nodiscard]] QByteArray realPath(const QByteArray &path);
 
+/// Whether there is anything of that name, if only a link that leads nowhere.
+[[nodiscard]] bool isThere(const QByteArray &path);
+
 /// Whether a path leads to a folder, through links too.
 [[nodiscard]] bool leadsToFolder(const QByteArray &path);
 
@@ -78,7 +81,7 @@ namespace brevant::FileMarks {
 /// same file if they share one of them.
 [[nodiscard]] QStringList all(const QString &path);
 
-} // namespace brevant::FileMarks
 /// Whether two paths are equal, or lead to one file that exists.
 [[nodiscard]] bool areOfSameFile(const QString &a, const QString &b);
 
+} // namespace brevant::FileMarks

@@ -11,8 +11,6 @@
 #include <algorithm>
 #include <optional>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 
 namespace brevant {
@@ -41,8 +39,7 @@ PlaceInProject placeInProject(const QString &folder, const QString &text)
         return {{}, u"is not within the folder of the project file"_s};
     const QString path = QDir::cleanPath(PathString::join(folder, text));
     QByteArray there = RawBytes::encoded(path); // or what of it is there
-    struct stat status {};
-    while (::lstat(there.constData(), &status) != 0 && there.size() > 1)
+    while (!isThere(there) && there.size() > 1)
         there = folderOf(there);
     const std::optional<QString> within = pathWithin(realPath(there), folder);
     if (!within)

@@ -46,6 +46,17 @@ private Q_SLOTS:
         QTEST(FileMarks::areOfSameFile(folder.filePath(a), folder.filePath(b)), "isSame");
         QTEST(FileMarks::areOfSameFile(folder.filePath(b), folder.filePath(a)), "isSame");
     }
+
+    void whatIsThere()
+    {
+        const QTemporaryDir folder;
+        const QByteArray link = QFile::encodeName(folder.filePath(u"link"_s));
+        QVERIFY(isThere(QFile::encodeName(folder.path())));
+        QVERIFY(!isThere(link));
+        QVERIFY(makeLink(u"none"_s, folder.filePath(u"link"_s)));
+        QVERIFY(isThere(link));
+        QVERIFY(!isThere(link + "/below"));
+    }
 };
 
 BREVANT_TEST(tst_Folders, QCoreApplication)
