@@ -3,6 +3,7 @@
 #include "cli/ChangedFiles.h"
 
 #include "cli/CommandLine.h"
+#include "cli/OutputFiles.h"
 #include "cli/TerminalText.h"
 #include "engine/CompressorCommand.h"
 #include "engine/Tools.h"
@@ -127,16 +128,10 @@ std::optional<MadeOutput> ChangedFiles::wantedFor(const QString &entry, const st
 
 ChangedFiles::Recipe ChangedFiles::recipeFor(const FileKind &kind, const SettingsStore &settings)
 {
-    Recipe recipe;
+    Recipe recipe{WantedCopies(settings).extensionsFor(kind), {}};
     const CompressorCommand command(settings);
     const bool isModern = isModernChosen(settings);
     const ModernOptions options = isModern ? command.modernOptions(kind) : ModernOptions();
-    if (settings.boolForKey(gzipCheckerKeyString))
-        recipe.copies.append(u"gz"_s);
-    if (settings.isTrue(brotliCheckerKeyString))
-        recipe.copies.append(u"br"_s);
-    if (options.makeSourceMap)
-        recipe.copies.append(u"map"_s);
     const QStringList parts = QStringList{QStringLiteral(BREVANT_VERSION), recipe.copies.join(u' '),
                                           m_keepsTimes ? u"times"_s : QString()} +
                               (isModern ? modernRecipe(kind, options, m_tools, m_cache)

@@ -3,6 +3,7 @@
 #include "cli/InputChecks.h"
 
 #include "cli/CommandLine.h"
+#include "cli/OutputFiles.h"
 #include "cli/PrintedRun.h"
 #include "cli/ReportOutput.h"
 #include "cli/StandardInput.h"
@@ -134,8 +135,7 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         files.append(entry);
         if (output)
-            files << *output << PathString::withExtension(*output, u"gz")
-                  << PathString::withExtension(*output, u"br") << PathString::withExtension(*output, u"map");
+            files += withCopies(*output);
     }
     for (const FileCopy &copy : copies)
         files << copy.found << copy.target;

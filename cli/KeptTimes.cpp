@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/KeptTimes.h"
 
-#include "engine/modern/SourceMap.h"
-#include "files/PathString.h"
+#include "cli/OutputFiles.h"
 #include "settings/EntrySettings.h"
-#include "settings/SettingsKeys.h"
 
 #include <QFile>
 
@@ -17,22 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace brevant {
-
-QStringList writtenFiles(const EntryResult &result, const SettingsStore &settings)
-{
-    if (!result.isMinified())
-        return {};
-    const QString output = result.output.value_or(QString());
-    QStringList files{output};
-    if (result.gzipSize)
-        files.append(PathString::withExtension(output, u"gz"));
-    if (result.brotliSize)
-        files.append(PathString::withExtension(output, u"br"));
-    if (isModernChosen(settings) && settings.isTrue(sourceMapCheckerKeyString) &&
-        QFile::exists(sourceMapPath(output)))
-        files.append(sourceMapPath(output));
-    return files;
-}
 
 void KeptTimes::entryTaken(const QString &entry)
 {

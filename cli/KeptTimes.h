@@ -11,10 +11,6 @@
 namespace brevant {
 
 class EntrySettings;
-class SettingsStore;
-
-/// The output of an entry and what has been made of it; nothing if it was not minified.
-[[nodiscard]] QStringList writtenFiles(const EntryResult &result, const SettingsStore &settings);
 
 /// Gives the outputs of a run, and their copies and source maps, the modification times of their sources,
 /// before another observer is told of each.

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/OutputConflicts.h"
 
+#include "cli/OutputFiles.h"
 #include "engine/OutputClaims.h"
 #include "files/Folders.h"
-#include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileKind.h"
 #include "queue/OutputPath.h"
 #include "settings/EntrySettings.h"
-#include "settings/SettingsKeys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,21 +25,16 @@ struct Written {
 std::vector<Written> allWritten(const std::vector<QString> &files, const std::vector<FileCopy> &copies,
                                 const EntrySettings &settings)
 {
+    BySettings<WantedCopies> wantedCopies(settings);
     OutputPath outputPath(settings, OutputPath::Reading::Once);
     std::vector<Written> all;
     for (const QString &file : files) {
         const std::optional<QString> output = outputPath.next(file);
         if (!output || RawBytes::areIn(file)) // which is not minified
             continue;
-        const SettingsStore &store = settings.of(file);
-        QStringList outputs{*output};
-        if (store.boolForKey(gzipCheckerKeyString))
-            outputs.append(PathString::withExtension(*output, u"gz"));
-        if (store.isTrue(brotliCheckerKeyString))
-            outputs.append(PathString::withExtension(*output, u"br"));
-        if (isModernChosen(store) && store.isTrue(sourceMapCheckerKeyString))
-            outputs.append(PathString::withExtension(*output, u"map"));
-        all.push_back({file, outputs});
+        const FileKind *const kind = anyKindOf(file);
+        all.push_back(
+            {file, withCopies(*output, kind ? wantedCopies.of(file).extensionsFor(*kind) : QStringList())});
     }
     for (const FileCopy &copy : copies)
         all.push_back({copy.found, {copy.target}});

@@ -4,8 +4,8 @@
 
 #include "cli/ChangedFiles.h"
 #include "cli/CommandLine.h"
-#include "cli/KeptTimes.h"
 #include "cli/Listing.h"
+#include "cli/OutputFiles.h"
 #include "cli/PrintedRun.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalText.h"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/project/ProjectPlaces.h"
 
+#include "cli/OutputFiles.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
@@ -61,9 +62,7 @@ QString outputErrorInProject(const QString &folder, const QString &output)
 {
     if (!output.startsWith(PathString::join(folder, {})))
         return {};
-    for (const QString &path :
-         {output, PathString::withExtension(output, u"gz"), PathString::withExtension(output, u"br"),
-          PathString::withExtension(output, u"map")}) {
+    for (const QString &path : withCopies(output)) {
         const QByteArray end = linkTarget(RawBytes::encoded(path));
         if (end == RawBytes::encoded(path))
             continue;

@@ -227,6 +227,23 @@ private Q_SLOTS:
         QCOMPARE(sandbox.run(options).status, 0);
         QVERIFY(modified(sandbox, outputs[0]) != earlier);
     }
+
+    void pagesHaveNoSourceMaps()
+    {
+        if (!hasModern())
+            QSKIP("the modern compressors are not there");
+        const Sandbox sandbox;
+        fill(sandbox, {u"w/p.html"_s, u"w/p.min.html.map"_s}); // which is somebody else's
+        QVERIFY(setModified(sandbox, u"w/p.html"_s));
+        const QStringList options{u"--compressors=modern"_s, u"--set=enableHTMLCheckerKeyString=true"_s,
+                                  u"--source-maps"_s, u"--keep-times"_s, u"w"_s};
+        QCOMPARE(sandbox.run(options).status, 0);
+        QCOMPARE(modified(sandbox, u"w/p.min.html"_s), earlier);
+        QVERIFY(modified(sandbox, u"w/p.min.html.map"_s) != earlier);
+        const Ended ended = sandbox.run(copyRest + options);
+        QVERIFY2(ended.status == 0, ended.err);
+        QCOMPARE(sandbox.read(u"o/p.min.html.map"_s), "w/p.min.html.map"_ba);
+    }
 };
 
 BREVANT_TEST(tst_BrevantCliCopies, QCoreApplication)
