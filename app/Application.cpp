@@ -6,6 +6,7 @@
 #include "engine/originals/PutBack.h"
 #include "settings/SettingsKeys.h"
 #include "ui_MainWindow.h"
+#include "widgets/Dialogs.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -16,6 +17,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <system_error>
 #include <utility>
 
 #include <fontconfig/fontconfig.h>
@@ -89,6 +91,12 @@ void Application::setUp()
     connect(window.ui().quitMenu, &QAction::triggered, this, &Application::quit);
     connect(&window, &MainWindow::closed, this, &Application::windowClosed);
     connect(&jobs, &JobRunner::allEnded, this, &Application::runsEnded);
+    connect(&jobs, &JobRunner::notStarted, this, [this](const QString &reason) {
+        QWidget *const active = QApplication::activeWindow();
+        showWarningSheet(active ? active : &window, tr("The system has no room for another task"),
+                         tr("Nothing was begun: %1. End other programs, and try again.").arg(reason),
+                         tr("OK"));
+    });
     connect(&desktopReport, &DesktopReport::clicked, this, [this](const QString &token) {
         bringToFront({{u"activation-token"_s, token}});
         results.showBeside();
@@ -127,7 +135,7 @@ void Application::restoreSources(const std::vector<RestoreWish> &wishes, bool is
     for (const RestoreWish &wish : wishes)
         originals.append(wish.original);
     const auto use = std::make_shared<KeptOriginals::Use>(keptOriginals, originals);
-    jobs.detachNewThread([this, use, wishes, isBeside](const std::atomic<Stop> &stop) {
+    const bool isBegun = jobs.detachNewThread([this, use, wishes, isBeside](const std::atomic<Stop> &stop) {
         std::vector<RestoredSource> done;
         for (auto wish = wishes.begin(); wish != wishes.end() && stop != Stop::AtOnce; ++wish)
             done.push_back((isBeside ? restoreBeside : restoreSource)(wish->source, wish->original));
@@ -137,6 +145,8 @@ void Application::restoreSources(const std::vector<RestoreWish> &wishes, bool is
         };
         QMetaObject::invokeMethod(&results, end, Qt::QueuedConnection);
     });
+    if (!isBegun)
+        results.endRestoring(wishes, {});
 }
 
 void Application::showPlannedOutputs()
@@ -308,11 +318,15 @@ void Application::quitUnlessNotified()
 
 std::future<void> loadFonts()
 {
-    return std::async(std::launch::async, [] {
-        // Must not slow the display server. On Linux each thread has its own nice value: sched(7).
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
-        FcInit();
-    });
+    try {
+        return std::async(std::launch::async, [] {
+            // Must not slow the display server. On Linux each thread has its own nice value: sched(7).
+            ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
+            FcInit();
+        });
+    } catch (const std::system_error &) { // no thread to be had; Qt does it later
+        return std::async(std::launch::deferred, [] {});
+    }
 }
 
 void setUpApplication()

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -80,16 +81,23 @@ void JobRunner::stopAndWait()
     }
 }
 
-void JobRunner::detachNewThread(Job job)
+bool JobRunner::detachNewThread(Job job)
 {
     const auto thread = m_threads.emplace(m_threads.end());
-    *thread = std::jthread([this, thread, job = std::move(job)] {
-        job(m_stop);
-        // Queued behind everything that the job has queued.
-        QMetaObject::invokeMethod(
-            this, [this, thread] { threadEnded(thread); }, Qt::QueuedConnection);
-    });
+    try {
+        *thread = std::jthread([this, thread, job = std::move(job)] {
+            job(m_stop);
+            // Queued behind everything that the job has queued.
+            QMetaObject::invokeMethod(
+                this, [this, thread] { threadEnded(thread); }, Qt::QueuedConnection);
+        });
+    } catch (const std::system_error &error) {
+        m_threads.erase(thread);
+        Q_EMIT notStarted(qt_error_string(error.code().value()));
+        return false;
+    }
     Q_EMIT started();
+    return true;
 }
 
 void JobRunner::threadEnded(std::list<std::jthread>::iterator thread)

@@ -29,8 +29,8 @@ public:
     using QObject::QObject;
     ~JobRunner() override;
 
-    /// Starts one new thread for `job` and returns at once.
-    void detachNewThread(Job job);
+    /// Starts one new thread for `job` and returns at once. False if there is none to be had.
+    bool detachNewThread(Job job);
 
     [[nodiscard]] bool isRunning() const { return !m_threads.empty(); }
 
@@ -43,6 +43,9 @@ public:
 Q_SIGNALS:
     /// A job begins, whether or not others are under way.
     void started();
+
+    /// No thread was to be had for a job, for this reason.
+    void notStarted(const QString &reason);
 
     /// The last job under way has ended, and all that it displayed has been shown.
     void allEnded();

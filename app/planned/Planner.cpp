@@ -6,6 +6,7 @@
 #include "queue/FileQueue.h"
 
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 namespace brevant {
@@ -43,20 +44,24 @@ void Planner::startThread()
         m_isAgainWanted = true;
         return;
     }
-    m_isRunning = true;
-    m_thread = std::jthread([this, plan = m_plan, sources = m_queue.entries(),
-                             folder = m_tools.folder](const std::stop_token &stop) {
-        const auto count = static_cast<int>(sources.size());
-        planOutputs(sources, m_settings, folder, stop,
-                    [this, plan, count](int first, std::vector<PlannedFile> files) {
-                        const auto tell = [this, plan, first, count, told = std::move(files)] {
-                            if (plan == m_plan)
-                                Q_EMIT planned(first, told, count);
-                        };
-                        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
-                    });
-        QMetaObject::invokeMethod(this, &Planner::threadEnded, Qt::QueuedConnection);
-    });
+    try {
+        m_thread = std::jthread([this, plan = m_plan, sources = m_queue.entries(),
+                                 folder = m_tools.folder](const std::stop_token &stop) {
+            const auto count = static_cast<int>(sources.size());
+            planOutputs(sources, m_settings, folder, stop,
+                        [this, plan, count](int first, std::vector<PlannedFile> files) {
+                            const auto tell = [this, plan, first, count, told = std::move(files)] {
+                                if (plan == m_plan)
+                                    Q_EMIT planned(first, told, count);
+                            };
+                            QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+                        });
+            QMetaObject::invokeMethod(this, &Planner::threadEnded, Qt::QueuedConnection);
+        });
+        m_isRunning = true;
+    } catch (const std::system_error &) {
+        m_delay.start(); // no thread to be had; tried again until there is one
+    }
 }
 
 void Planner::threadEnded()

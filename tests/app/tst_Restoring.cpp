@@ -4,6 +4,7 @@
 #include "app/results/MessagePane.h"
 #include "app/results/ResultTable.h"
 #include "tests/Files.h"
+#include "tests/NoThreads.h"
 #include "tests/TestClass.h"
 
 #include <QAction>
@@ -115,6 +116,20 @@ private Q_SLOTS:
         QVERIFY(!KeptOriginals::isThere(kept));
         results()->showRun(m_app->results.runs.all().front()->number);
         QCOMPARE(whyGreyed(source(0)), u"The original is not kept any more."_s);
+    }
+
+    void withoutAThreadItCanBeTriedAgain()
+    {
+        runAndShow({"copy"});
+        select(source(0));
+        {
+            const NoThreads none;
+            restore().trigger();
+        }
+        QVERIFY(restore().isEnabled());
+        QCOMPARE(states(), QStringList{u"Done"_s});
+        restore().trigger();
+        QTRY_COMPARE(states(), QStringList{u"Put back"_s});
     }
 
     void aRunUnderWay()

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFixture.h"
 #include "tests/Files.h"
+#include "tests/NoThreads.h"
 #include "tests/TestClass.h"
 
+#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -275,6 +277,27 @@ private Q_SLOTS:
             app->controller.minify();
             QTest::qWait(round);
         }
+    }
+
+    void whereNoThreadIsToBeHadItIsSaid()
+    {
+        const auto app = filled(2);
+        const QString before = app->state();
+        {
+            const test::NoThreads none;
+            loadFonts().wait();
+            app->controller.minify();
+            app->delegate.minifyFiles({});
+        }
+        const auto sheets = app->window.findChildren<QMessageBox *>();
+        QCOMPARE(sheets.size(), 2);
+        QCOMPARE(sheets.first()->text(), u"The system has no room for another task"_s);
+        QVERIFY(sheets.first()->informativeText().startsWith(u"Nothing was begun: "_s));
+        QCOMPARE(app->state(), before);
+        QVERIFY(!app->jobs.isRunning());
+        qDeleteAll(sheets);
+        app->controller.minify();
+        QTRY_COMPARE(app->status(), u"Well done!"_s);
     }
 
     void reopeningUndoesMinimising()

@@ -9,6 +9,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 #include "tests/Files.h"
+#include "tests/NoThreads.h"
 #include "tests/TestClass.h"
 #include "widgets/FilterField.h"
 
@@ -88,6 +89,18 @@ private Q_SLOTS:
         m_queue->clear();
         m_queue->reload();
         QTRY_VERIFY(hasLabel(u"The list is empty. Where each of its files will go is shown here."_s));
+    }
+
+    void itWaitsForAThread()
+    {
+        fill();
+        {
+            const NoThreads none;
+            open();
+            QTest::qWait(100); // a timer that ends after that of the planner
+            QCOMPARE(column(PlanModel::State), QString());
+        }
+        QTRY_COMPARE(column(PlanModel::State), u"Ready, Will fail, Take care"_s);
     }
 
     void itDoesNotWorkWhileItIsClosed()
