@@ -168,9 +168,13 @@ RestoredSource overwriteOutput(const HeldPlace &place, KeptCopy &copy, const str
 QString secondName(const QString &source, int number)
 {
     const QString extension = PathString::extension(source).toString();
-    const QString stem = extension.isEmpty() ? source : PathString::stem(source).toString();
     const QString word = number == 1 ? u".original"_s : u".original-%1"_s.arg(number);
-    return extension.isEmpty() ? stem + word : PathString::withExtension(stem + word, extension);
+    const QString end = extension.isEmpty() ? word : PathString::withExtension(word, extension);
+    QString stem = extension.isEmpty() ? source : PathString::stem(source).toString();
+    const qsizetype name = stem.size() - PathString::lastComponent(stem).size();
+    while (stem.size() > name && (stem.sliced(name) + end).toUtf8().size() > NAME_MAX)
+        stem.chop(stem.back().isLowSurrogate() ? 2 : 1);
+    return stem + end;
 }
 
 RestoredSource restoreSource(const QString &source, const QString &kept)

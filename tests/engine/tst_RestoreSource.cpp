@@ -89,6 +89,14 @@ private Q_SLOTS:
         QTest::newRow("first") << u"/w/app.js"_s << 1 << u"/w/app.original.js"_s;
         QTest::newRow("second") << u"/w/app.js"_s << 2 << u"/w/app.original-2.js"_s;
         QTest::newRow("minified") << u"/w.d/a.min.css"_s << 1 << u"/w.d/a.min.original.css"_s;
+        QTest::newRow("as long as can be") << u"/w/"_s + QString(243, u'a') + u".js"_s << 1
+                                           << u"/w/"_s + QString(243, u'a') + u".original.js"_s;
+        QTest::newRow("too long") << u"/w/"_s + QString(244, u'a') + u".js"_s << 2
+                                  << u"/w/"_s + QString(241, u'a') + u".original-2.js"_s;
+        QTest::newRow("two bytes a letter") << u"/w/"_s + QString(126, u'ü') + u".js"_s << 1
+                                            << u"/w/"_s + QString(121, u'ü') + u".original.js"_s;
+        QTest::newRow("four bytes a letter") << u"/w/"_s + u"😀"_s.repeated(63) + u".js"_s << 1
+                                             << u"/w/"_s + u"😀"_s.repeated(60) + u".original.js"_s;
         QTest::newRow("no extension") << u"/w.d/app"_s << 1 << u"/w.d/app.original"_s;
     }
 
@@ -111,6 +119,14 @@ private Q_SLOTS:
         verifyMarks(beside.path);
         QCOMPARE(readFile(taken), "taken"_ba);
         QCOMPARE(namesInSite().size(), 4);
+    }
+
+    void aLongName()
+    {
+        const QString source = addMarked(QString(251, u'a') + u".css"_s);
+        const RestoredSource beside = restoreBeside(source, minify(source).original);
+        QCOMPARE(beside.path, path(u"site/"_s + QString(242, u'a') + u".original.css"_s));
+        QCOMPARE(readFile(beside.path), "copy"_ba);
     }
 
     void otherNamesOfTheSource_data()
