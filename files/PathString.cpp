@@ -11,6 +11,7 @@
 #include <array>
 
 #include <pwd.h>
+#include <unistd.h>
 
 namespace brevant::PathString {
 
@@ -47,14 +48,21 @@ char16_t inLowerCase(QChar letter)
     return code >= u'A' && code <= u'Z' ? code + (u'a' - u'A') : code;
 }
 
-/// The home folder of the user `name`; empty if there is none.
-QString homeOf(const QString &name)
+/// The home folder of the user that `look` finds; empty if there is none.
+template <typename Look>
+QString homeOf(const Look &look)
 {
     std::array<char, 16384> buffer{};
     passwd entry{};
     passwd *found = nullptr;
-    ::getpwnam_r(QFile::encodeName(name).constData(), &entry, buffer.data(), buffer.size(), &found);
+    look(&entry, buffer.data(), buffer.size(), &found);
     return found != nullptr ? decoded(found->pw_dir) : QString();
+}
+
+QString homeOf(const QString &name)
+{
+    return homeOf(
+        [name = QFile::encodeName(name)](auto... room) { ::getpwnam_r(name.constData(), room...); });
 }
 
 } // namespace
@@ -128,20 +136,28 @@ QString absolute(const QString &path)
     return join(QDir::currentPath(), relative);
 }
 
+QString home()
+{
+    QString listed;
+    if (!qgetenv("HOME").startsWith('/'))
+        listed = homeOf([](auto... room) { ::getpwuid_r(::getuid(), room...); });
+    return listed.isEmpty() ? QDir::homePath() : listed;
+}
+
 QString expandTilde(const QString &path)
 {
     if (!path.startsWith(u'~'))
         return path;
     const QString first = path.section(separator, 0, 0);
-    const QString home = first.size() == 1 ? QDir::homePath() : homeOf(first.sliced(1));
-    return home.isEmpty() ? path : home + path.sliced(first.size());
+    const QString found = first.size() == 1 ? home() : homeOf(first.sliced(1));
+    return found.isEmpty() ? path : found + path.sliced(first.size());
 }
 
 QString withTilde(const QString &path)
 {
-    const QString home = QDir::homePath();
-    const bool isBelow = path == home || path.startsWith(home + separator);
-    return isBelow ? u'~' + path.sliced(home.size()) : path;
+    const QString folder = home();
+    const bool isBelow = path == folder || path.startsWith(folder + separator);
+    return isBelow ? u'~' + path.sliced(folder.size()) : path;
 }
 
 QString decoded(const QByteArray &name)

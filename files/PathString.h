@@ -38,6 +38,10 @@ namespace brevant::PathString {
 /// The path as it is if it begins at the root; else joined to the working folder, without "." at its start.
 [[nodiscard]] QString absolute(const QString &path);
 
+/// The home folder of the user: `$HOME`, or where that is unset or relative what the list of users says;
+/// "/" if neither tells.
+[[nodiscard]] QString home();
+
 /// The path with a leading "~" or "~name" replaced by the home folder of the user, or of the user of that
 /// name; unchanged if there is no such user.
 [[nodiscard]] QString expandTilde(const QString &path);

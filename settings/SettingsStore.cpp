@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/SettingsStore.h"
 
+#include "files/PathString.h"
 #include "settings/SettingsFile.h"
 #include "settings/SettingsKeys.h"
 
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QLocale>
-#include <QStandardPaths>
 
 #include <cmath>
 
@@ -56,8 +56,10 @@ SettingsStore::~SettingsStore() = default;
 
 QString SettingsStore::defaultFilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           "/brevant/settings.json"_L1;
+    const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
+    return PathString::join(config.startsWith(u'/') ? config
+                                                    : PathString::join(PathString::home(), u".config"),
+                            u"brevant/settings.json");
 }
 
 void SettingsStore::registerDefaults(const QJsonObject &defaults)

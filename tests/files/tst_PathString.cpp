@@ -3,7 +3,11 @@
 #include "files/PathString.h"
 #include "tests/TestClass.h"
 
+#include <QFile>
 #include <QTest>
+
+#include <pwd.h>
+#include <unistd.h>
 
 using namespace brevant;
 using namespace Qt::StringLiterals;
@@ -117,6 +121,15 @@ private Q_SLOTS:
         const QString expanded = PathString::expandTilde(QString::fromUtf8(QTest::currentDataTag()));
         qputenv("HOME", home);
         QTEST(expanded, "expected");
+    }
+
+    void withoutHome()
+    {
+        const QByteArray home = qgetenv("HOME");
+        qunsetenv("HOME");
+        const QString expanded = PathString::expandTilde(u"~/a.css"_s);
+        qputenv("HOME", home);
+        QCOMPARE(expanded, QFile::decodeName(::getpwuid(::getuid())->pw_dir) + u"/a.css"_s);
     }
 
     void withTilde_data()

@@ -7,6 +7,9 @@
 #include <QJsonDocument>
 #include <QTest>
 
+#include <pwd.h>
+#include <unistd.h>
+
 using namespace brevant;
 using namespace brevant::test;
 using namespace Qt::StringLiterals;
@@ -149,18 +152,26 @@ private Q_SLOTS:
 
     void standardPlace_data()
     {
+        QTest::addColumn<QByteArray>("home");
         QTest::addColumn<QByteArray>("configHome");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("set") << QByteArray("/some/where") << u"/some/where/brevant/settings.json"_s;
-        QTest::newRow("unset") << QByteArray() << u"/home/of/me/.config/brevant/settings.json"_s;
+        const QByteArray me("/home/of/me");
+        const QString mine = u"/home/of/me/.config/brevant/settings.json"_s;
+        const QString listed = QFile::decodeName(::getpwuid(::getuid())->pw_dir);
+        QTest::newRow("set") << me << QByteArray("/some/where") << u"/some/where/brevant/settings.json"_s;
+        QTest::newRow("unset") << me << QByteArray() << mine;
+        QTest::newRow("relative") << me << QByteArray("where") << mine;
+        QTest::newRow("no home") << QByteArray() << QByteArray()
+                                 << listed + u"/.config/brevant/settings.json"_s;
     }
 
     void standardPlace()
     {
+        QFETCH(QByteArray, home);
         QFETCH(QByteArray, configHome);
         const QByteArray oldHome = qgetenv("HOME");
         const QByteArray oldConfigHome = qgetenv("XDG_CONFIG_HOME");
-        qputenv("HOME", "/home/of/me");
+        qputenv("HOME", home);
         if (configHome.isEmpty())
             qunsetenv("XDG_CONFIG_HOME");
         else
