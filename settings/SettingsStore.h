@@ -33,7 +33,8 @@ public:
     /// Waits until every value set so far is on the disk.
     ~SettingsStore() override;
 
-    /// `settings.json` in the application's folder under `$XDG_CONFIG_HOME` (`~/.config` if unset or relative).
+    /// `settings.json` in the application's folder under `$XDG_CONFIG_HOME` (`~/.config` if unset or
+    /// relative).
     [[nodiscard]] static QString defaultFilePath();
 
     /// Values that answer for every key that the user has not set. They are never written.

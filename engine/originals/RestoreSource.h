@@ -28,8 +28,8 @@ struct RestoredSource {
 /// Makes the original a new file beside the source, by the next free second name. The kept one stays.
 [[nodiscard]] RestoredSource restoreBeside(const QString &source, const QString &kept);
 
-/// "/w/app.original.js" of "/w/app.js", or from `number` 2 on "/w/app.original-2.js". A long name loses letters
-/// before that, so that file systems take it.
+/// "/w/app.original.js" of "/w/app.js", or from `number` 2 on "/w/app.original-2.js". A long name loses
+/// letters before that, so that file systems take it.
 [[nodiscard]] QString secondName(const QString &source, int number = 1);
 
 } // namespace brevant
