@@ -139,8 +139,9 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
     }
     for (const FileCopy &copy : copies)
         files << copy.found << copy.target;
+    FileMarks::Reader marksOf;
     for (const QString &file : files) {
-        for (const QString &mark : FileMarks::all(file)) {
+        for (const QString &mark : marksOf.all(file)) {
             if (marks.contains(mark))
                 return u"the report %1 would be written over %2"_s.arg(line.reportFile, file);
         }

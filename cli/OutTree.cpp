@@ -40,6 +40,8 @@ OutTree::OutTree(const CommandLine &line)
         if (!m_roots.contains(root))
             m_roots.insert(root, {rank, rank >= named && clean.startsWith(m_workingFolder)});
     }
+    for (auto root = m_roots.keyBegin(); root != m_roots.keyEnd(); ++root)
+        m_lengths.insert(root->size());
 }
 
 QString OutTree::folderOf(const QString &file) const
@@ -62,7 +64,8 @@ QString OutTree::placeOf(const QString &file) const
     const Root *first = nullptr;
     qsizetype length = 0;
     for (QStringView path = file; !path.isEmpty(); path = PathString::folder(path)) {
-        const auto root = m_roots.constFind(path.toString());
+        const auto root =
+            m_lengths.contains(path.size()) ? m_roots.constFind(path.toString()) : m_roots.constEnd();
         if (root != m_roots.constEnd() && (first == nullptr || root->rank < first->rank)) {
             first = &*root;
             length = path.size();

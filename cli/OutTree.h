@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QString>
 
+#include <set>
+
 namespace brevant {
 
 struct CommandLine;
@@ -52,6 +54,7 @@ private:
     const QString m_top;
     const QString m_workingFolder; ///< with "/" at its end
     QHash<QString, Root> m_roots;  ///< by the paths of the command line, absolute
+    std::set<qsizetype> m_lengths; ///< of those paths
 };
 
 } // namespace brevant

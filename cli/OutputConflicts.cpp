@@ -47,13 +47,14 @@ QString outputConflict(const std::vector<QString> &files, const std::vector<File
                        const EntrySettings &settings)
 {
     const std::vector<Written> all = allWritten(files, copies, settings);
-    MarkedFiles sources;
+    FileMarks::Reader marksOf;
+    MarkedFiles sources(all.size());
     for (std::size_t row = 0; row < all.size(); ++row)
-        sources.add(all[row].source, FileMarks::all(all[row].source), static_cast<int>(row));
-    MarkedFiles outputs;
+        sources.add(all[row].source, marksOf.all(all[row].source), static_cast<int>(row));
+    MarkedFiles outputs(all.size());
     for (std::size_t row = 0; row < all.size(); ++row) {
         for (const QString &output : all[row].outputs) {
-            const QStringList marks = FileMarks::all(output);
+            const QStringList marks = marksOf.all(output);
             if (const int over = sources.find(marks); over >= 0)
                 return u"%1 would be written over %2, a file of the run; choose another --out-dir"_s.arg(
                     output, all[static_cast<std::size_t>(over)].source);
@@ -61,7 +62,7 @@ QString outputConflict(const std::vector<QString> &files, const std::vector<File
                 return u"%1 and %2 would both be written to %3; leave out one of them with --exclude, or "
                        "choose another suffix"_s.arg(all[static_cast<std::size_t>(same)].source,
                                                      all[row].source, output);
-            outputs.add(output, marks, static_cast<int>(row));
+            outputs.addInAnyCase(output, marks, static_cast<int>(row));
         }
     }
     return {};

@@ -115,8 +115,9 @@ bool EntryRun::isListed(const QString &path)
     if (const quint64 revision = m_queue.revision(); revision != m_listedRevision) {
         m_listedRevision = revision;
         m_listed.clear();
+        FileMarks::Reader marks;
         for (const QString &entry : m_queue.entries()) {
-            for (const QString &mark : FileMarks::all(entry))
+            for (const QString &mark : marks.all(entry))
                 m_listed.insert(mark);
         }
     }

@@ -28,6 +28,11 @@ void MarkedFiles::add(const QString &path, const QStringList &marks, int row)
 {
     for (const QString &mark : marks)
         m_files.insert(mark, {path, row});
+}
+
+void MarkedFiles::addInAnyCase(const QString &path, const QStringList &marks, int row)
+{
+    add(path, marks, row);
     m_rowsInAnyCase.insert(marks.front().toCaseFolded(), row);
 }
 
@@ -52,8 +57,9 @@ int MarkedFiles::findInAnyCase(const QString &path, const QStringList &marks) co
 
 OutputClaims::OutputClaims(const std::vector<QString> &sources)
 {
+    FileMarks::Reader marks;
     for (const QString &source : sources)
-        m_sources.add(source, FileMarks::all(source), 0);
+        m_sources.add(source, marks.all(source), 0);
 }
 
 QString OutputClaims::claim(const QString &source, const std::optional<QString> &output)
@@ -65,7 +71,7 @@ QString OutputClaims::claim(const QString &source, const std::optional<QString> 
         return u"its output %1 is the source of another file in the list"_s.arg(*output);
     if (m_outputs.findInAnyCase(*output, marks) >= 0)
         return u"its output %1 is that of another file in the list"_s.arg(*output);
-    m_outputs.add(*output, marks, 0);
+    m_outputs.addInAnyCase(*output, marks, 0);
     return {};
 }
 

@@ -15,7 +15,15 @@ namespace brevant {
 /// list.
 class MarkedFiles final {
 public:
+    MarkedFiles() = default;
+
+    /// With room for the marks of so many files.
+    explicit MarkedFiles(std::size_t count) { m_files.reserve(static_cast<qsizetype>(2 * count)); }
+
     void add(const QString &path, const QStringList &marks, int row);
+
+    /// The same for a file that findInAnyCase() is to find.
+    void addInAnyCase(const QString &path, const QStringList &marks, int row);
 
     /// The row of the file, added last, that one of the marks leads to; -1 if there is none. A file that has
     /// lost that mark meanwhile, because another was put into its place, is passed over. So are the marks in

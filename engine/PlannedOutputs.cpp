@@ -202,15 +202,17 @@ QString Plan::foundByCompressor(const QString &output) const
 void Plan::findCollisions()
 {
     std::vector<Marks> marks(m_files.size());
-    MarkedFiles sources;
+    MarkedFiles sources(m_files.size());
+    FileMarks::Reader marksOfSource;
+    FileMarks::Reader marksOfOutput;
     for (std::size_t row = 0; row < m_files.size() && !m_stop.stop_requested(); ++row) {
         const PlannedFile &file = m_files[row];
-        marks[row].source = FileMarks::all(file.source);
+        marks[row].source = marksOfSource.all(file.source);
         if (!file.output.isNull())
-            marks[row].output = FileMarks::all(file.output);
+            marks[row].output = marksOfOutput.all(file.output);
         sources.add(file.source, marks[row].source, static_cast<int>(row));
     }
-    MarkedFiles outputs;
+    MarkedFiles outputs(m_files.size());
     m_sameBefore.assign(m_files.size(), -1);
     for (std::size_t row = 0; row < m_files.size() && !m_stop.stop_requested(); ++row) {
         if (!m_files[row].output.isNull())
@@ -233,7 +235,7 @@ void Plan::compareOutput(std::size_t row, const Marks &marks, const MarkedFiles 
             {.kind = Wrong::ReplacedByOther, .row = static_cast<int>(row)});
     }
     m_sameBefore[row] = outputs.findInAnyCase(file.output, marks.output);
-    outputs.add(file.output, marks.output, static_cast<int>(row));
+    outputs.addInAnyCase(file.output, marks.output, static_cast<int>(row));
 }
 
 /// Of several with one output each names the last, whose output stays; that names the one before.

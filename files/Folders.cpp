@@ -164,9 +164,7 @@ namespace brevant::FileMarks {
 
 QString ofPlace(const QString &path)
 {
-    const QString folder = PathString::folder(path).toString();
-    return PathString::join(ofFile(folder).value_or(QDir::cleanPath(folder)),
-                            PathString::lastComponent(path));
+    return Reader().ofPlace(path);
 }
 
 std::optional<QString> ofFile(const QString &path)
@@ -184,9 +182,28 @@ QString ofFile(quint64 device, quint64 inode)
 
 QStringList all(const QString &path)
 {
+    return Reader().all(path);
+}
+
+QString Reader::ofPlace(const QString &path)
+{
+    if (const QStringView folder = PathString::folder(path); m_folderMark.isEmpty() || folder != m_folder) {
+        m_folder = folder.toString();
+        m_folderMark = ofFile(m_folder).value_or(QDir::cleanPath(m_folder));
+    }
+    return PathString::join(m_folderMark, PathString::lastComponent(path));
+}
+
+QStringList Reader::all(const QString &path)
+{
     QStringList marks{ofPlace(path)};
-    if (const QString end = ofPlace(RawBytes::decoded(linkTarget(RawBytes::encoded(path))));
-        end != marks.first())
+    const QByteArray bytes = RawBytes::encoded(path);
+    struct stat status {};
+    if (::lstat(bytes.constData(), &status) != 0)
+        return marks;
+    if (!S_ISLNK(status.st_mode))
+        return marks << ofFile(status.st_dev, status.st_ino);
+    if (const QString end = FileMarks::ofPlace(RawBytes::decoded(linkTarget(bytes))); end != marks.first())
         marks.append(end);
     if (const std::optional<QString> file = ofFile(path))
         marks.append(*file);

@@ -81,6 +81,18 @@ namespace brevant::FileMarks {
 /// same file if they share one of them.
 [[nodiscard]] QStringList all(const QString &path);
 
+/// The marks of many paths at one moment. For several in a row that are in one folder, the disk is asked only
+/// once which folder that is.
+class Reader final {
+public:
+    [[nodiscard]] QString ofPlace(const QString &path);
+    [[nodiscard]] QStringList all(const QString &path);
+
+private:
+    QString m_folder;
+    QString m_folderMark;
+};
+
 /// Whether two paths are equal, or lead to one file that exists.
 [[nodiscard]] bool areOfSameFile(const QString &a, const QString &b);
 

@@ -47,6 +47,33 @@ private Q_SLOTS:
         QTEST(FileMarks::areOfSameFile(folder.filePath(b), folder.filePath(a)), "isSame");
     }
 
+    void marks()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"d"_s) && QDir(folder.path()).mkdir(u"e"_s));
+        QVERIFY(writeFile(folder.filePath(u"d/a"_s), "x") && writeFile(folder.filePath(u"e/b"_s), "x"));
+        QVERIFY(makeLink(u"../e/b"_s, folder.filePath(u"d/soft"_s)));
+        QVERIFY(makeLink(u"none"_s, folder.filePath(u"d/broken"_s)));
+        const auto place = [&](const QString &name) { return FileMarks::ofPlace(folder.filePath(name)); };
+        const auto file = [&](const QString &name) {
+            return FileMarks::ofFile(folder.filePath(name)).value_or(u"none"_s);
+        };
+        const QList<std::pair<QString, QStringList>> all{
+            {u"d/a"_s, {place(u"d/a"_s), file(u"d/a"_s)}},
+            {u"d/soft"_s, {place(u"d/soft"_s), place(u"e/b"_s), file(u"e/b"_s)}},
+            {u"d/broken"_s, {place(u"d/broken"_s), place(u"d/none"_s)}},
+            {u"e/b"_s, {place(u"e/b"_s), file(u"e/b"_s)}},
+            {u"e/none"_s, {place(u"e/none"_s)}},
+            {u"gone/a"_s, {folder.filePath(u"gone/a"_s)}},
+            {u"d/../e/b"_s, {place(u"e/b"_s), file(u"e/b"_s)}},
+        };
+        FileMarks::Reader reader;
+        for (const auto &[name, expected] : all) {
+            QCOMPARE(FileMarks::all(folder.filePath(name)), expected);
+            QCOMPARE(reader.all(folder.filePath(name)), expected);
+        }
+    }
+
     void whatIsThere()
     {
         const QTemporaryDir folder;
