@@ -70,7 +70,8 @@ QString OutTree::placeOf(const QString &file) const
             first = &*root;
             length = path.size();
         }
-        if (path.size() == 1)
+        // What stands before it is no folder above the file.
+        if (path.size() == 1 || PathString::lastComponent(path) == u"..")
             break;
     }
     if (first != nullptr && first->isListed)

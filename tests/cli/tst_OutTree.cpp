@@ -79,6 +79,9 @@ private Q_SLOTS:
             << QStringList{u"src"_s, u"src/a"_s} << none << here + u"/src/a/b.css"_s << u"a/b.css"_s;
         QTest::newRow("inner folder first")
             << QStringList{u"src/a"_s, u"src"_s} << none << here + u"/src/a/b.css"_s << u"b.css"_s;
+        QTest::newRow("not below what two dots have left")
+            << QStringList{u"src"_s, u"src/../other"_s} << none << here + u"/src/../other/a/b.css"_s
+            << u"a/b.css"_s;
         QTest::newRow("not in a folder with a longer name")
             << QStringList{u"sr"_s, u"src"_s} << none << here + u"/src/a.css"_s << u"a.css"_s;
         QTest::newRow("working folder")
