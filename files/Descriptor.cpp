@@ -34,10 +34,10 @@ bool flushFile(int file)
 
 void openClosedStandardStreams()
 {
-    // open(2) takes the lowest free number.
+    // open(2) takes the lowest free number. Reading finds nothing; writing fails, as it must not seem done.
     int opened = STDIN_FILENO;
     while (opened >= 0 && opened <= STDERR_FILENO)
-        opened = uninterrupted([] { return ::open("/dev/null", O_RDWR); });
+        opened = uninterrupted([] { return ::open("/dev/null", O_RDONLY); });
     if (opened >= 0)
         ::close(opened);
 }

@@ -110,6 +110,9 @@ private Q_SLOTS:
         QTest::newRow("disk of the output full")
             << u"echo 'a { b: c }' | $CLI --stdin css >/dev/full"_s << 1
             << "brevant-cli: standard output cannot be written: No space left on device\n"_ba;
+        QTest::newRow("output closed")
+            << u"echo 'a { b: c }' | $CLI --stdin css >&-"_s << 1
+            << "brevant-cli: standard output cannot be written: Bad file descriptor\n"_ba;
         QTest::newRow("no reader")
             << u"mkfifo p; : <p & exec 3>p; wait; echo 'a { b: c }' | $CLI --stdin css >&3"_s << 1
             << "brevant-cli: standard output cannot be written: Broken pipe\n"_ba;
