@@ -129,6 +129,7 @@ int run(const CommandLine &given, const Tools &tools)
         printError(sentence);
     if (const QString error = addPathsFromFile(line); !error.isEmpty())
         return wrongUsage(error);
+    project.spell(line.paths);
     const bool isShown = line.action == CommandLine::Action::ShowSettings; // before there are its paths, too
     if (const QString error = inputError(isShown ? given : line); !error.isEmpty())
         return wrongUsage(error);

@@ -50,17 +50,23 @@ PlaceInProject placeInProject(const QString &folder, const QString &text)
     return {path, {}};
 }
 
+/// Whether the path is spelt as one below the folder.
+static bool isBelow(const QString &path, const QString &folder)
+{
+    return QDir::cleanPath(path).startsWith(PathString::join(folder, {}));
+}
+
 QString sourceErrorInProject(const QString &folder, const QString &source)
 {
     const QByteArray real = realPath(RawBytes::encoded(source)); // empty if it is not there
-    if (real.isEmpty() || !source.startsWith(PathString::join(folder, {})) || pathWithin(real, folder))
+    if (real.isEmpty() || !isBelow(source, folder) || pathWithin(real, folder))
         return {};
     return u"it is a link that leads out of the folder of the project file; --no-project takes it"_s;
 }
 
 QString outputErrorInProject(const QString &folder, const QString &output)
 {
-    if (!output.startsWith(PathString::join(folder, {})))
+    if (!isBelow(output, folder))
         return {};
     for (const QString &path : withCopies(output)) {
         const QByteArray end = linkTarget(RawBytes::encoded(path));

@@ -37,6 +37,20 @@ bool isGiven(const CommandLine &line, QLatin1StringView key)
     return std::ranges::any_of(line.settings, [key](const auto &setting) { return setting.first == key; });
 }
 
+/// As it is spelt from that folder, if it leads through it.
+QString spelledFrom(const QString &folder, const QString &path)
+{
+    const QString absolute = PathString::absolute(path);
+    const QByteArray real = realPath(RawBytes::encoded(folder));
+    for (QStringView at = absolute; at.size() > 1; at = PathString::folder(at)) {
+        if (realPath(RawBytes::encoded(at.toString())) == real)
+            return QDir::cleanPath(folder + absolute.sliced(at.size()));
+        if (PathString::lastComponent(at) == u"..") // what stands before it is no folder above the path
+            break;
+    }
+    return path;
+}
+
 template <typename Value>
 void fill(Value &member, const std::optional<Value> &value)
 {
@@ -97,6 +111,16 @@ CommandLine ProjectUse::completed(CommandLine line) const
     if (!line.outDir.isEmpty())
         fill(line.copyRest, value(&ProjectValues::copyRest));
     return line;
+}
+
+void ProjectUse::spell(QStringList &paths) const
+{
+    const QString top = PathString::join(m_project.folder, {});
+    for (QString &path : paths) {
+        const QString absolute = PathString::absolute(path);
+        if (!m_layers.empty() && (!absolute.startsWith(top) || absolute != QDir::cleanPath(absolute)))
+            path = spelledFrom(m_project.folder, path);
+    }
 }
 
 void ProjectUse::overrideSettings(SettingsStore &settings) const

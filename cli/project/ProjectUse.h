@@ -22,6 +22,10 @@ public:
     /// The command line, with what it does not say itself filled in.
     [[nodiscard]] CommandLine completed(CommandLine line) const;
 
+    /// Spells the paths that lead into its folder by a link or by ".." as it spells its own, so that all it
+    /// says holds for them.
+    void spell(QStringList &paths) const;
+
     /// Applies its settings, to be called before those of the command line are.
     void overrideSettings(SettingsStore &settings) const;
 

@@ -118,7 +118,9 @@ QString settingsText(const CommandLine &given, const ProjectUse &project, const 
             projectRow(project, u"copyRest"_s, &ProjectValues::copyRest, given.copyRest) +
             projectRow(project, u"keepTimes"_s, &ProjectValues::keepTimes, given.keepTimes);
     const bool isOneFile = given.paths.size() == 1;
-    const QString entry = isOneFile ? PathString::absolute(given.paths[0]) : QString();
+    QStringList paths = given.paths;
+    project.spell(paths);
+    const QString entry = isOneFile ? PathString::absolute(paths[0]) : QString();
     const Sources sources(given, project, entry);
     const SettingsStore &store = isOneFile ? settings.of(entry) : settings.common();
     for (const SettingKey &setting : allSettingKeys)

@@ -186,6 +186,28 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox->run({u"--no-project"_s, u"src"_s}).status, 0);
     }
 
+    /// As $PWD spells it below a home folder that is a link.
+    void anotherWayIntoIt()
+    {
+        const QString way = m_sandbox->home() + u"/way"_s;
+        QVERIFY(QFile::link(m_sandbox->path(), way));
+        write("{\"paths\": [\"src\"], \"outDir\": \"dist\", \"exclude\": [\"src/deep/\"], \"overrides\":"
+              " [{\"files\": [\"src/*\"], \"settings\": {\"suffixKeyString\": \"-own\"}}]}");
+        for (const QString &path : {way, way + u"/./src/.."_s, u"../vendor/.."_s})
+            QCOMPARE(column(1, {path, u"--sort"_s}, u"src"_s),
+                     (QStringList{u"dist/a-own.css"_s, u"dist/vendor/c.min.css"_s}));
+        QCOMPARE(outputOf({u"../vendor"_s}, u"src"_s), u"dist/c.min.css"_s);
+        QVERIFY(m_sandbox->run({u"--show-settings"_s, way + u"/src/a.css"_s}).out.contains("-own"));
+        const QString profile = m_sandbox->add(u"../home/profile"_s, "mine\n");
+        QVERIFY(QFile::link(profile, m_sandbox->path(u"vendor/c.min.css"_s)));
+        write("{}");
+        QCOMPARE(m_sandbox->run({way + u"/vendor"_s}).status, 1);
+        QCOMPARE(readFile(profile), "mine\n");
+        // What is above it is not of the project.
+        const QString above = m_sandbox->add(u"../home/above.css"_s, css);
+        QCOMPARE(m_sandbox->run({QDir(m_sandbox->path()).relativeFilePath(above)}).status, 0);
+    }
+
     void refusedOnes()
     {
         QVERIFY(QFile::link(u"src/other.json"_s, m_sandbox->path(projectFile)));
