@@ -104,7 +104,7 @@ function(brevant_add_test program)
         add_test(NAME ${name} COMMAND ${program} ${name})
         set_tests_properties(${name} PROPERTIES
             TIMEOUT 120
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state/${name};${BREVANT_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
         if(source IN_LIST arg_THREADS)
             set_tests_properties(${name} PROPERTIES LABELS threads)
         endif()

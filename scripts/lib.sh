@@ -5,6 +5,8 @@
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)
 self=${0##*/}
+# Tests at once: one for each processor, and one because many wait for a while.
+export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL-$(($(nproc) + 1))}
 
 say() {
     printf '==> %s: %s\n' "$self" "$*"

@@ -70,10 +70,14 @@ def have_base(folder, depends, sources):
     if base.exists():
         run("rm", "-rf", "--one-file-system", base)
     archives.mkdir(parents=True, exist_ok=True)
+    # Nothing is flushed to the disk for a system of minutes.
+    unflushed = base / "etc/dpkg/dpkg.cfg.d/unflushed"
+    unflushed.parent.mkdir(parents=True)
+    unflushed.write_text("force-unsafe-io\n")
     run("debootstrap", "--variant=minbase", f"--cache-dir={archives}", SUITE, base, sources[0][0])
     step("set up")
 
-    # The network as this machine has it; no services started; nothing flushed to the disk for a system of minutes.
+    # The network as this machine has it; no services started.
     for name in ("resolv.conf", "hosts"):
         (base / "etc" / name).unlink(missing_ok=True)
         shutil.copy(Path("/etc") / name, base / "etc" / name)
@@ -81,7 +85,6 @@ def have_base(folder, depends, sources):
         run("apt-config", "dump", "Acquire::http", "Acquire::https", "Acquire::Check-Date",
             "Acquire::Check-Valid-Until"))
     (base / "etc/apt/sources.list").write_text("".join(f"deb {' '.join(source)}\n" for source in sources))
-    (base / "etc/dpkg/dpkg.cfg.d/unflushed").write_text("force-unsafe-io\n")
     policy = base / "usr/sbin/policy-rc.d"
     policy.write_text("#!/bin/sh\nexit 101\n")
     policy.chmod(0o755)
