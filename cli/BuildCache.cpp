@@ -103,18 +103,36 @@ QByteArray copyOf(const QByteArray &output, const QString &extension)
     return extension.isEmpty() ? output : output + '.' + extension.toLatin1();
 }
 
-/// Reads the extension of a copy, if one stands before it, and the file.
-std::optional<std::pair<QString, RecordedFile>> fileFrom(QByteArrayView part)
+/// Reads the extension of a copy, if one stands before a file, off the beginning of a part.
+QString takeExtension(QByteArrayView &part)
 {
-    QString extension;
     for (const QByteArrayView known : {"gz ", "br ", "map "}) {
-        if (extension.isEmpty() && part.startsWith(known)) {
-            extension = QString::fromLatin1(known.chopped(1));
+        if (part.startsWith(known)) {
             part = part.sliced(known.size());
+            return QString::fromLatin1(known.chopped(1));
         }
     }
+    return {};
+}
+
+std::optional<std::pair<QString, RecordedFile>> fileFrom(QByteArrayView part)
+{
+    const QString extension = takeExtension(part);
     std::optional<RecordedFile> file = RecordedFile::fromText(part);
     return file ? std::optional(std::pair(extension, *file)) : std::nullopt;
+}
+
+/// Whether source, output and copies look as these parts say; else it has to be asked what they hold.
+bool lookLike(Parts parts, const QByteArray &source, const QByteArray &output)
+{
+    int count = 0;
+    for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next(), ++count) {
+        const QString extension = takeExtension(part);
+        if (extension.isEmpty() != (count < 2) ||
+            !RecordedFile::looksLikeText(part, count == 0 ? source : copyOf(output, extension)))
+            return false;
+    }
+    return count >= 2;
 }
 
 QByteArray lineFrom(const QByteArray &name, QByteArrayView source, QByteArrayView recipe,
@@ -209,9 +227,11 @@ QByteArray BuildCache::nameOf(QByteArray path) const
         path = RawBytes::encoded(QDir::cleanPath(RawBytes::decoded(path)));
     const auto above =
         std::ranges::find_if(m_above, [&path](const auto &folder) { return path.startsWith(folder.first); });
-    if (above != m_above.end())
-        path.replace(0, above->first.size(), above->second);
-    return isToBeEscaped(path) ? escaped(path) : path;
+    const QByteArray name =
+        above == m_above.end()
+            ? path
+            : QByteArray(above->second).append(QByteArrayView(path).sliced(above->first.size()));
+    return isToBeEscaped(name) ? escaped(name) : name;
 }
 
 QString BuildCache::path() const
@@ -235,8 +255,9 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
     Parts parts(lineOf(name));
     if (parts.next() != source || parts.next() != wanted.recipe)
         return false;
+    if (lookLike(parts, sourcePath, outputPath))
+        return true;
     RecordedFiles files;
-    bool isNewKnowledge = false;
     for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next()) {
         const auto recorded = fileFrom(part);
         if (!recorded || recorded->first.isEmpty() != (files.size() < 2))
@@ -245,12 +266,12 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
         auto same = file.ifUnchanged(files.empty() ? sourcePath : copyOf(outputPath, extension));
         if (!same)
             return false;
-        isNewKnowledge |= !same->looksLike(file);
         files.emplace_back(extension, *std::move(same));
     }
-    if (isNewKnowledge)
-        m_changed.insert(name, lineFrom(name, source, wanted.recipe, files));
-    return files.size() >= 2;
+    if (files.size() < 2)
+        return false;
+    m_changed.insert(name, lineFrom(name, source, wanted.recipe, files));
+    return true;
 }
 
 void BuildCache::begin(const MadeOutput &wanted)

@@ -70,10 +70,10 @@ QString ChangedFiles::leaveOutUnchanged(FileQueue &queue)
 {
     std::vector<int> indexes;
     int index = 0;
-    for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
+    for (auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
         const std::optional<MadeOutput> wanted = wantedFor(entry, output);
         if (wanted && m_cache.isUpToDate(*wanted)) {
-            m_unchanged.emplace_back(entry, output);
+            m_unchanged.emplace_back(std::move(entry), std::move(output));
             indexes.push_back(index);
         } else if (output && FileMarks::areOfSameFile(entry, *output)) {
             return u"--changed cannot tell what is done where outputs replace their sources, as that of %1 "

@@ -5,17 +5,16 @@
 #include "cli/ChangedPaths.h"
 #include "cli/CommandLine.h"
 #include "cli/OutputConflicts.h"
+#include "cli/OutputsAmong.h"
 #include "cli/PrintedRun.h"
 #include "cli/TerminalText.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 #include "queue/FileQueue.h"
-#include "queue/OutputPath.h"
 #include "settings/SettingsKeys.h"
 
 #include <QDir>
-#include <QMultiHash>
 #include <QStringBuilder>
 
 #include <algorithm>
@@ -28,57 +27,6 @@ using namespace Qt::StringLiterals;
 namespace brevant {
 
 namespace {
-
-/// The suffix of outputs; empty for none.
-struct Suffix {
-    explicit Suffix(const SettingsStore &settings) : isBeside(settings.isTrue(sameFolderKeyString))
-    {
-        if (settings.isTrue(suffixSwitcherKeyString))
-            text = settings.stringForKey(suffixKeyString).value_or(QString());
-    }
-
-    const bool isBeside; ///< their sources
-    QString text;
-};
-
-/// For each of `files`, whether it is the output of another one among them, by the settings. `areBeside`:
-/// outputs are beside their sources in any case.
-std::vector<bool> outputsAmong(const QStringList &files, const EntrySettings &settings, bool areBeside)
-{
-    BySettings<Suffix> suffixes(settings);
-    const auto suffixOf = [&](const QString &file) {
-        const Suffix &suffix = suffixes.of(file);
-        return areBeside || suffix.isBeside ? suffix.text : QString();
-    };
-    QStringList used;
-    for (const QString &file : files) {
-        if (const QString suffix = suffixOf(file); !suffix.isEmpty() && !used.contains(suffix))
-            used.append(suffix);
-    }
-    QMultiHash<QStringView, qsizetype> named; // like outputs, by the stems of their sources
-    named.reserve(used.isEmpty() ? 0 : files.size() / 2);
-    for (qsizetype i = 0; i < files.size(); ++i) {
-        for (const QString &suffix : used) {
-            if (const QStringView stem = PathString::stem(files[i]); stem.endsWith(suffix))
-                named.insert(stem.chopped(suffix.size()), i);
-        }
-    }
-    OutputPath outputPath(settings, OutputPath::Reading::Once);
-    std::vector<bool> areOutputs(static_cast<std::size_t>(files.size()));
-    for (const QString &file : named.isEmpty() ? QStringList() : files) {
-        const auto [first, last] = std::as_const(named).equal_range(PathString::stem(file));
-        if (first == last || suffixOf(file).isEmpty())
-            continue;
-        QString output = outputPath.next(file).value_or(QString());
-        if (areBeside)
-            output = PathString::join(PathString::folder(file), PathString::lastComponent(output));
-        for (auto i = first; i != last; ++i) {
-            if (files[*i] == output)
-                areOutputs[static_cast<std::size_t>(*i)] = true;
-        }
-    }
-    return areOutputs;
-}
 
 template <typename File, typename Path>
 void sortByBytes(std::vector<File> &files, Path path)
@@ -139,12 +87,12 @@ void Listing::add(const QString &path)
 {
     if (!m_rules.turnTo(path))
         return;
+    m_taken.beginSearch();
     RestOfTree rest(path);
     const QStringList found = filesBelow(path, rest);
     const std::vector<bool> areOutputs = m_line.all || found.isEmpty()
                                              ? std::vector<bool>(static_cast<std::size_t>(found.size()))
                                              : outputsAmong(found, m_settings, m_tree.isBeside(path));
-    m_taken.reserve(m_taken.size() + std::ranges::count(areOutputs, false));
     for (qsizetype i = 0; i < found.size(); ++i) {
         if (areOutputs[static_cast<std::size_t>(i)])
             m_outputs.append(found[i]);
@@ -162,7 +110,7 @@ void Listing::addCopies(const RestOfTree &rest)
 {
     for (FileCopy &copy : rest.copies()) {
         copy.target = m_tree.pathOf(copy.found);
-        if (isChanged(copy.found) && isNew(copy.found))
+        if (isChanged(copy.found) && m_taken.take(copy.found))
             m_copies.push_back(std::move(copy));
     }
     m_linksPassedOver += rest.passedOver();
@@ -264,40 +212,17 @@ bool Listing::isRest(const QString &top, const QString &relativePath, EntryType 
 
 void Listing::append(const QString &file)
 {
-    if (isNew(file))
+    if (m_taken.take(file))
         m_files.push_back(file);
-}
-
-/// False if it has been asked for that file before.
-bool Listing::isNew(const QString &file)
-{
-    const qsizetype before = m_taken.size();
-    m_taken.insert(markOf(file));
-    return m_taken.size() > before;
-}
-
-/// Its FileMarks::ofPlace(), for which the disk is asked once for several files of a folder in a row.
-QString Listing::markOf(const QString &file)
-{
-    const QStringView name = PathString::lastComponent(file);
-    const QStringView folder = PathString::folder(file);
-    if (m_markedFolder != folder || m_folderMark.isEmpty()) {
-        m_markedFolder = folder.toString();
-        m_folderMark = FileMarks::ofPlace(file).chopped(name.size());
-    }
-    return m_folderMark % name;
 }
 
 QStringList Listing::passedOver() const
 {
-    QSet<QString> told = m_taken;
+    TakenFiles told = m_taken;
+    told.beginSearch();
     QStringList outputs;
-    for (const QString &file : m_outputs) {
-        const QString mark = FileMarks::ofPlace(file);
-        if (!told.contains(mark))
-            outputs.append(file);
-        told.insert(mark);
-    }
+    std::ranges::copy_if(m_outputs, std::back_inserter(outputs),
+                         [&told](const QString &file) { return told.take(file); });
     return outputs;
 }
 

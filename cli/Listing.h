@@ -5,11 +5,11 @@
 #include "cli/FileCopies.h"
 #include "cli/OutTree.h"
 #include "cli/PathRules.h"
+#include "cli/TakenFiles.h"
 #include "queue/FileKind.h"
 #include "queue/FolderWalk.h"
 #include "settings/EntrySettings.h"
 
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -38,7 +38,11 @@ public:
     [[nodiscard]] const std::vector<FileCopy> &copies() const { return m_copies; }
 
     /// Looks only at what has changed. Which files are taken is decided as for all.
-    void lookOnlyAt(const ChangedPaths &changed) { m_changed = &changed; }
+    void lookOnlyAt(const ChangedPaths &changed)
+    {
+        m_changed = &changed;
+        m_taken.tellFilesApart(); // the folders may be below each other
+    }
 
     /// Told of each folder before it is read.
     void setFolderSeen(std::function<void(const QString &folder)> seen) { m_folderSeen = std::move(seen); }
@@ -62,8 +66,6 @@ private:
     [[nodiscard]] bool isListed(const QString &top, const QString &relativePath, EntryType type);
     [[nodiscard]] bool isRest(const QString &top, const QString &relativePath, EntryType type);
     void append(const QString &file);
-    [[nodiscard]] bool isNew(const QString &file);
-    [[nodiscard]] QString markOf(const QString &file);
     [[nodiscard]] QStringList passedOver() const;
     [[nodiscard]] QString whyNothingIsListed() const;
 
@@ -78,11 +80,9 @@ private:
     std::vector<FileCopy> m_copies;
     QStringList m_linksPassedOver; ///< which lead to nothing that is copied
     std::vector<QString> m_files;  ///< those found so far
-    QSet<QString> m_taken;         ///< their marks
-    QString m_markedFolder;        ///< that of the file marked last
-    QString m_folderMark;
-    QStringList m_outputs;    ///< files passed over as outputs of others
-    QStringList m_folders;    ///< passed over because they are named like files
+    TakenFiles m_taken;            ///< the same, and what is copied
+    QStringList m_outputs;         ///< files passed over as outputs of others
+    QStringList m_folders;         ///< passed over because they are named like files
     QStringList m_unnameable; ///< files in the queue that cannot be minified, as their paths hold RawBytes
     QStringList m_unreadable; ///< folders, each with the reason, in words
 };

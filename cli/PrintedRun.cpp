@@ -61,6 +61,7 @@ EntriesWithOutputs entriesWithOutputs(const FileQueue &queue, const EntrySetting
 {
     OutputPath outputPath(settings, OutputPath::Reading::Once);
     EntriesWithOutputs pairs;
+    pairs.reserve(static_cast<std::size_t>(queue.count()));
     for (const QString &entry : queue.entries())
         pairs.emplace_back(entry, outputPath.next(entry));
     return pairs;

@@ -71,8 +71,25 @@ std::optional<RecordedFile> RecordedFile::of(const QByteArray &path)
 
 QByteArray RecordedFile::text() const
 {
-    return QByteArray::number(size) + ' ' + QByteArray::number(inode) + ' ' + QByteArray::number(modifiedAt) +
-           ' ' + QByteArray::number(changedAt) + ' ' + hash;
+    constexpr qsizetype longestNumber = 20; // of 64 bits
+    QByteArray text(4 * (longestNumber + 1), Qt::Uninitialized);
+    char *end = text.data();
+    const auto add = [&end](auto number) {
+        end = std::to_chars(end, end + longestNumber, number).ptr;
+        *end++ = ' ';
+    };
+    add(size);
+    add(inode);
+    add(modifiedAt);
+    add(changedAt);
+    text.truncate(end - text.constData());
+    return text + hash;
+}
+
+bool RecordedFile::looksLikeText(QByteArrayView text, const QByteArray &path)
+{
+    const std::optional<RecordedFile> now = statusOf(path);
+    return now && text.startsWith(now->text());
 }
 
 std::optional<RecordedFile> RecordedFile::fromText(QByteArrayView text)

@@ -29,6 +29,9 @@ struct RecordedFile {
     [[nodiscard]] QByteArray text() const;
     [[nodiscard]] static std::optional<RecordedFile> fromText(QByteArrayView text);
 
+    /// Whether a file looks like that of a text; much faster than fromText() and ifUnchanged().
+    [[nodiscard]] static bool looksLikeText(QByteArrayView text, const QByteArray &path);
+
     /// The file as it is now, if it still has this content; it is read only if it looks different.
     [[nodiscard]] std::optional<RecordedFile> ifUnchanged(const QByteArray &path) const;
 

@@ -35,11 +35,14 @@ QStringView withoutSeparatorsAtEnd(QStringView path)
     return path;
 }
 
-/// Where the dot before the extension stands in `name`, or -1.
-qsizetype extensionDot(QStringView name)
+/// Where the dot before the extension stands in a path without separators at its end, or -1.
+qsizetype extensionDot(QStringView path)
 {
-    const qsizetype dot = lastIndexOf(name, u'.');
-    return dot > 0 ? dot : -1;
+    qsizetype at = path.size() - 1;
+    while (at >= 0 && path[at] != u'.' && path[at] != separator)
+        --at;
+    const bool isWithinName = at > 0 && path[at] == u'.' && path[at - 1] != separator;
+    return isWithinName ? at : -1;
 }
 
 char16_t inLowerCase(QChar letter)
@@ -77,9 +80,9 @@ QStringView lastComponent(QStringView path)
 
 QStringView extension(QStringView path)
 {
-    const QStringView name = lastComponent(path);
-    const qsizetype dot = extensionDot(name);
-    return dot < 0 ? QStringView() : name.sliced(dot + 1);
+    path = withoutSeparatorsAtEnd(path);
+    const qsizetype dot = extensionDot(path);
+    return dot < 0 ? QStringView() : path.sliced(dot + 1);
 }
 
 bool isSameExtension(QStringView one, QStringView other)
@@ -95,9 +98,8 @@ bool hasExtension(QStringView path, QStringView wanted)
 QStringView stem(QStringView path)
 {
     path = withoutSeparatorsAtEnd(path);
-    const QStringView name = lastComponent(path);
-    const qsizetype dot = extensionDot(name);
-    return dot < 0 ? path : path.chopped(name.size() - dot);
+    const qsizetype dot = extensionDot(path);
+    return dot < 0 ? path : path.first(dot);
 }
 
 QStringView folder(QStringView path)
@@ -162,6 +164,8 @@ QString withTilde(const QString &path)
 
 QString decoded(const QByteArray &name)
 {
+    if (!name.startsWith("\xef\xbb\xbf"))
+        return QString::fromUtf8(name);
     using Flag = QStringDecoder::Flag;
     QStringDecoder decoder(QStringDecoder::Utf8, Flag::ConvertInitialBom | Flag::Stateless);
     return decoder(name);

@@ -101,6 +101,18 @@ private Q_SLOTS:
             QCOMPARE(sandbox.runShell(script).out, whole.out);
     }
 
+    /// What is named like an output is none where outputs go elsewhere.
+    void namedLikeOutputs()
+    {
+        const Sandbox sandbox;
+        for (const QString &name : {u"x/a.css"_s, u"x/a.min.css"_s})
+            sandbox.add(name, css);
+        QCOMPARE(sandbox.run({u"--list"_s, u"x"_s}).out.count('\n'), 1);
+        const Ended elsewhere = sandbox.run({u"--list"_s, u"--out-dir=o"_s, u"x"_s});
+        QCOMPARE(elsewhere.out.count('\n'), 2);
+        QCOMPARE(elsewhere.err, QByteArray());
+    }
+
     void refusesBeforeAnythingIsRun_data()
     {
         QTest::addColumn<QStringList>("there");

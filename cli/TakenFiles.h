@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Brevant developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include <utility>
+#include <vector>
+
+namespace brevant {
+
+/// Knows the files that have been taken, in whatever spelling and through whatever links of their folders.
+///
+/// Most searches come to no folder twice, and so to no file. Only when one does are files told apart one by
+/// one.
+class TakenFiles final {
+public:
+    /// Another search begins. Within one, no path is to come twice.
+    void beginSearch();
+
+    /// From here on, any path may come twice.
+    void tellFilesApart();
+
+    /// False if the file has been taken before.
+    [[nodiscard]] bool take(const QString &file);
+
+private:
+    [[nodiscard]] bool turnTo(const QString &file);
+    [[nodiscard]] QString markOf(const QString &file);
+
+    int m_search = 0;
+    QHash<QString, std::pair<int, QString>>
+        m_folders;        ///< by their marks: the search and the path that came to them
+    QString m_folder;     ///< that of the file asked for last
+    QString m_folderMark; ///< its FileMarks::ofPlace(), without the name
+    bool m_areToldApart = false;
+    std::vector<QString> m_files; ///< until then
+    QSet<QString> m_marks;        ///< from then on
+};
+
+} // namespace brevant
