@@ -150,6 +150,25 @@ private Q_SLOTS:
         QVERIFY(site.makes(u"x.min.css"_s, "a{b:d}"));
     }
 
+    void foldersIgnoredWhileWatched()
+    {
+        WatchedSite site;
+        site.sandbox.add(u"gen/deep/a.css"_s, "a{b:c}");
+        QCOMPARE(site.sandbox.runShell(u"git init -q ."_s).status, 0);
+        QVERIFY2(site.start({u"--gitignore"_s, u"."_s}), site.err());
+        QCOMPARE(site.sandbox.read(u"gen/deep/a.min.css"_s), "a{b:c}"_ba);
+        site.sandbox.add(u".gitignore"_s, "/gen/\n");
+        for (const QString &name : {u"gen/a.css"_s, u"gen/deep/a.css"_s, u"gen/deep/new/a.css"_s})
+            site.sandbox.add(name, "a { b : d }");
+        QVERIFY(site.catchesUp());
+        QVERIFY(!site.sandbox.has(u"gen/a.min.css"_s) && !site.sandbox.has(u"gen/deep/new/a.min.css"_s));
+        QCOMPARE(site.sandbox.read(u"gen/deep/a.min.css"_s), "a{b:c}"_ba);
+        site.sandbox.add(u".gitignore"_s, "");
+        site.sandbox.add(u"gen/deep/a.css"_s, "a { b : e }");
+        QVERIFY(site.makes(u"gen/deep/a.min.css"_s, "a{b:e}"));
+        QCOMPARE(site.err(), QByteArray());
+    }
+
     void outputsStartNothing_data()
     {
         QTest::addColumn<QStringList>("options");
