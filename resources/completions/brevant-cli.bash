@@ -30,6 +30,13 @@ _brevant_cli_setting() {
     esac
 }
 
+# The profiles that are named where one is asked for that is not there. A project file may come from anybody, and
+# compgen expands what it is given: names that are no plain words are left out.
+_brevant_cli_profiles() {
+    brevant-cli --show-settings --profile ' ' 2>&1 >/dev/null |
+        sed -n 's/.* has no profile " ", but these: //; T; s/, /\n/g; p' | grep -x '[[:alnum:]._-]*'
+}
+
 _brevant_cli() {
     # shellcheck disable=SC2034 # set by _init_completion
     local cur prev words cword
@@ -52,6 +59,7 @@ _brevant_cli() {
         [[ $cur != *,* ]] || before=${cur%,*},
         mapfile -t COMPREPLY < <(compgen -P "$before" -W '@BREVANT_EXTRA_KINDS@' -- "${cur##*,}")
         ;;
+    --profile) mapfile -t COMPREPLY < <(compgen -W "$(_brevant_cli_profiles)" -- "$cur") ;;
     --suffix) mapfile -t COMPREPLY < <(compgen -W '.min -min' -- "$cur") ;;
     --stdin) mapfile -t COMPREPLY < <(compgen -W '@BREVANT_KINDS_WORDS@ @BREVANT_EXTRA_KINDS@' -- "$cur") ;;
     --compressors) mapfile -t COMPREPLY < <(compgen -W 'classic modern' -- "$cur") ;;

@@ -17,6 +17,13 @@ function __brevant_cli_settings
     printf 'selectedFolderKeyString=%s\n' '' (__fish_complete_directories "$folder" '')
 end
 
+# The profiles that are named where one is asked for that is not there; plain words only.
+function __brevant_cli_profiles
+    command -q brevant-cli; or return
+    brevant-cli --show-settings --profile ' ' 2>&1 >/dev/null |
+        sed -n 's/.* has no profile " ", but these: //; T; s/, /\n/g; p' | grep -x '[[:alnum:]._-]*'
+end
+
 complete -c brevant-cli -f -a '(__brevant_cli_paths)'
 complete -c brevant-cli -l exclude -r -F -d 'Leave out what matches, as in a .gitignore'
 complete -c brevant-cli -l include -r -F -d 'Take only files that match'
@@ -29,7 +36,7 @@ complete -c brevant-cli -l shard -x -a '1/2 2/2' -d 'Take one of several parts'
 complete -c brevant-cli -l set -x -a '(__brevant_cli_settings)' -d 'A setting for this run only'
 complete -c brevant-cli -l settings -r -k -a '(__fish_complete_suffix .json)' -d 'Read the settings from a file'
 complete -c brevant-cli -l no-user-settings -d 'Do not read the settings of the user'
-complete -c brevant-cli -l profile -x -d 'Lay a profile of brevant.json over it'
+complete -c brevant-cli -l profile -x -a '(__brevant_cli_profiles)' -d 'Lay a profile of brevant.json over it'
 complete -c brevant-cli -l no-project -d 'Do not look for a brevant.json'
 complete -c brevant-cli -l show-settings -d 'Print each setting and where it comes from, run nothing'
 complete -c brevant-cli -l init -d 'Write a brevant.json into this folder, run nothing'

@@ -2,10 +2,12 @@
 # SPDX-FileCopyrightText: 2026 The Brevant developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The three shells complete what the programs know: options, settings and their values, files of all kinds."""
+import json
 import os
 import tempfile
 import unittest
 from pathlib import Path
+from unittest import mock
 
 from programs import BUILD, COMING, UNLISTED, interface, main, options, output
 
@@ -93,6 +95,19 @@ class Completions(unittest.TestCase):
         more = {hit.removeprefix("svg,") for hit in self.hits("brevant-cli --also svg,")}
         self.assertLessEqual(extra - {"svg"}, more)
         self.assertLessEqual(more, extra)
+
+    def test_profiles(self):
+        self.assertEqual(self.hits("brevant-cli --profile "), set())
+        names = ["dev", "de-1.0", "prod", "two words", "$(touch run)", "`touch run`"]
+        project = Path("brevant.json")
+        project.write_text(json.dumps({"profiles": {name: {} for name in names}}))
+        self.addCleanup(project.unlink)
+        with mock.patch.dict(os.environ, PATH=f"{BUILD}:{os.environ['PATH']}"):
+            self.assertEqual(self.hits("brevant-cli --profile "), {"dev", "de-1.0", "prod"})
+            self.assertEqual(self.hits("brevant-cli --profile de"), {"dev", "de-1.0"})
+            project.write_text("{}")
+            self.assertEqual(self.hits("brevant-cli --profile "), set())
+        self.assertFalse(Path("run").exists())
 
     def test_files(self):
         for program in ("brevant", "brevant-cli"):
