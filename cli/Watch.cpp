@@ -9,18 +9,16 @@
 #include "cli/PrintedRun.h"
 #include "cli/StopSignals.h"
 #include "cli/TerminalText.h"
-#include "cli/project/ProjectFile.h"
 #include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
+#include "queue/FileKind.h"
 #include "queue/FileQueue.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include <malloc.h>
-#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -32,46 +30,18 @@ using TerminalText::printError;
 
 namespace {
 
-using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-
-constexpr auto settleTime = 100ms;
-constexpr auto longestUnrest = 2s; ///< what changes all the time is minified all the same
-
 bool isPlainFile(const QString &path)
 {
     struct stat status {};
     return ::lstat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-bool isBelow(const QString &path, const QString &folder)
-{
-    return path == folder || path.startsWith(PathString::join(folder, {}));
-}
-
-/// The path itself, or the nearest folder above it that is there.
-QString nearest(QString path)
-{
-    while (path.size() > 1 && !isThere(RawBytes::encoded(path)))
-        path = PathString::folder(path).toString();
-    return path;
-}
-
-qint64 nowInNanoseconds()
-{
-    return std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
-}
-
 } // namespace
 
 Watch::Watch(const CommandLine &line, const Tools &tools, const EntrySettings &settings,
              const ReportOutput &output)
-    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_lastRead(nowInNanoseconds())
+    : m_line(line), m_tools(tools), m_settings(settings), m_output(output), m_watched(line)
 {
-    for (const QString &path : line.paths)
-        m_tops.append(PathString::absolute(path));
-    if (!line.projectFolder.isEmpty())
-        m_projectFile = PathString::join(line.projectFolder, ProjectFile::name);
     if (line.changed)
         m_done = std::make_unique<ChangedFiles>(line, settings, tools);
 }
@@ -95,14 +65,19 @@ int Watch::run()
 /// Goes on until a stop is asked for, or nothing more can be done. Returns the exit status.
 int Watch::minifyChanges()
 {
+    const auto interest = [this]() -> WatchedPaths::Interest {
+        return [this, kinds = AcceptedKinds(m_settings.common(), m_line.also)](const QString &file) {
+            return (m_line.copyRest || kinds.accept(file)) && !m_own.hold(file);
+        };
+    };
     while (stopRequested == Stop::No) {
         catchStopSignals(0);
         ::malloc_trim(0); // a run takes much that is not needed while waiting
         ChangedPaths changed;
-        if (collect(changed) && minify(changed) == NoTools)
+        if (m_watched.collect(changed, interest) && minify(changed) == NoTools)
             return NoTools;
-        if (!m_folders.error().isEmpty()) {
-            printError(m_folders.error());
+        if (!m_watched.folders().error().isEmpty()) {
+            printError(m_watched.folders().error());
             return SomeFailed;
         }
     }
@@ -114,22 +89,22 @@ std::optional<int> Watch::minifyAll()
 {
     FileQueue queue;
     Listing listing(queue, m_settings, m_line);
-    listing.setFolderSeen([this](const QString &folder) { m_folders.add(folder); });
+    listing.setFolderSeen([this](const QString &folder) { m_watched.folders().add(folder); });
     if (const QString error = listing.fill(); !error.isEmpty()) {
         printError(error);
         return WrongUsage;
     }
-    if (!m_folders.error().isEmpty()) {
-        printError(m_folders.error());
+    if (!m_watched.folders().error().isEmpty()) {
+        printError(m_watched.folders().error());
         return SomeFailed;
     }
     if (const QString error = unfitError(queue); !error.isEmpty()) {
         printError(error);
         return WrongUsage;
     }
-    const qsizetype folders = m_folders.count();
-    if (!m_projectFile.isEmpty())
-        m_folders.add(m_line.projectFolder);
+    const qsizetype folders = m_watched.folders().count();
+    if (!m_line.projectFolder.isEmpty())
+        m_watched.folders().add(m_line.projectFolder);
     listing.printWhatIsMissing();
     const int files = queue.count();
     if (const int status = run(queue, listing.copies(), Round::First);
@@ -159,68 +134,11 @@ QString Watch::unfitError(const FileQueue &queue) const
             folders.insert(folder.toString());
     }
     for (const QString &folder : folders) {
-        if (m_folders.watches(folder))
+        if (m_watched.folders().watches(folder))
             return u"--watch: outputs would go to %1, where sources are looked for: name another folder for "
                    "them"_s.arg(folder);
     }
     return {};
-}
-
-/// Waits for changes, until there have been none for a moment. False if a stop is asked for.
-bool Watch::collect(ChangedPaths &changed)
-{
-    std::optional<Clock::time_point> end;
-    std::optional<Clock::time_point> latestEnd;
-    while (!end || Clock::now() < *end) {
-        const auto left = end ? std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()) : -1ms;
-        std::array files{pollfd{m_folders.descriptor(), POLLIN, 0}, pollfd{stopDescriptor(), POLLIN, 0}};
-        const int ready = ::poll(files.data(), files.size(), static_cast<int>(left.count()));
-        if (stopRequested != Stop::No) {
-            if (::isatty(STDERR_FILENO) != 0)
-                TerminalText::print(stderr, u"\n"_s); // behind what the terminal shows for Ctrl+C
-            return false;
-        }
-        if (ready > 0 && readEvents(changed)) {
-            const auto now = Clock::now();
-            latestEnd = latestEnd.value_or(now + longestUnrest);
-            end = std::min(now + settleTime, *latestEnd);
-        }
-    }
-    return true;
-}
-
-/// Takes what the system has to tell; whether something of it matters.
-bool Watch::readEvents(ChangedPaths &changed)
-{
-    bool isConcerned = false;
-    const AcceptedKinds kinds(m_settings.common(), m_line.also);
-    const auto isOfInterest = [&](const QString &file) {
-        return (m_line.copyRest || kinds.accept(file)) && !m_own.hold(file);
-    };
-    const bool isWhole = m_folders.read([&](const FolderEvent &event) {
-        if (event.path == m_projectFile)
-            printError(u"%1 has changed; start again to use it"_s.arg(event.path));
-        if (!concerns(event) || (!event.isFolder && !isOfInterest(event.path)))
-            return;
-        changed.add(event.path);
-        isConcerned = true;
-    });
-    constexpr qint64 clockSlack = 1'000'000'000; // the clock of a file system may be behind
-    if (isWhole) {
-        m_lastRead = nowInNanoseconds();
-        return isConcerned;
-    }
-    m_lostSince = m_lostSince.value_or(m_lastRead - clockSlack);
-    for (const QString &top : m_tops)
-        changed.add(top);
-    return true;
-}
-
-bool Watch::concerns(const FolderEvent &event) const
-{
-    return std::ranges::any_of(m_tops, [&](const QString &top) {
-        return isBelow(event.path, top) || (event.isFolder && isBelow(top, event.path));
-    });
 }
 
 /// Minifies what there is of what has changed. Returns the exit status of that.
@@ -230,11 +148,11 @@ int Watch::minify(const ChangedPaths &changed)
     FileQueue queue;
     Listing listing(queue, m_settings, m_line);
     listing.lookOnlyAt(changed);
-    listing.setFolderSeen([this](const QString &folder) { m_folders.add(folder); });
+    listing.setFolderSeen([this](const QString &folder) { m_watched.folders().add(folder); });
     if (const QString error = listing.fill(); !error.isEmpty())
         printError(error);
     listing.printWhatIsMissing();
-    await(changed);
+    m_watched.await(changed);
     dropUnchanged(queue);
     if (const QString error = unfitError(queue); !error.isEmpty()) {
         printError(error);
@@ -246,7 +164,7 @@ int Watch::minify(const ChangedPaths &changed)
 /// Takes out what was written here, and, where changes have been lost, what is as old as its output.
 void Watch::dropUnchanged(FileQueue &queue)
 {
-    const auto lostSince = std::exchange(m_lostSince, std::nullopt);
+    const auto lostSince = m_watched.takeLostSince();
     std::vector<int> unchanged;
     int index = 0;
     for (const auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
@@ -257,27 +175,6 @@ void Watch::dropUnchanged(FileQueue &queue)
         ++index;
     }
     queue.removeAt(unchanged);
-}
-
-/// Sees to it that paths that are gone are noticed when they come back.
-void Watch::await(const ChangedPaths &changed)
-{
-    for (const QString &top : m_tops) {
-        if (!changed.hold(top))
-            continue;
-        if (isThere(RawBytes::encoded(top))) {
-            m_missing.remove(top);
-            continue;
-        }
-        if (!m_missing.contains(top))
-            printError(u"%1 is gone; it is watched again when it is back"_s.arg(top));
-        m_missing.insert(top);
-        QString place = top;
-        for (QString last; place != last;) { // until none of them comes while its folder is not watched yet
-            last = std::exchange(place, nearest(top));
-            m_folders.add(place);
-        }
-    }
 }
 
 int Watch::run(FileQueue &queue, const std::vector<FileCopy> &copies, Round round)

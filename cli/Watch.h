@@ -3,10 +3,10 @@
 #pragma once
 
 #include "cli/ChangedPaths.h"
-#include "cli/FolderWatch.h"
 #include "cli/MinifyRun.h"
 #include "cli/OwnOutputs.h"
 #include "cli/PrintedRun.h"
+#include "cli/WatchedPaths.h"
 #include "settings/EntrySettings.h"
 
 #include <memory>
@@ -36,10 +36,6 @@ private:
     [[nodiscard]] std::optional<int> minifyAll();
     [[nodiscard]] int minifyChanges();
     [[nodiscard]] QString unfitError(const FileQueue &queue) const;
-    void await(const ChangedPaths &changed);
-    [[nodiscard]] bool collect(ChangedPaths &changed);
-    [[nodiscard]] bool readEvents(ChangedPaths &changed);
-    [[nodiscard]] bool concerns(const FolderEvent &event) const;
     [[nodiscard]] int minify(const ChangedPaths &changed);
     enum class Round { First, Later };
     [[nodiscard]] int run(FileQueue &queue, const std::vector<FileCopy> &copies, Round round);
@@ -53,15 +49,10 @@ private:
     const Tools &m_tools;
     const EntrySettings m_settings;
     const ReportOutput &m_output;
-    FolderWatch m_folders;
-    QStringList m_tops;      ///< the paths of the command line, absolute
-    QString m_projectFile;   ///< empty for none
-    QSet<QString> m_missing; ///< those of them that are not there
+    WatchedPaths m_watched;
     OwnOutputs m_own;
     std::unique_ptr<ChangedFiles> m_done; ///< with --changed
     int m_rounds = 0;
-    qint64 m_lastRead = 0;             ///< when all changes were known last; nanoseconds since 1970
-    std::optional<qint64> m_lostSince; ///< from then on changes may have been lost
 };
 
 } // namespace brevant
