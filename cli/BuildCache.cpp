@@ -10,13 +10,11 @@
 #include "files/RawBytes.h"
 
 #include <QDir>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <chrono>
-#include <string_view>
 #include <thread>
 
 #include <sys/file.h>
@@ -34,18 +32,6 @@ constexpr QByteArrayView tail("\n}}\n");
 constexpr qint64 mostBytes = 128'000'000;
 constexpr qsizetype usualLine = 256; // bytes
 
-/// Between the name of an output and what is known of it, and between two parts of that.
-constexpr QByteArrayView colon("\": [\"");
-constexpr QByteArrayView comma("\", \"");
-constexpr QByteArrayView closing("\"]");
-
-/// A text as it stands between quotes in JSON, where it holds characters that are not to stand there.
-QByteArray escaped(const QByteArray &utf8)
-{
-    const QJsonArray array{QString::fromUtf8(utf8)};
-    return QJsonDocument(array).toJson(QJsonDocument::Compact).chopped(2).sliced(2);
-}
-
 /// Whether QDir::cleanPath() may change a path.
 bool isToBeCleaned(const QByteArray &path)
 {
@@ -54,98 +40,6 @@ bool isToBeCleaned(const QByteArray &path)
     for (qsizetype i = 1; i < path.size(); ++i)
         found |= static_cast<unsigned char>((bytes[i - 1] == '/') & ((bytes[i] == '/') | (bytes[i] == '.')));
     return found != 0;
-}
-
-bool isToBeEscaped(const QByteArray &text)
-{
-    unsigned char found = 0;
-    for (const char byte : text)
-        found |= static_cast<unsigned char>((static_cast<unsigned char>(byte) < ' ') | (byte == '"') |
-                                            (byte == '\\'));
-    return found != 0;
-}
-
-/// Much faster than QByteArrayView::indexOf() for what begins with a rare character; -1 if it is not there.
-qsizetype find(QByteArrayView text, QByteArrayView what)
-{
-    const auto viewOf = [](QByteArrayView bytes) {
-        return std::string_view(bytes.data(), static_cast<std::size_t>(bytes.size()));
-    };
-    const std::size_t at = viewOf(text).find(viewOf(what));
-    return at == std::string_view::npos ? -1 : static_cast<qsizetype>(at);
-}
-
-/// Takes the parts of a line, one after the other.
-class Parts final {
-public:
-    explicit Parts(QByteArrayView line)
-    {
-        if (const qsizetype start = find(line, colon); start >= 0 && line.endsWith(closing))
-            m_rest = line.sliced(start + colon.size()).chopped(closing.size());
-    }
-
-    /// The next one; null behind the last.
-    [[nodiscard]] QByteArrayView next()
-    {
-        const qsizetype end = find(m_rest, comma);
-        const QByteArrayView part = end < 0 ? m_rest : m_rest.first(end);
-        m_rest = end < 0 ? QByteArrayView() : m_rest.sliced(end + comma.size());
-        return part;
-    }
-
-private:
-    QByteArrayView m_rest;
-};
-
-/// A file beside an output, or the output itself.
-QByteArray copyOf(const QByteArray &output, const QString &extension)
-{
-    return extension.isEmpty() ? output : output + '.' + extension.toLatin1();
-}
-
-/// Reads the extension of a copy, if one stands before a file, off the beginning of a part.
-QString takeExtension(QByteArrayView &part)
-{
-    for (const QByteArrayView known : {"gz ", "br ", "map "}) {
-        if (part.startsWith(known)) {
-            part = part.sliced(known.size());
-            return QString::fromLatin1(known.chopped(1));
-        }
-    }
-    return {};
-}
-
-std::optional<std::pair<QString, RecordedFile>> fileFrom(QByteArrayView part)
-{
-    const QString extension = takeExtension(part);
-    std::optional<RecordedFile> file = RecordedFile::fromText(part);
-    return file ? std::optional(std::pair(extension, *file)) : std::nullopt;
-}
-
-/// Whether source, output and copies look as these parts say; else it has to be asked what they hold.
-bool lookLike(Parts parts, const QByteArray &source, const QByteArray &output)
-{
-    int count = 0;
-    for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next(), ++count) {
-        const QString extension = takeExtension(part);
-        if (extension.isEmpty() != (count < 2) ||
-            !RecordedFile::looksLikeText(part, count == 0 ? source : copyOf(output, extension)))
-            return false;
-    }
-    return count >= 2;
-}
-
-QByteArray lineFrom(const QByteArray &name, QByteArrayView source, QByteArrayView recipe,
-                    const RecordedFiles &files)
-{
-    QByteArray line = QByteArray("\"").append(name).append(colon).append(source).append(comma).append(recipe);
-    for (const auto &[extension, file] : files) {
-        line.append(comma);
-        if (!extension.isEmpty())
-            line += extension.toLatin1() + ' ';
-        line += file.text();
-    }
-    return line.append(closing);
 }
 
 /// Waits for whoever writes in that folder, but not for ever: the file is replaced as a whole anyhow. Some
@@ -214,8 +108,8 @@ QString BuildCache::readLines(const Descriptor &file, qint64 size)
         start += line.size() + 1;
         if (line.endsWith(','))
             line.chop(1);
-        if (const qsizetype middle = find(line, colon); middle > 0 && line.startsWith('"'))
-            m_lines.insert(line.sliced(1, middle - 1), line);
+        if (const QByteArrayView name = CacheLine::nameIn(line); !name.isEmpty())
+            m_lines.insert(name, line);
     }
     return {};
 }
@@ -231,7 +125,7 @@ QByteArray BuildCache::nameOf(QByteArray path) const
         above == m_above.end()
             ? path
             : QByteArray(above->second).append(QByteArrayView(path).sliced(above->first.size()));
-    return isToBeEscaped(name) ? escaped(name) : name;
+    return CacheLine::quoted(name);
 }
 
 QString BuildCache::path() const
@@ -252,26 +146,27 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
     const QByteArray outputPath = RawBytes::encoded(wanted.output);
     const QByteArray name = nameOf(outputPath);
     const QByteArray source = nameOf(sourcePath);
-    Parts parts(lineOf(name));
+    CacheLine::Parts parts(lineOf(name));
     if (parts.next() != source || parts.next() != wanted.recipe)
         return false;
-    if (lookLike(parts, sourcePath, outputPath))
+    if (CacheLine::looksUnchanged(parts, sourcePath, outputPath))
         return true;
     RecordedFiles files;
+    bool isNewKnowledge = false;
     for (QByteArrayView part = parts.next(); !part.isNull(); part = parts.next()) {
-        const auto recorded = fileFrom(part);
+        const auto recorded = CacheLine::fileFrom(part);
         if (!recorded || recorded->first.isEmpty() != (files.size() < 2))
             return false;
         const auto &[extension, file] = *recorded;
-        auto same = file.ifUnchanged(files.empty() ? sourcePath : copyOf(outputPath, extension));
+        auto same = file.ifUnchanged(files.empty() ? sourcePath : CacheLine::pathOf(outputPath, extension));
         if (!same)
             return false;
+        isNewKnowledge |= !same->looksLike(file);
         files.emplace_back(extension, *std::move(same));
     }
-    if (files.size() < 2)
-        return false;
-    m_changed.insert(name, lineFrom(name, source, wanted.recipe, files));
-    return true;
+    if (isNewKnowledge)
+        m_changed.insert(name, CacheLine::from(name, source, wanted.recipe, files));
+    return files.size() >= 2;
 }
 
 void BuildCache::begin(const MadeOutput &wanted)
@@ -285,7 +180,8 @@ void BuildCache::made(const MadeOutput &made)
     if (begun.wanted != made)
         return;
     for (const QString &extension : QStringList{QString()} + made.copies) {
-        if (const auto file = RecordedFile::statusOf(copyOf(RawBytes::encoded(made.output), extension)))
+        if (const auto file =
+                RecordedFile::statusOf(CacheLine::pathOf(RawBytes::encoded(made.output), extension)))
             begun.files.emplace_back(extension, *file);
     }
     m_made.push_back(std::move(begun));
@@ -298,7 +194,7 @@ void BuildCache::settle()
         const QByteArray output = RawBytes::encoded(wanted.output);
         bool isKnown = source && !files.empty() && files.front().first.isEmpty();
         for (auto &[extension, file] : files) {
-            const QByteArray path = copyOf(output, extension);
+            const QByteArray path = CacheLine::pathOf(output, extension);
             const auto read = isKnown ? RecordedFile::of(path) : std::nullopt;
             const auto now = RecordedFile::statusOf(path);
             isKnown = read && now && now->looksLike(file); // and nobody else has changed it meanwhile
@@ -308,8 +204,8 @@ void BuildCache::settle()
             continue;
         files.insert(files.begin(), std::pair(QString(), *source));
         const QByteArray name = nameOf(output);
-        m_changed.insert(name,
-                         lineFrom(name, nameOf(RawBytes::encoded(wanted.source)), wanted.recipe, files));
+        m_changed.insert(
+            name, CacheLine::from(name, nameOf(RawBytes::encoded(wanted.source)), wanted.recipe, files));
     }
 }
 
@@ -317,13 +213,13 @@ QStringList BuildCache::ownFiles(const QString &source, const QString &output) c
 {
     QStringList own;
     const QByteArray outputPath = RawBytes::encoded(output);
-    Parts parts(lineOf(nameOf(outputPath)));
+    CacheLine::Parts parts(lineOf(nameOf(outputPath)));
     if (parts.next() != nameOf(RawBytes::encoded(source)))
         return own;
     for (int part = 0; part < 2; ++part) // recipe and source
         static_cast<void>(parts.next());
-    for (auto file = fileFrom(parts.next()); file; file = fileFrom(parts.next())) {
-        const QByteArray path = copyOf(outputPath, file->first);
+    for (auto file = CacheLine::fileFrom(parts.next()); file; file = CacheLine::fileFrom(parts.next())) {
+        const QByteArray path = CacheLine::pathOf(outputPath, file->first);
         if (file->second.ifUnchanged(path))
             own.append(RawBytes::decoded(path));
     }
@@ -334,17 +230,17 @@ QByteArray BuildCache::hashOf(const QString &path)
 {
     const QByteArray bytes = RawBytes::encoded(path);
     const QByteArray name = nameOf(bytes);
-    Parts parts(lineOf(name));
+    CacheLine::Parts parts(lineOf(name));
     for (int part = 0; part < 2; ++part)
         static_cast<void>(parts.next());
-    const auto known = fileFrom(parts.next());
+    const auto known = CacheLine::fileFrom(parts.next());
     std::optional<RecordedFile> file = known ? known->second.ifUnchanged(bytes) : std::nullopt;
     if (!file)
         file = RecordedFile::of(bytes);
     if (!file)
         return {};
     if (!RawBytes::areIn(path) && (!known || !known->second.looksLike(*file)))
-        m_changed.insert(name, lineFrom(name, {}, {}, {{QString(), *file}}));
+        m_changed.insert(name, CacheLine::from(name, {}, {}, {{QString(), *file}}));
     return file->hash;
 }
 

@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/RecordedFile.h"
+#include "cli/CacheLine.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QHash>
 #include <QString>
 #include <QStringList>
-#include <QVarLengthArray>
 
 #include <optional>
 #include <utility>
@@ -31,13 +30,9 @@ struct MadeOutput {
     bool operator==(const MadeOutput &) const = default;
 };
 
-/// Files with the extensions that name them copies of an output; empty for itself, and for its source.
-using RecordedFiles = QVarLengthArray<std::pair<QString, RecordedFile>, 5>;
-
-/// What was made from what, in a file of JSON with a line for each output: its path, and an array of the
-/// source, the recipe, the RecordedFile of the source, that of the output, and those of its copies, each
-/// behind its extension. Other files, with empty texts for source and recipe, are there for their hashes.
-/// Paths are relative to the folder of the file, unless only the root has them both.
+/// What was made from what, in a file of JSON with a CacheLine for each output. Other files, with empty texts
+/// for source and recipe, are there for their hashes. Paths are relative to the folder of the file, unless
+/// only the root has them both.
 ///
 /// Nothing depends on the file. One that is missing, or no such file, says that nothing has been made; a line
 /// of it that is none says nothing. So it may come from anywhere: each thing that it says is held against the
