@@ -38,8 +38,8 @@ bool isSameContent(int one, int other, qint64 size)
 
 /// Whether the file has that name in that folder already, with the same content. Its time becomes that of the
 /// source if it is to be kept.
-bool isThere(int source, const struct stat &status, const Descriptor &folder, const QByteArray &name,
-             bool keepsTime)
+bool isCopiedAlready(int source, const struct stat &status, const Descriptor &folder, const QByteArray &name,
+                     bool keepsTime)
 {
     const Descriptor there = openFile(name, O_RDONLY | O_NOFOLLOW, 0, folder.number());
     struct stat found {};
@@ -145,7 +145,7 @@ QString FileCopying::makeCopy(const FileCopy &copy, const std::atomic<Stop> &sto
     if (!folder.isOpen())
         return error;
     const QByteArray name = RawBytes::encoded(PathString::lastComponent(copy.target).toString());
-    if (isThere(source.number(), status, folder, name, m_keepsTimes)) {
+    if (isCopiedAlready(source.number(), status, folder, name, m_keepsTimes)) {
         ++m_unchanged;
         return {};
     }

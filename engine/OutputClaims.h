@@ -18,7 +18,7 @@ public:
     MarkedFiles() = default;
 
     /// With room for the marks of so many files.
-    explicit MarkedFiles(std::size_t count) { m_files.reserve(static_cast<qsizetype>(2 * count)); }
+    explicit MarkedFiles(std::size_t count) { m_files.reserve(2 * static_cast<qsizetype>(count)); }
 
     void add(const QString &path, const QStringList &marks, int row);
 

@@ -51,7 +51,7 @@ PlaceInProject placeInProject(const QString &folder, const QString &text)
 }
 
 /// Whether the path is spelt as one below the folder.
-static bool isBelow(const QString &path, const QString &folder)
+static bool isSpeltBelow(const QString &path, const QString &folder)
 {
     return QDir::cleanPath(path).startsWith(PathString::join(folder, {}));
 }
@@ -59,14 +59,14 @@ static bool isBelow(const QString &path, const QString &folder)
 QString sourceErrorInProject(const QString &folder, const QString &source)
 {
     const QByteArray real = realPath(RawBytes::encoded(source)); // empty if it is not there
-    if (real.isEmpty() || !isBelow(source, folder) || pathWithin(real, folder))
+    if (real.isEmpty() || !isSpeltBelow(source, folder) || pathWithin(real, folder))
         return {};
     return u"it is a link that leads out of the folder of the project file; --no-project takes it"_s;
 }
 
 QString outputErrorInProject(const QString &folder, const QString &output)
 {
-    if (!isBelow(output, folder))
+    if (!isSpeltBelow(output, folder))
         return {};
     for (const QString &path : withCopies(output)) {
         const QByteArray end = linkTarget(RawBytes::encoded(path));
