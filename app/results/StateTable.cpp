@@ -58,6 +58,7 @@ StateTable::StateTable(SortedRows &rows, QWidget *parent) : QTableView(parent), 
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setMinimumSectionSize(1);
     setUpHeader();
+    keepPlace();
     fitRows();
 }
 
@@ -70,7 +71,31 @@ void StateTable::setUpHeader()
     header.setSortIndicatorClearable(true);
     header.setSectionsClickable(true);
     header.setSortIndicatorShown(true);
-    connect(&header, &QHeaderView::sortIndicatorChanged, &m_rows, &SortedRows::sort);
+    connect(&header, &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
+        m_rows.sort(column, order);
+        if (currentRecord() >= 0)
+            scrollTo(currentIndex());
+    });
+}
+
+/// Rows that come above those in sight, as those of a run that goes on do in an order of the user's, do not
+/// push these away.
+void StateTable::keepPlace()
+{
+    QScrollBar *const bar = verticalScrollBar();
+    const auto note = [this, bar] { m_top = bar->value() > 0 ? m_rows.index(rowAt(0), 0) : QModelIndex(); };
+    const auto keep = [this, bar] {
+        const int rows = m_top.isValid() ? m_top.row() - rowAt(0) : 0;
+        if (rows == 0)
+            return;
+        updateGeometries();
+        bar->setValue(bar->value() + rows * (verticalScrollMode() == ScrollPerItem ? 1 : rowHeight(0)));
+    };
+    connect(bar, &QScrollBar::valueChanged, this, note);
+    connect(&m_rows, &SortedRows::layoutChanged, this, note);
+    connect(&m_rows, &SortedRows::rowsInserted, this, keep);
+    connect(&m_rows, &SortedRows::rowsMoved, this, keep);
+    connect(&m_rows, &SortedRows::rowsRemoved, this, keep);
 }
 
 int StateTable::currentRecord() const

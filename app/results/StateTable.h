@@ -43,9 +43,11 @@ protected:
 
 private:
     void setUpHeader();
+    void keepPlace();
     void fitRows();
 
     SortedRows &m_rows;
+    QPersistentModelIndex m_top; ///< once the user has scrolled
 };
 
 } // namespace brevant
