@@ -95,11 +95,11 @@ int main(int argc, char *argv[])
     const std::future<void> fonts = loadFonts();
     const QApplication qtApplication(argc, argv);
     setUpApplication();
-    fonts.wait();
     const Launch launch = launchOnCommandLine();
     if (const std::optional<int> status = handedOver(launch))
         return *status;
     Application application(SettingsStore::defaultFilePath(), sessionBus());
+    fonts.wait();
     application.setUp();
     application.serve(service);
     application.start(launch);

@@ -131,9 +131,9 @@ int main(int argc, char *argv[])
     const std::string_view mode = argc > 1 ? argv[1] : "";
     FirstPaint firstPaint;
     setUpApplication();
-    fonts.wait();
     static_cast<void>(service.claimOrHandOver(sessionBus(), {}, {}));
     Application application(SettingsStore::defaultFilePath(), sessionBus());
+    fonts.wait();
     application.setUp();
     application.serve(service);
     if (mode == "start")
