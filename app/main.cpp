@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
+#include <optional>
 #include <string_view>
 
 using namespace Qt::StringLiterals;
@@ -21,9 +21,13 @@ namespace brevant {
 
 namespace {
 
-/// What the command line asks for. Answers --help and --version, and ends the process with 2 for an unknown
-/// option.
-Launch launchOnCommandLine()
+struct CommandLine {
+    Launch launch;
+    std::optional<int> status; ///< to end with at once
+};
+
+/// What the command line asks for. Answers --help and --version, and to an unknown option.
+CommandLine readCommandLine()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Minifies CSS, JavaScript, HTML and PHP files."_s);
@@ -39,19 +43,21 @@ Launch launchOnCommandLine()
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "brevant: %s\nTry: brevant --help\n",
                      qUtf8Printable(printable(parser.errorText())));
-        std::exit(2);
+        return {{}, 2};
     }
-    if (parser.isSet(u"help"_s))
-        parser.showHelp();
+    if (parser.isSet(u"help"_s)) {
+        std::printf("%s", qUtf8Printable(parser.helpText()));
+        return {{}, 0};
+    }
     if (parser.isSet(u"version"_s)) {
         std::printf("brevant " BREVANT_VERSION "\n%s",
                     qUtf8Printable(Tools::inResources(findResourceFolder()).versions()));
-        std::exit(0);
+        return {{}, 0};
     }
     Launch launch{{}, parser.isSet(u"minify"_s), parser.isSet(service)};
     for (const QString &path : parser.positionalArguments())
         launch.paths.append(PathString::absolute(path));
-    return launch;
+    return {launch, std::nullopt};
 }
 
 /// Whether one of the words is among the arguments.
@@ -82,26 +88,26 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVANT_VERSION));
     const QVariantMap activation = activationFromEnvironment();
     ApplicationService service;
-    const auto handedOver = [&](const Launch &launch) {
-        return service.claimOrHandOver(sessionBus(), launch, activation);
+    const auto statusAfter = [&](const CommandLine &line) {
+        return line.status ? line.status : service.claimOrHandOver(sessionBus(), line.launch, activation);
     };
     // Printing the help or the version needs no display, and an instance that is already running may have
     // one.
     if (isGiven(argc, argv, {"-h", "--help", "-v", "--version"}) || !mayHaveDisplay(argc, argv)) {
         const QCoreApplication qtApplication(argc, argv);
-        if (const std::optional<int> status = handedOver(launchOnCommandLine()))
+        if (const std::optional<int> status = statusAfter(readCommandLine()))
             return *status;
     }
-    const std::future<void> fonts = loadFonts();
+    const std::future<void> fonts = loadFonts(); // which every return waits for
     const QApplication qtApplication(argc, argv);
     setUpApplication();
-    const Launch launch = launchOnCommandLine();
-    if (const std::optional<int> status = handedOver(launch))
+    const CommandLine line = readCommandLine();
+    if (const std::optional<int> status = statusAfter(line))
         return *status;
     Application application(SettingsStore::defaultFilePath(), sessionBus());
     fonts.wait();
     application.setUp();
     application.serve(service);
-    application.start(launch);
+    application.start(line.launch);
     return QApplication::exec();
 }
