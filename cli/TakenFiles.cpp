@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TakenFiles.h"
 
-#include "files/Folders.h"
 #include "files/PathString.h"
 
-#include <QStringBuilder>
+#include <QDir>
 
 namespace brevant {
 
@@ -17,36 +16,21 @@ void TakenFiles::beginSearch()
 
 bool TakenFiles::take(const QString &file)
 {
-    if (turnTo(file) && !m_areToldApart) {
+    if (const QStringView folder = PathString::folder(file); !m_areToldApart && folder != m_folder) {
+        m_folder = folder.toString();
+        const QString mark = FileMarks::ofFile(m_folder).value_or(QDir::cleanPath(m_folder));
         const std::pair way(m_search, m_folder);
-        if (m_folders.value(m_folderMark, way) != way)
+        if (m_folders.value(mark, way) != way)
             tellFilesApart();
-        m_folders.insert(m_folderMark, way);
+        m_folders.insert(mark, way);
     }
     if (!m_areToldApart) {
         m_files.push_back(file);
         return true;
     }
     const qsizetype before = m_marks.size();
-    m_marks.insert(markOf(file));
+    m_marks.insert(m_reader.ofPlace(file));
     return m_marks.size() > before;
-}
-
-/// Asks the disk for the mark of a folder, unless the file before was in it.
-bool TakenFiles::turnTo(const QString &file)
-{
-    const QStringView folder = PathString::folder(file);
-    if (m_folder == folder && !m_folder.isEmpty())
-        return false;
-    m_folder = folder.toString();
-    m_folderMark = FileMarks::ofPlace(file).chopped(PathString::lastComponent(file).size());
-    return true;
-}
-
-QString TakenFiles::markOf(const QString &file)
-{
-    static_cast<void>(turnTo(file));
-    return m_folderMark % PathString::lastComponent(file);
 }
 
 void TakenFiles::tellFilesApart()
@@ -54,7 +38,7 @@ void TakenFiles::tellFilesApart()
     m_areToldApart = true;
     m_marks.reserve(static_cast<qsizetype>(m_files.size()));
     for (const QString &file : std::exchange(m_files, {}))
-        m_marks.insert(markOf(file));
+        m_marks.insert(m_reader.ofPlace(file));
 }
 
 } // namespace brevant

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "files/Folders.h"
+
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -27,17 +29,13 @@ public:
     [[nodiscard]] bool take(const QString &file);
 
 private:
-    [[nodiscard]] bool turnTo(const QString &file);
-    [[nodiscard]] QString markOf(const QString &file);
-
     int m_search = 0;
-    QHash<QString, std::pair<int, QString>>
-        m_folders;        ///< by their marks: the search and the path that came to them
-    QString m_folder;     ///< that of the file asked for last
-    QString m_folderMark; ///< its FileMarks::ofPlace(), without the name
+    QString m_folder;                                  ///< that of the file asked for last
+    QHash<QString, std::pair<int, QString>> m_folders; ///< by marks, the search and path that came to them
     bool m_areToldApart = false;
     std::vector<QString> m_files; ///< until then
     QSet<QString> m_marks;        ///< from then on
+    FileMarks::Reader m_reader;
 };
 
 } // namespace brevant
