@@ -49,11 +49,9 @@ configure_preset() {
         set -- --fresh "$@"
     fi
     if command -v ccache >/dev/null; then
-        # A header, and what nearly every source includes, is read once, not for each source. What was compiled in
-        # another folder counts, too.
-        export CCACHE_INODECACHE=1 CCACHE_BASEDIR=${CCACHE_BASEDIR-$root}
-        # The first two words let it work with precompiled headers.
-        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-"env;CCACHE_SLOPPINESS=pch_defines,time_macros;ccache"}
+        # It works with precompiled headers, reads each header once, not for each source, and finds what was compiled in
+        # another checkout.
+        export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-"env;CCACHE_SLOPPINESS=pch_defines,time_macros;CCACHE_INODECACHE=1;CCACHE_BASEDIR=${CCACHE_BASEDIR-$root};ccache"}
     fi
     say "configuring the preset $preset"
     (cd -- "$root" && cmake --preset "$preset" --log-level=WARNING "$@" >/dev/null)
