@@ -165,9 +165,14 @@ void ResultRow::setChecked(const CheckedFile &checked)
 QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason)
 {
     QJsonArray files;
+    QStringList reasons(reason.isEmpty() ? 0 : 1, reason);
     qint64 done = 0;
     qint64 notRun = 0;
     for (const ResultRow &row : rows) {
+        if (row.source.isEmpty()) { // about a folder of originals
+            reasons.append(row.reason());
+            continue;
+        }
         files.append(toObject(row));
         const QString outcome = outcomeOf(row);
         done += outcome == u"done" ? 1 : 0;
@@ -181,8 +186,8 @@ QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reaso
         {u"notRun"_s, notRun},
         {u"files"_s, files},
     };
-    if (!reason.isEmpty())
-        report.insert(u"reason"_s, reason);
+    if (!reasons.isEmpty())
+        report.insert(u"reason"_s, reasons.join(u' '));
     return QJsonDocument(report).toJson();
 }
 

@@ -76,6 +76,7 @@ struct ResultRow {
 inline constexpr int reportVersion = 1;
 
 /// The report for machines; brevant-cli(1) describes its format. `reason`: why nothing could be run.
+/// What rows without a source tell follows that.
 [[nodiscard]] QByteArray reportAsJson(const std::vector<ResultRow> &rows, const QString &reason);
 
 /// "2.5" percent saved from `before` to `after` bytes, negative if it grew; "0" if there was nothing.

@@ -26,6 +26,20 @@ private Q_SLOTS:
         QCOMPARE(report[u"failed"_s].toInt(), 4); // also what only lacks a copy
     }
 
+    void whatAStartTells()
+    {
+        ResultRuns runs;
+        runs.addStart({{StartNews::Kind::PutBack, u"/w/a.css"_s, u"It was put back."_s},
+                       {StartNews::Kind::Failed, {}, u"The folder cannot be read."_s},
+                       {StartNews::Kind::Failed, {}, u"Nor can that."_s}});
+        const RunRecord &start = *runs.all().front();
+        const QJsonObject report = QJsonDocument::fromJson(reportAsJson(start.rows, start.reason)).object();
+        QCOMPARE(report[u"files"_s].toArray().size(), 1); // each of these has a path
+        QCOMPARE(report[u"files"_s][0][u"reason"_s], QJsonValue(u"It was put back."_s));
+        QCOMPARE(report[u"failed"_s].toInt(), 1);
+        QCOMPARE(report[u"reason"_s], QJsonValue(u"The folder cannot be read. Nor can that."_s));
+    }
+
     void whatChecksHaveFound()
     {
         ResultRow warned = row(State::Done, u"/w/a.css"_s, 1000, 600);
