@@ -132,6 +132,8 @@ QString reportPlaceError(const CommandLine &line, const FileQueue &queue, const 
         files.append(file);
     if (!line.projectFolder.isEmpty())
         files.append(PathString::join(line.projectFolder, ProjectFile::name));
+    if (!line.filesFrom.isEmpty() && line.filesFrom != u"-")
+        files.append(PathString::absolute(line.filesFrom));
     for (const auto &[entry, output] : entriesWithOutputs(queue, settings)) {
         files.append(entry);
         if (output)

@@ -176,6 +176,7 @@ private Q_SLOTS:
         QTest::newRow("output, by a link") << u"end"_s;
         QTest::newRow("gzip copy") << u"./a.min.css.gz"_s;
         QTest::newRow("settings") << u"s.json"_s;
+        QTest::newRow("list of paths") << u"list"_s;
     }
 
     void reportOverAFileOfTheRun()
@@ -185,6 +186,7 @@ private Q_SLOTS:
         sandbox.add(u"a.css"_s, css);
         sandbox.add(u"s.json"_s, "{}");
         sandbox.add(u"sub/x"_s, "");
+        sandbox.add(u"list"_s, "a.css\n");
         QVERIFY(QFile::link(u"a.css"_s, sandbox.path(u"soft"_s)));
         QVERIFY(QFile::link(u"a.min.css"_s, sandbox.path(u"end"_s)));
         QVERIFY(QFile::link(u"."_s, sandbox.path(u"here"_s)));
@@ -192,8 +194,8 @@ private Q_SLOTS:
                         QFile::encodeName(sandbox.path(u"hard"_s)).constData()),
                  0);
         const auto before = tree(sandbox.path());
-        const Ended ended =
-            sandbox.run(gzip + QStringList{u"--settings"_s, u"s.json"_s, u"--report"_s, report, u"a.css"_s});
+        const Ended ended = sandbox.run(gzip + QStringList{u"--settings"_s, u"s.json"_s, u"--report"_s,
+                                                           report, u"--files-from"_s, u"list"_s});
         QVERIFY2(
             ended.err.startsWith("brevant-cli: the report " + report.toUtf8() + " would be written over "),
             ended.err);
