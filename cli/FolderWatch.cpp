@@ -44,6 +44,7 @@ bool isComplete(const QString &path)
 void FolderWatch::start()
 {
     m_folders.clear();
+    m_forNames.clear();
     m_queue = Descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     if (m_queue.isOpen())
         return;
@@ -54,27 +55,41 @@ void FolderWatch::start()
 
 void FolderWatch::add(const QString &folder)
 {
+    m_forNames.remove(watch(folder));
+}
+
+void FolderWatch::addForNames(const QString &folder)
+{
+    const qsizetype before = m_folders.size();
+    if (const int added = watch(folder); m_folders.size() > before)
+        m_forNames.insert(added);
+}
+
+/// Its watch descriptor; -1 if it is not watched.
+int FolderWatch::watch(const QString &folder)
+{
     if (!m_error.isEmpty())
-        return;
+        return -1;
     const int watch = ::inotify_add_watch(m_queue.number(), RawBytes::encoded(folder).constData(), wanted);
     if (watch >= 0 && !m_folders.contains(watch))
         m_folders.insert(watch, folder);
     if (watch >= 0 || errno == ENOENT || errno == EACCES)
-        return;
-    if (errno == ENOTDIR) {
-        add(PathString::folder(folder).toString());
-        return;
-    }
+        return watch;
+    if (errno == ENOTDIR)
+        return this->watch(PathString::folder(folder).toString());
     m_error = errno == ENOSPC
                   ? limitError(u"there are too many folders to watch"_s, u"max_user_watches"_s, 524'288)
                   : u"--watch: %1 cannot be watched: %2"_s.arg(folder, qt_error_string(errno));
+    return -1;
 }
 
 bool FolderWatch::watches(const QString &folder) const
 {
     const auto mark = FileMarks::ofFile(folder);
-    return mark && std::ranges::any_of(
-                       m_folders, [&](const QString &watched) { return FileMarks::ofFile(watched) == mark; });
+    const auto isIt = [&](const auto &watched) {
+        return !m_forNames.contains(watched.first) && FileMarks::ofFile(watched.second) == mark;
+    };
+    return mark && std::ranges::any_of(m_folders.asKeyValueRange(), isIt);
 }
 
 bool FolderWatch::read(const std::function<void(const FolderEvent &)> &tell)

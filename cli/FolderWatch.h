@@ -5,6 +5,7 @@
 #include "files/Descriptor.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -29,6 +30,9 @@ public:
     /// gone or cannot be read is passed over, as is any once there is an error.
     void add(const QString &folder);
 
+    /// The same for what comes and goes there alone: it does not count for watches().
+    void addForNames(const QString &folder);
+
     /// To be waited for with poll(2): readable when something has changed.
     [[nodiscard]] int descriptor() const { return m_queue.number(); }
 
@@ -39,7 +43,7 @@ public:
 
     [[nodiscard]] qsizetype count() const { return m_folders.size(); }
 
-    /// Whether that folder is watched, by whatever path.
+    /// Whether the files of that folder are watched, by whatever path.
     [[nodiscard]] bool watches(const QString &folder) const;
 
     /// Why folders cannot be watched, in words, with the way out; empty if they can.
@@ -47,11 +51,13 @@ public:
 
 private:
     void start();
+    [[nodiscard]] int watch(const QString &folder);
     void removeBelow(const QString &folder);
     void take(const inotify_event &event, const std::function<void(const FolderEvent &)> &tell);
 
     Descriptor m_queue;
     QHash<int, QString> m_folders; ///< by their watch descriptors
+    QSet<int> m_forNames;
     QString m_error;
 };
 

@@ -103,8 +103,7 @@ std::optional<int> Watch::minifyAll()
         return WrongUsage;
     }
     const qsizetype folders = m_watched.folders().count();
-    if (!m_line.projectFolder.isEmpty())
-        m_watched.folders().add(m_line.projectFolder);
+    m_watched.watchAround();
     listing.printWhatIsMissing();
     const int files = queue.count();
     if (const int status = run(queue, listing.copies(), Round::First);

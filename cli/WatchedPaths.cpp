@@ -11,6 +11,8 @@
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
+#include <QDir>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -52,12 +54,28 @@ qint64 nowInNanoseconds()
 
 } // namespace
 
-WatchedPaths::WatchedPaths(const CommandLine &line) : m_lastRead(nowInNanoseconds())
+WatchedPaths::WatchedPaths(const CommandLine &line)
+    : m_workingFolder(QDir::currentPath()), m_lastRead(nowInNanoseconds())
 {
     for (const QString &path : line.paths)
         m_tops.append(PathString::absolute(path));
     if (!line.projectFolder.isEmpty())
         m_projectFile = PathString::join(line.projectFolder, ProjectFile::name);
+}
+
+void WatchedPaths::watchAround()
+{
+    if (!m_projectFile.isEmpty())
+        m_folders.addForNames(PathString::folder(m_projectFile).toString());
+    // The end of a folder that is somebody's working folder is told of there alone.
+    m_folders.addForNames(PathString::folder(m_workingFolder).toString());
+}
+
+/// Where it was deleted or moved away, another one may be in its place by now.
+void WatchedPaths::returnToWorkingFolder() const
+{
+    if (QDir::currentPath() != m_workingFolder) [[maybe_unused]]
+        const int entered = ::chdir(RawBytes::encoded(m_workingFolder).constData());
 }
 
 bool WatchedPaths::collect(ChangedPaths &changed, const std::function<Interest()> &interest)
@@ -79,6 +97,7 @@ bool WatchedPaths::collect(ChangedPaths &changed, const std::function<Interest()
             end = std::min(now + settleTime, *latestEnd);
         }
     }
+    returnToWorkingFolder();
     return true;
 }
 
@@ -127,7 +146,7 @@ void WatchedPaths::await(const ChangedPaths &changed)
         QString place = top;
         for (QString last; place != last;) { // until none of them comes while its folder is not watched yet
             last = std::exchange(place, nearest(top));
-            m_folders.add(place);
+            m_folders.addForNames(place);
         }
     }
 }

@@ -27,6 +27,9 @@ public:
     [[nodiscard]] FolderWatch &folders() { return m_folders; }
     [[nodiscard]] const FolderWatch &folders() const { return m_folders; }
 
+    /// Sees to it that also a change of the project file and the end of the working folder are noticed.
+    void watchAround();
+
     using Interest = std::function<bool(const QString &file)>;
 
     /// Waits for changes of files that are of interest, and of folders, until there have been none for a
@@ -44,7 +47,10 @@ private:
     [[nodiscard]] bool readEvents(ChangedPaths &changed, const Interest &isOfInterest);
     [[nodiscard]] bool concerns(const FolderEvent &event) const;
 
+    void returnToWorkingFolder() const;
+
     FolderWatch m_folders;
+    const QString m_workingFolder;
     QStringList m_tops;                ///< the paths, absolute
     QSet<QString> m_missing;           ///< those of them that are not there
     QString m_projectFile;             ///< empty for none

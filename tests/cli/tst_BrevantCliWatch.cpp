@@ -113,6 +113,28 @@ private Q_SLOTS:
         QCOMPARE(site.count(u"b.css"_s), 1);
     }
 
+    void workingFolderMadeAnew_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::newRow("deleted") << u"rm -r \"$PWD\""_s;
+        QTest::newRow("moved away") << u"mv \"$PWD\" ../moved"_s;
+    }
+
+    void workingFolderMadeAnew()
+    {
+        QFETCH(QString, script);
+        WatchedSite site;
+        site.sandbox.add(u"a.css"_s, "a{b:c}");
+        QVERIFY2(site.start({u"."_s, u"--exclude=/old.css"_s}), site.err());
+        QCOMPARE(site.sandbox.runShell(script).status, 0);
+        QVERIFY(site.complains(" is gone; it is watched again when it is back\n"));
+        site.sandbox.add(u"old.css"_s, "a { b : d }");
+        site.sandbox.add(u"a.css"_s, "a { b : d }");
+        QVERIFY(site.makes(u"a.min.css"_s, "a{b:d}"));
+        QVERIFY(site.catchesUp());
+        QVERIFY(!site.sandbox.has(u"old.min.css"_s));
+    }
+
     void rulesOfAnyRun()
     {
         WatchedSite site;

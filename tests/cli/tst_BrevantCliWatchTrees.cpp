@@ -60,6 +60,21 @@ private Q_SLOTS:
         QVERIFY(site.makes(u"src/a.min.css"_s, "a{b:d}"));
     }
 
+    /// Which is watched itself, for the project file and for a path that is gone.
+    void outputsInTheFolderOfTheProject()
+    {
+        WatchedSite site;
+        site.sandbox.add(u"src/a.css"_s, "a{b:c}");
+        site.sandbox.add(u"brevant.json"_s, "{\"paths\": [\"src\"], \"outDir\": \".\"}");
+        QVERIFY2(site.start({}), site.err());
+        site.sandbox.add(u"src/a.css"_s, "a { b : d }");
+        QVERIFY(site.makes(u"a.min.css"_s, "a{b:d}"));
+        QCOMPARE(site.sandbox.runShell(u"rm -r src"_s).status, 0);
+        QVERIFY(site.complains("/src is gone; it is watched again when it is back\n"));
+        site.sandbox.add(u"src/a.css"_s, "a { b : e }");
+        QVERIFY(site.makes(u"a.min.css"_s, "a{b:e}"));
+    }
+
     void twoSourcesWithOneOutput()
     {
         WatchedSite site;
