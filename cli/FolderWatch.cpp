@@ -12,7 +12,6 @@
 #include <cstddef>
 
 #include <sys/inotify.h>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -34,9 +33,8 @@ QString limitError(const QString &what, const QString &limit, int least)
 /// Whether a name that has just come needs no writing: it is another name of a file, or a link.
 bool isComplete(const QString &path)
 {
-    struct stat status {};
-    return ::lstat(RawBytes::encoded(path).constData(), &status) == 0 &&
-           (status.st_nlink > 1 || S_ISLNK(status.st_mode));
+    const auto status = statusOfLink(RawBytes::encoded(path));
+    return status && (status->st_nlink > 1 || S_ISLNK(status->st_mode));
 }
 
 } // namespace

@@ -24,8 +24,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 
 namespace brevant {
@@ -92,9 +90,7 @@ QString inputError(const CommandLine &line)
         if (!isThere(RawBytes::encoded(path)))
             return u"%1 does not exist"_s.arg(path);
     }
-    if (struct stat status{}; !line.outDir.isEmpty() &&
-                              ::stat(QFile::encodeName(line.outDir).constData(), &status) == 0 &&
-                              !S_ISDIR(status.st_mode))
+    if (const auto status = statusOf(QFile::encodeName(line.outDir)); status && !S_ISDIR(status->st_mode))
         return u"--out-dir: %1 is no folder"_s.arg(line.outDir);
     if (!line.reportFile.isEmpty() && !isReportPrinted(line)) {
         if (DurableFile trial(line.reportFile); !trial.write({}))

@@ -3,6 +3,7 @@
 #include "cli/KeptTimes.h"
 
 #include "cli/OutputFiles.h"
+#include "files/Folders.h"
 #include "settings/EntrySettings.h"
 
 #include <QFile>
@@ -18,9 +19,8 @@ namespace brevant {
 
 void KeptTimes::entryTaken(const QString &entry)
 {
-    struct stat status {};
-    if (::stat(QFile::encodeName(entry).constData(), &status) == 0)
-        m_times.insert(entry, status.st_mtim);
+    if (const auto status = statusOf(QFile::encodeName(entry)))
+        m_times.insert(entry, status->st_mtim);
 }
 
 void KeptTimes::entryEnded(const EntryResult &result)

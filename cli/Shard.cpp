@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Shard.h"
 
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
@@ -10,8 +11,6 @@
 #include <algorithm>
 #include <queue>
 #include <tuple>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -31,10 +30,9 @@ std::vector<SizedFile> largestFirst(const std::vector<QString> &files, const QSt
     std::vector<SizedFile> sized;
     for (const QString &file : files) {
         const QByteArray path = RawBytes::encoded(file);
-        struct stat status {};
-        const bool isThere = ::stat(path.constData(), &status) == 0;
+        const auto status = statusOf(path);
         const bool isBelow = file.startsWith(start);
-        sized.push_back({isThere ? status.st_size : 0,
+        sized.push_back({status ? status->st_size : 0,
                          isBelow ? RawBytes::encoded(file.sliced(start.size())) : path, sized.size()});
     }
     std::ranges::sort(sized, [](const SizedFile &a, const SizedFile &b) {

@@ -19,7 +19,6 @@
 #include <cerrno>
 
 #include <malloc.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -32,8 +31,8 @@ namespace {
 
 bool isPlainFile(const QString &path)
 {
-    struct stat status {};
-    return ::lstat(RawBytes::encoded(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+    const auto status = statusOfLink(RawBytes::encoded(path));
+    return status && S_ISREG(status->st_mode);
 }
 
 } // namespace

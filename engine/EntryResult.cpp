@@ -4,6 +4,7 @@
 
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "queue/FileKind.h"
 
@@ -14,7 +15,6 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brevant {
@@ -127,9 +127,8 @@ EntryResult resultWithoutRun(const QString &source, const std::optional<QString>
     result.outcome = outcome;
     result.detail = reason;
     result.obstacle = findObstacle(source, output);
-    struct stat status {};
-    if (::stat(QFile::encodeName(source).constData(), &status) == 0)
-        result.sizeBefore = status.st_size;
+    if (const auto status = statusOf(QFile::encodeName(source)))
+        result.sizeBefore = status->st_size;
     return result;
 }
 

@@ -91,14 +91,6 @@ Problems PlanSettings::problemsOf(const FileKind *kind) const
     return problems;
 }
 
-std::optional<struct stat> statusOfFile(const QString &path)
-{
-    struct stat status {};
-    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
-        return std::nullopt;
-    return status;
-}
-
 bool isAllowed(const QString &path, int what)
 {
     return ::faccessat(AT_FDCWD, RawBytes::encoded(path).constData(), what, AT_EACCESS) == 0;
@@ -297,7 +289,7 @@ void Plan::checkSource(PlannedFile &file)
     const bool isSource = std::ranges::any_of(file.problems, [](const PlannedProblem &problem) {
         return problem.kind == Wrong::ReplacesItself || problem.kind == Wrong::ReplacesSource;
     });
-    if (const auto output = statusOfFile(file.output);
+    if (const auto output = statusOf(RawBytes::encoded(file.output));
         !isSource && output && S_ISREG(output->st_mode) && isLater(output->st_mtim, status.st_mtim))
         file.problems.push_back({.kind = Wrong::OutputIsNewer});
     if (m_settings.isAnyByteValid)
@@ -311,7 +303,7 @@ void Plan::checkSource(PlannedFile &file)
 
 void Plan::checkOutput(PlannedFile &file)
 {
-    const std::optional<struct stat> status = statusOfFile(file.output);
+    const std::optional<struct stat> status = statusOf(RawBytes::encoded(file.output));
     const bool isInto = status && (!m_settings.isModern || isWrittenInto(file.output));
     if (isInto) {
         if (!S_ISREG(status->st_mode) || !isAllowed(file.output, W_OK))

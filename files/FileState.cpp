@@ -2,20 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/FileState.h"
 
-#include <QFile>
+#include "files/Folders.h"
 
-#include <sys/stat.h>
+#include <QFile>
 
 namespace brevant {
 
 std::optional<FileState> FileState::of(const QString &path)
 {
     constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+    const auto status = statusOf(QFile::encodeName(path));
+    if (!status)
         return std::nullopt;
-    return FileState{status.st_ino, status.st_size,
-                     status.st_ctim.tv_sec * nanosecondsPerSecond + status.st_ctim.tv_nsec};
+    return FileState{status->st_ino, status->st_size,
+                     status->st_ctim.tv_sec * nanosecondsPerSecond + status->st_ctim.tv_nsec};
 }
 
 } // namespace brevant

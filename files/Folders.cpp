@@ -48,16 +48,27 @@ QByteArray realPath(const QByteArray &path)
     return real ? QByteArray(real.get()) : QByteArray();
 }
 
-bool isThere(const QByteArray &path)
+std::optional<struct stat> statusOf(const QByteArray &path)
 {
     struct stat status {};
-    return ::lstat(path.constData(), &status) == 0;
+    return ::stat(path.constData(), &status) == 0 ? std::optional(status) : std::nullopt;
+}
+
+std::optional<struct stat> statusOfLink(const QByteArray &path)
+{
+    struct stat status {};
+    return ::lstat(path.constData(), &status) == 0 ? std::optional(status) : std::nullopt;
+}
+
+bool isThere(const QByteArray &path)
+{
+    return statusOfLink(path).has_value();
 }
 
 bool leadsToFolder(const QByteArray &path)
 {
-    struct stat status {};
-    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+    const auto status = statusOf(path);
+    return status && S_ISDIR(status->st_mode);
 }
 
 bool makeFolders(const QByteArray &path, mode_t mode)
@@ -169,10 +180,8 @@ QString ofPlace(const QString &path)
 
 std::optional<QString> ofFile(const QString &path)
 {
-    struct stat status {};
-    if (::stat(RawBytes::encoded(path).constData(), &status) != 0)
-        return std::nullopt;
-    return ofFile(status.st_dev, status.st_ino);
+    const auto status = statusOf(RawBytes::encoded(path));
+    return status ? std::optional(ofFile(status->st_dev, status->st_ino)) : std::nullopt;
 }
 
 QString ofFile(quint64 device, quint64 inode)
@@ -198,11 +207,11 @@ QStringList Reader::all(const QString &path)
 {
     QStringList marks{ofPlace(path)};
     const QByteArray bytes = RawBytes::encoded(path);
-    struct stat status {};
-    if (::lstat(bytes.constData(), &status) != 0)
+    const auto status = statusOfLink(bytes);
+    if (!status)
         return marks;
-    if (!S_ISLNK(status.st_mode))
-        return marks << ofFile(status.st_dev, status.st_ino);
+    if (!S_ISLNK(status->st_mode))
+        return marks << ofFile(status->st_dev, status->st_ino);
     if (const QString end = FileMarks::ofPlace(RawBytes::decoded(linkTarget(bytes))); end != marks.first())
         marks.append(end);
     if (const std::optional<QString> file = ofFile(path))

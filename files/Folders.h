@@ -10,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+#include <sys/stat.h>
+
 /// Folders, links and names on the disk. Paths are bytes, as the system has them. Failures set errno.
 namespace brevant {
 
@@ -21,6 +23,10 @@ namespace brevant {
 
 /// The path without links, "." and ".."; empty on failure.
 [[nodiscard]] QByteArray realPath(const QByteArray &path);
+
+/// What stat(2) tells of a path, or lstat(2) of a link at its end itself; nothing on failure.
+[[nodiscard]] std::optional<struct stat> statusOf(const QByteArray &path);
+[[nodiscard]] std::optional<struct stat> statusOfLink(const QByteArray &path);
 
 /// Whether there is anything of that name, if only a link that leads nowhere.
 [[nodiscard]] bool isThere(const QByteArray &path);

@@ -5,6 +5,7 @@
 #include "cli/GitIgnored.h"
 #include "files/Descriptor.h"
 #include "files/FileBytes.h"
+#include "files/Folders.h"
 #include "files/PathString.h"
 #include "files/RawBytes.h"
 
@@ -19,14 +20,6 @@ namespace brevant::ProjectFile {
 namespace {
 
 constexpr qint64 longest = 1'000'000; // bytes
-
-std::optional<struct stat> statusOf(const QByteArray &path, int flags = 0)
-{
-    struct stat status {};
-    if (path.isEmpty() || ::fstatat(AT_FDCWD, path.constData(), &status, flags) != 0)
-        return std::nullopt;
-    return status;
-}
 
 /// Why a file with that status is not used; empty if it is.
 QString refusalOf(const struct stat &status)
@@ -58,7 +51,7 @@ QString find(const QString &folder)
         if (at != folder && (status->st_mode & S_IWOTH) != 0)
             break;
         QString path = PathString::join(at, name);
-        if (statusOf(RawBytes::encoded(path), AT_SYMLINK_NOFOLLOW))
+        if (isThere(RawBytes::encoded(path)))
             return path;
         const bool isHome = home && home->st_dev == status->st_dev && home->st_ino == status->st_ino;
         if (isHome || isRepository(at) || at.size() == 1)
@@ -73,9 +66,9 @@ Content read(const QString &path)
     const auto refused = [&path](const QString &why) {
         return Content{{}, u"%1 %2; --no-project goes without it"_s.arg(path, why)};
     };
+    if (const auto found = statusOfLink(encoded); found && !refusalOf(*found).isEmpty())
+        return refused(refusalOf(*found));
     struct stat status {};
-    if (::lstat(encoded.constData(), &status) == 0 && !refusalOf(status).isEmpty())
-        return refused(refusalOf(status));
     const Descriptor file = openFile(encoded, O_RDONLY | O_NOFOLLOW);
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return refused(u"cannot be read: "_s + qt_error_string(errno));

@@ -23,14 +23,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using Outcome = EntryResult::Outcome;
 
-std::optional<struct stat> statusOf(const QString &path)
-{
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return std::nullopt;
-    return status;
-}
-
 /// Writes over the content of an existing file. The reason of a failure, or an empty text.
 QString writeInto(const QString &path, const QByteArray &bytes)
 {
@@ -91,7 +83,7 @@ std::nullopt_t fail(EntryResult &result, const QString &why)
 void write(const ModernResult &minified, const struct stat &source, bool isInto, bool isInPlace,
            EntryResult &result)
 {
-    if (isInPlace && !isUnchanged(source, statusOf(*result.output))) {
+    if (isInPlace && !isUnchanged(source, statusOf(QFile::encodeName(*result.output)))) {
         fail(result, u"the source was changed meanwhile"_s);
         return;
     }
@@ -110,7 +102,7 @@ void write(const ModernResult &minified, const struct stat &source, bool isInto,
 std::optional<qint64> makeCopy(const QString &output, const QString &extension, const Filter &filter,
                                std::optional<QByteArray> &bytes, const std::atomic<Stop> &stop)
 {
-    const std::optional<struct stat> status = statusOf(output);
+    const std::optional<struct stat> status = statusOf(QFile::encodeName(output));
     if (!bytes)
         bytes = FileBytes::readAll(QFile::encodeName(output));
     if (!status || !bytes)
@@ -126,7 +118,7 @@ std::optional<qint64> makeCopy(const QString &output, const QString &extension, 
 
 bool isWrittenInto(const QString &output)
 {
-    const std::optional<struct stat> status = statusOf(output);
+    const std::optional<struct stat> status = statusOf(QFile::encodeName(output));
     if (!status)
         return errno != ENOENT; // who knows what is there
     const QByteArray path = QFile::encodeName(output);
@@ -150,7 +142,7 @@ std::optional<QByteArray> runModernEntry(const FileKind &kind, const ModernOptio
         return fail(result, u"the source cannot be read: %1"_s.arg(
                                 errno == EINVAL ? u"it is not a regular file"_s : qt_error_string(errno)));
     result.sizeBefore = bytes->size();
-    const bool isInPlace = isSameFile(source, statusOf(*result.output));
+    const bool isInPlace = isSameFile(source, statusOf(QFile::encodeName(*result.output)));
     ModernResult minified =
         minifyModern(kind, *bytes, options, tools, result.source, *result.output, filters);
     result.messages = std::move(minified.messages);

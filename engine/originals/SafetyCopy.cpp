@@ -51,10 +51,9 @@ QString keepContent(const OriginalRecord &original, const PrivateFolder &folder)
 /// Whether a file may be there that could be lost.
 bool mayBeFile(const QString &path)
 {
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return errno != ENOENT && errno != ENOTDIR;
-    return S_ISREG(status.st_mode);
+    if (const auto status = statusOf(QFile::encodeName(path)))
+        return S_ISREG(status->st_mode);
+    return errno != ENOENT && errno != ENOTDIR;
 }
 
 const QString inTurn = u"another run is at work on it"_s;

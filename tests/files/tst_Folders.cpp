@@ -83,6 +83,11 @@ private Q_SLOTS:
         QVERIFY(makeLink(u"none"_s, folder.filePath(u"link"_s)));
         QVERIFY(isThere(link));
         QVERIFY(!isThere(link + "/below"));
+        QVERIFY(!statusOf(link) && S_ISLNK(statusOfLink(link)->st_mode));
+        QVERIFY(makeLink(u"."_s, folder.filePath(u"here"_s)));
+        const QByteArray here = QFile::encodeName(folder.filePath(u"here"_s));
+        QVERIFY(leadsToFolder(here) && S_ISDIR(statusOf(here)->st_mode));
+        QVERIFY(!leadsToFolder(link) && S_ISLNK(statusOfLink(here)->st_mode));
     }
 };
 
