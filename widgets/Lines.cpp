@@ -42,6 +42,7 @@ QSize ElidedLabel::minimumSizeHint() const
 void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection()); // not the application's
     const QString elided = fontMetrics().elidedText(text(), m_mode, contentsRect().width());
     style()->drawItemText(&painter, contentsRect(), int(alignment()), palette(), isEnabled(), elided,
                           foregroundRole());

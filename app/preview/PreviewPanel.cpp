@@ -80,6 +80,11 @@ PreviewPanel::PreviewPanel(std::function<QString()> encodingName, QWidget *paren
       m_zoom(new ZoomWindow(this)), m_patience(this)
 {
     m_ui->setupUi(this);
+    // Neither paths nor sizes are read from the right.
+    for (ElidedLabel *const label : {m_ui->previewName, m_ui->previewFolder, m_ui->previewFooter}) {
+        label->setAlignment(Qt::AlignVCenter | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
+        label->setLayoutDirection(Qt::LeftToRight);
+    }
     setAttribute(Qt::WA_QuitOnClose, false);
     m_ui->previewSentence->setBackgroundRole(QPalette::Base);
     m_ui->previewSentence->setForegroundRole(QPalette::Text);

@@ -215,6 +215,22 @@ private Q_SLOTS:
         QCOMPARE(m_panel->size(), QSize(410, 333));
     }
 
+    void pathsAreReadFromTheLeft()
+    {
+        const auto picture = [this](Qt::LayoutDirection direction) {
+            QGuiApplication::setLayoutDirection(direction);
+            setUpPanel();
+            auto *const label = m_panel->findChild<QLabel *>(u"previewFolder"_s);
+            if (direction == Qt::LayoutDirectionAuto)
+                label->setAlignment(Qt::AlignVCenter | Qt::AlignRight);
+            label->setText(u"/w/site"_s);
+            label->resize(200, 20);
+            return label->grab().toImage();
+        };
+        const QImage fromTheRight = picture(Qt::RightToLeft);
+        QCOMPARE(fromTheRight, picture(Qt::LayoutDirectionAuto));
+    }
+
     void accessibleNames()
     {
         open({m_a, m_b});
