@@ -22,6 +22,9 @@ namespace {
 constexpr std::uint32_t wanted = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
                                  IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_EXCL_UNLINK;
 
+/// Beside what is wanted of the same folder already.
+constexpr std::uint32_t endsAlone = IN_DELETE | IN_MOVED_FROM | IN_ONLYDIR | IN_MASK_ADD;
+
 /// A limit of inotify's, with the command that raises it.
 QString limitError(const QString &what, const QString &limit, int least)
 {
@@ -53,28 +56,38 @@ void FolderWatch::start()
 
 void FolderWatch::add(const QString &folder)
 {
-    m_forNames.remove(watch(folder));
+    m_forNames.remove(watch(folder, wanted));
 }
 
 void FolderWatch::addForNames(const QString &folder)
 {
+    addForNames(folder, wanted);
+}
+
+void FolderWatch::addForEnds(const QString &folder)
+{
+    addForNames(folder, endsAlone);
+}
+
+void FolderWatch::addForNames(const QString &folder, std::uint32_t events)
+{
     const qsizetype before = m_folders.size();
-    if (const int added = watch(folder); m_folders.size() > before)
+    if (const int added = watch(folder, events); m_folders.size() > before)
         m_forNames.insert(added);
 }
 
 /// Its watch descriptor; -1 if it is not watched.
-int FolderWatch::watch(const QString &folder)
+int FolderWatch::watch(const QString &folder, std::uint32_t events)
 {
     if (!m_error.isEmpty())
         return -1;
-    const int watch = ::inotify_add_watch(m_queue.number(), RawBytes::encoded(folder).constData(), wanted);
+    const int watch = ::inotify_add_watch(m_queue.number(), RawBytes::encoded(folder).constData(), events);
     if (watch >= 0 && !m_folders.contains(watch))
         m_folders.insert(watch, folder);
     if (watch >= 0 || errno == ENOENT || errno == EACCES)
         return watch;
     if (errno == ENOTDIR)
-        return this->watch(PathString::folder(folder).toString());
+        return this->watch(PathString::folder(folder).toString(), events);
     m_error = errno == ENOSPC
                   ? limitError(u"there are too many folders to watch"_s, u"max_user_watches"_s, 524'288)
                   : u"--watch: %1 cannot be watched: %2"_s.arg(folder, qt_error_string(errno));

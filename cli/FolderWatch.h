@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 
 struct inotify_event;
@@ -33,6 +34,9 @@ public:
     /// The same for what comes and goes there alone: it does not count for watches().
     void addForNames(const QString &folder);
 
+    /// The same for what goes there alone.
+    void addForEnds(const QString &folder);
+
     /// To be waited for with poll(2): readable when something has changed.
     [[nodiscard]] int descriptor() const { return m_queue.number(); }
 
@@ -51,7 +55,8 @@ public:
 
 private:
     void start();
-    [[nodiscard]] int watch(const QString &folder);
+    void addForNames(const QString &folder, std::uint32_t events);
+    [[nodiscard]] int watch(const QString &folder, std::uint32_t events);
     void removeBelow(const QString &folder);
     void take(const inotify_event &event, const std::function<void(const FolderEvent &)> &tell);
 

@@ -68,7 +68,7 @@ void WatchedPaths::watchAround()
     if (!m_projectFile.isEmpty())
         m_folders.addForNames(PathString::folder(m_projectFile).toString());
     // The end of a folder that is somebody's working folder is told of there alone.
-    m_folders.addForNames(PathString::folder(m_workingFolder).toString());
+    m_folders.addForEnds(PathString::folder(m_workingFolder).toString());
 }
 
 /// Where it was deleted or moved away, another one may be in its place by now.

@@ -23,13 +23,14 @@ qint64 waitsOf(qint64 process)
     return waits;
 }
 
-/// Waits until a process has nothing to do: no children, and it sleeps.
+/// Waits until a process has nothing to do: its one thread, without children, sleeps.
 bool fallsAsleep(qint64 process)
 {
     const QString folder = u"/proc/%1/"_s.arg(process);
     return QTest::qWaitFor(
         [&] {
-            return readFile(folder + u"task/%1/children"_s.arg(process)).isEmpty() &&
+            return readFile(folder + u"status"_s).contains("\nThreads:\t1\n") &&
+                   readFile(folder + u"task/%1/children"_s.arg(process)).isEmpty() &&
                    readFile(folder + u"stat"_s).contains(") S ");
         },
         WatchedSite::longestWait);
@@ -108,6 +109,7 @@ private Q_SLOTS:
         const qint64 before = waitsOf(process);
         for (int i = 0; i < 5; ++i) {
             site.sandbox.add(u"elsewhere/a%1.css"_s.arg(i), "a{b:c}");
+            site.sandbox.add(u"../log%1.css"_s.arg(i), "a{b:c}"); // beside the working folder
             QCOMPARE(site.sandbox.run({u"--compressors=modern"_s, u"elsewhere"_s}).status, 0);
         }
         QCOMPARE(waitsOf(process), before);
