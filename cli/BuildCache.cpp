@@ -121,11 +121,11 @@ QByteArray BuildCache::nameOf(QByteArray path) const
         path = RawBytes::encoded(QDir::cleanPath(RawBytes::decoded(path)));
     const auto above =
         std::ranges::find_if(m_above, [&path](const auto &folder) { return path.startsWith(folder.first); });
-    const QByteArray name =
-        above == m_above.end()
-            ? path
-            : QByteArray(above->second).append(QByteArrayView(path).sliced(above->first.size()));
-    return CacheLine::quoted(name);
+    if (above != m_above.end())
+        path = path.sliced(above->first.size());
+    if (above != m_above.end() && !above->second.isEmpty())
+        path.prepend(above->second);
+    return CacheLine::quoted(path);
 }
 
 QString BuildCache::path() const

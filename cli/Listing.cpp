@@ -71,11 +71,12 @@ QString Listing::fill()
         if (QString error = outputConflict(m_files, m_copies, m_settings); !error.isEmpty())
             return error;
     }
-    const bool isShared = m_line.shard.count > 1;
-    if (isShared)
+    std::vector<QString> part;
+    if (m_line.shard.count > 1) {
         takeShardOfCopies();
-    for (const QString &file :
-         isShared ? filesOfShard(m_files, m_line.shard, QDir::currentPath()) : m_files) {
+        part = filesOfShard(m_files, m_line.shard, QDir::currentPath());
+    }
+    for (const QString &file : m_line.shard.count > 1 ? std::as_const(part) : std::as_const(m_files)) {
         m_queue.append(file);
         if (RawBytes::areIn(file))
             m_unnameable.append(file);

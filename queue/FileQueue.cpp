@@ -63,10 +63,11 @@ quint64 FileQueue::revision() const
 bool FileQueue::append(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
-    const quint32 key = keyOf(path);
-    if (m_indexes.contains(key))
+    const qsizetype before = m_indexes.size();
+    int &index = m_indexes[keyOf(path)];
+    if (m_indexes.size() == before)
         return false;
-    m_indexes.insert(key, static_cast<int>(m_entries.size()));
+    index = static_cast<int>(m_entries.size());
     m_entries.push_back(path);
     ++m_revision;
     return true;
