@@ -128,14 +128,30 @@ QByteArray BuildCache::nameOf(QByteArray path) const
     return CacheLine::quoted(path);
 }
 
+/// The path from its folder on, by which most paths are named; empty if it is not spelt as one below.
+QByteArrayView BuildCache::usualNameOf(const QByteArray &path) const
+{
+    const bool isBelow = !m_above.empty() && path.startsWith(m_above.front().first);
+    return isBelow ? QByteArrayView(path).sliced(m_above.front().first.size()) : QByteArrayView();
+}
+
+bool BuildCache::isNameOf(QByteArrayView name, const QByteArray &path) const
+{
+    return !name.isEmpty() && (name == usualNameOf(path) || name == nameOf(path));
+}
+
 QString BuildCache::path() const
 {
     return PathString::join(m_folder, QString(fileName));
 }
 
-/// What is known of an output; empty if nothing is.
-QByteArrayView BuildCache::lineOf(const QByteArray &name) const
+/// What is known of the file at a path; empty if nothing is.
+QByteArrayView BuildCache::lineOf(const QByteArray &path) const
 {
+    const QByteArrayView usual = m_changed.isEmpty() ? m_lines.value(usualNameOf(path)) : QByteArrayView();
+    if (!usual.isEmpty())
+        return usual;
+    const QByteArray name = nameOf(path);
     const auto changed = m_changed.constFind(name);
     return changed == m_changed.constEnd() ? m_lines.value(name) : QByteArrayView(*changed);
 }
@@ -144,10 +160,8 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
 {
     const QByteArray sourcePath = RawBytes::encoded(wanted.source);
     const QByteArray outputPath = RawBytes::encoded(wanted.output);
-    const QByteArray name = nameOf(outputPath);
-    const QByteArray source = nameOf(sourcePath);
-    CacheLine::Parts parts(lineOf(name));
-    if (parts.next() != source || parts.next() != wanted.recipe)
+    CacheLine::Parts parts(lineOf(outputPath));
+    if (!isNameOf(parts.next(), sourcePath) || parts.next() != wanted.recipe)
         return false;
     if (CacheLine::looksUnchanged(parts, sourcePath, outputPath))
         return true;
@@ -164,8 +178,10 @@ bool BuildCache::isUpToDate(const MadeOutput &wanted)
         isNewKnowledge |= !same->looksLike(file);
         files.emplace_back(extension, *std::move(same));
     }
-    if (isNewKnowledge)
-        m_changed.insert(name, CacheLine::from(name, source, wanted.recipe, files));
+    if (isNewKnowledge) {
+        const QByteArray name = nameOf(outputPath);
+        m_changed.insert(name, CacheLine::from(name, nameOf(sourcePath), wanted.recipe, files));
+    }
     return files.size() >= 2;
 }
 
@@ -213,8 +229,8 @@ QStringList BuildCache::ownFiles(const QString &source, const QString &output) c
 {
     QStringList own;
     const QByteArray outputPath = RawBytes::encoded(output);
-    CacheLine::Parts parts(lineOf(nameOf(outputPath)));
-    if (parts.next() != nameOf(RawBytes::encoded(source)))
+    CacheLine::Parts parts(lineOf(outputPath));
+    if (!isNameOf(parts.next(), RawBytes::encoded(source)))
         return own;
     for (int part = 0; part < 2; ++part) // recipe and source
         static_cast<void>(parts.next());
@@ -229,8 +245,7 @@ QStringList BuildCache::ownFiles(const QString &source, const QString &output) c
 QByteArray BuildCache::hashOf(const QString &path)
 {
     const QByteArray bytes = RawBytes::encoded(path);
-    const QByteArray name = nameOf(bytes);
-    CacheLine::Parts parts(lineOf(name));
+    CacheLine::Parts parts(lineOf(bytes));
     for (int part = 0; part < 2; ++part)
         static_cast<void>(parts.next());
     const auto known = CacheLine::fileFrom(parts.next());
@@ -239,6 +254,7 @@ QByteArray BuildCache::hashOf(const QString &path)
         file = RecordedFile::of(bytes);
     if (!file)
         return {};
+    const QByteArray name = nameOf(bytes);
     if (!RawBytes::areIn(path) && (!known || !known->second.looksLike(*file)))
         m_changed.insert(name, CacheLine::from(name, {}, {}, {{QString(), *file}}));
     return file->hash;

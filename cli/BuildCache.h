@@ -73,7 +73,9 @@ private:
     void read();
     [[nodiscard]] QString readLines(const Descriptor &file, qint64 size);
     [[nodiscard]] QByteArray nameOf(QByteArray path) const;
-    [[nodiscard]] QByteArrayView lineOf(const QByteArray &name) const;
+    [[nodiscard]] QByteArrayView usualNameOf(const QByteArray &path) const;
+    [[nodiscard]] bool isNameOf(QByteArrayView name, const QByteArray &path) const;
+    [[nodiscard]] QByteArrayView lineOf(const QByteArray &path) const;
     void settle();
     [[nodiscard]] bool isOfUse(QByteArrayView line) const;
 

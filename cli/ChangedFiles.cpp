@@ -70,6 +70,7 @@ QString ChangedFiles::leaveOutUnchanged(FileQueue &queue)
 {
     std::vector<int> indexes;
     int index = 0;
+    m_unchanged.reserve(m_unchanged.size() + static_cast<std::size_t>(queue.count()));
     for (auto &[entry, output] : entriesWithOutputs(queue, m_settings)) {
         const std::optional<MadeOutput> wanted = wantedFor(entry, output);
         if (wanted && m_cache.isUpToDate(*wanted)) {
