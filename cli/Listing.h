@@ -38,11 +38,7 @@ public:
     [[nodiscard]] const std::vector<FileCopy> &copies() const { return m_copies; }
 
     /// Looks only at what has changed. Which files are taken is decided as for all.
-    void lookOnlyAt(const ChangedPaths &changed)
-    {
-        m_changed = &changed;
-        m_taken.tellFilesApart(); // the folders may be below each other
-    }
+    void lookOnlyAt(const ChangedPaths &changed) { m_changed = &changed; }
 
     /// Told of each folder before it is read.
     void setFolderSeen(std::function<void(const QString &folder)> seen) { m_folderSeen = std::move(seen); }

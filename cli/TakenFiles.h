@@ -22,13 +22,12 @@ public:
     /// Another search begins. Within one, no path is to come twice.
     void beginSearch();
 
-    /// From here on, any path may come twice.
-    void tellFilesApart();
-
     /// False if the file has been taken before.
     [[nodiscard]] bool take(const QString &file);
 
 private:
+    void tellFilesApart();
+
     int m_search = 0;
     QString m_folder;                                  ///< that of the file asked for last
     QHash<QString, std::pair<int, QString>> m_folders; ///< by marks, the search and path that came to them

@@ -52,18 +52,6 @@ private Q_SLOTS:
         }
     }
 
-    /// Where a path may come twice in one search.
-    void toldApartFromTheStart()
-    {
-        TakenFiles taken;
-        taken.tellFilesApart();
-        taken.beginSearch();
-        const QString file = m_folder.filePath(u"a/1"_s);
-        QVERIFY(taken.take(file));
-        QVERIFY(!taken.take(file));
-        QVERIFY(taken.take(m_folder.filePath(u"a/2"_s)));
-    }
-
 private:
     QTemporaryDir m_folder;
 };
